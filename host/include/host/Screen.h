@@ -1,0 +1,78 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "host/Method.h"
+#include "host/Session.h"
+#include "host/Widgets.h"
+
+namespace host {
+
+class Host;
+
+/// The framework's side of one screen. It outlives the screen. Every operation raises what the
+/// framework raises.
+class ScreenPeer {
+ public:
+  virtual ~ScreenPeer() = default;
+
+  /// Initialises the framework's base screen with `session`.
+  virtual void init(Session& session) = 0;
+
+  /// Puts `component` into the widget table under `key`, in place of any former one.
+  virtual void setItem(const std::string& key, const ComponentPtr& component) = 0;
+
+  /// Sets an attribute that the framework itself reads: "title" or "skin_path".
+  virtual void setAttribute(const std::string& name, const std::string& value) = 0;
+
+  /// Calls `hook` once, when the layout is complete.
+  virtual void appendOnLayoutFinish(const Action& hook) = 0;
+
+  /// Closes the screen; a callback given at its opening receives `result`.
+  virtual void close(const Value& result) = 0;
+
+  /// Calls the screen's operation `name`, one that the module does not define, with `argument`.
+  /// Raises Error ("AttributeError") when nobody has defined it.
+  virtual void callOperation(const std::string& name, const Value& argument) = 0;
+};
+
+/// The base of the module's screens: what each needs to live in its host, and its widget table.
+/// A screen stays where it was made, for its operations are handed to the framework.
+class Screen {
+ public:
+  Screen(Host& host, ScreenPeer& peer, Session& session)
+      : session(&session), host_(host), peer_(peer) {
+    peer_.init(session);
+  }
+  virtual ~Screen() = default;
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+
+  /// The GUI session that opened the screen.
+  Session* session;
+
+ protected:
+  Host& host() const { return host_; }
+  ScreenPeer& peer() const { return peer_; }
+
+  /// Registers `component` under `key`, in the widget table and with the framework.
+  void setItem(const std::string& key, const ComponentPtr& component) {
+    peer_.setItem(key, component);
+    widgets_[key] = component;
+  }
+
+  /// Returns the widget under `key`, which must be there and of kind Widget.
+  template <class Widget>
+  Widget& item(const std::string& key) const {
+    return dynamic_cast<Widget&>(*widgets_.at(key));
+  }
+
+ private:
+  Host& host_;
+  ScreenPeer& peer_;
+  std::map<std::string, ComponentPtr> widgets_;
+};
+
+}  // namespace host

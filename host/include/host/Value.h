@@ -1,0 +1,76 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "host/Object.h"
+
+namespace host {
+
+/// A value that other code may hand in or take out: a dialog's answer, a job's result, an item of a
+/// list row. Tuples and lists are both `List`.
+class Value {
+ public:
+  using List = std::vector<Value>;
+
+  /// Nothing.
+  Value() = default;
+  Value(bool truth) : data_(truth) {}
+  Value(int integer) : data_(static_cast<long long>(integer)) {}
+  Value(long long integer) : data_(integer) {}
+  Value(double number) : data_(number) {}
+  Value(const char* text) : data_(std::string(text)) {}
+  Value(std::string text) : data_(std::move(text)) {}
+  Value(List items) : data_(std::move(items)) {}
+  Value(ObjectRef object) : data_(std::move(object)) {}
+
+  bool isNothing() const { return std::holds_alternative<std::monostate>(data_); }
+
+  /// The text held, or null when the value is no text.
+  const std::string* text() const { return std::get_if<std::string>(&data_); }
+
+  /// The items held, or null when the value is no list.
+  const List* list() const { return std::get_if<List>(&data_); }
+
+  /// The object held, or null when the value is none.
+  ObjectRef object() const {
+    const auto* object = std::get_if<ObjectRef>(&data_);
+    return object ? *object : nullptr;
+  }
+
+  /// Whether the value compares equal to true: true itself and the numbers 1 and 1.0 do; any other
+  /// number, nothing, texts and lists, empty or not, do not.
+  bool equalsTrue() const;
+
+  /// The value's text form, as `%s` formats it: a text as it stands, "None" for nothing.
+  std::string str() const;
+
+  friend bool operator==(const Value&, const Value&) = default;
+
+ private:
+  std::variant<std::monostate, bool, long long, double, std::string, List, ObjectRef> data_;
+};
+
+inline bool Value::equalsTrue() const {
+  if (const auto* truth = std::get_if<bool>(&data_)) return *truth;
+  if (const auto* integer = std::get_if<long long>(&data_)) return *integer == 1;
+  if (const auto* number = std::get_if<double>(&data_)) return *number == 1.0;
+  if (const auto held = object()) return held->equalsTrue();
+  return false;
+}
+
+inline std::string Value::str() const {
+  if (isNothing()) return "None";
+  if (const auto* truth = std::get_if<bool>(&data_)) return *truth ? "True" : "False";
+  if (const auto* integer = std::get_if<long long>(&data_)) return std::to_string(*integer);
+  if (const auto* number = std::get_if<double>(&data_)) return std::to_string(*number);
+  if (const auto held = object()) return held->str();
+  if (text()) return *text();
+  std::string joined;
+  for (const Value& item : *list()) joined += (joined.empty() ? "" : ", ") + item.str();
+  return "[" + joined + "]";
+}
+
+}  // namespace host

@@ -1,0 +1,1 @@
+#include "StowlineHelpScreen.h"
