@@ -1,1 +1,224 @@
 #include "BackupActions.h"
+
+#include <algorithm>
+#include <functional>
+#include <unordered_set>
+
+#include "ChannelFiles.h"
+#include "Packages.h"
+#include "Setup.h"
+
+namespace stowline {
+namespace {
+
+/// The paths and shell patterns of the configuration archive, in archive order.
+constexpr const char* kConfigPlaces[] = {
+    "/etc/enigma2/*",
+    "/etc/CC*",
+    "/usr/scam/*",
+    "/etc/tuxbox/config/*",
+    "/usr/keys/*",
+    "/etc/ConfFS/*",
+    "/usr/lib/enigma2/python/Plugins/Extensions/webradioFS/skin/mySkin/*",
+    "/etc/MultiQuickButton/*",
+    "/usr/lib/enigma2/python/Plugins/Extensions/Foreca/*.cfg",
+    "/usr/lib/enigma2/python/Plugins/Extensions/SHOUTcast/favorites",
+    "/etc/samba/*",
+    "/etc/hostname",
+    "/etc/passwd",
+    "/etc/shadow",
+    "/etc/exports",
+    "/etc/fstab",
+    "/etc/auto.network",
+    "/etc/auto.network_qor",
+    "/etc/network/interfaces",
+    "/etc/resolv.conf",
+    "/etc/wpa_supplicant*.conf",
+    "/usr/share/enigma2/radio.mvi",
+    "/usr/share/vuplus-bootlogo/*",
+    "/.qws/share/data/Arora/*",
+    "/Settings/*",
+    "/usr/lib/enigma2/python/Plugins/SystemPlugins/PiPServiceRelation/psr_config",
+    "/usr/lib/enigma2/python/Plugins/SystemPlugins/CrashReport/settings",
+    "/usr/lib/enigma2/python/Plugins/Extensions/HbbTV/bookmark.ini",
+    "/etc/init.d/current_cam.sh",
+    "/usr/share/enigma2/skin_default/spinner/wait*png",
+    "/etc/enigmalight.conf",
+    "/usr/lib/enigma2/python/Plugins/Extensions/EnigmaLight/profiles/custom_*.profile",
+};
+
+/// What the configuration archive leaves out: the channel data, keys and the GUI's profile. They
+/// are member names, which tar stores without the leading "/".
+constexpr const char* kConfigExcludes[] = {
+    "etc/enigma2/*.tv",      "etc/enigma2/*.radio", "etc/enigma2/whitelist",
+    "etc/enigma2/blacklist", "etc/enigma2/lamedb",  "etc/tuxbox/config/enigma*",
+    "etc/enigma2/*.pem",     "etc/enigma2/profile",
+};
+
+/// How the names of one kind of scheduled backup begin, and how they end after the model.
+struct ScheduledKind {
+  const char* prefix;
+  const char* suffix;
+};
+
+constexpr ScheduledKind kScheduledKinds[] = {
+    {"pluginlist", ".auto.lst"},
+    {"settings", ".auto.tar.gz"},
+    {"configuration", ".auto.tar.gz"},
+    {"configuration", ".auto.tar.gz_atile_hd"},
+    {"configuration", ".auto.tar.gz_user_files"},
+};
+
+constexpr const char* kHousekeepingOrder[] = {"settings", "configuration", "pluginlist"};
+constexpr int kScheduledToKeep = 3;
+
+/// Returns the backup directory as it is written into a file name. One that could not be had is the
+/// word None, deliberately: nothing can be written there, so the job fails by itself.
+std::string pathText(const std::optional<std::string>& path) {
+  return path.value_or("None");
+}
+
+std::string withoutOuterSpace(const std::string& text) {
+  constexpr const char* kSpace = " \t\n\r\v\f";
+  const std::size_t first = text.find_first_not_of(kSpace);
+  if (first == std::string::npos) return "";
+  return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+}
+
+bool isScheduledBackup(const std::string& name, const std::string& boxtype) {
+  return std::ranges::any_of(kScheduledKinds, [&](const ScheduledKind& kind) {
+    return name.starts_with(kind.prefix) && name.ends_with(boxtype + kind.suffix);
+  });
+}
+
+bool isCompanion(const std::string& name) {
+  return name.ends_with("_atile_hd") || name.ends_with("_user_files");
+}
+
+/// Returns the names to delete out of `newest_first`: every main file of the kind `file_type` but
+/// the newest ones, each with its possible companions.
+std::vector<std::string> outdated(const std::vector<std::string>& newest_first,
+                                  const std::string& file_type) {
+  std::vector<std::string> rm_flist;
+  int erase_counter = 0;
+  for (const std::string& name : newest_first) {
+    if (!name.starts_with(file_type) || isCompanion(name)) continue;
+    if (++erase_counter <= kScheduledToKeep) continue;
+    rm_flist.insert(rm_flist.end(), {name, name + "_atile_hd", name + "_user_files"});
+  }
+  return rm_flist;
+}
+
+}  // namespace
+
+BackupActions::BackupActions(host::Host& host, std::optional<std::string_view> backuptype)
+    : host_(host) {
+  executiontime = getDateTime(host_);
+  boxtype = host_.deviceName();
+  executiontime += "_" + boxtype;
+  if (backuptype == "auto") executiontime += ".auto";
+}
+
+host::Value BackupActions::createSettingFile() {
+  path = getBackupRestorePath(host_);
+  settingfile = pathText(path) + "/settings_" + executiontime + ".tar.gz";
+  if (host_.fileExists(settingfile)) host_.os().system("rm -f " + settingfile);
+  std::string command = "tar czf " + settingfile;
+  for (const char* place : kChannelFiles) command += std::string(" ") + place;
+  host_.os().system(command);
+  return host_.fileExists(settingfile);
+}
+
+host::Value BackupActions::createConfigFile() {
+  path = getBackupRestorePath(host_);
+  configfile = pathText(path) + "/configuration_ver_c_" + executiontime + ".tar.gz";
+  if (host_.fileExists(configfile)) host_.os().system("rm -f " + configfile);
+
+  std::string command = "tar czf " + configfile;
+  for (const char* place : kConfigPlaces) command += std::string(" ") + place;
+  for (const char* exclude : kConfigExcludes) command += std::string(" --exclude ") + exclude;
+  host_.os().system(command);
+
+  std::vector<std::string> user_files = saveAtileUserFiles();
+  std::ranges::copy(saveVFDSkinUserFiles(), std::back_inserter(user_files));
+  if (!user_files.empty()) {
+    command = "tar czf " + configfile + "_user_files";
+    for (const std::string& file : user_files) command += " " + file;
+    host_.os().system(command);
+  }
+  return host_.fileExists(configfile);
+}
+
+host::Value BackupActions::createPluginList() {
+  path = getBackupRestorePath(host_);
+  pluginfile = pathText(path) + "/pluginlist_" + executiontime + ".lst";
+  if (host_.fileExists(pluginfile)) host_.os().system("rm -f " + pluginfile);
+  host_.os().system(kInstalledPlugins + (" >> " + pluginfile));
+  return host_.fileExists(pluginfile);
+}
+
+std::vector<std::string> BackupActions::saveAtileUserFiles() {
+  return saveUserFiles(
+      "/var/lib/opkg/info/enigma2-plugin-skin-atile.list",
+      {"/usr/share/enigma2/AtileHD/colors_atile_", "/usr/share/enigma2/AtileHD/font_atile_",
+       "/usr/share/enigma2/AtileHD/allScreens/skin_",
+       "/usr/share/enigma2/AtileHD/preview/preview_"},
+      {"/usr/share/enigma2/AtileHD", "/usr/share/enigma2/AtileHD/allScreens",
+       "/usr/share/enigma2/AtileHD/preview"});
+}
+
+std::vector<std::string> BackupActions::saveVFDSkinUserFiles() {
+  return saveUserFiles("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list",
+                       {"/usr/share/enigma2/vfd_skin/skin_vfd"}, {"/usr/share/enigma2/vfd_skin"});
+}
+
+std::vector<std::string> BackupActions::saveUserFiles(const std::string& package_info,
+                                                      const std::vector<std::string>& start_strings,
+                                                      const std::vector<std::string>& search_dirs) {
+  std::unordered_set<std::string> package_files;
+  std::vector<std::string> user_files;
+  if (host_.fileExists(package_info)) {
+    for (const std::string& line : host_.os().open(package_info)) {
+      for (const std::string& start : start_strings) {
+        if (line.starts_with(start)) package_files.insert(withoutOuterSpace(line));
+      }
+    }
+  }
+  for (const std::string& directory : search_dirs) {
+    if (!host_.os().exists(directory)) continue;
+    for (const std::string& file : listdir_fullpath(directory)) {
+      for (const std::string& start : start_strings) {
+        if (file.starts_with(start) && !package_files.contains(file)) user_files.push_back(file);
+      }
+    }
+  }
+  return user_files;
+}
+
+std::vector<std::string> BackupActions::listdir_fullpath(const std::string& d) {
+  std::vector<std::string> paths = host_.os().listdir(d);
+  for (std::string& name : paths) name = host_.os().join(d, name);
+  return paths;
+}
+
+void BackupActions::houseKeeping() {
+  const std::optional<std::string> directory = getBackupRestorePath(host_);
+  if (!directory) return;
+
+  std::vector<std::string> flist = host_.os().listdir(*directory);
+  std::erase_if(flist, [&](const std::string& name) { return !isScheduledBackup(name, boxtype); });
+  std::ranges::sort(flist, std::greater());
+
+  std::vector<std::string> rm_flist;
+  for (const char* file_type : kHousekeepingOrder) {
+    std::ranges::copy(outdated(flist, file_type), std::back_inserter(rm_flist));
+  }
+  for (const std::string& name : rm_flist) {
+    const std::string full = *directory + "/" + name;
+    if (!host_.os().exists(full)) continue;
+    host_.os().remove(full);
+    host_.print("[Qor Stowline] Housekeeping --> remove file " + full);
+  }
+}
+
+}  // namespace stowline

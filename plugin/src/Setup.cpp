@@ -68,6 +68,8 @@ constexpr host::Binding kBindings[] = {
     {"builtins", "OSError", "OSError"},
 };
 
+constexpr const char* kBackupRestorePath = "backuprestorepath";
+
 std::string twoDigits(int value) {
   const std::string digits = std::to_string(value);
   return value < 10 ? "0" + digits : digits;
@@ -84,12 +86,12 @@ void load(host::Host& host) {
                   {.default_value = "/media/hdd/", .visible_width = 50, .fixed_size = false});
 }
 
-std::string storedMedium(host::Host& host) {
-  return host.config().subsection(kSubsection).text(kBackupRestorePath).value();
+host::ConfigText& backupRestorePathSetting(host::Host& host) {
+  return host.config().subsection(kSubsection).text(kBackupRestorePath);
 }
 
 std::optional<std::string> getBackupRestorePath(host::Host& host) {
-  const std::string medium = storedMedium(host);
+  const std::string medium = backupRestorePathSetting(host).value();
   const std::string path = medium + (medium.ends_with('/') ? "qor-stowline" : "/qor-stowline");
   try {
     if (!host.os().exists(path)) host.os().makedirs(path);

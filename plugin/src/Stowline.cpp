@@ -1,1 +1,276 @@
 #include "Stowline.h"
+
+#include <unordered_set>
+#include <utility>
+
+#include "BackupActions.h"
+#include "Media.h"
+#include "Packages.h"
+#include "Setup.h"
+#include "StowlineRestore.h"
+
+namespace stowline {
+
+/// A row of the menu. "%s" in a title or description stands for the chosen medium.
+struct MenuEntry {
+  const char* key;
+  const char* title;
+  const char* description;
+  const char* picture;
+};
+
+namespace {
+
+constexpr MenuEntry kMediumEntry = {"path", "Backup/restore device : %s",
+                                    "set device for directory qor-stowline",
+                                    "SystemPlugins/QORPanel/pictures/backuplocation.png"};
+
+constexpr MenuEntry kBackupEntries[] = {
+    {"createpluginlist", "Backup installed plugins",
+     "creates a list of installed plugins, skins and softcams",
+     "SystemPlugins/QORPanel/pictures/services.png"},
+    {"settingbackup", "Backup channel settings", "save channel and bouquet settings",
+     "SystemPlugins/QORPanel/pictures/restoresettings.png"},
+    {"configbackup", "Backup configurations",
+     "save common configurations for GUI, plugins and softcams",
+     "SystemPlugins/QORPanel/pictures/filesys.png"},
+};
+
+constexpr MenuEntry kRestoreEntries[] = {
+    {"installpluginlist", "Restore plugins from saved list",
+     "installs all available plugins from online feed",
+     "SystemPlugins/QORPanel/pictures/services.png"},
+    {"settingrestore", "Restore channel settings", "reload saved channel and bouquet settings",
+     "SystemPlugins/QORPanel/pictures/restoresettings.png"},
+    {"configrestore", "Restore configurations",
+     "restore common configurations for GUI, plugins and softcams",
+     "SystemPlugins/QORPanel/pictures/filesys.png"},
+    {"installlocalplugin", "Install local packages", "from %s/qor-stowline/plugins",
+     "SystemPlugins/QORPanel/pictures/targz.png"},
+    {"personalscript", "Run personal script", "executes your personal backup/restore scripts",
+     "SystemPlugins/QORPanel/pictures/exemanager.png"},
+};
+
+/// A backup entry's job and what is said of its result.
+struct BackupEntry {
+  const char* key;
+  host::Value (BackupJobs::*job)();
+  const char* success;
+  const char* failure;
+};
+
+constexpr BackupEntry kBackupReports[] = {
+    {"createpluginlist", &BackupJobs::createPluginList,
+     "List of installed plugins was created succesfully",
+     "Creating list of installed plugins failed"},
+    {"settingbackup", &BackupJobs::createSettingFile, "Settings backup finished succesfully",
+     "Backup settings failed"},
+    {"configbackup", &BackupJobs::createConfigFile,
+     "Common configuration backup finished succesfully", "Backup of common configurations failed"},
+};
+
+/// A restore entry's key and the restore type that its list is opened with.
+struct RestoreEntry {
+  const char* key;
+  const char* restoretype;
+};
+
+/// The list of plugins knows its restore type by another name than the menu, deliberately.
+constexpr RestoreEntry kRestoreLists[] = {
+    {"installpluginlist", "plugininstall"},
+    {"settingrestore", "settingrestore"},
+    {"configrestore", "configrestore"},
+    {"personalscript", "personalscript"},
+};
+
+}  // namespace
+
+Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& session,
+                   std::string plugin_path, std::string screen_type)
+    : TitledScreen(host, peer, session), skin_path(std::move(plugin_path)) {
+  peer.setAttribute("skin_path", skin_path);
+  const std::string name = translated("QOR Stowline");
+  backupactions = std::make_unique<BackupActions>(host, "manual");
+  const bool restore = screen_type == "restore";
+  screentype = restore ? "restore" : "backup";
+  setTitleAttribute(name + " (" + translated(restore ? "Restore" : "Backup") + ")");
+
+  setItem("key_green", host.components().makeStaticText(""));
+  setItem("key_yellow", host.components().makeStaticText(""));
+  setTitleWidget();
+  setItem("menu", host.components().makeList(list));
+  setItem("status", host.components().makeLabel(""));
+  setKeyLabel("key_red", "Exit");
+  const host::Action run{this, "runMenuEntry", [this] { runMenuEntry(); }};
+  const host::Action cancel{this, "keyCancel", [this] { keyCancel(); }};
+  setItem("shortcuts", host.components().makeActionMap(
+                           {.contexts = {"SetupActions", "ColorActions", "DirectionActions"},
+                            .bindings = {{"ok", run}, {"cancel", cancel}, {"red", cancel}},
+                            .priority = -2}));
+  Console = host.components().makeComConsole();
+  ipkg = host.components().makeIpkgComponent();
+  ipkg->addCallback({this, "ipkgCallback", [this](host::IpkgEvent event, const host::Value& param) {
+                       ipkgCallback(event, param);
+                     }});
+  peer.appendOnLayoutFinish({this, "createMenu", [this] { createMenu(); }});
+}
+
+void Stowline::createMenu() {
+  list.clear();
+  appendEntry(kMediumEntry);
+  if (screentype == "backup") {
+    for (const MenuEntry& entry : kBackupEntries) appendEntry(entry);
+  } else if (screentype == "restore") {
+    for (const MenuEntry& entry : kRestoreEntries) appendEntry(entry);
+  }
+  item<host::List>("menu").setList(list);
+}
+
+void Stowline::appendEntry(const MenuEntry& entry) {
+  std::string title_text = shown(entry.title);
+  std::string description = shown(entry.description);
+  const std::string picture = host().resolveFilename(host::Scope::SCOPE_PLUGINS, entry.picture);
+  list.push_back(host::Value::List{entry.key,
+                                   std::move(title_text),
+                                   std::move(description),
+                                   host().components().loadPixmap(picture, true),
+                                   {}});
+}
+
+std::string Stowline::shown(const std::string& text) const {
+  std::string result = translated(text);
+  if (text.find("%s") == std::string::npos) return result;
+  const std::string medium = backupRestorePathSetting(host()).value();
+  if (const auto at = result.find("%s"); at != std::string::npos) result.replace(at, 2, medium);
+  return result;
+}
+
+void Stowline::runMenuEntry(const host::Value& /*ret*/) {
+  const host::Value current = item<host::List>("menu").getCurrent();
+  if (!current.list() || current.list()->empty()) return;
+  const host::Value& key = current.list()->front();
+
+  if (key == "path") chooseMedium();
+  for (const BackupEntry& entry : kBackupReports) {
+    if (key == entry.key) report((*backupactions.*entry.job)(), entry.success, entry.failure);
+  }
+  if (key == "installpluginlist") reloadPluginlist = true;
+  for (const RestoreEntry& entry : kRestoreLists) {
+    if (key == entry.key) openRestoreList(entry.restoretype);
+  }
+  if (key == "installlocalplugin") {
+    restoretype = "installlocalplugin";
+    ipkg->startCmd(host::IpkgCommand::CMD_UPDATE);
+  }
+}
+
+void Stowline::report(const host::Value& result, const std::string& success,
+                      const std::string& failure) {
+  const bool done = result.equalsTrue();
+  const auto box = session->open(
+      host::MessageBox{.text = translated(done ? success : failure),
+                       .type = done ? host::MessageBox::TYPE_INFO : host::MessageBox::TYPE_ERROR,
+                       .timeout = kBoxSeconds});
+  box->setTitle(translated("QOR Stowline"));
+}
+
+void Stowline::openRestoreList(const std::string& type) {
+  restoretype = type;
+  session->open(host::ScreenClass{
+      .name = "StowlineRestore",
+      .arguments = {restoretype, skin_path},
+      .create = [&gui = host(), type, plugin_path = skin_path](host::ScreenPeer& its_peer,
+                                                               host::Session& its_session) {
+        return std::make_unique<StowlineRestore>(gui, its_peer, its_session, type, plugin_path);
+      }});
+}
+
+void Stowline::chooseMedium() {
+  host::Value::List choices;
+  for (const std::string& medium : mountedMedia(host().os())) {
+    choices.push_back(host::Value::List{medium, medium, {}});
+  }
+  const auto box = session->openWithCallback(
+      {this, "backuprestorepath_choosen",
+       [this](const host::Value& option) { backuprestorepath_choosen(option); }},
+      host::ChoiceBox{.title = translated("Please select medium to use as backup location"),
+                      .list = std::move(choices)});
+  box->setTitle(translated("QOR Stowline"));
+}
+
+void Stowline::backuprestorepath_choosen(const host::Value& option) {
+  if (option.list()) {
+    backupRestorePathSetting(host()).setValue(option.list()->at(1).str());
+  }
+  backupRestorePathSetting(host()).save();
+  host().config().subsection(kSubsection).save();
+  host().config().save();
+  checkFolders();
+}
+
+void Stowline::checkFolders() {
+  backuprestorepath = getBackupRestorePath(host());
+  if (!backuprestorepath) sayNotWriteable();
+  createMenu();
+}
+
+void Stowline::keyCancel() {
+  if (reloadPluginlist) {
+    host().clearPluginList();
+    host().readPluginList(host().resolveFilename(host::Scope::SCOPE_PLUGINS, ""));
+  }
+  peer().close(true);
+}
+
+void Stowline::ipkgCallback(host::IpkgEvent event, const host::Value& /*param*/) {
+  if (event == host::IpkgEvent::EVENT_ERROR) {
+    // No screen of ours defines setStatus, deliberately: the host reports the error.
+    peer().callOperation("setStatus", "error");
+  } else if (event == host::IpkgEvent::EVENT_DONE && restoretype == "installlocalplugin") {
+    restoretype.clear();
+    installLocalPlugins();
+  }
+}
+
+void Stowline::installLocalPlugins() {
+  path = getBackupRestorePath(host());
+  if (!path) {
+    sayNotWriteable();
+    return;
+  }
+  ipklist.clear();
+  pluginsinstalled = host().os().popen(kInstalledPlugins);
+  pluginsinstalledclean = withoutNewlines(pluginsinstalled);
+  *path += "/plugins";
+  if (!host().os().exists(*path)) return;
+  for (const std::string& name : host().os().listdir(*path)) {
+    if (name.ends_with(".ipk")) ipklist.push_back(*path + "/" + name);
+  }
+  queueLocalPackages();
+  if (!cmdList.empty()) session->open(host::Ipkg{cmdList});
+}
+
+/// Looks for full paths among package names and so never finds one, and leaves what an earlier
+/// installation of this menu has queued. Both are deliberate: opkg itself decides what is
+/// installed.
+void Stowline::queueLocalPackages() {
+  const std::unordered_set<std::string> installed(pluginsinstalledclean.begin(),
+                                                  pluginsinstalledclean.end());
+  for (const std::string& package : ipklist) {
+    if (installed.contains(package)) {
+      host().print("[QOR-Stowline] Plugin " + package + " is already installed");
+    } else {
+      cmdList.push_back({host::IpkgCommand::CMD_INSTALL, package});
+    }
+  }
+}
+
+void Stowline::sayNotWriteable() {
+  session->open(
+      host::MessageBox{.text = translated("Sorry, your backup destination is not writeable.\n\n"
+                                          "Please choose another one."),
+                       .type = host::MessageBox::TYPE_INFO,
+                       .timeout = kBoxSeconds});
+}
+
+}  // namespace stowline

@@ -6,13 +6,14 @@
 #include <vector>
 
 #include "BackupJobs.h"
+#include "TitledScreen.h"
 #include "host/Host.h"
 #include "host/Screen.h"
 
 namespace stowline {
 
 /// The main menu, in its backup and its restore flavour.
-class Stowline : public host::Screen {
+class Stowline : public TitledScreen {
  public:
   /// `plugin_path`: the directory of the plug-in, handed on to the restore lists. `screen_type`:
   /// "restore" for the restore menu; anything else is the backup menu. Raises what the host raises,
@@ -24,7 +25,6 @@ class Stowline : public host::Screen {
   std::string screentype;  ///< "backup" or "restore"
   bool reloadPluginlist =
       false;  ///< whether closing the menu makes the host read its plugins again
-  std::string title;
   std::unique_ptr<BackupJobs> backupactions;
   host::Value::List list;  ///< the rows: key, title, description, picture, nothing
   std::vector<host::PackageCommand> cmdList;
@@ -62,9 +62,12 @@ class Stowline : public host::Screen {
 
  private:
   void appendEntry(const struct MenuEntry& entry);
+  std::string shown(const std::string& text) const;
   void report(const host::Value& result, const std::string& success, const std::string& failure);
   void openRestoreList(const std::string& type);
   void chooseMedium();
+  void queueLocalPackages();
+  void sayNotWriteable();
 };
 
 }  // namespace stowline

@@ -3,13 +3,14 @@
 #include <string>
 #include <string_view>
 
+#include "TitledScreen.h"
 #include "host/Host.h"
 #include "host/Screen.h"
 
 namespace stowline {
 
 /// Confirms the restore of a configuration and carries it out.
-class StowlineHelpScreen : public host::Screen {
+class StowlineHelpScreen : public TitledScreen {
  public:
   /// The screen's own layout, in the skin's XML; sizes in pixels.
   static const std::string_view skin;
@@ -20,7 +21,6 @@ class StowlineHelpScreen : public host::Screen {
 
   std::string restorefile;
   std::string fullrestorepath;
-  std::string title;
 
   /// Shows which backup will be restored.
   void createMessage();

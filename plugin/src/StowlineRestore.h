@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "TitledScreen.h"
 #include "host/Host.h"
 #include "host/Screen.h"
 
@@ -12,7 +13,7 @@ namespace stowline {
 
 /// The list of the backups, plugin lists or scripts of one kind, to restore, install, run or
 /// delete.
-class StowlineRestore : public host::Screen {
+class StowlineRestore : public TitledScreen {
  public:
   /// `restoretype`: "settingrestore", "configrestore", "plugininstall" or "personalscript".
   StowlineRestore(host::Host& host, host::ScreenPeer& peer, host::Session& session,
@@ -20,7 +21,6 @@ class StowlineRestore : public host::Screen {
 
   std::string skin_path;
   std::string restoretype;
-  std::string title;
   host::Value sel = host::Value::List{};  ///< the selected file's name, once there was one
   host::Value val = host::Value::List{};  ///< its full path
   bool entry = false;                     ///< whether a list was ever not empty
@@ -71,6 +71,12 @@ class StowlineRestore : public host::Screen {
 
  private:
   bool select();
+  bool hasSelection() const;
+  void restoreSettingsAndReport();
+  void reloadChannels();
+  void openHelpScreen();
+  void askToRunScript();
+  host::Answer closeCallback();
 };
 
 }  // namespace stowline

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/OperatingSystem.h"
+
+namespace stowline {
+
+/// Returns the mount points that a user may choose for backups, in the order of the mount table and
+/// as it writes them: those below "/media/", but for the automounter's own directories and for
+/// network shares that cannot be listed. Raises what reading the mount table or listing an
+/// automounter's directory raises.
+std::vector<std::string> mountedMedia(host::OperatingSystem& os);
+
+}  // namespace stowline
