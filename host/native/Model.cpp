@@ -1,0 +1,11 @@
+#include "Model.h"
+
+namespace native {
+
+std::string readModel(host::OperatingSystem& os) {
+  const std::vector<std::string> lines = os.open(kModelFile);
+  if (lines.empty()) return "";
+  return lines.front().substr(0, lines.front().find_last_not_of('\n') + 1);
+}
+
+}  // namespace native

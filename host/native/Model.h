@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "host/OperatingSystem.h"
+
+namespace native {
+
+/// The file that holds the receiver's model name.
+inline constexpr const char* kModelFile = "/proc/stb/info/model";
+
+/// Returns the receiver's model, without the line's end. Raises what reading the file raises.
+std::string readModel(host::OperatingSystem& os);
+
+}  // namespace native

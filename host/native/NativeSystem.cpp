@@ -1,0 +1,133 @@
+#include "NativeSystem.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <memory>
+
+#include "Descriptor.h"
+#include "OsError.h"
+
+namespace native {
+namespace {
+
+struct CloseDirectory {
+  void operator()(DIR* directory) const { closedir(directory); }
+};
+
+/// Reads the open file `descriptor` to its end. `path` names it in an error.
+std::string readAll(int descriptor, const std::string& path) {
+  std::string text;
+  std::array<char, 65536> buffer;
+  for (;;) {
+    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    if (count == 0) return text;
+    if (count > 0) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      throw osError(errno, path);
+    }
+  }
+}
+
+/// Cuts `text` behind every newline.
+std::vector<std::string> lines(const std::string& text) {
+  std::vector<std::string> result;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t newline = text.find('\n', start);
+    const std::size_t end = newline == std::string::npos ? text.size() : newline + 1;
+    result.push_back(text.substr(start, end - start));
+    start = end;
+  }
+  return result;
+}
+
+}  // namespace
+
+int NativeSystem::system(const std::string& command) {
+  return std::system(command.c_str());
+}
+
+std::vector<std::string> NativeSystem::popen(const std::string& command) {
+  FILE* pipe = ::popen(command.c_str(), "re");
+  if (!pipe) throw osError(errno, command);
+  const std::unique_ptr<FILE, int (*)(FILE*)> closing(pipe, pclose);
+  return lines(readAll(fileno(pipe), command));
+}
+
+std::vector<std::string> NativeSystem::open(const std::string& path) {
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) throw osError(errno, path);
+  return lines(readAll(file.number(), path));
+}
+
+std::vector<std::string> NativeSystem::listdir(const std::string& path) {
+  const std::unique_ptr<DIR, CloseDirectory> directory(opendir(path.c_str()));
+  if (!directory) throw osError(errno, path);
+  std::vector<std::string> names;
+  for (;;) {
+    errno = 0;
+    const dirent* entry = readdir(directory.get());
+    if (!entry) break;
+    if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
+      names.emplace_back(entry->d_name);
+    }
+  }
+  if (errno != 0) throw osError(errno, path);
+  return names;
+}
+
+bool NativeSystem::exists(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0;
+}
+
+std::string NativeSystem::join(const std::string& directory, const std::string& name) {
+  if (name.starts_with('/')) return name;
+  if (directory.empty() || directory.ends_with('/')) return directory + name;
+  return directory + "/" + name;
+}
+
+long long NativeSystem::fileSize(const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) throw osError(errno, path);
+  return status.st_size;
+}
+
+void NativeSystem::makedirs(const std::string& path) {
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
+       slash = path.find('/', slash + 1)) {
+    const std::string parent = path.substr(0, slash);
+    if (mkdir(parent.c_str(), 0777) != 0 && !exists(parent)) throw osError(errno, parent);
+  }
+  if (mkdir(path.c_str(), 0777) != 0) throw osError(errno, path);
+}
+
+void NativeSystem::remove(const std::string& path) {
+  if (unlink(path.c_str()) != 0) throw osError(errno, path);
+}
+
+void NativeSystem::chmod(const std::string& path, int mode) {
+  if (::chmod(path.c_str(), static_cast<mode_t>(mode)) != 0) throw osError(errno, path);
+}
+
+host::LocalTime NativeSystem::localtime() {
+  const std::time_t now = std::time(nullptr);
+  std::tm fields{};
+  localtime_r(&now, &fields);
+  return {.tm_year = fields.tm_year + 1900,
+          .tm_mon = fields.tm_mon + 1,
+          .tm_mday = fields.tm_mday,
+          .tm_hour = fields.tm_hour,
+          .tm_min = fields.tm_min};
+}
+
+}  // namespace native
