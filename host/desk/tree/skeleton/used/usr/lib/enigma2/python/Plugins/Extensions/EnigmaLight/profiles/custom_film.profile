@@ -1,0 +1,2 @@
+saturation=1.4
+speed=35

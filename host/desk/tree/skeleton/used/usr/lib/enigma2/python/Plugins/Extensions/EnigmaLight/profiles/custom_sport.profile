@@ -1,0 +1,2 @@
+saturation=1.1
+speed=80
