@@ -86,7 +86,7 @@ constexpr RestoreEntry kRestoreLists[] = {
 }  // namespace
 
 Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& session,
-                   std::string plugin_path, std::string screen_type)
+                   std::string plugin_path, const std::string& screen_type)
     : TitledScreen(host, peer, session), skin_path(std::move(plugin_path)) {
   peer.setAttribute("skin_path", skin_path);
   const std::string name = translated("QOR Stowline");

@@ -19,7 +19,7 @@ class Stowline : public TitledScreen {
   /// "restore" for the restore menu; anything else is the backup menu. Raises what the host raises,
   /// but for a skin without a title.
   Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& session,
-           std::string plugin_path, std::string screen_type = "backup");
+           std::string plugin_path, const std::string& screen_type = "backup");
 
   std::string skin_path;
   std::string screentype;  ///< "backup" or "restore"

@@ -15,7 +15,7 @@ class Screen;
 /// lives.
 template <class... Arguments>
 struct Method {
-  Screen* screen;
+  Screen* screen = nullptr;
   std::string name;
   std::function<void(Arguments...)> call;
 };

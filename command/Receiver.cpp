@@ -1,0 +1,41 @@
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "Commands.h"
+#include "tree/ReceiverTree.h"
+
+namespace command {
+namespace {
+
+struct Options {
+  std::filesystem::path dir;
+  std::string model = "solo2";
+};
+
+}  // namespace
+
+void addReceiver(CLI::App& stowline) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* receiver = stowline.add_subcommand("receiver", "Lay out or flash a receiver tree.");
+  receiver->require_subcommand(0, 1);
+  receiver->callback([receiver] {
+    if (receiver->get_subcommands().empty()) {
+      throw CLI::ValidationError("name a command: receiver new or receiver flash");
+    }
+  });
+
+  CLI::App* lay_out = receiver->add_subcommand(
+      "new", "Lay out a receiver that has been in use, in a new or empty directory.");
+  lay_out->add_option("DIR", options->dir, "the directory")->required();
+  lay_out->add_option("--model", options->model, "the receiver's model")->capture_default_str();
+  lay_out->callback([options] { desk::layOut(options->dir, options->model); });
+
+  CLI::App* flash = receiver->add_subcommand(
+      "flash", "Put the receiver back to factory state; what is below /media stays.");
+  flash->add_option("DIR", options->dir, "the receiver's directory")->required();
+  flash->callback([options] { desk::flash(options->dir); });
+}
+
+}  // namespace command

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "native/Descriptor.h"
+
+namespace desk {
+
+/// One end of the socket between the GUI process and its supervisor. A message is one JSON object a
+/// line. The supervisor sends {"word": WORD}; the GUI sends
+///   {"frame": FRAME}     what a viewer sees: once after its start and once after every word
+///   {"missing": TEXT}    in place of the frame, when no row contains TEXT
+///   {"log": LINE}, {"command": COMMAND}, {"error": TEXT}   as they happen, before the frame
+///   {"fatal": TEXT}      why it cannot run; it ends then
+class Channel {
+ public:
+  using Message = nlohmann::ordered_json;
+
+  explicit Channel(native::Descriptor socket) : socket_(std::move(socket)) {}
+
+  /// Sends `message`. A peer that has gone is no error: receiving tells.
+  void send(const Message& message);
+
+  /// Waits for a message. Returns nothing when the peer has gone.
+  std::optional<Message> receive();
+
+  /// Returns a message that has already been read with an earlier one, if there is one.
+  std::optional<Message> receiveRead();
+
+  int descriptor() const { return socket_.number(); }
+
+ private:
+  bool readMore();
+
+  native::Descriptor socket_;
+  std::string unread_;
+};
+
+}  // namespace desk

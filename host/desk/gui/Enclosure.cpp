@@ -1,0 +1,46 @@
+#include "Enclosure.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+#include "native/Descriptor.h"
+
+namespace desk {
+namespace {
+
+bool writeTo(const char* path, const std::string& text) {
+  const native::Descriptor file(open(path, O_WRONLY | O_CLOEXEC));
+  return file &&
+         write(file.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+}
+
+/// Makes this process the root of a user namespace, as which it owns what its user owns.
+void becomeRootOfNamespace() {
+  const std::string user = std::to_string(geteuid());
+  const std::string group = std::to_string(getegid());
+  if (unshare(CLONE_NEWUSER) != 0 || !writeTo("/proc/self/uid_map", "0 " + user + " 1\n") ||
+      !writeTo("/proc/self/setgroups", "deny") ||
+      !writeTo("/proc/self/gid_map", "0 " + group + " 1\n")) {
+    throw std::runtime_error(
+        "this system gives an ordinary user no user namespace: run stowline as root, or allow them "
+        "with 'sysctl user.max_user_namespaces=1000'");
+  }
+}
+
+}  // namespace
+
+void enterTree(const std::filesystem::path& dir) {
+  if (geteuid() != 0) becomeRootOfNamespace();
+  if (chroot(dir.c_str()) != 0 || chdir("/") != 0) {
+    throw std::runtime_error("cannot move into " + dir.string() + ": " + std::strerror(errno) +
+                             " (run stowline as root, or as an ordinary user of the tree)");
+  }
+}
+
+}  // namespace desk

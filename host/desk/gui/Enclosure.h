@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+
+namespace desk {
+
+/// Moves this process into the receiver tree `dir`, so that "/" and every path below it mean the
+/// tree: by chroot(2), for an ordinary user within a user namespace of its own
+/// (user_namespaces(7)). Raises std::runtime_error with one line that says what to do when the
+/// system does not allow it.
+void enterTree(const std::filesystem::path& dir);
+
+}  // namespace desk

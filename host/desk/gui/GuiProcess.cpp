@@ -1,0 +1,133 @@
+#include "GuiProcess.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <fstream>
+#include <optional>
+#include <utility>
+
+#include "Enclosure.h"
+#include "model/ShownText.h"
+
+namespace desk {
+namespace {
+
+constexpr const char* kPidFile = "/var/run/enigma2.pid";
+constexpr const char* kGuiLog = "/var/log/enigma2.log";
+
+/// Sends what happens to the supervisor.
+class Reporter : public Observer {
+ public:
+  explicit Reporter(Channel& channel) : channel_(channel) {}
+  void onLogLine(const std::string& line) override { channel_.send({{"log", shownText(line)}}); }
+  void onCommand(const std::string& command) override {
+    channel_.send({{"command", shownText(command)}});
+  }
+  void onError(const std::string& text) override { channel_.send({{"error", shownText(text)}}); }
+
+ private:
+  Channel& channel_;
+};
+
+/// Lets this process and its commands see nothing but what a receiver's GUI would.
+void setEnvironment() {
+  clearenv();
+  setenv("PATH", "/bin:/sbin:/usr/bin:/usr/sbin", 1);
+  setenv("HOME", "/home/root", 1);
+  setenv("LANG", "C", 1);
+  umask(022);
+}
+
+/// Sends what the process and its commands print to the receiver's own log.
+void redirectOutput() {
+  const native::Descriptor log(open(kGuiLog, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+  if (!log) return;
+  dup2(log.number(), STDOUT_FILENO);
+  dup2(log.number(), STDERR_FILENO);
+}
+
+/// Answers words with frames until the supervisor has gone.
+class Loop {
+ public:
+  Loop(Channel& channel, Receiver& receiver) : channel_(channel), receiver_(receiver) {}
+
+  void run() {
+    while (waitForWork()) {
+      receiver_.reportJobs();
+      if (socketIsReadable_ && !takeWords()) return;
+      if (waiting_ && receiver_.jobs().idle()) {
+        waiting_ = false;
+        sendFrame("wait");
+      }
+    }
+  }
+
+  void sendFrame(const std::string& word) { channel_.send({{"frame", receiver_.frame(word)}}); }
+
+ private:
+  /// Waits until a job or the socket has something. Returns false when waiting is impossible.
+  bool waitForWork() {
+    std::vector<pollfd> watched = receiver_.jobs().watched();
+    watched.push_back({.fd = channel_.descriptor(), .events = POLLIN, .revents = 0});
+    const bool waited = poll(watched.data(), watched.size(), -1) > 0 || errno == EINTR;
+    socketIsReadable_ = watched.back().revents != 0;
+    return waited;
+  }
+
+  /// Takes every word that has come. Returns false when the supervisor has gone.
+  bool takeWords() {
+    std::optional<Channel::Message> message = channel_.receive();
+    if (!message) return false;
+    for (; message; message = channel_.receiveRead()) take(message->at("word"));
+    return true;
+  }
+
+  void take(const std::string& word) {
+    if (word == "wait") {
+      waiting_ = true;
+    } else if (receiver_.handle(word)) {
+      sendFrame(word);
+    } else {
+      channel_.send({{"missing", word}});
+    }
+  }
+
+  Channel& channel_;
+  Receiver& receiver_;
+  bool socketIsReadable_ = false;
+  bool waiting_ = false;
+};
+
+}  // namespace
+
+void runGuiProcess(const std::filesystem::path& dir, const Application& application,
+                   Channel channel) {
+  setsid();
+  try {
+    enterTree(dir);
+    setEnvironment();
+    redirectOutput();
+    std::ofstream(kPidFile) << getpid() << "\n";
+    Reporter reporter(channel);
+    Receiver receiver(reporter);
+    receiver.open(application);
+    Loop loop(channel, receiver);
+    loop.sendFrame("");
+    loop.run();
+    unlink(kPidFile);
+  } catch (const std::exception& error) {
+    channel.send({{"fatal", error.what()}});
+    _exit(EXIT_FAILURE);
+  }
+  // Not exit(): what the supervisor has registered to run at its own exit is not this process's.
+  _exit(EXIT_SUCCESS);
+}
+
+}  // namespace desk

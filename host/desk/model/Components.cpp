@@ -1,0 +1,50 @@
+#include "Components.h"
+
+#include <utility>
+
+#include "KeyMap.h"
+#include "ShownText.h"
+
+namespace desk {
+
+void List::setList(const host::Value::List& entries) {
+  entries_ = entries;
+  std::vector<Row> rows;
+  for (const host::Value& entry : entries_) {
+    const host::Value::List& items = *entry.list();
+    rows.push_back({shownText(items.at(1).str()), shownText(items.at(2).str())});
+  }
+  setRows(std::move(rows));
+}
+
+host::Value List::getCurrent() {
+  if (entries_.empty()) return {};
+  return entries_[static_cast<std::size_t>(selected())];
+}
+
+void MenuList::setList(const std::vector<std::string>& rows) {
+  names_ = rows;
+  std::vector<Row> shown;
+  for (const std::string& name : names_) shown.push_back({shownText(name), ""});
+  setRows(std::move(shown));
+}
+
+host::Value MenuList::getCurrent() {
+  if (names_.empty()) return {};
+  return names_[static_cast<std::size_t>(selected())];
+}
+
+bool ActionMap::handleKey(const std::string& key) const {
+  for (const std::string& context : mapping.contexts) {
+    const auto action = actionOf(context, key);
+    if (!action) continue;
+    for (const host::ActionBinding& binding : mapping.bindings) {
+      if (binding.action != *action) continue;
+      binding.handler.call();
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace desk

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Channels.h"
+#include "Jobs.h"
+#include "Observer.h"
+#include "host/Host.h"
+#include "native/NativeSystem.h"
+#include "native/SettingsConfig.h"
+
+namespace desk {
+
+/// The operating system of this process, with every shell command told to the observer.
+class System : public native::NativeSystem {
+ public:
+  explicit System(Observer& observer) : observer_(observer) {}
+  int system(const std::string& command) override;
+  std::vector<std::string> popen(const std::string& command) override;
+
+ private:
+  Observer& observer_;
+};
+
+/// The stand-in receiver, as the module sees it.
+class Host : public host::Host, private host::Components {
+ public:
+  Host(Jobs& jobs, Observer& observer);
+
+  void bind(const host::Binding& binding) override;
+  host::OperatingSystem& os() override { return os_; }
+  host::Components& components() override { return *this; }
+  host::Config& config() override { return config_; }
+  host::ChannelDatabase& channels() override { return channels_; }
+  std::string translate(const std::string& text) override { return text; }
+  void print(const std::string& line) override;
+  bool fileExists(const std::string& path) override { return os_.exists(path); }
+  std::string resolveFilename(host::Scope scope, const std::string& relative) override;
+  std::string deviceName() override;
+  void clearPluginList() override;
+  void readPluginList(const std::string& directory) override;
+
+ private:
+  std::shared_ptr<host::StaticText> makeStaticText(const std::string& text) override;
+  std::shared_ptr<host::Label> makeLabel(const std::string& text) override;
+  std::shared_ptr<host::List> makeList(const host::Value::List& entries) override;
+  std::shared_ptr<host::MenuList> makeMenuList(const std::vector<std::string>& rows) override;
+  std::shared_ptr<host::ActionMap> makeActionMap(const host::ActionMapping& mapping) override;
+  std::shared_ptr<host::ActionMap> makeNumberActionMap(const host::ActionMapping& mapping) override;
+  std::shared_ptr<host::ComConsole> makeComConsole() override;
+  std::shared_ptr<host::IpkgComponent> makeIpkgComponent() override;
+  host::ObjectRef loadPixmap(const std::string& path, bool cached) override;
+
+  Jobs& jobs_;
+  Observer& observer_;
+  System os_;
+  native::SettingsConfig config_;
+  Channels channels_;
+  std::vector<std::string> plugins_;
+};
+
+}  // namespace desk

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Host.h"
+#include "Jobs.h"
+#include "Layer.h"
+#include "Observer.h"
+#include "Session.h"
+
+namespace desk {
+
+/// The module that the stand-in receiver runs: what loads it, and its main menu.
+struct Application {
+  std::function<void(host::Host&)> load;
+  std::function<host::ScreenClass(host::Host&)> main_menu;
+};
+
+/// The stand-in receiver without a display: takes keys, gives frames. What a key handler or a
+/// callback raises is told to the observer as an error; the screen stays.
+class Receiver {
+ public:
+  explicit Receiver(Observer& observer);
+
+  /// Loads the module and opens its main menu.
+  void open(const Application& application);
+
+  /// Handles one word: a key of the remote control, "timeout", "frame" (nothing happens) or
+  /// "select:TEXT". Returns false when no row contains TEXT.
+  bool handle(const std::string& word);
+
+  /// Returns what a viewer sees, after `word`.
+  Json frame(const std::string& word) const;
+
+  /// Reports what the running jobs have done since.
+  void reportJobs();
+
+  Jobs& jobs() { return jobs_; }
+
+ private:
+  void settle();
+  void guarded(const std::function<void()>& step);
+  bool selectRow(const std::string& text);
+
+  Observer& observer_;
+  Jobs jobs_;
+  Host host_;
+  Session session_;
+};
+
+}  // namespace desk

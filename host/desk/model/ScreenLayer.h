@@ -1,0 +1,38 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Layer.h"
+#include "host/Dialogs.h"
+#include "host/Screen.h"
+
+namespace desk {
+
+/// One of the module's own screens, and the framework's side of it.
+class ScreenLayer : public Layer, public host::ScreenPeer {
+ public:
+  /// Constructs the screen and completes its layout. Raises what either raises.
+  ScreenLayer(const host::ScreenClass& screen_class, host::Session& session);
+  ~ScreenLayer() override;
+
+  void handleKey(const std::string& key) override;
+  RowList* rowList() override;
+  void addTo(Json& frame) const override;
+
+  void init(host::Session& session) override;
+  void setItem(const std::string& key, const host::ComponentPtr& component) override;
+  void setAttribute(const std::string& name, const std::string& value) override;
+  void appendOnLayoutFinish(const host::Action& hook) override;
+  void close(const host::Value& result) override { Layer::close(result); }
+  void callOperation(const std::string& name, const host::Value& argument) override;
+
+ private:
+  std::map<std::string, host::ComponentPtr> widgets_;
+  std::vector<host::Action> on_layout_finish_;
+  std::unique_ptr<host::Screen> screen_;
+};
+
+}  // namespace desk

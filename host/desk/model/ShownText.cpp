@@ -1,0 +1,62 @@
+#include "ShownText.h"
+
+namespace desk {
+namespace {
+
+bool isContinuation(unsigned char byte) {
+  return (byte & 0xC0U) == 0x80U;
+}
+
+/// Returns the length of the valid UTF-8 sequence at `start`, 0 when there is none (RFC 3629).
+std::size_t sequenceLength(const std::string& bytes, std::size_t start) {
+  const auto at = [&](std::size_t offset) {
+    return start + offset < bytes.size() ? static_cast<unsigned char>(bytes[start + offset]) : 0U;
+  };
+  const unsigned first = at(0);
+  const unsigned second = at(1);
+  if (first < 0x80) return 1;
+  std::size_t length = 0;
+  unsigned least =
+      0x80;  // what the second byte may be, which rules out overlong and surrogate forms
+  unsigned most = 0xBF;
+  if (first >= 0xC2 && first <= 0xDF) {
+    length = 2;
+  } else if (first >= 0xE0 && first <= 0xEF) {
+    length = 3;
+    if (first == 0xE0) least = 0xA0;
+    if (first == 0xED) most = 0x9F;
+  } else if (first >= 0xF0 && first <= 0xF4) {
+    length = 4;
+    if (first == 0xF0) least = 0x90;
+    if (first == 0xF4) most = 0x8F;
+  }
+  if (length == 0 || second < least || second > most) return 0;
+  for (std::size_t offset = 2; offset < length; ++offset) {
+    if (!isContinuation(static_cast<unsigned char>(at(offset)))) return 0;
+  }
+  return length;
+}
+
+std::string escaped(unsigned char byte) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  return std::string("\\x") + kDigits[byte >> 4U] + kDigits[byte & 0x0FU];
+}
+
+}  // namespace
+
+std::string shownText(const std::string& bytes) {
+  std::string shown;
+  for (std::size_t position = 0; position < bytes.size();) {
+    const std::size_t length = sequenceLength(bytes, position);
+    if (length > 0) {
+      shown += bytes.substr(position, length);
+      position += length;
+    } else {
+      shown += escaped(static_cast<unsigned char>(bytes[position]));
+      ++position;
+    }
+  }
+  return shown;
+}
+
+}  // namespace desk
