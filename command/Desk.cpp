@@ -1,7 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -24,7 +23,7 @@ struct Options {
   std::filesystem::path receiver;
   std::string menu = "backup";
   std::string words;
-  desk::FrameFormat frames = desk::FrameFormat::text;
+  std::string frames = "text";
   desk::Records records;
 };
 
@@ -46,7 +45,8 @@ void runDesk(const Options& options) {
   desk::requireTree(options.receiver);
   const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
 
-  desk::ScriptPlayer player(options.frames, std::cout);
+  desk::ScriptPlayer player(
+      options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout);
   desk::Supervisor supervisor(
       [&](desk::Channel channel) {
         desk::runGuiProcess(tree, moduleWith(options.menu), std::move(channel));
@@ -78,8 +78,8 @@ void addDesk(CLI::App& stowline) {
         }
       });
   desk->add_option("--frames", options->frames, "how frames are printed")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, desk::FrameFormat>{
-          {"text", desk::FrameFormat::text}, {"json", desk::FrameFormat::json}}));
+      ->check(CLI::IsMember({"text", "json"}))
+      ->capture_default_str();
   desk->add_option("--log", options->records.log, "append the module's log lines to this file")
       ->type_name("FILE");
   desk->add_option("--trace", options->records.trace, "append every shell command to this file")

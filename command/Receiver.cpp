@@ -29,7 +29,9 @@ void addReceiver(CLI::App& stowline) {
   CLI::App* lay_out = receiver->add_subcommand(
       "new", "Lay out a receiver that has been in use, in a new or empty directory.");
   lay_out->add_option("DIR", options->dir, "the directory")->required();
-  lay_out->add_option("--model", options->model, "the receiver's model")->capture_default_str();
+  lay_out->add_option("--model", options->model, "the receiver's model")
+      ->check(CLI::IsMember(desk::models()))
+      ->capture_default_str();
   lay_out->callback([options] { desk::layOut(options->dir, options->model); });
 
   CLI::App* flash = receiver->add_subcommand(

@@ -26,7 +26,7 @@ struct CloseDirectory {
 /// Reads the open file `descriptor` to its end. `path` names it in an error.
 std::string readAll(int descriptor, const std::string& path) {
   std::string text;
-  std::array<char, 65536> buffer;
+  std::array<char, 65536> buffer{};
   for (;;) {
     const ssize_t count = read(descriptor, buffer.data(), buffer.size());
     if (count == 0) return text;
@@ -86,7 +86,7 @@ std::vector<std::string> NativeSystem::listdir(const std::string& path) {
 }
 
 bool NativeSystem::exists(const std::string& path) {
-  struct stat status;
+  struct stat status {};
   return stat(path.c_str(), &status) == 0;
 }
 
@@ -97,18 +97,21 @@ std::string NativeSystem::join(const std::string& directory, const std::string& 
 }
 
 long long NativeSystem::fileSize(const std::string& path) {
-  struct stat status;
+  struct stat status {};
   if (stat(path.c_str(), &status) != 0) throw osError(errno, path);
   return status.st_size;
 }
 
 void NativeSystem::makedirs(const std::string& path) {
-  for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
-       slash = path.find('/', slash + 1)) {
-    const std::string parent = path.substr(0, slash);
-    if (mkdir(parent.c_str(), 0777) != 0 && !exists(parent)) throw osError(errno, parent);
+  const std::string directory = path.substr(0, path.find_last_not_of('/') + 1);
+  for (std::size_t slash = directory.find('/', 1); slash != std::string::npos;
+       slash = directory.find('/', slash + 1)) {
+    const std::string parent = directory.substr(0, slash);
+    if (mkdir(parent.c_str(), 0777) == 0) continue;
+    const int reason = errno;
+    if (!exists(parent)) throw osError(reason, parent);
   }
-  if (mkdir(path.c_str(), 0777) != 0) throw osError(errno, path);
+  if (mkdir(directory.c_str(), 0777) != 0) throw osError(errno, path);
 }
 
 void NativeSystem::remove(const std::string& path) {

@@ -1,11 +1,11 @@
 #include "OsError.h"
 
-#include <system_error>
+#include <cstring>
 
 namespace native {
 
 host::Error osError(int number, const std::string& path) {
-  const std::string reason = std::generic_category().message(number);
+  const std::string reason = std::strerror(number);
   return {"OSError", "[Errno " + std::to_string(number) + "] " + reason + ": '" + path + "'",
           number};
 }

@@ -111,12 +111,12 @@ class SettingsConfig::Subsection : public host::ConfigSubsection {
  private:
   std::optional<std::string> stored(const std::string& key) const {
     const std::string start = prefix_ + key + "=";
+    std::optional<std::string> value;
     for (const std::string& line : readLines(file_)) {
-      if (!line.starts_with(start)) continue;
-      const std::string value = line.substr(start.size());
-      return value.substr(0, value.find_last_not_of('\n') + 1);
+      if (line.starts_with(start))
+        value = line.substr(start.size(), line.find('\n') - start.size());
     }
-    return std::nullopt;
+    return value;
   }
 
   std::string prefix_;

@@ -83,17 +83,23 @@ constexpr RestoreEntry kRestoreLists[] = {
     {"personalscript", "personalscript"},
 };
 
+/// Returns the medium of a choice. Raises host::Error ("TypeError") for anything else.
+std::string mediumOf(const host::Value& option) {
+  if (option.list() && option.list()->size() > 1) return option.list()->at(1).str();
+  throw host::Error("TypeError", "no choice of a medium: " + option.str());
+}
+
 }  // namespace
 
 Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& session,
                    std::string plugin_path, const std::string& screen_type)
     : TitledScreen(host, peer, session), skin_path(std::move(plugin_path)) {
   peer.setAttribute("skin_path", skin_path);
-  const std::string name = translated("QOR Stowline");
+  setTitleAttribute(translated("QOR Stowline"));
   backupactions = std::make_unique<BackupActions>(host, "manual");
   const bool restore = screen_type == "restore";
   screentype = restore ? "restore" : "backup";
-  setTitleAttribute(name + " (" + translated(restore ? "Restore" : "Backup") + ")");
+  setTitleAttribute(title + " (" + translated(restore ? "Restore" : "Backup") + ")");
 
   setItem("key_green", host.components().makeStaticText(""));
   setItem("key_yellow", host.components().makeStaticText(""));
@@ -199,9 +205,7 @@ void Stowline::chooseMedium() {
 }
 
 void Stowline::backuprestorepath_choosen(const host::Value& option) {
-  if (option.list()) {
-    backupRestorePathSetting(host()).setValue(option.list()->at(1).str());
-  }
+  if (!option.isNothing()) backupRestorePathSetting(host()).setValue(mediumOf(option));
   backupRestorePathSetting(host()).save();
   host().config().subsection(kSubsection).save();
   host().config().save();
@@ -239,6 +243,8 @@ void Stowline::installLocalPlugins() {
     return;
   }
   ipklist.clear();
+  pluginsinstalled.clear();
+  pluginsinstalledclean.clear();
   pluginsinstalled = host().os().popen(kInstalledPlugins);
   pluginsinstalledclean = withoutNewlines(pluginsinstalled);
   *path += "/plugins";

@@ -45,7 +45,7 @@ class Stowline : public TitledScreen {
   void runMenuEntry(const host::Value& ret = {});
 
   /// Stores the medium of `option` (a choice, or nothing when the box was left), saves the
-  /// configuration and checks the medium.
+  /// configuration and checks the medium. Raises host::Error ("TypeError") for any other `option`.
   void backuprestorepath_choosen(const host::Value& option);
 
   /// Finds or makes the backup directory, says so when that fails, and builds the menu afresh.

@@ -191,7 +191,7 @@ void StowlineRestore::openHelpScreen() {
 }
 
 void StowlineRestore::startRestore(const host::Value& ret) {
-  if (!ret.equalsTrue()) return;
+  if (!ret.equalsTrue() || !hasSelection()) return;
   exe = true;
   session->open(host::Console{
       .title = translated("Restore running"),
@@ -227,7 +227,7 @@ void StowlineRestore::deleteFile() {
 
 /// When the removal fails, `exe` stays true and the keys stay disabled, deliberately.
 void StowlineRestore::startDelete(const host::Value& ret) {
-  if (!ret.equalsTrue()) return;
+  if (!ret.equalsTrue() || !val.text()) return;
   exe = true;
   if (host().os().exists(val.str())) host().os().remove(val.str());
   exe = false;
@@ -255,7 +255,10 @@ void StowlineRestore::ipkgCallback(host::IpkgEvent event, const host::Value& /*p
 /// Only newlines are stripped, deliberately: a carriage return or a blank makes another name, and
 /// an empty line an empty one.
 void StowlineRestore::installPlugins() {
+  plugins.clear();
   cmdList.clear();
+  pluginsinstalled.clear();
+  pluginsinstalledclean.clear();
   pluginsinstalled = host().os().popen(kInstalledPlugins);
   pluginsinstalledclean = withoutNewlines(pluginsinstalled);
   plugins = host().os().popen("cat " + val.str());

@@ -11,15 +11,20 @@
 #include <exception>
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 #include "Enclosure.h"
 #include "model/ShownText.h"
+#include "native/OsError.h"
 
 namespace desk {
 namespace {
 
 constexpr const char* kPidFile = "/var/run/enigma2.pid";
+/// Where the GUI works. Not "/": there the shell would expand the relative patterns of the
+/// configuration backup's exclusions.
+constexpr const char* kHome = "/home/root";
 constexpr const char* kGuiLog = "/var/log/enigma2.log";
 
 /// Sends what happens to the supervisor.
@@ -40,17 +45,37 @@ class Reporter : public Observer {
 void setEnvironment() {
   clearenv();
   setenv("PATH", "/bin:/sbin:/usr/bin:/usr/sbin", 1);
-  setenv("HOME", "/home/root", 1);
+  setenv("HOME", kHome, 1);
   setenv("LANG", "C", 1);
   umask(022);
+  if (chdir(kHome) != 0) throw std::runtime_error(std::string("the tree has no ") + kHome);
 }
 
-/// Sends what the process and its commands print to the receiver's own log.
+/// Takes the process and its commands off whatever the supervisor reads from and writes to.
+void leaveStandardStreams() {
+  const native::Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (dup2(nothing.number(), stream) < 0) throw native::osError(errno, "/dev/null");
+  }
+}
+
+/// Sends what the process and its commands print to the receiver's own log, if it has one.
 void redirectOutput() {
   const native::Descriptor log(open(kGuiLog, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
   if (!log) return;
   dup2(log.number(), STDOUT_FILENO);
   dup2(log.number(), STDERR_FILENO);
+}
+
+/// Says which process a command in the tree means by the GUI.
+void writePidFile() {
+  std::ofstream file(kPidFile);
+  file << getpid() << "\n";
+  file.close();
+  if (!file) {
+    throw std::runtime_error(std::string("cannot write ") + kPidFile +
+                             " in the tree: run stowline as the user whom the tree belongs to");
+  }
 }
 
 /// Answers words with frames until the supervisor has gone.
@@ -111,10 +136,11 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
                    Channel channel) {
   setsid();
   try {
+    leaveStandardStreams();
     enterTree(dir);
     setEnvironment();
     redirectOutput();
-    std::ofstream(kPidFile) << getpid() << "\n";
+    writePidFile();
     Reporter reporter(channel);
     Receiver receiver(reporter);
     receiver.open(application);
@@ -123,7 +149,7 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
     loop.run();
     unlink(kPidFile);
   } catch (const std::exception& error) {
-    channel.send({{"fatal", error.what()}});
+    channel.send({{"fatal", shownText(error.what())}});
     _exit(EXIT_FAILURE);
   }
   // Not exit(): what the supervisor has registered to run at its own exit is not this process's.

@@ -50,13 +50,16 @@ void MessageBoxLayer::addTo(Json& frame) const {
 }
 
 ChoiceBoxLayer::ChoiceBoxLayer(const host::ChoiceBox& box)
-    : Layer("ChoiceBox"), choices_(box.list) {
-  shown_title = box.title;
+    : Layer("ChoiceBox"), question_(box.title), choices_(box.list) {
   std::vector<Row> rows;
   for (const host::Value& choice : choices_) {
     rows.push_back({shownText(choice.list()->front().str()), ""});
   }
   rows_.setRows(std::move(rows));
+}
+
+void ChoiceBoxLayer::addTo(Json& frame) const {
+  frame["text"] = shownText(question_);
 }
 
 void ChoiceBoxLayer::handleKey(const std::string& key) {

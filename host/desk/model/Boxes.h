@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "Layer.h"
 #include "host/Dialogs.h"
 
@@ -29,9 +31,10 @@ class ChoiceBoxLayer : public Layer {
 
   void handleKey(const std::string& key) override;
   RowList* rowList() override { return &rows_; }
-  void addTo(Json& /*frame*/) const override {}
+  void addTo(Json& frame) const override;
 
  private:
+  std::string question_;
   host::Value::List choices_;
   RowList rows_;
 };

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ShownText.h"
+#include "host/Error.h"
 
 namespace desk {
 
@@ -13,27 +14,31 @@ ConsoleLayer::ConsoleLayer(host::Console console, Jobs& jobs, Observer& observer
 }
 
 void ConsoleLayer::runNext() {
-  if (next_ == console_.cmdlist.size()) {
-    ++next_;
-    return;
+  while (next_ < console_.cmdlist.size()) {
+    const std::string& command = console_.cmdlist[next_++];
+    observer_.onCommand(command);
+    try {
+      jobs_.start(
+          {"/bin/sh", "-c", command}, [this](const std::string& text) { output_ += text; },
+          [this](int exit_status) {
+            if (exit_status != 0) output_ += "[exit status " + std::to_string(exit_status) + "]\n";
+            runNext();
+          });
+      return;
+    } catch (const host::Error& error) {
+      output_ += error.what() + std::string("\n");
+    }
   }
-  const std::string& command = console_.cmdlist[next_++];
-  observer_.onCommand(command);
-  jobs_.start(
-      {"/bin/sh", "-c", command}, [this](const std::string& text) { output_ += text; },
-      [this](int exit_status) {
-        if (exit_status != 0) output_ += "[exit status " + std::to_string(exit_status) + "]\n";
-        runNext();
-      });
+  running_ = false;
 }
 
 void ConsoleLayer::handleKey(const std::string& key) {
-  if (!running() && (key == "ok" || key == "exit")) close({});
+  if (!running_ && (key == "ok" || key == "exit")) close({});
 }
 
 void ConsoleLayer::addTo(Json& frame) const {
   frame["text"] = shownText(output_);
-  frame["running"] = running();
+  frame["running"] = running_;
 }
 
 }  // namespace desk

@@ -20,12 +20,12 @@ class ConsoleLayer : public Layer {
 
  private:
   void runNext();
-  bool running() const { return next_ <= console_.cmdlist.size(); }
 
   host::Console console_;
   Jobs& jobs_;
   Observer& observer_;
-  std::size_t next_ = 0;  ///< one past the last command once all have ended
+  std::size_t next_ = 0;
+  bool running_ = true;
   std::string output_;
 };
 

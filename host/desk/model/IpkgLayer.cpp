@@ -2,6 +2,7 @@
 
 #include "Opkg.h"
 #include "ShownText.h"
+#include "host/Error.h"
 
 namespace desk {
 
@@ -14,16 +15,20 @@ IpkgLayer::IpkgLayer(const host::Ipkg& ipkg, Jobs& jobs, Observer& observer)
 }
 
 void IpkgLayer::runNext() {
-  if (next_ == packages_.size()) {
-    running_ = false;
-    return;
+  while (next_ < packages_.size()) {
+    Package& package = packages_[next_++];
+    package.state = "running";
+    try {
+      startOpkg(jobs_, observer_, {"install", package.name}, [this, &package](int exit_status) {
+        package.state = exit_status == 0 ? "done" : "failed";
+        runNext();
+      });
+      return;
+    } catch (const host::Error&) {
+      package.state = "failed";
+    }
   }
-  Package& package = packages_[next_++];
-  package.state = "running";
-  startOpkg(jobs_, observer_, {"install", package.name}, [this, &package](int exit_status) {
-    package.state = exit_status == 0 ? "done" : "failed";
-    runNext();
-  });
+  running_ = false;
 }
 
 void IpkgLayer::handleKey(const std::string& key) {

@@ -17,6 +17,10 @@
 namespace desk {
 namespace {
 
+/// How much output is taken at once: what a pipe holds (pipe(7)), so that nothing is left of a
+/// program that has ended, and one that never stops writing does not keep the loop.
+constexpr int kBlocksAtOnce = 16;
+
 struct Pipe {
   native::Descriptor read_end;
   native::Descriptor write_end;
@@ -46,9 +50,20 @@ pid_t spawn(const std::vector<std::string>& argv, int output) {
   return pid;
 }
 
-/// pidfd_open(2), which this C library has no name for.
-native::Descriptor openProcess(pid_t pid) {
-  return native::Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
+/// Kills and buries a process that is not wanted any more.
+void end(pid_t pid) {
+  kill(pid, SIGKILL);
+  waitpid(pid, nullptr, 0);
+}
+
+/// Returns a descriptor that is readable once `pid` has ended: pidfd_open(2), which this C library
+/// has no name for. A process that cannot be watched is ended.
+native::Descriptor watchProcess(pid_t pid) {
+  native::Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
+  if (process) return process;
+  const int reason = errno;
+  end(pid);
+  throw native::osError(reason, "pidfd_open");
 }
 
 /// Returns the exit status as a shell gives it.
@@ -64,17 +79,14 @@ bool isReadable(int descriptor) {
 }  // namespace
 
 Jobs::~Jobs() {
-  for (const Job& job : running_) {
-    kill(job.pid, SIGKILL);
-    waitpid(job.pid, nullptr, 0);
-  }
+  for (const Job& job : running_) end(job.pid);
 }
 
 void Jobs::start(const std::vector<std::string>& argv, OnOutput on_output, OnEnd on_end) {
   Pipe pipe = makePipe();
   const pid_t pid = spawn(argv, pipe.write_end.number());
   running_.push_back(
-      {pid, openProcess(pid), std::move(pipe.read_end), std::move(on_output), std::move(on_end)});
+      {pid, watchProcess(pid), std::move(pipe.read_end), std::move(on_output), std::move(on_end)});
 }
 
 std::vector<pollfd> Jobs::watched() const {
@@ -106,7 +118,7 @@ std::list<Jobs::Job>::iterator Jobs::firstEnded() {
 
 void Jobs::readOutput(Job& job) {
   std::array<char, 4096> buffer;
-  while (job.output) {
+  for (int block = 0; block < kBlocksAtOnce && job.output; ++block) {
     const ssize_t count = read(job.output.number(), buffer.data(), buffer.size());
     if (count > 0) {
       job.on_output(std::string(buffer.data(), static_cast<std::size_t>(count)));

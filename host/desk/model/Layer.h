@@ -25,6 +25,9 @@ class Layer {
   /// The title that a viewer sees.
   std::string shown_title;
 
+  /// Completes the layout, once the layer is on top. Raises what the screen's own hooks raise.
+  virtual void finishLayout() {}
+
   /// Handles a key of the remote control. Raises what the screen's own handler raises.
   virtual void handleKey(const std::string& key) = 0;
 

@@ -9,11 +9,13 @@
 namespace desk {
 
 ScreenLayer::ScreenLayer(const host::ScreenClass& screen_class, host::Session& session)
-    : Layer(screen_class.name), screen_(screen_class.create(*this, session)) {
-  for (const host::Action& hook : on_layout_finish_) hook.call();
-}
+    : Layer(screen_class.name), screen_(screen_class.create(*this, session)) {}
 
 ScreenLayer::~ScreenLayer() = default;
+
+void ScreenLayer::finishLayout() {
+  for (const host::Action& hook : on_layout_finish_) hook.call();
+}
 
 void ScreenLayer::handleKey(const std::string& key) {
   std::vector<const ActionMap*> maps;

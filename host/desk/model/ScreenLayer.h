@@ -14,10 +14,11 @@ namespace desk {
 /// One of the module's own screens, and the framework's side of it.
 class ScreenLayer : public Layer, public host::ScreenPeer {
  public:
-  /// Constructs the screen and completes its layout. Raises what either raises.
+  /// Constructs the screen. Raises what that raises.
   ScreenLayer(const host::ScreenClass& screen_class, host::Session& session);
   ~ScreenLayer() override;
 
+  void finishLayout() override;
   void handleKey(const std::string& key) override;
   RowList* rowList() override;
   void addTo(Json& frame) const override;

@@ -30,8 +30,7 @@ class LayerHandle : public host::OpenedDialog {
 }  // namespace
 
 Session::~Session() {
-  // From the top: a dialog refers to the screen beneath it.
-  while (!stack_.empty()) stack_.pop_back();
+  cutTo(0);
 }
 
 std::unique_ptr<host::OpenedDialog> Session::open(const host::Dialog& dialog) {
@@ -47,8 +46,20 @@ std::unique_ptr<host::OpenedDialog> Session::push(const host::Dialog& dialog,
                                                   std::optional<host::Answer> callback) {
   std::unique_ptr<Layer> layer = make(dialog);
   Layer& opened = *layer;
+  const std::size_t height = stack_.size();
   stack_.push_back({std::move(layer), std::move(callback)});
+  try {
+    opened.finishLayout();
+  } catch (...) {
+    cutTo(height);
+    throw;
+  }
   return std::make_unique<LayerHandle>(opened);
+}
+
+/// Takes layers off the top until `height` are left: a dialog refers to the screen beneath it.
+void Session::cutTo(std::size_t height) {
+  while (stack_.size() > height) stack_.pop_back();
 }
 
 std::unique_ptr<Layer> Session::make(const host::Dialog& dialog) {

@@ -40,6 +40,7 @@ class Session : public host::Session {
 
   std::unique_ptr<host::OpenedDialog> push(const host::Dialog& dialog,
                                            std::optional<host::Answer> callback);
+  void cutTo(std::size_t height);
   std::unique_ptr<Layer> make(const host::Dialog& dialog);
 
   Jobs& jobs_;

@@ -11,6 +11,7 @@ using Json = nlohmann::ordered_json;
 using Lines = std::vector<std::string>;
 
 constexpr std::size_t kWidth = 76;
+constexpr std::size_t kTextWidth = kWidth - 4;
 
 /// The colour keys that a screen may label, with the keys that press them.
 constexpr const char* kColourKeys[] = {"red", "green", "yellow", "blue"};
@@ -26,9 +27,40 @@ std::string padded(const std::string& text, std::size_t width) {
   return shown < width ? text + std::string(width - shown, ' ') : text;
 }
 
+/// Returns `text` with every control character as "\xNN", so that it stays on its line.
+std::string printable(const std::string& text) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string result;
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte >= 0x20 && byte != 0x7F) {
+      result += character;
+    } else {
+      result += std::string("\\x") + kDigits[byte >> 4U] + kDigits[byte & 0x0FU];
+    }
+  }
+  return result;
+}
+
+/// Adds `text` as one line, or as several when it is wider than the box; `indent` goes before each
+/// but the first, and `start` before that one.
+void addLine(Lines& lines, const std::string& text, const std::string& start = "",
+             const std::string& indent = "") {
+  std::string line = start;
+  for (const char character : printable(text)) {
+    const bool starts_character = (static_cast<unsigned char>(character) & 0xC0U) != 0x80U;
+    if (starts_character && shownWidth(line) == kTextWidth) {
+      lines.push_back(line);
+      line = indent;
+    }
+    line += character;
+  }
+  lines.push_back(line);
+}
+
 void addText(Lines& lines, const std::string& text) {
   std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  for (std::string line; std::getline(stream, line);) addLine(lines, line);
 }
 
 void addRows(Lines& lines, const Json& frame) {
@@ -36,16 +68,17 @@ void addRows(Lines& lines, const Json& frame) {
   int index = 0;
   for (const Json& row : frame.at("rows")) {
     const std::string description = row.at(1);
-    lines.push_back((index == selected ? "> " : "  ") + row.at(0).get<std::string>());
-    if (!description.empty()) lines.push_back("    " + description);
+    addLine(lines, row.at(0), index == selected ? "> " : "  ", "  ");
+    if (!description.empty()) addLine(lines, description, "    ", "    ");
     ++index;
   }
 }
 
 void addPackages(Lines& lines, const Json& frame) {
   if (!frame.contains("packages")) return;
+  const std::string indent(9, ' ');
   for (const Json& package : frame.at("packages")) {
-    lines.push_back(padded(package.at("state"), 9) + package.at("name").get<std::string>());
+    addLine(lines, package.at("name"), padded(package.at("state"), indent.size()), indent);
   }
 }
 
@@ -82,7 +115,7 @@ std::string heading(const Json& frame) {
   if (text.empty()) text = frame.at("screen");
   if (text.empty()) text = "(the menu is closed)";
   if (frame.contains("type")) text += " [" + frame.at("type").get<std::string>() + "]";
-  return text;
+  return printable(text);
 }
 
 std::string edge(const std::string& text) {
@@ -97,7 +130,7 @@ std::string textFrame(const Json& frame) {
   const std::string key = frame.at("key");
   std::string text = key.empty() ? "\n" : "\n[" + key + "]\n";
   text += edge(heading(frame));
-  for (const std::string& line : content(frame)) text += "| " + padded(line, kWidth - 4) + " |\n";
+  for (const std::string& line : content(frame)) text += "| " + padded(line, kTextWidth) + " |\n";
   return text + edge("");
 }
 

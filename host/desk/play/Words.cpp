@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "model/KeyMap.h"
+#include "model/ShownText.h"
 
 namespace desk {
 namespace {
@@ -40,6 +41,10 @@ std::vector<std::string> split(const std::string& script) {
 std::vector<std::string> parseWords(const std::string& script) {
   std::vector<std::string> words = split(script);
   for (const std::string& word : words) {
+    if (shownText(word) != word) {
+      throw UnknownWord("'" + shownText(word) +
+                        "' is not valid UTF-8; rows show such bytes as \\xNN");
+    }
     if (!isWord(word)) {
       throw UnknownWord("unknown word '" + word +
                         "'; known are up down left right ok exit red green yellow blue 0..9 wait "

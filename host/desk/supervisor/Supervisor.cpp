@@ -15,27 +15,23 @@
 namespace desk {
 namespace {
 
-std::ofstream openRecord(const std::filesystem::path& path) {
-  std::ofstream record;
-  if (path.empty()) return record;
-  record.open(path, std::ios::app);
-  if (!record) {
-    throw std::runtime_error("cannot write " + path.string() + ": " + std::strerror(errno));
-  }
-  return record;
+/// Opens the record `path` to append to; no command ever sees it.
+native::Descriptor openRecord(const std::filesystem::path& path) {
+  if (path.empty()) return {};
+  native::Descriptor record(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+  if (record) return record;
+  throw std::runtime_error("cannot write " + path.string() + ": " + std::strerror(errno));
 }
 
 /// Appends `text` as one line, whatever it holds.
-void appendLine(std::ofstream& record, const std::string& text) {
-  if (!record.is_open()) return;
-  for (const char character : text) {
-    if (character == '\n') {
-      record << "\\n";
-    } else {
-      record << character;
-    }
+void appendLine(const native::Descriptor& record, const std::string& text) {
+  if (!record) return;
+  std::string line;
+  for (const char character : text) line += character == '\n' ? "\\n" : std::string(1, character);
+  line += '\n';
+  if (write(record.number(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
+    throw std::runtime_error(std::string("cannot write a record: ") + std::strerror(errno));
   }
-  record << std::endl;
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <sys/types.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <string>
@@ -55,8 +54,8 @@ class Supervisor {
 
   std::function<void(Channel)> run_gui_;
   Events& events_;
-  std::ofstream log_;
-  std::ofstream trace_;
+  native::Descriptor log_;
+  native::Descriptor trace_;
   std::optional<Channel> channel_;
   pid_t gui_ = 0;
 };

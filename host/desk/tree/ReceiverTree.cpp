@@ -174,6 +174,10 @@ void flashTree(const fs::path& dir) {
 
 }  // namespace
 
+std::vector<std::string> models() {
+  return {std::begin(kModels), std::end(kModels)};
+}
+
 void layOut(const fs::path& dir, const std::string& model) {
   requireModel(model);
   orTreeError("lay out a receiver tree in", dir, [&] {

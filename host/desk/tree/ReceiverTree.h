@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 /// A receiver tree: a directory that holds what the module touches on a receiver. Its tools run
 /// inside it, as root after a chroot, as an ordinary user in a user namespace.
@@ -14,6 +15,9 @@ class TreeError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+/// Returns the models that a receiver can be of.
+std::vector<std::string> models();
 
 /// Lays out a receiver of the model `model` that has been in use for a while in `dir`, which must
 /// not exist or be empty. Raises TreeError when it cannot; then nothing is left in `dir`.

@@ -16,7 +16,8 @@ class ScreenPeer;
 class Session;
 
 /// A message on top of everything. TYPE_INFO and TYPE_ERROR close by key or after `timeout`
-/// seconds; TYPE_YESNO closes with true for yes, false for no and for the exit key.
+/// seconds; TYPE_YESNO closes with true for yes, false for no and for the exit key. TYPE_YESNO and
+/// no time-out are the framework's own defaults, which a host does not pass on.
 struct MessageBox {
   enum Type { TYPE_YESNO, TYPE_INFO, TYPE_ERROR };
   std::string text;

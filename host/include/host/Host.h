@@ -36,7 +36,8 @@ class Host {
   /// Whether the file `path` exists (`fileExists` of Tools.Directories).
   virtual bool fileExists(const std::string& path) = 0;
 
-  /// Returns the absolute path of `relative` (may be empty) below the directory of `scope`.
+  /// Returns the absolute path of `relative` (empty: the framework is given none) below the
+  /// directory of `scope`.
   virtual std::string resolveFilename(Scope scope, const std::string& relative) = 0;
 
   /// Returns the receiver's model, asked afresh (`HardwareInfoVu().get_device_name()`).

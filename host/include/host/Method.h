@@ -11,8 +11,8 @@ namespace host {
 class Screen;
 
 /// An operation of a screen, as it is handed to the framework. A host with an interpreter looks
-/// `name` up on the screen's own object; the others use `call`, which is good as long as the screen
-/// lives.
+/// `name` up on the screen's own object, which it knows by the screen's peer; the others use
+/// `call`, which is good as long as the screen lives.
 template <class... Arguments>
 struct Method {
   Screen* screen = nullptr;

@@ -18,7 +18,7 @@ class ScreenPeer {
  public:
   virtual ~ScreenPeer() = default;
 
-  /// Initialises the framework's base screen with `session`.
+  /// Initialises the framework's base screen with `session`, and sets its attribute "session".
   virtual void init(Session& session) = 0;
 
   /// Puts `component` into the widget table under `key`, in place of any former one.
@@ -50,12 +50,15 @@ class Screen {
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;
 
+  /// The framework's side of this screen; a host that is handed a Method finds its own object
+  /// there.
+  ScreenPeer& peer() const { return peer_; }
+
   /// The GUI session that opened the screen.
   Session* session;
 
  protected:
   Host& host() const { return host_; }
-  ScreenPeer& peer() const { return peer_; }
 
   /// Registers `component` under `key`, in the widget table and with the framework.
   void setItem(const std::string& key, const ComponentPtr& component) {

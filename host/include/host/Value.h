@@ -11,6 +11,8 @@ namespace host {
 
 /// A value that other code may hand in or take out: a dialog's answer, a job's result, an item of a
 /// list row. Tuples and lists are both `List`.
+/// Beware of `List{x}` with an `x` that is a List itself: compilers differ on whether it copies or
+/// nests.
 class Value {
  public:
   using List = std::vector<Value>;
@@ -24,7 +26,11 @@ class Value {
   Value(const char* text) : data_(std::string(text)) {}
   Value(std::string text) : data_(std::move(text)) {}
   Value(List items) : data_(std::move(items)) {}
-  Value(ObjectRef object) : data_(std::move(object)) {}
+
+  /// An object; a null one is nothing.
+  Value(ObjectRef object) {
+    if (object) data_ = std::move(object);
+  }
 
   bool isNothing() const { return std::holds_alternative<std::monostate>(data_); }
 
@@ -44,7 +50,7 @@ class Value {
   /// number, nothing, texts and lists, empty or not, do not.
   bool equalsTrue() const;
 
-  /// The value's text form, as `%s` formats it: a text as it stands, "None" for nothing.
+  /// The value's text form for a log line or a file name: a text as it stands, "None" for nothing.
   std::string str() const;
 
   friend bool operator==(const Value&, const Value&) = default;

@@ -40,6 +40,7 @@ class List : public Component {
 /// A list widget with a cursor and one text a row.
 class MenuList : public Component {
  public:
+  /// Replaces the rows (the framework's `l.setList`).
   virtual void setList(const std::vector<std::string>& rows) = 0;
 
   /// Returns the text under the cursor, nothing when the list is empty.
@@ -52,7 +53,8 @@ struct ActionBinding {
   Action handler;
 };
 
-/// What an action map is made of. Maps of a lower priority are asked first.
+/// What an action map is made of. Maps of a lower priority are asked first; 0 is
+/// the framework's own default, which a host does not pass on.
 struct ActionMapping {
   std::vector<std::string> contexts;
   std::vector<ActionBinding> bindings;
