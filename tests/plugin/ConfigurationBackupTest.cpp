@@ -1,0 +1,111 @@
+#include <algorithm>
+
+#include "BackupTest.h"
+
+namespace stowline {
+namespace {
+
+using namespace expected;
+
+const std::string kArchive =
+    "/media/hdd/qor-stowline/configuration_ver_c_20240305_07-04_solo2.tar.gz";
+
+const std::string kBothSkinsSearched = block(R"(
+fileExists("/var/lib/opkg/info/enigma2-plugin-skin-atile.list")
+os_path.exists("/usr/share/enigma2/AtileHD")
+os.listdir("/usr/share/enigma2/AtileHD")
+os_path.join("/usr/share/enigma2/AtileHD", "colors_atile_mine.xml")
+os_path.exists("/usr/share/enigma2/AtileHD/allScreens")
+os_path.exists("/usr/share/enigma2/AtileHD/preview")
+fileExists("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list")
+os_path.exists("/usr/share/enigma2/vfd_skin")
+os.listdir("/usr/share/enigma2/vfd_skin")
+os_path.join("/usr/share/enigma2/vfd_skin", "skin_vfd_mine.xml")
+)");
+
+struct ConfigurationBackup : BackupTest {
+  void addUserFiles() {
+    host.system.addDirectory("/usr/share/enigma2/AtileHD", {"colors_atile_mine.xml"});
+    host.system.addDirectory("/usr/share/enigma2/vfd_skin", {"skin_vfd_mine.xml"});
+  }
+};
+
+TEST_F(ConfigurationBackup, ArchivesThePlacesThenTheExclusionsAndNoMoreWithoutUserFiles) {
+  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) +
+                               system(configurationCommand(kArchive)) + noUserFiles() +
+                               fileExists(kArchive));
+  EXPECT_EQ(actions.path, kDirectory);
+  EXPECT_EQ(actions.configfile, kArchive);
+}
+
+TEST_F(ConfigurationBackup, HoldsThirtyTwoPlacesAndEightExclusions) {
+  actions.createConfigFile();
+  const std::string record_text = record.take();
+  const auto begin = record_text.find("os.system(");
+  const std::string command = record_text.substr(begin, record_text.find('\n', begin) - begin);
+  EXPECT_EQ(std::count(command.begin(), command.end(), ' '), 2 + 32 + 2 * 8);
+}
+
+TEST_F(ConfigurationBackup, ArchivesTheUserFilesOfBothSkinsBesideIt) {
+  addUserFiles();
+  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(record.take(),
+            backupDirectory() + fileExists(kArchive) + system(configurationCommand(kArchive)) +
+                kBothSkinsSearched +
+                system("tar czf " + kArchive +
+                       "_user_files /usr/share/enigma2/AtileHD/colors_atile_mine.xml "
+                       "/usr/share/enigma2/vfd_skin/skin_vfd_mine.xml") +
+                fileExists(kArchive));
+}
+
+TEST_F(ConfigurationBackup, DeletesAnArchiveOfTheSameNameFirst) {
+  host.system.addFile(kArchive);
+  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) + system("rm -f " + kArchive) +
+                               system(configurationCommand(kArchive)) + noUserFiles() +
+                               fileExists(kArchive));
+}
+
+TEST_F(ConfigurationBackup, KeepsAnOlderUserFilesArchiveOfTheSameName) {
+  host.system.addFile(kArchive + "_user_files");
+  actions.createConfigFile();
+  EXPECT_TRUE(host.system.has(kArchive + "_user_files"));
+}
+
+TEST_F(ConfigurationBackup, ReportsSuccessByTheConfigurationArchiveAlone) {
+  status = 512;
+  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  status = 0;
+  has_room = false;
+  host.system.addFile(kArchive + "_user_files");
+  EXPECT_EQ(described(actions.createConfigFile()), "False");
+}
+
+TEST_F(ConfigurationBackup, FailedUserFilesArchiveIsNotReported) {
+  addUserFiles();
+  host.system.shell = [this](const std::string& command) {
+    if (command.find("_user_files ") != std::string::npos) return 512;
+    return runShell(command);
+  };
+  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_FALSE(host.system.has(kArchive + "_user_files"));
+}
+
+TEST_F(ConfigurationBackup, WritesNoneForADirectoryThatCouldNotBeHad) {
+  journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"OSError", "gone", 5});
+  has_room = false;
+  addUserFiles();
+  const std::string archive = "None/configuration_ver_c_20240305_07-04_solo2.tar.gz";
+  EXPECT_EQ(described(actions.createConfigFile()), "False");
+  EXPECT_EQ(record.take(),
+            backupDirectory() + fileExists(archive) + system(configurationCommand(archive)) +
+                kBothSkinsSearched +
+                system("tar czf " + archive +
+                       "_user_files /usr/share/enigma2/AtileHD/colors_atile_mine.xml "
+                       "/usr/share/enigma2/vfd_skin/skin_vfd_mine.xml") +
+                fileExists(archive));
+}
+
+}  // namespace
+}  // namespace stowline

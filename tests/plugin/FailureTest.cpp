@@ -1,0 +1,147 @@
+#include <algorithm>
+#include <optional>
+#include <sstream>
+
+#include "Expected.h"
+#include "Flows.h"
+
+namespace stowline {
+
+std::vector<Caught> both(std::vector<Caught> first, const std::vector<Caught>& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+std::vector<Caught> withoutDirectory(const std::string& then) {
+  return {{"os_path.exists(" + quoted(expected::kDirectory) + ")", then}};
+}
+
+std::vector<Caught> withoutNewDirectory(const std::string& then) {
+  return both(withoutDirectory(then),
+              {{"os.makedirs(" + quoted(expected::kDirectory) + ")", then}});
+}
+
+std::vector<Caught> withoutTitle(const std::string& title, const std::string& operations) {
+  const std::string made = "StaticText(" + quoted(title) + ")";
+  const std::string registered = "self[\"title\"] = " + made;
+  const std::string then = expected::print("self[\"title\"] was not found in skin") +
+                           operations.substr(operations.find(registered) + registered.size() + 1);
+  return {{made, then}, {registered, then}};
+}
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines linesOf(const std::string& text) {
+  Lines lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+std::string textOf(const Lines& lines, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) text += lines[i] + "\n";
+  return text;
+}
+
+std::size_t indexOf(const Lines& lines, const std::string& line) {
+  return static_cast<std::size_t>(std::ranges::find(lines, line) - lines.begin());
+}
+
+const host::Error kErrors[] = {
+    {"OSError", "[Errno 28] No space left on device", 28,
+     std::make_shared<RecordingObject>("<OSError>")},
+    {"TypeError", "odd", 0, std::make_shared<RecordingObject>("<TypeError>")},
+};
+
+void expectSame(const host::Error& raised, const host::Error& expected) {
+  EXPECT_EQ(raised.type(), expected.type());
+  EXPECT_EQ(raised.message(), expected.message());
+  EXPECT_EQ(raised.number(), expected.number());
+  EXPECT_EQ(raised.original(), expected.original());
+}
+
+struct Failures : ::testing::TestWithParam<Flow> {
+  const Flow& flow() const { return GetParam(); }
+
+  const Caught* caughtAt(const std::string& operation) const {
+    const auto found = std::ranges::find(flow().caught, operation, &Caught::operation);
+    return found == flow().caught.end() ? nullptr : &*found;
+  }
+
+  /// What the module's state is when operation `index` failed; nothing when the flow does not say.
+  std::optional<std::string> stateAfter(const Lines& operations, std::size_t index) const {
+    std::optional<std::string> state;
+    for (const StateFrom& from : flow().states) {
+      if (indexOf(operations, from.operation) <= index) state = from.state;
+    }
+    return state;
+  }
+
+  void failAt(const Lines& operations, std::size_t index, const host::Error& error) const {
+    Receiver receiver;
+    const Prepared run = flow().prepare(receiver);
+    receiver.record.take();
+    receiver.journal.failAt(index, error);
+    const Caught* caught = caughtAt(operations[index]);
+    try {
+      run.go();
+      EXPECT_TRUE(caught) << "the error went no further";
+    } catch (const host::Error& raised) {
+      EXPECT_FALSE(caught) << "the error went on";
+      expectSame(raised, error);
+    }
+    EXPECT_EQ(receiver.record.take(), textOf(operations, index + 1) + (caught ? caught->then : ""));
+    const auto state = stateAfter(operations, index);
+    if (state) {
+      EXPECT_EQ(run.state(), *state);
+    }
+  }
+};
+
+TEST_P(Failures, NoneLetsTheFlowRunToItsEnd) {
+  Receiver receiver;
+  const Prepared run = flow().prepare(receiver);
+  receiver.record.take();
+  run.go();
+  EXPECT_EQ(receiver.record.take(), flow().operations);
+}
+
+TEST_P(Failures, OfEveryOperationEndWhereTheyShould) {
+  const Lines operations = linesOf(flow().operations);
+  for (std::size_t index = 0; index < operations.size(); ++index) {
+    for (const host::Error& error : kErrors) {
+      SCOPED_TRACE(error.type() + " at " + operations[index]);
+      failAt(operations, index, error);
+    }
+  }
+}
+
+/// The tables of the flows name operations by their lines; a line that is not in the flow would
+/// check nothing.
+TEST_P(Failures, AreTabledByOperationsOfTheFlow) {
+  const Lines operations = linesOf(flow().operations);
+  for (const Caught& caught : flow().caught) {
+    EXPECT_EQ(std::ranges::count(operations, caught.operation), 1) << caught.operation;
+  }
+  for (const StateFrom& from : flow().states) {
+    EXPECT_GE(std::ranges::count(operations, from.operation), 1) << from.operation;
+  }
+}
+
+std::vector<Flow> allFlows() {
+  std::vector<Flow> flows;
+  for (const auto& group : {engineFlows(), menuFlows(), restoreFlows()}) {
+    flows.insert(flows.end(), group.begin(), group.end());
+  }
+  return flows;
+}
+
+INSTANTIATE_TEST_SUITE_P(Flows, Failures, ::testing::ValuesIn(allFlows()),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+}  // namespace
+
+}  // namespace stowline

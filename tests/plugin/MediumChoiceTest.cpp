@@ -1,0 +1,203 @@
+#include "MenuTest.h"
+
+namespace stowline {
+namespace {
+
+using namespace expected;
+
+struct MediumChoice : MenuTest {
+  MediumChoice() { mount({}); }
+
+  void mount(const std::vector<std::string>& lines) { host.system.addText("/proc/mounts", lines); }
+
+  void choose() {
+    openMenu("backup");
+    peer().press("ok");
+  }
+};
+
+const std::string kSelected = "self[\"menu\"].getCurrent()\n";
+const std::string kNoAutomounts =
+    exists("/media/net/autofs") + exists("/media/net/autonet") + "open(\"/proc/mounts\")\n";
+
+std::string offered(const std::vector<std::string>& media) {
+  host::Value::List choices;
+  for (const std::string& medium : media) {
+    choices.push_back(host::Value::List{medium, medium, {}});
+  }
+  const std::string title = "Please select medium to use as backup location";
+  return translate(title) +
+         "session.openWithCallback(backuprestorepath_choosen, ChoiceBox, title=" + quoted(title) +
+         ", list=" + bracketed(choices) + ")\n" + setDialogTitle();
+}
+
+TEST_F(MediumChoice, OffersTheMountedMediaInTheTablesOrder) {
+  mount({"/dev/root / ubifs rw 0 0\n", "/dev/sdb1 /media/usb vfat rw 0 0\n",
+         "/dev/sda1 /media/hdd ext3 rw 0 0\n", "/dev/sdb1 /media/usb vfat rw 0 0\n"});
+  choose();
+  EXPECT_EQ(record.take(),
+            kSelected + kNoAutomounts + offered({"/media/usb", "/media/hdd", "/media/usb"}));
+}
+
+TEST_F(MediumChoice, OpensEvenWithNothingToChoose) {
+  choose();
+  EXPECT_EQ(record.take(), kSelected + kNoAutomounts + offered({}));
+}
+
+struct MountLine {
+  const char* line;
+  std::vector<std::string> offered;
+};
+
+const MountLine kMountLines[] = {
+    {"/dev/sda1 /media/hdd ext3 rw 0 0\n", {"/media/hdd"}},
+    {"/dev/sda1 /media/hdd/ ext3 rw 0 0\n", {"/media/hdd/"}},
+    {"/dev/sda1 /media/hdd/deep/er ext3 rw 0 0\n", {"/media/hdd/deep/er"}},
+    {"/dev/sda1 /media/ ext3 rw 0 0\n", {"/media/"}},
+    {"/dev/sda1 /media ext3 rw 0 0\n", {}},
+    {"/dev/sda1 /mediax ext3 rw 0 0\n", {}},
+    {"/dev/sda1 /mnt/media/hdd ext3 rw 0 0\n", {}},
+    {"tmpfs /media/net tmpfs rw 0 0\n", {}},
+    {"tmpfs /media/net/ tmpfs rw 0 0\n", {"/media/net/"}},
+    {"//nas/a /media/net/nas cifs rw 0 0\n", {"/media/net/nas"}},
+    {"auto /media/net/autofs autofs rw 0 0\n", {}},
+    {"auto /media/net/autonet autofs rw 0 0\n", {}},
+    {"nas:/a /media/net/autofs/nas nfs rw 0 0\n", {"/media/net/autofs/nas"}},
+    {"/dev/sda1 /media/my\\040disk vfat rw 0 0\n", {"/media/my\\040disk"}},
+    {"/dev/sda1  /media/hdd ext3 rw 0 0\n", {}},   // the second field is empty
+    {"/dev/sda1\t/media/hdd ext3 rw 0 0\n", {}},   // blanks alone separate fields
+    {"/dev/sda1 /media/hdd\n", {"/media/hdd\n"}},  // the newline belongs to the last field
+    {"/dev/sda1 /media/hdd", {"/media/hdd"}},
+    {"/media/hdd\n", {}},
+    {"\n", {}},
+    {"", {}},
+};
+
+TEST_F(MediumChoice, OffersAMountPointByItsPathAlone) {
+  for (const MountLine& mounted : kMountLines) {
+    SCOPED_TRACE(mounted.line);
+    mount({mounted.line});
+    choose();
+    EXPECT_EQ(record.take(), kSelected + kNoAutomounts + offered(mounted.offered));
+  }
+}
+
+TEST_F(MediumChoice, LeavesOutAutomountsThatCannotBeListed) {
+  host.system.addDirectory("/media/net/autofs", {"good", "refused", "gone"});
+  host.system.addDirectory("/media/net/autofs/good");
+  host.system.addDirectory("/media/net/autofs/refused");
+  host.system.addDirectory("/media/net/autonet", {"file"});
+  host.system.addFile("/media/net/autonet/file");
+  journal.failOn("os.listdir(\"/media/net/autofs/refused\")", {"TypeError", "any error counts"});
+  mount({"a /media/net/autofs/good nfs rw 0 0\n", "b /media/net/autofs/refused nfs rw 0 0\n",
+         "c /media/net/autofs/gone nfs rw 0 0\n", "d /media/net/autonet/file nfs rw 0 0\n",
+         "e /media/net/autofs/refused/below nfs rw 0 0\n"});
+  choose();
+  EXPECT_EQ(record.take(), kSelected + block(R"(
+os_path.exists("/media/net/autofs")
+os.listdir("/media/net/autofs")
+os_path.exists("/media/net/autofs/good")
+os.listdir("/media/net/autofs/good")
+os_path.exists("/media/net/autofs/refused")
+os.listdir("/media/net/autofs/refused")
+os_path.exists("/media/net/autofs/gone")
+os_path.exists("/media/net/autonet")
+os.listdir("/media/net/autonet")
+os_path.exists("/media/net/autonet/file")
+os.listdir("/media/net/autonet/file")
+open("/proc/mounts")
+)") +
+                               offered({"/media/net/autofs/good", "/media/net/autofs/gone",
+                                        "/media/net/autofs/refused/below"}));
+}
+
+const std::string kSaved = block(R"(
+config.plugins.qorpanel.stowline.backuprestorepath.save()
+config.plugins.qorpanel.stowline.save()
+config.save()
+)");
+
+TEST_F(MediumChoice, StoresTheChosenMountPointSavesChecksAndShowsIt) {
+  choose();
+  record.take();
+  session.answer(host::Value::List{"/media/usb", "/media/usb", {}});
+  EXPECT_EQ(record.take(),
+            "config.plugins.qorpanel.stowline.backuprestorepath.value = \"/media/usb\"\n" + kSaved +
+                newBackupDirectory("/media/usb/qor-stowline") +
+                menuCreated("backup", "/media/usb"));
+  EXPECT_EQ(menu().backuprestorepath, "/media/usb/qor-stowline");
+  EXPECT_EQ(rows().entries[0].list()->at(1).str(), "Backup/restore device : /media/usb");
+}
+
+TEST_F(MediumChoice, StoresTheTextFormOfTheSecondItem) {
+  choose();
+  record.take();
+  session.answer(host::Value::List{"shown", 5, {}});
+  EXPECT_TRUE(record.take().starts_with(
+      "config.plugins.qorpanel.stowline.backuprestorepath.value = \"5\"\n" + kSaved));
+}
+
+TEST_F(MediumChoice, AnythingElseThanAChoiceRaisesAndStoresNothing) {
+  openMenu("backup");
+  for (const host::Value& option :
+       {host::Value("/media/usb"), host::Value(true), host::Value(host::Value::List{"/media/usb"}),
+        host::Value(host::Value::List())}) {
+    SCOPED_TRACE(described(option));
+    EXPECT_THROW(menu().backuprestorepath_choosen(option), host::Error);
+    EXPECT_EQ(record.take(), "");
+  }
+}
+
+TEST_F(MediumChoice, SavesAndChecksAlsoWhenTheBoxWasLeft) {
+  choose();
+  record.take();
+  session.answer();
+  EXPECT_EQ(record.take(), kSaved + newBackupDirectory() + menuCreated("backup", "/media/hdd/"));
+}
+
+TEST_F(MediumChoice, SaysWhenTheMediumIsNotWriteableWithoutAnyTitleAndKeepsTheSetting) {
+  journal.failOn("os.makedirs(\"/media/usb/qor-stowline\")", {"OSError", "read-only", 30});
+  choose();
+  record.take();
+  session.answer(host::Value::List{"/media/usb", "/media/usb", {}});
+  EXPECT_EQ(record.take(),
+            "config.plugins.qorpanel.stowline.backuprestorepath.value = \"/media/usb\"\n" + kSaved +
+                newBackupDirectory("/media/usb/qor-stowline") +
+                box("Sorry, your backup destination is not writeable.\n\nPlease choose another "
+                    "one.",
+                    "TYPE_INFO") +
+                menuCreated("backup", "/media/usb"));
+  EXPECT_EQ(menu().backuprestorepath, std::nullopt);
+}
+
+TEST_F(MediumChoice, CheckAloneSavesNothing) {
+  openMenu("restore");
+  host.system.addDirectory(kDirectory);
+  menu().checkFolders();
+  EXPECT_EQ(record.take(), backupDirectory() + menuCreated("restore", "/media/hdd/"));
+  EXPECT_EQ(menu().backuprestorepath, kDirectory);
+}
+
+const std::string kPluginsReloaded = block(R"(
+plugins.clearPluginList()
+resolveFilename(SCOPE_PLUGINS)
+plugins.readPluginList("/usr/lib/enigma2/python/Plugins/")
+)");
+
+TEST_F(MediumChoice, ClosingTheMenuReloadsThePluginsAfterARestoreOfPluginsOnly) {
+  for (const bool restored_plugins : {false, true}) {
+    SCOPED_TRACE(restored_plugins);
+    openMenu("restore");
+    if (restored_plugins) {
+      select("installpluginlist");
+      peer().press("ok");
+      record.take();
+    }
+    peer().press("red");
+    EXPECT_EQ(record.take(), (restored_plugins ? kPluginsReloaded : "") + "close(True)\n");
+    EXPECT_EQ(described(*peer().closed), "True");
+  }
+}
+
+}  // namespace
+}  // namespace stowline

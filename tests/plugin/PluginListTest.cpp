@@ -1,0 +1,48 @@
+#include "BackupTest.h"
+
+namespace stowline {
+namespace {
+
+using namespace expected;
+
+const std::string kList = "/media/hdd/qor-stowline/pluginlist_20240305_07-04_solo2.lst";
+
+using PluginList = BackupTest;
+
+TEST_F(PluginList, AppendsTheInstalledPluginPackagesToTheList) {
+  EXPECT_EQ(described(actions.createPluginList()), "True");
+  EXPECT_EQ(record.take(),
+            backupDirectory() + fileExists(kList) +
+                "os.system(\"opkg list-installed | grep enigma2-plugin | cut -d \\\" \\\" -f 1 >> "
+                "/media/hdd/qor-stowline/pluginlist_20240305_07-04_solo2.lst\")\n" +
+                fileExists(kList));
+  EXPECT_EQ(actions.path, kDirectory);
+  EXPECT_EQ(actions.pluginfile, kList);
+}
+
+TEST_F(PluginList, DeletesAListOfTheSameNameFirstSoThatItStartsEmpty) {
+  host.system.addFile(kList);
+  EXPECT_EQ(described(actions.createPluginList()), "True");
+  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kList) + system("rm -f " + kList) +
+                               system(pluginListCommand(kList)) + fileExists(kList));
+}
+
+TEST_F(PluginList, ReportsSuccessByTheFileAloneNotByTheStatus) {
+  status = 256;
+  EXPECT_EQ(described(actions.createPluginList()), "True");
+  status = 0;
+  has_room = false;
+  EXPECT_EQ(described(actions.createPluginList()), "False");
+}
+
+TEST_F(PluginList, WritesNoneForADirectoryThatCouldNotBeHad) {
+  journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"OSError", "gone", 5});
+  has_room = false;
+  const std::string list = "None/pluginlist_20240305_07-04_solo2.lst";
+  EXPECT_EQ(described(actions.createPluginList()), "False");
+  EXPECT_EQ(record.take(), backupDirectory() + fileExists(list) + system(pluginListCommand(list)) +
+                               fileExists(list));
+}
+
+}  // namespace
+}  // namespace stowline

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Expected.h"
+#include "Receiver.h"
+#include "StowlineRestore.h"
+
+namespace stowline {
+
+/// A receiver with a backup directory, on which a restore list can be opened.
+struct RestoreListTest : ModuleTest {
+  RestoreListTest() { host.system.addDirectory(expected::kDirectory); }
+
+  void addFile(const std::string& name, long long size = 10000) {
+    host.system.addFile(expected::kDirectory + "/" + name, size);
+  }
+
+  /// Opens the list of this type and forgets the operations so far.
+  void openList(const std::string& restoretype) {
+    opened = std::make_unique<Opened<StowlineRestore>>(*this, restoretype, "/plugin");
+    record.take();
+  }
+
+  StowlineRestore& list() { return opened->screen; }
+  RecordingPeer& peer() { return opened->peer; }
+  RecordingMenuList& rows() { return opened->peer.widget<RecordingMenuList>("filelist"); }
+
+  std::unique_ptr<Opened<StowlineRestore>> opened;
+};
+
+}  // namespace stowline
