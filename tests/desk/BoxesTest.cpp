@@ -1,0 +1,130 @@
+#include "DeskFixture.h"
+#include "model/Boxes.h"
+
+namespace desk {
+namespace {
+
+using Type = host::MessageBox::Type;
+
+struct Boxes : SessionTest {
+  void openBox(Type type, int timeout = 0) {
+    session.openWithCallback(note("answer"),
+                             host::MessageBox{.text = "Text", .type = type, .timeout = timeout});
+  }
+
+  void openChoice(const host::Value::List& list) {
+    session.openWithCallback(note("chosen"), host::ChoiceBox{.title = "Choose", .list = list});
+  }
+};
+
+/// The keys pressed in a question and its answer.
+struct Question {
+  std::vector<std::string> keys;
+  const char* answer;
+};
+
+const Question kQuestions[] = {
+    {{"ok"}, "True"},
+    {{"exit"}, "False"},
+    {{"down", "ok"}, "False"},
+    {{"down", "up", "ok"}, "True"},
+    {{"down", "exit"}, "False"},
+    {{"up", "ok"}, "True"},
+    {{"right", "ok"}, "False"},
+    {{"down", "left", "ok"}, "True"},
+    {{"red", "1", "blue", "ok"}, "True"},
+};
+
+TEST_F(Boxes, QuestionIsAnsweredByOkAtTheCursorAndByExitWithNo) {
+  for (const Question& question : kQuestions) {
+    openBox(Type::TYPE_YESNO);
+    press(question.keys);
+    EXPECT_EQ(notes.lines, Lines{std::string("answer: ") + question.answer});
+    EXPECT_EQ(top(), "");
+    notes.lines.clear();
+  }
+}
+
+TEST_F(Boxes, QuestionShowsItsAnswers) {
+  openBox(Type::TYPE_YESNO);
+  EXPECT_EQ(rowsOf(*session.top()), (Lines{"yes", "no"}));
+  EXPECT_EQ(shownBy(*session.top()), R"({"type":"yesno","text":"Text","timeout":0})");
+}
+
+TEST_F(Boxes, InformationAndErrorAreClosedByOkAndByExitAlone) {
+  for (const Type type : {Type::TYPE_INFO, Type::TYPE_ERROR}) {
+    for (const char* key : {"ok", "exit"}) {
+      openBox(type, 10);
+      EXPECT_EQ(session.top()->rowList(), nullptr);
+      press({"up", "down", "red", "0"});
+      EXPECT_EQ(top(), "MessageBox");
+      press({key});
+      EXPECT_EQ(top(), "");
+      EXPECT_EQ(notes.lines.size(), 1U);
+      notes.lines.clear();
+    }
+  }
+}
+
+TEST_F(Boxes, ShowTheirKindAndTimeOut) {
+  openBox(Type::TYPE_INFO, 10);
+  EXPECT_EQ(shownBy(*session.top()), R"({"type":"info","text":"Text","timeout":10})");
+  openBox(Type::TYPE_ERROR, 10);
+  EXPECT_EQ(shownBy(*session.top()), R"({"type":"error","text":"Text","timeout":10})");
+}
+
+TEST_F(Boxes, OnlyABoxWithATimeOutIsClosedByIt) {
+  openBox(Type::TYPE_INFO, 10);
+  session.top()->letTimeOutPass();
+  settle();
+  EXPECT_EQ(top(), "");
+  openBox(Type::TYPE_INFO);
+  openBox(Type::TYPE_YESNO);
+  session.top()->letTimeOutPass();
+  settle();
+  EXPECT_EQ(top(), "MessageBox");
+}
+
+TEST_F(Boxes, OddBytesInATextAreShownEscaped) {
+  session.open(host::MessageBox{.text = "name \xff"});
+  EXPECT_EQ(shownBy(*session.top()), R"({"type":"yesno","text":"name \\xff","timeout":0})");
+}
+
+const host::Value::List kMedia = {
+    host::Value::List{"/media/hdd", "/media/hdd", {}},
+    host::Value::List{"/media/\xff", "/media/\xff", {}},
+};
+
+TEST_F(Boxes, ChoiceShowsTheFirstItemsAndTheQuestion) {
+  openChoice(kMedia);
+  EXPECT_EQ(session.top()->shown_title, "");
+  EXPECT_EQ(shownBy(*session.top()), R"({"text":"Choose"})");
+  EXPECT_EQ(rowsOf(*session.top()), (Lines{"/media/hdd", "/media/\\xff"}));
+}
+
+TEST_F(Boxes, ChoiceClosesWithTheTupleAtTheCursorAsItWasGiven) {
+  openChoice(kMedia);
+  press({"down", "ok"});
+  openChoice(kMedia);
+  press({"down", "up", "ok"});
+  EXPECT_EQ(notes.lines, (Lines{"chosen: [/media/\xff, /media/\xff, None]",
+                                "chosen: [/media/hdd, /media/hdd, None]"}));
+}
+
+TEST_F(Boxes, ChoiceLeftByExitGivesNothing) {
+  openChoice(kMedia);
+  press({"down", "exit"});
+  EXPECT_EQ(notes.lines, Lines{"chosen: None"});
+}
+
+TEST_F(Boxes, ChoiceAmongNothingGivesNothing) {
+  for (const char* key : {"ok", "exit"}) {
+    openChoice({});
+    press({"up", "down", key});
+    EXPECT_EQ(top(), "");
+  }
+  EXPECT_EQ(notes.lines, (Lines{"chosen: None", "chosen: None"}));
+}
+
+}  // namespace
+}  // namespace desk

@@ -1,0 +1,87 @@
+#include "DeskFixture.h"
+#include "model/ConsoleLayer.h"
+
+namespace desk {
+namespace {
+
+struct Console : SessionTest {
+  void openConsole(const Lines& commands) {
+    session.openWithCallback(note("closed"),
+                             host::Console{.title = "Running", .cmdlist = commands});
+  }
+
+  const Gate gate;
+};
+
+TEST_F(Console, RunsTheCommandsInOrderAndShowsBothOutputs) {
+  openConsole({"echo one", "echo two >&2", "echo three"});
+  EXPECT_EQ(session.top()->shown_title, "Running");
+  runToEnd(jobs);
+  EXPECT_EQ(shownBy(*session.top()), R"({"text":"one\ntwo\nthree\n","running":false})");
+  EXPECT_EQ(notes.lines,
+            (Lines{"command: echo one", "command: echo two >&2", "command: echo three"}));
+}
+
+TEST_F(Console, CommandStartsWhenTheFormerHasEnded) {
+  openConsole({gate.wait(), "echo second"});
+  EXPECT_EQ(notes.lines, Lines{"command: " + gate.wait()});
+  EXPECT_EQ(shownBy(*session.top()), R"({"text":"","running":true})");
+  gate.open();
+  runToEnd(jobs);
+  EXPECT_EQ(notes.lines, (Lines{"command: " + gate.wait(), "command: echo second"}));
+}
+
+TEST_F(Console, GoesOnBehindAFailedCommandAndShowsItsStatus) {
+  openConsole({"exit 3", "kill -9 $$", "/no/such/script.sh 2>/dev/null", "echo still here"});
+  runToEnd(jobs);
+  EXPECT_EQ(shownBy(*session.top()),
+            R"({"text":"[exit status 3]\n[exit status 137]\n[exit status 127]\nstill here\n",)"
+            R"("running":false})");
+}
+
+TEST_F(Console, StaysOpenWhileACommandRuns) {
+  openConsole({"true", gate.wait()});
+  press({"ok", "exit", "red"});
+  waitForJob(jobs);
+  press({"ok", "exit", "red"});
+  EXPECT_EQ(top(), "Console");
+  gate.open();
+  runToEnd(jobs);
+}
+
+TEST_F(Console, ClosesByOkOrExitAloneOnceTheLastCommandHasEnded) {
+  for (const char* key : {"ok", "exit"}) {
+    openConsole({"true"});
+    runToEnd(jobs);
+    press({"red", "up", "5"});
+    EXPECT_EQ(top(), "Console");
+    press({key});
+    EXPECT_EQ(top(), "");
+  }
+  EXPECT_EQ(notes.lines, (Lines{"command: true", "closed: None", "command: true", "closed: None"}));
+}
+
+TEST_F(Console, WithoutCommandsIsDoneAtOnce) {
+  openConsole({});
+  EXPECT_EQ(shownBy(*session.top()), R"({"text":"","running":false})");
+  press({"ok"});
+  EXPECT_EQ(notes.lines, Lines{"closed: None"});
+}
+
+TEST_F(Console, OddBytesOfTheOutputAreShownEscaped) {
+  openConsole({"printf '\\377\\303\\251'"});
+  runToEnd(jobs);
+  EXPECT_EQ(shownBy(*session.top()), "{\"text\":\"\\\\xff\xc3\xa9\",\"running\":false}");
+}
+
+TEST_F(Console, OpenedWhileAnotherRunsBothComeToTheirEnd) {
+  openConsole({"echo lower"});
+  openConsole({"echo upper"});
+  runToEnd(jobs);
+  EXPECT_EQ(shownBy(*session.top()), R"({"text":"upper\n","running":false})");
+  press({"ok"});
+  EXPECT_EQ(shownBy(*session.top()), R"({"text":"lower\n","running":false})");
+}
+
+}  // namespace
+}  // namespace desk

@@ -1,0 +1,62 @@
+#include "DeskFixture.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace desk {
+
+void waitForJob(Jobs& jobs) {
+  constexpr int kMinute = 60000;
+  std::vector<pollfd> watched = jobs.watched();
+  if (poll(watched.data(), watched.size(), kMinute) == 0) {
+    throw std::runtime_error("the jobs do not come to their end");
+  }
+  jobs.report();
+}
+
+void runToEnd(Jobs& jobs) {
+  while (!jobs.idle()) waitForJob(jobs);
+}
+
+Gate::Gate() : pipe_(directory_ / "gate") {
+  if (mkfifo(pipe_.c_str(), 0600) != 0) throw std::runtime_error("cannot make " + pipe_);
+  end_ = native::Descriptor(::open(pipe_.c_str(), O_RDWR | O_CLOEXEC));
+}
+
+void Gate::open() const {
+  if (write(end_.number(), "\n", 1) != 1) throw std::runtime_error("cannot open the gate");
+}
+
+std::string shownBy(const Layer& layer) {
+  Json frame;
+  layer.addTo(frame);
+  return frame.dump();
+}
+
+Lines rowsOf(Layer& layer) {
+  Lines texts;
+  for (const Row& row : layer.rowList()->rows()) texts.push_back(row.text);
+  return texts;
+}
+
+void SessionTest::press(const std::vector<std::string>& keys) {
+  for (const std::string& key : keys) {
+    session.top()->handleKey(key);
+    settle();
+  }
+}
+
+void SessionTest::settle() {
+  while (session.topHasClosed()) session.removeTop();
+}
+
+host::Answer SessionTest::note(const std::string& name) {
+  return {nullptr, name, [this, name](const host::Value& answer) {
+            notes.lines.push_back(name + ": " + answer.str());
+          }};
+}
+
+}  // namespace desk

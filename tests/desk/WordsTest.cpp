@@ -1,0 +1,71 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "play/Words.h"
+
+namespace desk {
+namespace {
+
+using Words = std::vector<std::string>;
+
+/// A script and the words that it holds.
+struct Script {
+  const char* text;
+  Words words;
+};
+
+const Script kScripts[] = {
+    {"", {}},
+    {" \t\n ", {}},
+    {"ok", {"ok"}},
+    {"  up down\tleft\nright  ", {"up", "down", "left", "right"}},
+    {"ok exit red green yellow blue", {"ok", "exit", "red", "green", "yellow", "blue"}},
+    {"0 1 2 3 4 5 6 7 8 9", {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}},
+    {"wait timeout frame", {"wait", "timeout", "frame"}},
+    {"select:one ok", {"select:one", "ok"}},
+    {"select:'two words' ok", {"select:two words", "ok"}},
+    {"select:\"two words\" ok", {"select:two words", "ok"}},
+    {"'select:two words' ok", {"select:two words", "ok"}},
+    {"select:a'b c'd", {"select:ab cd"}},
+    {"select:\"it's here\"", {"select:it's here"}},
+    {"select:ok", {"select:ok"}},
+    {"select:select:", {"select:select:"}},
+    {"select:caf\xc3\xa9", {"select:caf\xc3\xa9"}},
+    {"'ok' \"exit\"", {"ok", "exit"}},
+    {"select:tab''le", {"select:table"}},
+};
+
+TEST(Words, AreCutAtWhiteSpaceOutsideOfQuotes) {
+  for (const Script& script : kScripts)
+    EXPECT_EQ(parseWords(script.text), script.words) << script.text;
+}
+
+/// Returns what is said of `script`.
+std::string complaint(const std::string& script) {
+  try {
+    parseWords(script);
+  } catch (const UnknownWord& error) {
+    return error.what();
+  }
+  return "no complaint";
+}
+
+TEST(Words, UnknownOnesAreNamedBesideTheKnown) {
+  for (const char* word : {"OK", "select:", "select", "10", "okay", "menu", "--play", "ok;exit"}) {
+    EXPECT_EQ(complaint(std::string("up ") + word + " down"),
+              std::string("unknown word '") + word +
+                  "'; known are up down left right ok exit red green yellow blue 0..9 wait "
+                  "timeout frame select:TEXT");
+  }
+}
+
+TEST(Words, QuoteThatIsNotClosedIsRefused) {
+  EXPECT_EQ(complaint("ok select:'two"), "a quote is not closed in: ok select:'two");
+  EXPECT_EQ(complaint("\"ok"), "a quote is not closed in: \"ok");
+  EXPECT_EQ(complaint("select:'a\" b"), "a quote is not closed in: select:'a\" b");
+}
+
+}  // namespace
+}  // namespace desk

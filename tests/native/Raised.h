@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "host/Error.h"
+
+namespace support {
+
+/// Returns the error that `call` raises, as "ERRNO TYPE: MESSAGE"; "nothing" when it raises none.
+template <class Call>
+std::string raised(const Call& call) {
+  try {
+    call();
+  } catch (const host::Error& error) {
+    return std::to_string(error.number()) + " " + error.what();
+  }
+  return "nothing";
+}
+
+}  // namespace support
