@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace command_test {
+
+/// Returns the whole content of a file. Raises std::runtime_error when it cannot be read.
+std::string readFile(const std::filesystem::path& path);
+
+/// Writes a file, with the directories above it. Raises std::runtime_error when it cannot.
+void writeFile(const std::filesystem::path& path, const std::string& content);
+
+/// Returns the names in a directory, sorted.
+std::vector<std::string> namesIn(const std::filesystem::path& dir);
+
+/// Returns the names of an archive's members, sorted, as this machine's tar lists them.
+std::vector<std::string> membersOf(const std::filesystem::path& archive);
+
+/// A directory of its own for one test, gone afterwards.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace command_test

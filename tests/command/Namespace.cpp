@@ -1,0 +1,46 @@
+#include "Namespace.h"
+
+#include <unistd.h>
+
+#include "Process.h"
+
+namespace command_test {
+namespace {
+
+std::string quoted(const std::filesystem::path& path) {
+  return "'" + path.string() + "'";
+}
+
+}  // namespace
+
+std::vector<std::string> inMountNamespace(const std::string& mounts,
+                                          const std::string& afterwards) {
+  std::vector<std::string> argv = {"unshare", "--mount"};
+  if (geteuid() != 0) argv.push_back("--map-root-user");
+  for (const std::string& word :
+       {std::string("sh"), std::string("-c"),
+        mounts + " || exit 125; \"$@\"; status=$?; " + afterwards + "; exit $status",
+        std::string("sh")}) {
+    argv.push_back(word);
+  }
+  return argv;
+}
+
+std::optional<std::string> whyNoMounts(const std::filesystem::path& dir) {
+  std::vector<std::string> probe = inMountNamespace(mountSmall(dir, "size=4k"));
+  probe.push_back("true");
+  const Outcome outcome = run(probe);
+  if (outcome.status == 0) return std::nullopt;
+  return "no file system can be mounted here: " + outcome.errors;
+}
+
+std::string mountSmall(const std::filesystem::path& dir, const std::string& options) {
+  return "mount -t tmpfs -o " + options + " tmpfs " + quoted(dir);
+}
+
+std::string mountReadOnly(const std::filesystem::path& dir) {
+  return "mount --bind " + quoted(dir) + " " + quoted(dir) + " && mount -o remount,bind,ro " +
+         quoted(dir);
+}
+
+}  // namespace command_test

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace command_test {
+
+/// Returns the program and arguments that run what is appended to them in a mount namespace of
+/// its own, after the shell commands `mounts`; `afterwards` runs there when it has ended, before
+/// the mounts are gone.
+std::vector<std::string> inMountNamespace(const std::string& mounts,
+                                          const std::string& afterwards = "true");
+
+/// Says why such a mount cannot be made here over `dir`; nothing when it can.
+std::optional<std::string> whyNoMounts(const std::filesystem::path& dir);
+
+/// Mounts a file system of these options on `dir`.
+std::string mountSmall(const std::filesystem::path& dir, const std::string& options);
+
+/// Makes `dir` read-only.
+std::string mountReadOnly(const std::filesystem::path& dir);
+
+}  // namespace command_test

@@ -1,0 +1,117 @@
+#include "Process.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <sstream>
+#include <system_error>
+
+#include "Account.h"
+
+namespace command_test {
+namespace {
+
+constexpr int kStowlineDescriptor = 9;
+
+using TemporaryFile = std::unique_ptr<std::FILE, decltype(&std::fclose)>;
+
+TemporaryFile temporaryFile() {
+  TemporaryFile file(std::tmpfile(), &std::fclose);
+  if (!file) throw std::system_error(errno, std::generic_category(), "tmpfile");
+  return file;
+}
+
+std::string contentOf(std::FILE* file) {
+  std::string content;
+  std::rewind(file);
+  char block[65536];
+  while (const std::size_t size = std::fread(block, 1, sizeof block, file)) {
+    content.append(block, size);
+  }
+  return content;
+}
+
+/// Opens the command before the process gives up what may be needed to reach it.
+void openStowline(bool keep_open) {
+  const int binary = open(STOWLINE_COMMAND, O_RDONLY | O_CLOEXEC);
+  if (binary < 0 || dup3(binary, kStowlineDescriptor, keep_open ? 0 : O_CLOEXEC) < 0) {
+    throw std::system_error(errno, std::generic_category(), STOWLINE_COMMAND);
+  }
+}
+
+[[noreturn]] void execute(const std::vector<std::string>& argv) {
+  std::vector<char*> words;
+  for (const std::string& word : argv) words.push_back(const_cast<char*>(word.c_str()));
+  words.push_back(nullptr);
+  if (argv[0] == kStowline) {
+    fexecve(kStowlineDescriptor, words.data(), environ);
+  } else {
+    execvp(words[0], words.data());
+  }
+  std::fprintf(stderr, "cannot run %s: %s\n", words[0], std::strerror(errno));
+  _exit(127);
+}
+
+[[noreturn]] void runChild(const std::function<void()>& body, std::FILE* output,
+                           std::FILE* errors) {
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  dup2(nothing, STDIN_FILENO);
+  dup2(fileno(output), STDOUT_FILENO);
+  dup2(fileno(errors), STDERR_FILENO);
+  try {
+    body();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    _exit(EXIT_FAILURE);
+  }
+  std::fflush(stdout);
+  _exit(EXIT_SUCCESS);
+}
+
+Outcome runInChild(const std::function<void()>& body) {
+  const TemporaryFile output = temporaryFile();
+  const TemporaryFile errors = temporaryFile();
+  std::fflush(stdout);
+  const pid_t child = fork();
+  if (child < 0) throw std::system_error(errno, std::generic_category(), "fork");
+  if (child == 0) runChild(body, output.get(), errors.get());
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return {WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status),
+          contentOf(output.get()), contentOf(errors.get())};
+}
+
+}  // namespace
+
+Outcome run(const std::vector<std::string>& argv) {
+  return runInChild([&argv, user = geteuid(), group = getegid()] {
+    if (seteuid(getuid()) != 0) _exit(EXIT_FAILURE);
+    openStowline(argv[0] != kStowline);
+    becomeForGood(user, group);
+    execute(argv);
+  });
+}
+
+Outcome runForked(const std::function<void()>& body) {
+  return runInChild([&body, user = geteuid(), group = getegid()] {
+    becomeForGood(user, group);
+    body();
+  });
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace command_test

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace command_test {
+
+/// The command under test, as the program of run() or as an argument of a program that starts it.
+inline constexpr const char* kStowline = "/proc/self/fd/9";
+
+/// How a process ended (as a shell gives it), and what it printed.
+struct Outcome {
+  int status;
+  std::string output;
+  std::string errors;
+};
+
+/// Runs a program, found along PATH, as the account that the test program acts as, and waits for
+/// it.
+Outcome run(const std::vector<std::string>& argv);
+
+/// Calls `body` in a process of its own, as the account that the test program acts as. What it
+/// raises is printed as its errors, with status 1.
+Outcome runForked(const std::function<void()>& body);
+
+/// Cuts a text into its lines, without their newlines.
+std::vector<std::string> linesOf(const std::string& text);
+
+}  // namespace command_test

@@ -1,0 +1,93 @@
+#include "Receiver.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace command_test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::vector<std::string> readLines(const fs::path& path) {
+  return fs::exists(path) ? linesOf(readFile(path)) : std::vector<std::string>();
+}
+
+std::vector<Json> parsed(const std::string& output) {
+  std::vector<Json> lines;
+  for (const std::string& line : linesOf(output)) lines.push_back(Json::parse(line));
+  return lines;
+}
+
+std::vector<Json> having(const std::vector<Json>& lines, const char* key) {
+  std::vector<Json> result;
+  std::ranges::copy_if(lines, std::back_inserter(result),
+                       [key](const Json& line) { return line.contains(key); });
+  return result;
+}
+
+void requireSuccess(const Outcome& outcome) {
+  if (outcome.status != 0) throw std::runtime_error(outcome.errors);
+}
+
+}  // namespace
+
+std::vector<Json> Play::frames() const {
+  return having(lines, "screen");
+}
+
+std::vector<Json> Play::events() const {
+  return having(lines, "event");
+}
+
+Receiver::Receiver(const std::string& model) {
+  requireSuccess(run({kStowline, "receiver", "new", tree(), "--model", model}));
+}
+
+void Receiver::makeScript(const std::string& path, const std::string& body) const {
+  write(path, "#!/bin/sh\n" + body);
+  fs::permissions(at(path), fs::perms(0755));
+}
+
+void Receiver::flash() const {
+  requireSuccess(run({kStowline, "receiver", "flash", tree()}));
+}
+
+std::vector<std::string> Receiver::playArguments(const std::string& menu,
+                                                 const std::string& words) const {
+  return {kStowline,    "desk",
+          "--receiver", tree(),
+          "--menu",     menu,
+          "--frames",   "json",
+          "--log",      outside() / "log",
+          "--trace",    outside() / "trace",
+          "--play",     words};
+}
+
+Play Receiver::play(const std::string& menu, const std::string& words,
+                    const std::vector<std::string>& wrapper) const {
+  fs::remove(outside() / "log");
+  fs::remove(outside() / "trace");
+  std::vector<std::string> argv = wrapper;
+  std::ranges::copy(playArguments(menu, words), std::back_inserter(argv));
+  const Outcome outcome = run(argv);
+  return {outcome.status, parsed(outcome.output), outcome.errors, readLines(outside() / "log"),
+          readLines(outside() / "trace")};
+}
+
+std::string Receiver::backup(const std::string& prefix, const std::string& suffix) const {
+  std::vector<std::string> names = namesIn(at(kBackups));
+  std::erase_if(names, [&](const std::string& name) {
+    return !name.starts_with(prefix) || !name.ends_with(suffix);
+  });
+  if (names.size() != 1) {
+    throw std::runtime_error(std::to_string(names.size()) + " files " + prefix + "*" + suffix);
+  }
+  return names.front();
+}
+
+void Receiver::renameBackup(const std::string& from, const std::string& to) const {
+  fs::rename(at(kBackups + "/" + from), at(kBackups + "/" + to));
+}
+
+}  // namespace command_test

@@ -1,0 +1,73 @@
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "DeskTest.h"
+
+namespace command_test {
+namespace {
+
+using ScriptTest = DeskTest;
+INSTANTIATE_TEST_SUITE_P(, ScriptTest, kAccounts, nameOfAccount);
+
+constexpr const char* kQuestion = "Are you sure you want to run\nfollowing script:\n";
+
+std::string running(const std::string& script) {
+  return "select:script ok select:" + script + " ok ok wait";
+}
+
+TEST_P(ScriptTest, RunsInAConsoleWhichClosesTheListAfterwards) {
+  namespace fs = std::filesystem;
+  fs::permissions(receiver().at(kBackups + "/restore_hello.sh"), fs::perms(0644));
+  const Play play = receiver().play("restore", running("hello") + " exit");
+
+  ASSERT_EQ(play.lines.size(), 8U);
+  EXPECT_EQ(play.lines[2], listFrame("ok", {"restore_hello.sh"}, 0, "Start"));
+  EXPECT_EQ(play.lines[4],
+            questionFrame("ok", "QOR Stowline", std::string(kQuestion) + "restore_hello.sh"));
+  EXPECT_EQ(play.lines[5]["screen"], "Console");
+  EXPECT_EQ(play.lines[6], consoleFrame("wait", "Hello from livingroom\n", false));
+  EXPECT_EQ(play.last(), menuFrame("exit", "restore", 5));
+  EXPECT_EQ(play.trace, std::vector<std::string>{kBackups + "/./restore_hello.sh"});
+  EXPECT_TRUE(receiver().exists("/media/hdd/restore_hello.done"));
+  EXPECT_EQ(fs::status(receiver().at(kBackups + "/restore_hello.sh")).permissions(),
+            fs::perms(0755));
+}
+
+TEST_P(ScriptTest, FailingScriptShowsItsErrorsAndItsExitStatus) {
+  receiver().makeScript(kBackups + "/restore_fail.sh", "echo before\necho no luck >&2\nexit 3\n");
+  EXPECT_EQ(receiver().play("restore", running("fail")).last(),
+            consoleFrame("wait", "before\nno luck\n[exit status 3]\n", false));
+}
+
+TEST_P(ScriptTest, ScriptThatKillsTheGuiRestartsIt) {
+  receiver().makeScript(kBackups + "/restore_kill.sh", "killall -9 enigma2\n");
+  const Play play = receiver().play("restore", running("kill") + " down exit");
+
+  const std::vector<Json> tail(play.lines.end() - 5, play.lines.end());
+  EXPECT_EQ(tail, (std::vector<Json>{{{"event", "gui-killed"}},
+                                     {{"event", "gui-started"}},
+                                     menuFrame("wait", "restore", 0),
+                                     menuFrame("down", "restore", 1),
+                                     closedFrame("exit")}));
+  EXPECT_EQ(play.status, 0);
+  EXPECT_EQ(play.errors, "");
+}
+
+TEST_P(ScriptTest, GuiThatEndsOtherwiseIsSaidInOneLine) {
+  receiver().makeScript(kBackups + "/restore_end.sh", "killall enigma2\n");
+  const Play play = receiver().play("restore", running("end") + " down");
+
+  EXPECT_EQ(play.status, 1);
+  EXPECT_EQ(play.errors, "stowline: the GUI has crashed: Terminated\n");
+}
+
+TEST_P(ScriptTest, ScriptSeesTheReceiverAlone) {
+  receiver().makeScript(kBackups + "/restore_look.sh", "echo \"$PATH $HOME $#\"\nls /media\n");
+  EXPECT_EQ(
+      receiver().play("restore", running("look")).last(),
+      consoleFrame("wait", "/bin:/sbin:/usr/bin:/usr/sbin /home/root 0\nhdd\nnet\nusb\n", false));
+}
+
+}  // namespace
+}  // namespace command_test
