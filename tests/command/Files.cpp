@@ -1,9 +1,8 @@
 #include "Files.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 #include "Process.h"
@@ -15,7 +14,9 @@ namespace fs = std::filesystem;
 std::string readFile(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path.string());
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::ostringstream content;  // copies in blocks: snapshots read many megabytes
+  content << file.rdbuf();
+  return content.str();
 }
 
 void writeFile(const fs::path& path, const std::string& content) {
@@ -39,18 +40,6 @@ std::vector<std::string> membersOf(const fs::path& archive) {
   std::vector<std::string> members = linesOf(listing.output);
   std::ranges::sort(members);
   return members;
-}
-
-TemporaryDirectory::TemporaryDirectory() {
-  std::string name = fs::temp_directory_path() / "stowline-XXXXXX";
-  if (!mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
-  // The path as the kernel has it, for comparison with what it reports.
-  path_ = fs::canonical(name);
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
 }
 
 }  // namespace command_test

@@ -18,18 +18,4 @@ std::vector<std::string> namesIn(const std::filesystem::path& dir);
 /// Returns the names of an archive's members, sorted, as this machine's tar lists them.
 std::vector<std::string> membersOf(const std::filesystem::path& archive);
 
-/// A directory of its own for one test, gone afterwards.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
 }  // namespace command_test

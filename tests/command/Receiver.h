@@ -9,6 +9,7 @@
 #include "Files.h"
 #include "Process.h"
 #include "Snapshot.h"
+#include "support/TemporaryDirectory.h"
 
 namespace nlohmann {
 
@@ -43,7 +44,7 @@ class Receiver {
   explicit Receiver(const std::string& model = "solo2");
 
   /// The directory that holds the tree and nothing else but what a test puts beside it.
-  const std::filesystem::path& outside() const { return directory_.path(); }
+  std::filesystem::path outside() const { return directory_.path(); }
   std::filesystem::path tree() const { return outside() / "receiver"; }
 
   /// Where an absolute path of the receiver lies.
@@ -78,7 +79,7 @@ class Receiver {
   void renameBackup(const std::string& from, const std::string& to) const;
 
  private:
-  TemporaryDirectory directory_;
+  support::TemporaryDirectory directory_;
 };
 
 /// The backup directory on the default medium.

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "TemporaryDirectory.h"
 #include "model/Jobs.h"
 #include "model/Observer.h"
 #include "model/Session.h"
 #include "native/Descriptor.h"
+#include "support/TemporaryDirectory.h"
 
 namespace desk {
 

@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "DeskFixture.h"
-#include "Raised.h"
 #include "model/Jobs.h"
+#include "support/Raised.h"
 
 namespace desk {
 namespace {

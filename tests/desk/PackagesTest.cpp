@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "DeskFixture.h"
-#include "TemporaryDirectory.h"
 #include "model/Opkg.h"
+#include "support/TemporaryDirectory.h"
 
 namespace desk {
 namespace {

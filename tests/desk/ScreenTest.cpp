@@ -1,9 +1,9 @@
 #include <stdexcept>
 
 #include "DeskFixture.h"
-#include "Raised.h"
 #include "TestScreen.h"
 #include "model/Host.h"
+#include "support/Raised.h"
 
 namespace desk {
 namespace {

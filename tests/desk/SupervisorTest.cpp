@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "TemporaryDirectory.h"
 #include "play/ScriptPlayer.h"
 #include "supervisor/Supervisor.h"
+#include "support/TemporaryDirectory.h"
 
 namespace desk {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "TemporaryDirectory.h"
 #include "native/NativeSystem.h"
+#include "support/TemporaryDirectory.h"
 
 namespace native {
 namespace {

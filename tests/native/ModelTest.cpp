@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "Raised.h"
 #include "native/Model.h"
 #include "native/NativeSystem.h"
 #include "native/OsError.h"
+#include "support/Raised.h"
 
 namespace native {
 namespace {

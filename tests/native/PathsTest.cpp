@@ -6,9 +6,9 @@
 #include <functional>
 #include <string>
 
-#include "Raised.h"
-#include "TemporaryDirectory.h"
 #include "native/NativeSystem.h"
+#include "support/Raised.h"
+#include "support/TemporaryDirectory.h"
 
 namespace native {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "Raised.h"
-#include "TemporaryDirectory.h"
 #include "native/SettingsConfig.h"
+#include "support/Raised.h"
+#include "support/TemporaryDirectory.h"
 
 namespace native {
 namespace {

@@ -33,8 +33,8 @@ struct ConfigurationBackup : BackupTest {
 TEST_F(ConfigurationBackup, ArchivesThePlacesThenTheExclusionsAndNoMoreWithoutUserFiles) {
   EXPECT_EQ(described(actions.createConfigFile()), "True");
   EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) +
-                               system(configurationCommand(kArchive)) + noUserFiles() +
-                               fileExists(kArchive));
+                               system(support::configurationBackupCommand(kArchive)) +
+                               noUserFiles() + fileExists(kArchive));
   EXPECT_EQ(actions.path, kDirectory);
   EXPECT_EQ(actions.configfile, kArchive);
 }
@@ -51,8 +51,8 @@ TEST_F(ConfigurationBackup, ArchivesTheUserFilesOfBothSkinsBesideIt) {
   addUserFiles();
   EXPECT_EQ(described(actions.createConfigFile()), "True");
   EXPECT_EQ(record.take(),
-            backupDirectory() + fileExists(kArchive) + system(configurationCommand(kArchive)) +
-                kBothSkinsSearched +
+            backupDirectory() + fileExists(kArchive) +
+                system(support::configurationBackupCommand(kArchive)) + kBothSkinsSearched +
                 system("tar czf " + kArchive +
                        "_user_files /usr/share/enigma2/AtileHD/colors_atile_mine.xml "
                        "/usr/share/enigma2/vfd_skin/skin_vfd_mine.xml") +
@@ -63,8 +63,8 @@ TEST_F(ConfigurationBackup, DeletesAnArchiveOfTheSameNameFirst) {
   host.system.addFile(kArchive);
   EXPECT_EQ(described(actions.createConfigFile()), "True");
   EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) + system("rm -f " + kArchive) +
-                               system(configurationCommand(kArchive)) + noUserFiles() +
-                               fileExists(kArchive));
+                               system(support::configurationBackupCommand(kArchive)) +
+                               noUserFiles() + fileExists(kArchive));
 }
 
 TEST_F(ConfigurationBackup, KeepsAnOlderUserFilesArchiveOfTheSameName) {
@@ -99,8 +99,8 @@ TEST_F(ConfigurationBackup, WritesNoneForADirectoryThatCouldNotBeHad) {
   const std::string archive = "None/configuration_ver_c_20240305_07-04_solo2.tar.gz";
   EXPECT_EQ(described(actions.createConfigFile()), "False");
   EXPECT_EQ(record.take(),
-            backupDirectory() + fileExists(archive) + system(configurationCommand(archive)) +
-                kBothSkinsSearched +
+            backupDirectory() + fileExists(archive) +
+                system(support::configurationBackupCommand(archive)) + kBothSkinsSearched +
                 system("tar czf " + archive +
                        "_user_files /usr/share/enigma2/AtileHD/colors_atile_mine.xml "
                        "/usr/share/enigma2/vfd_skin/skin_vfd_mine.xml") +

@@ -52,7 +52,7 @@ Flow userFilesFlow() {
                   {atile + "/colors_atile_a\n"});
   };
   const auto written = [=](const std::string& archive) {
-    return fileExists(archive) + system(configurationCommand(archive)) + block(R"(
+    return fileExists(archive) + system(support::configurationBackupCommand(archive)) + block(R"(
 fileExists("/var/lib/opkg/info/enigma2-plugin-skin-atile.list")
 open("/var/lib/opkg/info/enigma2-plugin-skin-atile.list")
 os_path.exists("/usr/share/enigma2/AtileHD")
@@ -135,12 +135,13 @@ std::vector<Flow> engineFlows() {
            },
        .operations = "localtime()\nHardwareInfoVu().get_device_name()\n"},
       writingFlow(
-          "SettingsBackup", "settings_" + kStamp + ".tar.gz", settingsCommand, "",
+          "SettingsBackup", "settings_" + kStamp + ".tar.gz", support::settingsBackupCommand, "",
           [](BackupActions& actions) { actions.createSettingFile(); },
           [](BackupActions& actions) { return actions.settingfile; }),
       writingFlow(
-          "ConfigurationBackup", "configuration_ver_c_" + kStamp + ".tar.gz", configurationCommand,
-          noUserFiles(), [](BackupActions& actions) { actions.createConfigFile(); },
+          "ConfigurationBackup", "configuration_ver_c_" + kStamp + ".tar.gz",
+          support::configurationBackupCommand, noUserFiles(),
+          [](BackupActions& actions) { actions.createConfigFile(); },
           [](BackupActions& actions) { return actions.configfile; }),
       writingFlow(
           "PluginListBackup", "pluginlist_" + kStamp + ".lst", pluginListCommand, "",

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "support/Commands.h"
+
 namespace stowline::expected {
 
 inline const std::string kDirectory = "/media/hdd/qor-stowline";
@@ -37,17 +39,14 @@ std::string newBackupDirectory(const std::string& path = kDirectory);
 std::string box(const std::string& text, const std::string& type);
 std::string setDialogTitle();
 
-/// The commands of the three backups.
-std::string settingsCommand(const std::string& archive);
-std::string configurationCommand(const std::string& archive);
+/// The command of the plugin list's backup.
 std::string pluginListCommand(const std::string& file);
 
 /// The search for user files in a receiver without the two skins.
 std::string noUserFiles();
 
 /// The query for the installed packages, as a command and as it is read.
-inline const std::string kInstalledQuery =
-    R"(opkg list-installed | grep enigma2-plugin | cut -d " " -f 1)";
+using support::kInstalledPlugins;
 std::string outputRead(const std::string& command);
 
 /// The package screen with an installation of each of the packages; `opening`: what opens it, with

@@ -8,7 +8,7 @@ using namespace expected;
 using Lines = std::vector<std::string>;
 
 const std::string kPlugins = kDirectory + "/plugins";
-const std::string kQueried = outputRead(kInstalledQuery);
+const std::string kQueried = outputRead(kInstalledPlugins);
 
 std::string screenOpened(Lines names) {
   for (std::string& name : names) name = kPlugins + "/" + name;
@@ -45,7 +45,7 @@ TEST_F(LocalPackages, HandsEveryPackageFileToThePackageScreenInListingOrder) {
 }
 
 TEST_F(LocalPackages, AreQueuedEvenWhenTheirPackageIsInstalled) {
-  host.system.outputs[kInstalledQuery] = {"a\n", "a.ipk\n", "enigma2-plugin-extensions-a\n"};
+  host.system.outputs[kInstalledPlugins] = {"a\n", "a.ipk\n", "enigma2-plugin-extensions-a\n"};
   host.system.addDirectory(kPlugins, {"a.ipk", "enigma2-plugin-extensions-a.ipk"});
   start();
   send(host::IpkgEvent::EVENT_DONE);
@@ -55,7 +55,7 @@ TEST_F(LocalPackages, AreQueuedEvenWhenTheirPackageIsInstalled) {
 }
 
 TEST_F(LocalPackages, AreSkippedWithALineWhenAnInstalledPackageHasTheirWholePathForAName) {
-  host.system.outputs[kInstalledQuery] = {kPlugins + "/a.ipk\n"};
+  host.system.outputs[kInstalledPlugins] = {kPlugins + "/a.ipk\n"};
   host.system.addDirectory(kPlugins, {"a.ipk", "b.ipk"});
   start();
   send(host::IpkgEvent::EVENT_DONE);

@@ -167,10 +167,10 @@ TEST_F(MenuActions, BackupRunsToItsEndBeforeTheBoxOpens) {
   };
   select("settingbackup");
   peer().press("ok");
-  EXPECT_EQ(record.take(), kSelected + backupDirectory() + fileExists(archive) +
-                               system(settingsCommand(archive)) + fileExists(archive) +
-                               box("Settings backup finished succesfully", "TYPE_INFO") +
-                               setDialogTitle());
+  EXPECT_EQ(record.take(),
+            kSelected + backupDirectory() + fileExists(archive) +
+                system(support::settingsBackupCommand(archive)) + fileExists(archive) +
+                box("Settings backup finished succesfully", "TYPE_INFO") + setDialogTitle());
 }
 
 TEST_F(MenuActions, SecondBackupOfTheSameMenuReplacesTheFirst) {

@@ -187,10 +187,10 @@ std::vector<Flow> localPackages() {
   const auto layOut = [plugins](Receiver& receiver) {
     receiver.host.system.addDirectory(kDirectory);
     receiver.host.system.addDirectory(plugins, {"a.ipk"});
-    receiver.host.system.outputs[kInstalledQuery] = {plugins + "/a.ipk"};
+    receiver.host.system.outputs[kInstalledPlugins] = {plugins + "/a.ipk"};
     receiver.host.system.addFile(plugins + "/b.ipk");
   };
-  const std::string query = outputRead(kInstalledQuery) + exists(plugins);
+  const std::string query = outputRead(kInstalledPlugins) + exists(plugins);
   const StateFrom cleared = {"config.plugins.qorpanel.stowline.backuprestorepath.value",
                              "restoretype="};
   return {
@@ -228,10 +228,11 @@ std::vector<Flow> menuFlows() {
       backupEntry("createpluginlist", "pluginlist_" + kStamp + ".lst", pluginListCommand, "",
                   "List of installed plugins was created succesfully",
                   "Creating list of installed plugins failed"),
-      backupEntry("settingbackup", "settings_" + kStamp + ".tar.gz", settingsCommand, "",
-                  "Settings backup finished succesfully", "Backup settings failed"),
-      backupEntry("configbackup", "configuration_ver_c_" + kStamp + ".tar.gz", configurationCommand,
-                  noUserFiles(), "Common configuration backup finished succesfully",
+      backupEntry("settingbackup", "settings_" + kStamp + ".tar.gz", support::settingsBackupCommand,
+                  "", "Settings backup finished succesfully", "Backup settings failed"),
+      backupEntry("configbackup", "configuration_ver_c_" + kStamp + ".tar.gz",
+                  support::configurationBackupCommand, noUserFiles(),
+                  "Common configuration backup finished succesfully",
                   "Backup of common configurations failed"),
       restoreEntry("installpluginlist", "plugininstall",
                    "restoretype=plugininstall, plugins are to be reloaded"),

@@ -9,7 +9,7 @@ using Lines = std::vector<std::string>;
 
 const std::string kList = "pluginlist_20240305_07-04_solo2.lst";
 const std::string kListRead =
-    outputRead(kInstalledQuery) + outputRead("cat " + kDirectory + "/" + kList);
+    outputRead(kInstalledPlugins) + outputRead("cat " + kDirectory + "/" + kList);
 
 std::string installed(const std::string& package) {
   return print("[QOR-Stowline] Plugin " + package + " is already installed");
@@ -27,7 +27,7 @@ struct PluginInstallation : RestoreListTest {
   /// Opens the list of plugin lists and presses OK on the one that holds these lines.
   void start(const Lines& plugins, const Lines& installed_packages) {
     addFile(kList);
-    host.system.outputs[kInstalledQuery] = installed_packages;
+    host.system.outputs[kInstalledPlugins] = installed_packages;
     host.system.outputs["cat " + kDirectory + "/" + kList] = plugins;
     openList("plugininstall");
     peer().press("ok");

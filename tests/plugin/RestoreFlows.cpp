@@ -28,7 +28,7 @@ void layOut(Receiver& receiver) {
   for (const std::string& name : {kSettings, kConfiguration, kScript, kPlugins}) {
     receiver.host.system.addFile(fullPath(name), 10000);
   }
-  receiver.host.system.outputs[kInstalledQuery] = {"enigma2-plugin-a\n"};
+  receiver.host.system.outputs[kInstalledPlugins] = {"enigma2-plugin-a\n"};
   receiver.host.system.outputs["cat " + fullPath(kPlugins)] = {
       "enigma2-plugin-a\n", "enigma2-plugin-settings-b\n", "enigma2-plugin-c\n"};
 }
@@ -203,11 +203,11 @@ session.open(Console, title="Restore running", cmdlist=["tar -xzf /media/hdd/qor
       {.name = "PluginInstallation",
        .prepare = onList("plugininstall", send(host::IpkgEvent::EVENT_DONE)),
        .operations =
-           outputRead(kInstalledQuery) + outputRead("cat " + fullPath(kPlugins)) +
+           outputRead(kInstalledPlugins) + outputRead("cat " + fullPath(kPlugins)) +
            print("[QOR-Stowline] Plugin enigma2-plugin-a is already installed") +
            print("[QOR-Stowline] do not restore excluded package: enigma2-plugin-settings-b") +
            packageScreen("session.openWithCallback(keyCancel, ", {"enigma2-plugin-c"}),
-       .states = {{"os.popen(" + quoted(kInstalledQuery) + ").readlines()",
+       .states = {{"os.popen(" + quoted(kInstalledPlugins) + ").readlines()",
                    "restoretype= sel=() exe=False cmdlist=[]"}}},
       {.name = "FailedRefreshOfTheList",
        .prepare = onList("plugininstall", send(host::IpkgEvent::EVENT_ERROR)),

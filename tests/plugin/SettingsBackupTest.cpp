@@ -12,7 +12,8 @@ using SettingsBackup = BackupTest;
 TEST_F(SettingsBackup, ArchivesTheEightChannelPlacesInTheirOrder) {
   EXPECT_EQ(described(actions.createSettingFile()), "True");
   EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) +
-                               system(settingsCommand(kArchive)) + fileExists(kArchive));
+                               system(support::settingsBackupCommand(kArchive)) +
+                               fileExists(kArchive));
   EXPECT_EQ(actions.path, kDirectory);
   EXPECT_EQ(actions.settingfile, kArchive);
 }
@@ -31,7 +32,8 @@ TEST_F(SettingsBackup, DeletesAnArchiveOfTheSameNameFirst) {
   host.system.addFile(kArchive);
   EXPECT_EQ(described(actions.createSettingFile()), "True");
   EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) + system("rm -f " + kArchive) +
-                               system(settingsCommand(kArchive)) + fileExists(kArchive));
+                               system(support::settingsBackupCommand(kArchive)) +
+                               fileExists(kArchive));
 }
 
 TEST_F(SettingsBackup, FailedSecondRunLeavesNoArchive) {
@@ -55,7 +57,8 @@ TEST_F(SettingsBackup, WritesNoneForADirectoryThatCouldNotBeHad) {
   const std::string archive = "None/settings_20240305_07-04_solo2.tar.gz";
   EXPECT_EQ(described(actions.createSettingFile()), "False");
   EXPECT_EQ(record.take(), backupDirectory() + fileExists(archive) +
-                               system(settingsCommand(archive)) + fileExists(archive));
+                               system(support::settingsBackupCommand(archive)) +
+                               fileExists(archive));
   EXPECT_EQ(actions.path, std::nullopt);
   EXPECT_EQ(actions.settingfile, archive);
 }
@@ -66,7 +69,8 @@ TEST_F(SettingsBackup, LeavesBlanksInTheMediumUnquoted) {
   actions.createSettingFile();
   const std::string archive = "/media/my disk/qor-stowline/settings_20240305_07-04_solo2.tar.gz";
   EXPECT_EQ(record.take(), backupDirectory("/media/my disk/qor-stowline") + fileExists(archive) +
-                               system(settingsCommand(archive)) + fileExists(archive));
+                               system(support::settingsBackupCommand(archive)) +
+                               fileExists(archive));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "TreeFixture.h"
+#include "support/Commands.h"
 
 namespace desk {
 namespace {
@@ -49,58 +50,23 @@ TEST_F(LayOut, TwoTreesAreEqual) {
 
 TEST_F(LayOut, UsedReceiverHasEveryPlaceThatABackupLooksFor) {
   layOut(tree_, "solo2");
-  for (const char* pattern : {
-           "/etc/enigma2/*.tv",
-           "/etc/enigma2/*.radio",
-           "/etc/enigma2/whitelist",
-           "/etc/enigma2/blacklist",
-           "/etc/enigma2/lamedb",
-           "/etc/tuxbox/satellites.xml",
-           "/etc/tuxbox/terrestrial.xml",
-           "/etc/tuxbox/cables.xml",
-           "/etc/enigma2/settings",
-           "/etc/enigma2/*.pem",
-           "/etc/enigma2/profile",
-           "/etc/CC*",
-           "/usr/scam/*",
-           "/etc/tuxbox/config/*",
-           "/etc/tuxbox/config/enigma*",
-           "/usr/keys/*",
-           "/etc/ConfFS/*",
-           "/usr/lib/enigma2/python/Plugins/Extensions/webradioFS/skin/mySkin/*",
-           "/etc/MultiQuickButton/*",
-           "/usr/lib/enigma2/python/Plugins/Extensions/Foreca/*.cfg",
-           "/usr/lib/enigma2/python/Plugins/Extensions/SHOUTcast/favorites",
-           "/etc/samba/*",
-           "/etc/hostname",
-           "/etc/passwd",
-           "/etc/shadow",
-           "/etc/exports",
-           "/etc/fstab",
-           "/etc/auto.network",
-           "/etc/auto.network_qor",
-           "/etc/network/interfaces",
-           "/etc/resolv.conf",
-           "/etc/wpa_supplicant*.conf",
-           "/usr/share/enigma2/radio.mvi",
-           "/usr/share/vuplus-bootlogo/*",
-           "/.qws/share/data/Arora/*",
-           "/Settings/*",
-           "/usr/lib/enigma2/python/Plugins/SystemPlugins/PiPServiceRelation/psr_config",
-           "/usr/lib/enigma2/python/Plugins/SystemPlugins/CrashReport/settings",
-           "/usr/lib/enigma2/python/Plugins/Extensions/HbbTV/bookmark.ini",
-           "/etc/init.d/current_cam.sh",
-           "/usr/share/enigma2/skin_default/spinner/wait*png",
-           "/etc/enigmalight.conf",
-           "/usr/lib/enigma2/python/Plugins/Extensions/EnigmaLight/profiles/custom_*.profile",
-           "/proc/stb/vmpeg/0/dst_left",
-           "/proc/stb/vmpeg/0/dst_top",
-           "/proc/stb/vmpeg/0/dst_width",
-           "/proc/stb/vmpeg/0/dst_height",
-           "/media/hdd/qor-stowline/plugins/*.ipk",
-           "/media/hdd/qor-stowline/restore_hello.sh",
-       })
+  for (const char* file : support::kChannelFiles) EXPECT_GT(matches(tree_, file), 0U) << file;
+  for (const char* place : support::kConfigurationPlaces) {
+    EXPECT_GT(matches(tree_, place), 0U) << place;
+  }
+  for (const char* excluded : support::kConfigurationExclusions) {
+    EXPECT_GT(matches(tree_, std::string("/") + excluded), 0U) << excluded;
+  }
+}
+
+TEST_F(LayOut, UsedReceiverHasAVideoWindowLocalPackagesAndAScript) {
+  layOut(tree_, "solo2");
+  for (const char* pattern :
+       {"/proc/stb/vmpeg/0/dst_left", "/proc/stb/vmpeg/0/dst_top", "/proc/stb/vmpeg/0/dst_width",
+        "/proc/stb/vmpeg/0/dst_height", "/media/hdd/qor-stowline/plugins/*.ipk",
+        "/media/hdd/qor-stowline/restore_hello.sh"}) {
     EXPECT_GT(matches(tree_, pattern), 0U) << pattern;
+  }
 }
 
 TEST_F(LayOut, ServiceDatabaseHoldsSeveralHundredServices) {

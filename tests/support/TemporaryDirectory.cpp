@@ -1,4 +1,4 @@
-#include "TemporaryDirectory.h"
+#include "support/TemporaryDirectory.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +13,7 @@ namespace fs = std::filesystem;
 TemporaryDirectory::TemporaryDirectory()
     : path_((fs::temp_directory_path() / "stowline-test-XXXXXX").string()) {
   if (!mkdtemp(path_.data())) throw std::runtime_error("cannot make " + path_);
+  path_ = fs::canonical(path_).string();
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
