@@ -64,7 +64,7 @@ struct Times {
 /// first newline.
 double readToEnd(int descriptor, Clock::time_point start) {
   double first_line = 0;
-  std::array<char, 65536> buffer;
+  std::array<char, 65536> buffer{};
   for (ssize_t count = 0; (count = read(descriptor, buffer.data(), buffer.size())) > 0;) {
     const bool has_line =
         std::find(buffer.begin(), buffer.begin() + count, '\n') != buffer.begin() + count;

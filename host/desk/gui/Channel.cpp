@@ -34,7 +34,7 @@ std::optional<Channel::Message> Channel::receiveRead() {
 }
 
 bool Channel::readMore() {
-  std::array<char, 65536> buffer;
+  std::array<char, 65536> buffer{};
   ssize_t count = 0;
   do {
     count = read(socket_.number(), buffer.data(), buffer.size());

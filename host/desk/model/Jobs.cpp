@@ -36,6 +36,7 @@ Pipe makePipe() {
 /// Starts `argv` with both outputs going into `output`.
 pid_t spawn(const std::vector<std::string>& argv, int output) {
   std::vector<char*> words;
+  words.reserve(argv.size() + 1);
   for (const std::string& word : argv) words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
 
@@ -117,7 +118,7 @@ std::list<Jobs::Job>::iterator Jobs::firstEnded() {
 }
 
 void Jobs::readOutput(Job& job) {
-  std::array<char, 4096> buffer;
+  std::array<char, 4096> buffer{};
   for (int block = 0; block < kBlocksAtOnce && job.output; ++block) {
     const ssize_t count = read(job.output.number(), buffer.data(), buffer.size());
     if (count > 0) {
