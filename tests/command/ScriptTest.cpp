@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -40,16 +41,19 @@ TEST_P(ScriptTest, FailingScriptShowsItsErrorsAndItsExitStatus) {
             consoleFrame("wait", "before\nno luck\n[exit status 3]\n", false));
 }
 
+/// A quick script ends the GUI during the word that starts it, a slow one during the wait.
 TEST_P(ScriptTest, ScriptThatKillsTheGuiRestartsIt) {
   receiver().makeScript(kBackups + "/restore_kill.sh", "killall -9 enigma2\n");
   const Play play = receiver().play("restore", running("kill") + " down exit");
 
-  const std::vector<Json> tail(play.lines.end() - 5, play.lines.end());
-  EXPECT_EQ(tail, (std::vector<Json>{{{"event", "gui-killed"}},
-                                     {{"event", "gui-started"}},
-                                     menuFrame("wait", "restore", 0),
-                                     menuFrame("down", "restore", 1),
-                                     closedFrame("exit")}));
+  const Json killed = {{"event", "gui-killed"}};
+  const std::vector<Json> tail(std::ranges::find(play.lines, killed), play.lines.end());
+  std::vector<Json> expected = {killed, {{"event", "gui-started"}}};
+  if (tail.size() == 6) expected.push_back(menuFrame("ok", "restore", 0));
+  expected.push_back(menuFrame("wait", "restore", 0));
+  expected.push_back(menuFrame("down", "restore", 1));
+  expected.push_back(closedFrame("exit"));
+  EXPECT_EQ(tail, expected);
   EXPECT_EQ(play.status, 0);
   EXPECT_EQ(play.errors, "");
 }
