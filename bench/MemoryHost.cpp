@@ -87,6 +87,18 @@ MemoryHost::Lines MemoryHost::take(const std::string& name) {
   return found == next.end() ? Lines{} : std::exchange(found->second, {});
 }
 
+std::shared_ptr<host::Label> MemoryPeer::label(const std::string&) {
+  return std::make_shared<TextLabel>();
+}
+
+std::shared_ptr<host::List> MemoryPeer::list(const std::string&) {
+  return std::make_shared<Entries>();
+}
+
+std::shared_ptr<host::MenuList> MemoryPeer::menuList(const std::string&) {
+  return std::make_shared<Rows>();
+}
+
 std::unique_ptr<host::OpenedDialog> MemorySession::open(const host::Dialog&) {
   return std::make_unique<Dialog>();
 }

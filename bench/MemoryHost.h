@@ -82,6 +82,9 @@ class MemoryPeer : public host::ScreenPeer {
  public:
   void init(host::Session&) override {}
   void setItem(const std::string&, const host::ComponentPtr&) override {}
+  std::shared_ptr<host::Label> label(const std::string&) override;
+  std::shared_ptr<host::List> list(const std::string&) override;
+  std::shared_ptr<host::MenuList> menuList(const std::string&) override;
   void setAttribute(const std::string&, const std::string&) override {}
   void appendOnLayoutFinish(const host::Action&) override {}
   void close(const host::Value&) override {}

@@ -83,6 +83,12 @@ constexpr RestoreEntry kRestoreLists[] = {
     {"personalscript", "personalscript"},
 };
 
+/// Returns the key of a menu row; empty, which is no entry's, when there is no row.
+std::string entryKey(const host::Value& row) {
+  if (!row.list() || row.list()->empty() || !row.list()->front().text()) return "";
+  return *row.list()->front().text();
+}
+
 /// Returns the medium of a choice. Raises host::Error ("TypeError") for anything else.
 std::string mediumOf(const host::Value& option) {
   if (option.list() && option.list()->size() > 1) return option.list()->at(1).str();
@@ -101,18 +107,18 @@ Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& sess
   screentype = restore ? "restore" : "backup";
   setTitleAttribute(title + " (" + translated(restore ? "Restore" : "Backup") + ")");
 
-  setItem("key_green", host.components().makeStaticText(""));
-  setItem("key_yellow", host.components().makeStaticText(""));
+  peer.setItem("key_green", host.components().makeStaticText(""));
+  peer.setItem("key_yellow", host.components().makeStaticText(""));
   setTitleWidget();
-  setItem("menu", host.components().makeList(list));
-  setItem("status", host.components().makeLabel(""));
+  peer.setItem("menu", host.components().makeList(list));
+  peer.setItem("status", host.components().makeLabel(""));
   setKeyLabel("key_red", "Exit");
   const host::Action run{this, "runMenuEntry", [this] { runMenuEntry(); }};
   const host::Action cancel{this, "keyCancel", [this] { keyCancel(); }};
-  setItem("shortcuts", host.components().makeActionMap(
-                           {.contexts = {"SetupActions", "ColorActions", "DirectionActions"},
-                            .bindings = {{"ok", run}, {"cancel", cancel}, {"red", cancel}},
-                            .priority = -2}));
+  peer.setItem("shortcuts", host.components().makeActionMap(
+                                {.contexts = {"SetupActions", "ColorActions", "DirectionActions"},
+                                 .bindings = {{"ok", run}, {"cancel", cancel}, {"red", cancel}},
+                                 .priority = -2}));
   Console = host.components().makeComConsole();
   ipkg = host.components().makeIpkgComponent();
   ipkg->addCallback({this, "ipkgCallback", [this](host::IpkgEvent event, const host::Value& param) {
@@ -129,7 +135,7 @@ void Stowline::createMenu() {
   } else if (screentype == "restore") {
     for (const MenuEntry& entry : kRestoreEntries) appendEntry(entry);
   }
-  item<host::List>("menu").setList(list);
+  peer().list("menu")->setList(list);
 }
 
 void Stowline::appendEntry(const MenuEntry& entry) {
@@ -152,10 +158,7 @@ std::string Stowline::shown(const std::string& text) const {
 }
 
 void Stowline::runMenuEntry(const host::Value& /*ret*/) {
-  const host::Value current = item<host::List>("menu").getCurrent();
-  if (!current.list() || current.list()->empty()) return;
-  const host::Value& key = current.list()->front();
-
+  const std::string key = entryKey(peer().list("menu")->getCurrent());
   if (key == "path") chooseMedium();
   for (const BackupEntry& entry : kBackupReports) {
     if (key == entry.key) report((*backupactions.*entry.job)(), entry.success, entry.failure);

@@ -113,23 +113,23 @@ StowlineHelpScreen::StowlineHelpScreen(host::Host& host, host::ScreenPeer& peer,
   // The one text that is deliberately not translated.
   setTitleAttribute("Qor Stowline");
   setTitleWidget();
-  setItem("messagetext", host.components().makeLabel(""));
+  peer.setItem("messagetext", host.components().makeLabel(""));
   setKeyLabel("key_red", "Exit");
   setKeyLabel("key_green", "Ok");
   const host::Action go{this, "keyGo", [this] { keyGo(); }};
   const host::Action close{this, "keyClose", [this] { keyClose(); }};
-  setItem("shortcuts",
-          host.components().makeActionMap(
-              {.contexts = {"OkCancelActions", "ColorActions"},
-               .bindings = {{"red", close}, {"green", go}, {"ok", go}, {"cancel", close}},
-               .priority = -2}));
+  peer.setItem("shortcuts",
+               host.components().makeActionMap(
+                   {.contexts = {"OkCancelActions", "ColorActions"},
+                    .bindings = {{"red", close}, {"green", go}, {"ok", go}, {"cancel", close}},
+                    .priority = -2}));
   peer.appendOnLayoutFinish({this, "createMessage", [this] { createMessage(); }});
 }
 
 void StowlineHelpScreen::createMessage() {
   const std::string question = translated("Are you sure you want to restore\nfollowing backup:\n");
   const std::string warning = translated("\nSystem will restart after the restore!");
-  item<host::Label>("messagetext").setText(question + restorefile + "\n\n" + warning);
+  peer().label("messagetext")->setText(question + restorefile + "\n\n" + warning);
 }
 
 void StowlineHelpScreen::keyGo() {

@@ -78,14 +78,14 @@ StowlineRestore::StowlineRestore(host::Host& host, host::ScreenPeer& peer, host:
   const host::Action ok{this, "KeyOk", [this] { KeyOk(); }};
   const host::Action cancel{this, "keyCancel", [this] { keyCancel(); }};
   const host::Action del{this, "deleteFile", [this] { deleteFile(); }};
-  setItem("actions",
-          host.components().makeNumberActionMap({.contexts = {"SetupActions"},
-                                                 .bindings = {{"ok", ok}, {"cancel", cancel}},
-                                                 .priority = -1}));
-  setItem("shortcuts", host.components().makeActionMap(
-                           {.contexts = {"ShortcutActions"},
-                            .bindings = {{"red", cancel}, {"green", ok}, {"yellow", del}}}));
-  setItem("filelist", host.components().makeMenuList(flist));
+  peer.setItem("actions",
+               host.components().makeNumberActionMap({.contexts = {"SetupActions"},
+                                                      .bindings = {{"ok", ok}, {"cancel", cancel}},
+                                                      .priority = -1}));
+  peer.setItem("shortcuts", host.components().makeActionMap(
+                                {.contexts = {"ShortcutActions"},
+                                 .bindings = {{"red", cancel}, {"green", ok}, {"yellow", del}}}));
+  peer.setItem("filelist", host.components().makeMenuList(flist));
   fill_list();
   Console = host.components().makeComConsole();
   ipkg = host.components().makeIpkgComponent();
@@ -107,14 +107,14 @@ void StowlineRestore::fill_list() {
     if (restoretype == "personalscript") setKeyLabel("key_green", "Start");
   }
   std::ranges::sort(flist, std::greater());
-  item<host::MenuList>("filelist").setList(flist);
+  peer().menuList("filelist")->setList(flist);
 }
 
 /// Takes the row under the cursor as the selected file. Returns false when there is nothing to act
 /// on: an action is under way, nothing was ever listed, or the list or the medium is gone.
 bool StowlineRestore::select() {
   if (exe || !entry) return false;
-  const host::Value current = item<host::MenuList>("filelist").getCurrent();
+  const host::Value current = peer().menuList("filelist")->getCurrent();
   if (!current.text() || !path) return false;
   sel = current;
   val = *path + "/" + *current.text();
@@ -171,7 +171,7 @@ void StowlineRestore::reloadChannels() {
   channels.readTransponders();
   channels.reloadServicelist();
   channels.reloadBouquets();
-  host::ServiceList* servicelist = channels.infoBarServicelist();
+  const auto servicelist = channels.infoBarServicelist();
   if (!servicelist) return;
   const host::ObjectRef root = servicelist->getRoot();
   const host::ObjectRef currentref = servicelist->getCurrentSelection();

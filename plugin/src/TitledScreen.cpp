@@ -11,14 +11,14 @@ void TitledScreen::setTitleAttribute(const std::string& text) {
 
 void TitledScreen::setTitleWidget() {
   try {
-    setItem("title", host().components().makeStaticText(title));
+    peer().setItem("title", host().components().makeStaticText(title));
   } catch (const std::exception&) {
     host().print("self[\"title\"] was not found in skin");
   }
 }
 
 void TitledScreen::setKeyLabel(const std::string& key, const std::string& text) {
-  setItem(key, host().components().makeStaticText(translated(text)));
+  peer().setItem(key, host().components().makeStaticText(translated(text)));
 }
 
 std::string TitledScreen::translated(const std::string& text) const {

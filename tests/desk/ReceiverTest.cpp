@@ -19,8 +19,9 @@ struct ReceiverTest : testing::Test {
     return screenClass("Menu", its_host, [this, handlers](TestScreen& made) {
       screen = &made;
       made.peer().setAttribute("title", "Title \xff");
-      made.setItem("key_red", made.host().components().makeStaticText("Exit"));
-      made.setItem("filelist", made.host().components().makeMenuList({"one", "two", "\xff"}));
+      made.peer().setItem("key_red", made.host().components().makeStaticText("Exit"));
+      made.peer().setItem("filelist",
+                          made.host().components().makeMenuList({"one", "two", "\xff"}));
       made.bind("actions", "SetupActions", handlers);
     });
   }

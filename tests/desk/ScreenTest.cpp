@@ -23,9 +23,9 @@ struct Screens : SessionTest {
 
 TEST_F(Screens, ShowTheirTextWidgetsByName) {
   open([](TestScreen& screen) {
-    screen.setItem("key_red", screen.host().components().makeStaticText("Exit"));
-    screen.setItem("status", screen.host().components().makeLabel("odd \xff"));
-    screen.setItem("console", nullptr);
+    screen.peer().setItem("key_red", screen.host().components().makeStaticText("Exit"));
+    screen.peer().setItem("status", screen.host().components().makeLabel("odd \xff"));
+    screen.peer().setItem("console", nullptr);
   });
   EXPECT_EQ(top(), "TestScreen");
   EXPECT_EQ(shownBy(*session.top()), R"({"widgets":{"key_red":"Exit","status":"odd \\xff"}})");
@@ -33,10 +33,28 @@ TEST_F(Screens, ShowTheirTextWidgetsByName) {
 
 TEST_F(Screens, ItemSetAgainTakesThePlaceOfTheFormer) {
   open([](TestScreen& screen) {
-    screen.setItem("key_green", screen.host().components().makeStaticText("Install"));
-    screen.setItem("key_green", screen.host().components().makeStaticText("Start"));
+    screen.peer().setItem("key_green", screen.host().components().makeStaticText("Install"));
+    screen.peer().setItem("key_green", screen.host().components().makeStaticText("Start"));
   });
   EXPECT_EQ(shownBy(*session.top()), R"({"widgets":{"key_green":"Start"}})");
+}
+
+TEST_F(Screens, WidgetIsFoundByItsNameAndKind) {
+  open([](TestScreen& screen) {
+    host::ScreenPeer& peer = screen.peer();
+    const auto list = screen.host().components().makeList({});
+    const auto rows = screen.host().components().makeMenuList({});
+    const auto label = screen.host().components().makeLabel("");
+    peer.setItem("menu", list);
+    peer.setItem("filelist", rows);
+    peer.setItem("status", label);
+    EXPECT_EQ(peer.list("menu"), list);
+    EXPECT_EQ(peer.menuList("filelist"), rows);
+    EXPECT_EQ(peer.label("status"), label);
+    EXPECT_EQ(support::raised([&] { peer.label("nothing"); }), "0 KeyError: 'nothing'");
+    EXPECT_EQ(support::raised([&] { peer.label("menu"); }),
+              "0 TypeError: 'menu' is a widget of another kind");
+  });
 }
 
 TEST_F(Screens, TitleAttributeIsTheTitleShown) {
@@ -86,7 +104,7 @@ TEST_F(Screens, MapOfTheLowerPriorityNumberIsAskedFirst) {
 
 TEST_F(Screens, KeysThatNoMapBindsMoveTheListsCursor) {
   open([](TestScreen& screen) {
-    screen.setItem("filelist", screen.host().components().makeMenuList({"a", "b", "c"}));
+    screen.peer().setItem("filelist", screen.host().components().makeMenuList({"a", "b", "c"}));
     screen.bind("actions", "SetupActions", {{"ok", [] {}}});
   });
   press({"down", "down", "up"});
@@ -99,7 +117,7 @@ TEST_F(Screens, ListHandsOutTheTupleAndShowsItsSecondAndThirdItem) {
     list = screen.host().components().makeList(
         {host::Value::List{"key", "Title", "Description \xff", {}, {}},
          host::Value::List{"other", "Other", "", {}, {}}});
-    screen.setItem("menu", list);
+    screen.peer().setItem("menu", list);
   });
   const std::vector<Row>& rows = session.top()->rowList()->rows();
   ASSERT_EQ(rows.size(), 2U);
@@ -116,7 +134,7 @@ TEST_F(Screens, MenuListHandsOutTheNameAsItWasGiven) {
   std::shared_ptr<host::MenuList> list;
   open([&](TestScreen& screen) {
     list = screen.host().components().makeMenuList({"first", "odd \xff"});
-    screen.setItem("filelist", list);
+    screen.peer().setItem("filelist", list);
   });
   EXPECT_EQ(rowsOf(*session.top()), (Lines{"first", "odd \\xff"}));
   press({"down"});

@@ -26,7 +26,6 @@ class TestScreen : public host::Screen {
 
   using Screen::host;
   using Screen::peer;
-  using Screen::setItem;
 
   host::Action action(std::function<void()> call) { return {this, "action", std::move(call)}; }
 
@@ -37,7 +36,7 @@ class TestScreen : public host::Screen {
     for (const auto& [name, call] : handlers) {
       mapping.bindings.push_back({*actions_.insert(actions_.end(), name), action(call)});
     }
-    setItem(key, host().components().makeActionMap(mapping));
+    peer().setItem(key, host().components().makeActionMap(mapping));
   }
 
  private:

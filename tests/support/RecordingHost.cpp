@@ -32,9 +32,9 @@ void RecordingChannels::reloadBouquets() {
   journal_.note("eDVBDB.getInstance().reloadBouquets()");
 }
 
-host::ServiceList* RecordingChannels::infoBarServicelist() {
+std::shared_ptr<host::ServiceList> RecordingChannels::infoBarServicelist() {
   journal_.note("InfoBar.instance.servicelist");
-  return hasInfoBar ? &servicelist_ : nullptr;
+  return hasInfoBar ? std::make_shared<RecordingServiceList>(journal_) : nullptr;
 }
 
 void RecordingHost::bind(const host::Binding& binding) {

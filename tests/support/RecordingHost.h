@@ -26,17 +26,16 @@ class RecordingServiceList : public host::ServiceList {
 
 class RecordingChannels : public host::ChannelDatabase {
  public:
-  explicit RecordingChannels(Journal& journal) : servicelist_(journal), journal_(journal) {}
+  explicit RecordingChannels(Journal& journal) : journal_(journal) {}
 
   bool hasInfoBar = true;  ///< whether there is an InfoBar instance
 
   void readTransponders() override;
   void reloadServicelist() override;
   void reloadBouquets() override;
-  host::ServiceList* infoBarServicelist() override;
+  std::shared_ptr<host::ServiceList> infoBarServicelist() override;
 
  private:
-  RecordingServiceList servicelist_;
   Journal& journal_;
 };
 

@@ -39,12 +39,26 @@ class RecordingPeer : public host::ScreenPeer {
 
   void init(host::Session& session) override;
   void setItem(const std::string& key, const host::ComponentPtr& component) override;
+  std::shared_ptr<host::Label> label(const std::string& key) override {
+    return shared<host::Label>(key);
+  }
+  std::shared_ptr<host::List> list(const std::string& key) override {
+    return shared<host::List>(key);
+  }
+  std::shared_ptr<host::MenuList> menuList(const std::string& key) override {
+    return shared<host::MenuList>(key);
+  }
   void setAttribute(const std::string& name, const std::string& value) override;
   void appendOnLayoutFinish(const host::Action& hook) override;
   void close(const host::Value& result) override;
   void callOperation(const std::string& name, const host::Value& argument) override;
 
  private:
+  template <class Widget>
+  std::shared_ptr<Widget> shared(const std::string& key) const {
+    return std::dynamic_pointer_cast<Widget>(items_.at(key));
+  }
+
   Journal& journal_;
   std::map<std::string, host::ComponentPtr> items_;
   std::vector<host::Action> hooks_;

@@ -66,8 +66,8 @@ void Channels::reloadBouquets() {
             << " bouquet files" << std::endl;
 }
 
-host::ServiceList* Channels::infoBarServicelist() {
-  return selection_.get();
+std::shared_ptr<host::ServiceList> Channels::infoBarServicelist() {
+  return selection_;
 }
 
 }  // namespace desk

@@ -19,13 +19,13 @@ class Channels : public host::ChannelDatabase {
   void readTransponders() override;
   void reloadServicelist() override;
   void reloadBouquets() override;
-  host::ServiceList* infoBarServicelist() override;
+  std::shared_ptr<host::ServiceList> infoBarServicelist() override;
 
  private:
   class Selection;
 
   host::OperatingSystem& os_;
-  std::unique_ptr<Selection> selection_;
+  std::shared_ptr<Selection> selection_;
 };
 
 }  // namespace desk

@@ -52,6 +52,27 @@ void ScreenLayer::setItem(const std::string& key, const host::ComponentPtr& comp
   widgets_[key] = component;
 }
 
+template <class Widget>
+std::shared_ptr<Widget> ScreenLayer::widget(const std::string& key) const {
+  const auto found = widgets_.find(key);
+  if (found == widgets_.end()) throw host::Error("KeyError", "'" + key + "'");
+  auto widget = std::dynamic_pointer_cast<Widget>(found->second);
+  if (!widget) throw host::Error("TypeError", "'" + key + "' is a widget of another kind");
+  return widget;
+}
+
+std::shared_ptr<host::Label> ScreenLayer::label(const std::string& key) {
+  return widget<host::Label>(key);
+}
+
+std::shared_ptr<host::List> ScreenLayer::list(const std::string& key) {
+  return widget<host::List>(key);
+}
+
+std::shared_ptr<host::MenuList> ScreenLayer::menuList(const std::string& key) {
+  return widget<host::MenuList>(key);
+}
+
 void ScreenLayer::setAttribute(const std::string& name, const std::string& value) {
   if (name == "title") shown_title = value;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "host/Object.h"
 
 namespace host {
@@ -29,8 +31,7 @@ class ChannelDatabase {
   virtual void reloadBouquets() = 0;
 
   /// Returns the channel selection of `InfoBar.instance`, null while there is no such instance.
-  /// Good until the next call.
-  virtual ServiceList* infoBarServicelist() = 0;
+  virtual std::shared_ptr<ServiceList> infoBarServicelist() = 0;
 };
 
 }  // namespace host

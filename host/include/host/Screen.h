@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -24,6 +23,12 @@ class ScreenPeer {
   /// Puts `component` into the widget table under `key`, in place of any former one.
   virtual void setItem(const std::string& key, const ComponentPtr& component) = 0;
 
+  /// Return the component under `key` in the widget table. Raise Error ("KeyError", "TypeError")
+  /// when there is none or one of another kind.
+  virtual std::shared_ptr<Label> label(const std::string& key) = 0;
+  virtual std::shared_ptr<List> list(const std::string& key) = 0;
+  virtual std::shared_ptr<MenuList> menuList(const std::string& key) = 0;
+
   /// Sets an attribute that the framework itself reads: "title" or "skin_path".
   virtual void setAttribute(const std::string& name, const std::string& value) = 0;
 
@@ -38,7 +43,7 @@ class ScreenPeer {
   virtual void callOperation(const std::string& name, const Value& argument) = 0;
 };
 
-/// The base of the module's screens: what each needs to live in its host, and its widget table.
+/// The base of the module's screens: what each needs to live in its host.
 /// A screen stays where it was made, for its operations are handed to the framework.
 class Screen {
  public:
@@ -60,22 +65,9 @@ class Screen {
  protected:
   Host& host() const { return host_; }
 
-  /// Registers `component` under `key`, in the widget table and with the framework.
-  void setItem(const std::string& key, const ComponentPtr& component) {
-    peer_.setItem(key, component);
-    widgets_[key] = component;
-  }
-
-  /// Returns the widget under `key`, which must be there and of kind Widget.
-  template <class Widget>
-  Widget& item(const std::string& key) const {
-    return dynamic_cast<Widget&>(*widgets_.at(key));
-  }
-
  private:
   Host& host_;
   ScreenPeer& peer_;
-  std::map<std::string, ComponentPtr> widgets_;
 };
 
 }  // namespace host

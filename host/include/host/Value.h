@@ -34,6 +34,11 @@ class Value {
 
   bool isNothing() const { return std::holds_alternative<std::monostate>(data_); }
 
+  /// The truth value, integer or number held, or null when the value is none.
+  const bool* truth() const { return std::get_if<bool>(&data_); }
+  const long long* integer() const { return std::get_if<long long>(&data_); }
+  const double* number() const { return std::get_if<double>(&data_); }
+
   /// The text held, or null when the value is no text.
   const std::string* text() const { return std::get_if<std::string>(&data_); }
 
@@ -60,18 +65,18 @@ class Value {
 };
 
 inline bool Value::equalsTrue() const {
-  if (const auto* truth = std::get_if<bool>(&data_)) return *truth;
-  if (const auto* integer = std::get_if<long long>(&data_)) return *integer == 1;
-  if (const auto* number = std::get_if<double>(&data_)) return *number == 1.0;
+  if (truth()) return *truth();
+  if (integer()) return *integer() == 1;
+  if (number()) return *number() == 1.0;
   if (const auto held = object()) return held->equalsTrue();
   return false;
 }
 
 inline std::string Value::str() const {
   if (isNothing()) return "None";
-  if (const auto* truth = std::get_if<bool>(&data_)) return *truth ? "True" : "False";
-  if (const auto* integer = std::get_if<long long>(&data_)) return std::to_string(*integer);
-  if (const auto* number = std::get_if<double>(&data_)) return std::to_string(*number);
+  if (truth()) return *truth() ? "True" : "False";
+  if (integer()) return std::to_string(*integer());
+  if (number()) return std::to_string(*number());
   if (const auto held = object()) return held->str();
   if (text()) return *text();
   std::string joined;
