@@ -1,10 +1,16 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include <CLI/CLI.hpp>
 
 namespace command {
+
+/// Raises CLI::RequiredError for the first of `options` that was not given. Unlike the library's
+/// own check it comes after that of unknown options, so that a mistyped one is named.
+inline void require(std::initializer_list<const CLI::Option*> options) {
+  for (const CLI::Option* option : options) {
+    if (option->count() == 0) throw CLI::RequiredError(option->get_name());
+  }
+}
 
 /// Adds `stowline receiver new` and `stowline receiver flash`.
 void addReceiver(CLI::App& stowline);

@@ -60,23 +60,22 @@ void runDesk(const Options& options) {
 void addDesk(CLI::App& stowline) {
   const auto options = std::make_shared<Options>();
   CLI::App* desk = stowline.add_subcommand("desk", "Open the main menu on a stand-in receiver.");
-  desk->add_option("--receiver", options->receiver, "the receiver's directory")
-      ->required()
-      ->type_name("DIR");
+  CLI::Option* receiver =
+      desk->add_option("--receiver", options->receiver, "the receiver's directory")
+          ->type_name("DIR");
   desk->add_option("--menu", options->menu, "the flavour of the main menu")
       ->check(CLI::IsMember({"backup", "restore"}))
       ->capture_default_str();
-  desk->add_option("--play", options->words, "the keys to press, in order")
-      ->required()
-      ->type_name("WORDS")
-      ->check([](const std::string& script) {
-        try {
-          desk::parseWords(script);
-          return std::string();
-        } catch (const desk::UnknownWord& error) {
-          return std::string(error.what());
-        }
-      });
+  CLI::Option* play = desk->add_option("--play", options->words, "the keys to press, in order")
+                          ->type_name("WORDS")
+                          ->check([](const std::string& script) {
+                            try {
+                              desk::parseWords(script);
+                              return std::string();
+                            } catch (const desk::UnknownWord& error) {
+                              return std::string(error.what());
+                            }
+                          });
   desk->add_option("--frames", options->frames, "how frames are printed")
       ->check(CLI::IsMember({"text", "json"}))
       ->capture_default_str();
@@ -84,7 +83,10 @@ void addDesk(CLI::App& stowline) {
       ->type_name("FILE");
   desk->add_option("--trace", options->records.trace, "append every shell command to this file")
       ->type_name("FILE");
-  desk->callback([options] { runDesk(*options); });
+  desk->callback([=] {
+    require({receiver, play});
+    runDesk(*options);
+  });
 }
 
 }  // namespace command

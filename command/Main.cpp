@@ -1,7 +1,11 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 
 #include "Commands.h"
@@ -19,10 +23,47 @@ std::string oneLine(std::string text) {
   return text;
 }
 
+/// Returns the command line of the help page that an error is about.
+std::string helpCommand(const CLI::App& stowline) {
+  std::string line = "stowline";
+  const CLI::App* app = &stowline;
+  while (!app->get_subcommands().empty()) {
+    app = app->get_subcommands().front();
+    line += " " + app->get_name();
+  }
+  return line + " --help";
+}
+
+/// Takes the standard streams' numbers that are free, so that no other descriptor becomes one of
+/// them; what is written to such a stream fails.
+void occupyStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDONLY);
+  }
+}
+
+void requireWritten() {
+  if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
+}
+
+int run(CLI::App& stowline, int argc, char** argv) {
+  try {
+    stowline.parse(argc, argv);
+  } catch (const CLI::CallForHelp& help) {
+    stowline.exit(help);
+  } catch (const CLI::CallForVersion& version) {
+    stowline.exit(version);
+  }
+  requireWritten();
+  return EXIT_SUCCESS;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  occupyStandardStreams();
   CLI::App stowline("Backup and restore of a set-top box, on a stand-in receiver.", "stowline");
+  stowline.set_version_flag("--version", "stowline " STOWLINE_VERSION);
   stowline.require_subcommand(0, 1);
   stowline.final_callback([&stowline] {
     if (stowline.get_subcommands().empty()) {
@@ -32,12 +73,10 @@ int main(int argc, char** argv) {
   command::addReceiver(stowline);
   command::addDesk(stowline);
   try {
-    stowline.parse(argc, argv);
-    return EXIT_SUCCESS;
-  } catch (const CLI::CallForHelp& help) {
-    return stowline.exit(help);
+    return run(stowline, argc, argv);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "stowline: " << oneLine(error.what()) << " (see 'stowline --help')\n";
+    std::cerr << "stowline: " << oneLine(error.what()) << " (see '" << helpCommand(stowline)
+              << "')\n";
     return kUsageError;
   } catch (const std::exception& error) {
     std::cerr << "stowline: " << oneLine(error.what()) << "\n";

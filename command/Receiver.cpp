@@ -28,16 +28,22 @@ void addReceiver(CLI::App& stowline) {
 
   CLI::App* lay_out = receiver->add_subcommand(
       "new", "Lay out a receiver that has been in use, in a new or empty directory.");
-  lay_out->add_option("DIR", options->dir, "the directory")->required();
+  CLI::Option* new_dir = lay_out->add_option("DIR", options->dir, "the directory");
   lay_out->add_option("--model", options->model, "the receiver's model")
       ->check(CLI::IsMember(desk::models()))
       ->capture_default_str();
-  lay_out->callback([options] { desk::layOut(options->dir, options->model); });
+  lay_out->callback([=] {
+    require({new_dir});
+    desk::layOut(options->dir, options->model);
+  });
 
   CLI::App* flash = receiver->add_subcommand(
       "flash", "Put the receiver back to factory state; what is below /media stays.");
-  flash->add_option("DIR", options->dir, "the receiver's directory")->required();
-  flash->callback([options] { desk::flash(options->dir); });
+  CLI::Option* flash_dir = flash->add_option("DIR", options->dir, "the receiver's directory");
+  flash->callback([=] {
+    require({flash_dir});
+    desk::flash(options->dir);
+  });
 }
 
 }  // namespace command

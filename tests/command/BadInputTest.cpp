@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -32,7 +34,10 @@ const Wrong kWrong[] = {
     {{}, kUsageError, {"desk", "receiver"}},
     {{"bogus"}, kUsageError, {"bogus", "--help"}},
     {{"desk", "--play", "ok"}, kUsageError, {"--receiver"}},
-    {{"desk", "--receiver", "TREE", "--play", "ok", "--bogus"}, kUsageError, {"--bogus", "--help"}},
+    {{"desk", "--receivr", "TREE", "--play", "ok"}, kUsageError, {"--receivr", "desk --help"}},
+    {{"desk", "--receiver", "TREE", "--play", "ok", "--bogus"},
+     kUsageError,
+     {"--bogus", "'stowline desk --help'"}},
     {{"desk", "--receiver", "TREE", "--menu", "x", "--play", "ok"},
      kUsageError,
      {"--menu", "x", "backup", "restore"}},
@@ -44,14 +49,14 @@ const Wrong kWrong[] = {
      {"--frames", "1", "text", "json"}},
     {{"desk", "--receiver", "TREE", "--play", "ok okay"}, kUsageError, {"'okay'"}},
     {{"desk", "--receiver", "TREE", "--play", "okay"}, kUsageError, kWords},
-    {{"desk", "--receiver", "TREE", "--play", "select:"}, kUsageError, {"'select:'"}},
+    {{"desk", "--receiver", "TREE", "--play", "select:"}, kUsageError, {"'select:'", "TEXT"}},
     {{"desk", "--receiver", "TREE", "--play", "'select:my"}, kUsageError, {"quote"}},
     {{"desk", "--receiver", "MISSING", "--play", "ok"},
      kFailure,
-     {"'MISSING'", "is not a receiver tree", "'stowline receiver new MISSING'"}},
+     {"'MISSING'", "is not a receiver tree", "'stowline receiver new DIR'"}},
     {{"desk", "--receiver", "FOREIGN", "--play", "ok"},
      kFailure,
-     {"'FOREIGN'", "is not a receiver tree", "'stowline receiver new FOREIGN'"}},
+     {"'FOREIGN'", "is not a receiver tree", "'stowline receiver new DIR'"}},
     {{"desk", "--receiver", "/", "--play", "ok"}, kFailure, {"'/'", "root directory"}},
     {{"desk", "--receiver", "TREE", "--play", "ok", "--log", "MISSING/log"},
      kFailure,
@@ -60,7 +65,8 @@ const Wrong kWrong[] = {
      kFailure,
      {"MISSING/trace", "No such file or directory"}},
     {{"receiver"}, kUsageError, {"new", "flash"}},
-    {{"receiver", "new"}, kUsageError, {"DIR"}},
+    {{"receiver", "new"}, kUsageError, {"DIR", "'stowline receiver new --help'"}},
+    {{"receiver", "new", "--modle", "uno"}, kUsageError, {"--modle"}},
     {{"receiver", "new", "MISSING", "--model", "x"},
      kUsageError,
      {"--model: x", "solo,duo,uno,ultimo,solo2,duo2,solose,zero"}},
@@ -154,7 +160,15 @@ TEST_P(BadInputTest, TextOfForeignBytesIsToBeWrittenAsRowsShowIt) {
   EXPECT_EQ(play.status, kUsageError);
   EXPECT_EQ(play.errors,
             "stowline: --play: 'select:\\xff' is not valid UTF-8; rows show such bytes as \\xNN "
-            "(see 'stowline --help')\n");
+            "(see 'stowline desk --help')\n");
+}
+
+TEST_P(BadInputTest, OutputThatCannotBeWrittenIsAFailure) {
+  for (const std::string redirection : {">/dev/full", ">&-"}) {
+    std::vector<std::string> argv = {"sh", "-c", "exec \"$@\" " + redirection, "sh"};
+    std::ranges::copy(receiver().playArguments("backup", "exit"), std::back_inserter(argv));
+    expectOneLine(run(argv), kFailure, {"cannot write to standard output"});
+  }
 }
 
 TEST_P(BadInputTest, SystemWithoutUserNamespacesIsSaid) {

@@ -1,12 +1,15 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "DeskTest.h"
 
 namespace command_test {
 namespace {
+
+namespace fs = std::filesystem;
 
 using ScriptTest = DeskTest;
 INSTANTIATE_TEST_SUITE_P(, ScriptTest, kAccounts, nameOfAccount);
@@ -18,7 +21,6 @@ std::string running(const std::string& script) {
 }
 
 TEST_P(ScriptTest, RunsInAConsoleWhichClosesTheListAfterwards) {
-  namespace fs = std::filesystem;
   fs::permissions(receiver().at(kBackups + "/restore_hello.sh"), fs::perms(0644));
   const Play play = receiver().play("restore", running("hello") + " exit");
 
@@ -56,6 +58,22 @@ TEST_P(ScriptTest, ScriptThatKillsTheGuiRestartsIt) {
   EXPECT_EQ(tail, expected);
   EXPECT_EQ(play.status, 0);
   EXPECT_EQ(play.errors, "");
+}
+
+/// Returns how many processes live in `tree`; one that ends at this moment may be counted.
+std::ptrdiff_t processesIn(const fs::path& tree) {
+  return std::ranges::count_if(fs::directory_iterator("/proc"), [&](const auto& entry) {
+    std::error_code unreadable;
+    return fs::read_symlink(entry.path() / "root", unreadable) == tree;
+  });
+}
+
+TEST_P(ScriptTest, NothingThatRunsIsLeftWhenTheWordsHaveRunOut) {
+  receiver().makeScript(kBackups + "/restore_hang.sh", "sleep 300 &\necho started\nsleep 300\n");
+  const Play play = receiver().play("restore", "select:script ok select:hang ok ok");
+  EXPECT_EQ(play.last()["screen"], "Console");
+  EXPECT_EQ(play.status, 0);
+  while (processesIn(receiver().tree()) > 0) std::this_thread::yield();
 }
 
 TEST_P(ScriptTest, GuiThatEndsOtherwiseIsSaidInOneLine) {

@@ -53,12 +53,16 @@ std::string complaint(const std::string& script) {
 }
 
 TEST(Words, UnknownOnesAreNamedBesideTheKnown) {
-  for (const char* word : {"OK", "select:", "select", "10", "okay", "menu", "--play", "ok;exit"}) {
+  for (const char* word : {"OK", "select", "10", "okay", "menu", "--play", "ok;exit"}) {
     EXPECT_EQ(complaint(std::string("up ") + word + " down"),
               std::string("unknown word '") + word +
                   "'; known are up down left right ok exit red green yellow blue 0..9 wait "
                   "timeout frame select:TEXT");
   }
+}
+
+TEST(Words, SelectionNeedsAText) {
+  EXPECT_EQ(complaint("up select: down"), "'select:' needs the text of a row: select:TEXT");
 }
 
 TEST(Words, QuoteThatIsNotClosedIsRefused) {

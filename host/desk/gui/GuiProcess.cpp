@@ -148,12 +148,13 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
     loop.sendFrame("");
     loop.run();
     unlink(kPidFile);
+    // Whatever a command has left running goes with the GUI.
+    kill(0, SIGKILL);
   } catch (const std::exception& error) {
     channel.send({{"fatal", shownText(error.what())}});
-    _exit(EXIT_FAILURE);
   }
   // Not exit(): what the supervisor has registered to run at its own exit is not this process's.
-  _exit(EXIT_SUCCESS);
+  _exit(EXIT_FAILURE);
 }
 
 }  // namespace desk

@@ -12,7 +12,7 @@ constexpr const char* kSelect = "select:";
 
 bool isWord(const std::string& word) {
   return isKey(word) || word == "wait" || word == "timeout" || word == "frame" ||
-         (word.starts_with(kSelect) && word != kSelect);
+         word.starts_with(kSelect);
 }
 
 std::vector<std::string> split(const std::string& script) {
@@ -44,6 +44,9 @@ std::vector<std::string> parseWords(const std::string& script) {
     if (shownText(word) != word) {
       throw UnknownWord("'" + shownText(word) +
                         "' is not valid UTF-8; rows show such bytes as \\xNN");
+    }
+    if (word == kSelect) {
+      throw UnknownWord("'select:' needs the text of a row: select:TEXT");
     }
     if (!isWord(word)) {
       throw UnknownWord("unknown word '" + word +

@@ -74,8 +74,9 @@ Marker requireMarker(const fs::path& dir) {
     std::getline(lines, state);
   }
   if (format != kFormat || !isModel(model))
-    throw TreeError(inQuotes(dir) + " is not a receiver tree: lay one out with " +
-                    command("new", dir));
+    throw TreeError(inQuotes(dir) +
+                    " is not a receiver tree: 'stowline receiver new DIR' lays one " +
+                    "out in a new or an empty directory");
   return {model, state.empty()};
 }
 

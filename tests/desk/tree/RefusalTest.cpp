@@ -83,8 +83,8 @@ TEST_F(Refusal, NewNeedsANewOrEmptyDirectory) {
 
 TEST_F(Refusal, ForeignDirectoryIsNeitherFlashedNorUsed) {
   const std::string line = inQuotes(place_) +
-                           " is not a receiver tree: lay one out with 'stowline receiver new " +
-                           place_.string() + "'";
+                           " is not a receiver tree: 'stowline receiver new DIR' lays one out in a "
+                           "new or an empty directory";
   EXPECT_EQ(flashLine(), line) << "missing";
   EXPECT_EQ(useLine(), line) << "missing";
 
@@ -97,8 +97,8 @@ TEST_F(Refusal, ForeignDirectoryIsNeitherFlashedNorUsed) {
 
 TEST_F(Refusal, OnlyAMarkerOfOurOwnCounts) {
   const std::string line = inQuotes(place_) +
-                           " is not a receiver tree: lay one out with 'stowline receiver new " +
-                           place_.string() + "'";
+                           " is not a receiver tree: 'stowline receiver new DIR' lays one out in a "
+                           "new or an empty directory";
   for (const char* marker : {"", "solo2\n", "stowline receiver tree 2\nsolo2\n",
                              "stowline receiver tree 1\n", "stowline receiver tree 1\ntrio\n"}) {
     writeFile(place_ / ".stowline-receiver", marker);
@@ -113,8 +113,8 @@ TEST_F(Refusal, LinkIsNoMarker) {
   fs::create_directory(place_);
   fs::create_symlink(dir_ / "other/.stowline-receiver", place_ / ".stowline-receiver");
   EXPECT_EQ(flashLine(), inQuotes(place_) +
-                             " is not a receiver tree: lay one out with 'stowline receiver new " +
-                             place_.string() + "'");
+                             " is not a receiver tree: 'stowline receiver new DIR' lays one out in "
+                             "a new or an empty directory");
 }
 
 TEST_F(Refusal, TreeWithoutItsToolsIsNotUsed) {
