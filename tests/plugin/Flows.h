@@ -47,6 +47,9 @@ std::vector<Flow> engineFlows();
 std::vector<Flow> menuFlows();
 std::vector<Flow> restoreFlows();
 
+/// All of them.
+std::vector<Flow> allFlows();
+
 /// Opens a screen that lives as long as anybody holds it.
 template <class ScreenType, class... Arguments>
 std::shared_ptr<Opened<ScreenType>> openScreen(Receiver& receiver, Arguments&&... arguments) {
