@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Names.h"
+#include "host/Components.h"
+
+namespace receiver {
+
+/// A C++ object that stands for one of the framework's.
+class Proxy {
+ public:
+  explicit Proxy(Reference object) : object_(std::move(object)) {}
+  virtual ~Proxy() = default;
+
+  const Reference& object() const { return object_; }
+
+ private:
+  Reference object_;
+};
+
+/// Returns the framework's object that `proxy` stands for.
+template <class Interface>
+const Reference& objectOf(const Interface& proxy) {
+  return dynamic_cast<const Proxy&>(proxy).object();
+}
+
+class LabelProxy : public host::Label, public Proxy {
+ public:
+  using Proxy::Proxy;
+  void setText(const std::string& text) override { invoke(object(), "setText", text); }
+};
+
+class ListProxy : public host::List, public Proxy {
+ public:
+  using Proxy::Proxy;
+  void setList(const host::Value::List& entries) override { invoke(object(), "setList", entries); }
+  host::Value getCurrent() override { return valueOf(invoke(object(), "getCurrent").get()); }
+};
+
+class MenuListProxy : public host::MenuList, public Proxy {
+ public:
+  using Proxy::Proxy;
+  void setList(const std::vector<std::string>& rows) override {
+    invoke(attribute(object(), "l"), "setList", rows);
+  }
+  host::Value getCurrent() override { return valueOf(invoke(object(), "getCurrent").get()); }
+};
+
+class ComConsoleProxy : public host::ComConsole, public Proxy {
+ public:
+  using Proxy::Proxy;
+};
+
+class IpkgComponentProxy : public host::IpkgComponent, public Proxy {
+ public:
+  IpkgComponentProxy(const Names& names, Reference object)
+      : Proxy(std::move(object)), names_(names) {}
+  void addCallback(const host::IpkgCallback& callback) override;
+  void startCmd(host::IpkgCommand command) override;
+
+ private:
+  const Names& names_;
+};
+
+/// Returns the framework's own value of a command: IpkgComponent.CMD_INSTALL or CMD_UPDATE.
+Reference ipkgCommand(const Names& names, host::IpkgCommand command);
+
+/// Makes the framework's components through the bound classes.
+class Components : public host::Components {
+ public:
+  explicit Components(const Names& names) : names_(names) {}
+
+  std::shared_ptr<host::StaticText> makeStaticText(const std::string& text) override;
+  std::shared_ptr<host::Label> makeLabel(const std::string& text) override;
+  std::shared_ptr<host::List> makeList(const host::Value::List& entries) override;
+  std::shared_ptr<host::MenuList> makeMenuList(const std::vector<std::string>& rows) override;
+  std::shared_ptr<host::ActionMap> makeActionMap(const host::ActionMapping& mapping) override;
+  std::shared_ptr<host::ActionMap> makeNumberActionMap(const host::ActionMapping& mapping) override;
+  std::shared_ptr<host::ComConsole> makeComConsole() override;
+  std::shared_ptr<host::IpkgComponent> makeIpkgComponent() override;
+  host::ObjectRef loadPixmap(const std::string& path, bool cached) override;
+
+ private:
+  std::shared_ptr<host::ActionMap> makeMap(const char* name, const host::ActionMapping& mapping);
+
+  const Names& names_;
+};
+
+}  // namespace receiver

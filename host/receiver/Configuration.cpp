@@ -1,0 +1,66 @@
+#include "Configuration.h"
+
+namespace receiver {
+namespace {
+
+/// Returns the part of the tree at a path of names with dots between.
+Reference at(const Names& names, const std::string& path) {
+  Reference found = names.get("config");
+  for (std::size_t start = 0; start < path.size();) {
+    const std::size_t end = std::min(path.find('.', start), path.size());
+    found = attribute(found, path.substr(start, end - start).c_str());
+    start = end + 1;
+  }
+  return found;
+}
+
+}  // namespace
+
+void Configuration::attachSubsection(const std::string& path) {
+  const Reference fresh = call(subsection_.names.get("ConfigSubsection"));
+  const std::size_t dot = path.rfind('.');
+  const Reference parent = at(subsection_.names, path.substr(0, dot));
+  setAttribute(parent.get(), path.substr(dot + 1).c_str(), fresh);
+}
+
+host::ConfigSubsection& Configuration::subsection(const std::string& path) {
+  subsection_.path = path;
+  return subsection_;
+}
+
+void Configuration::save() {
+  invoke(subsection_.names.get("config"), "save");
+}
+
+void Configuration::Subsection::attachText(const std::string& key,
+                                           const host::ConfigText::Options& options) {
+  const Reference text = callWith(names.get("ConfigText"), {},
+                                  Keywords()
+                                      .add("default", options.default_value)
+                                      .add("visible_width", options.visible_width)
+                                      .add("fixed_size", options.fixed_size));
+  setAttribute(at(names, path).get(), key.c_str(), text);
+}
+
+host::ConfigText& Configuration::Subsection::text(const std::string& key) {
+  text_.path = path + "." + key;
+  return text_;
+}
+
+void Configuration::Subsection::save() {
+  invoke(at(names, path), "save");
+}
+
+std::string Configuration::Text::value() {
+  return textOf(attribute(at(names_, path), "value").get());
+}
+
+void Configuration::Text::setValue(const std::string& value) {
+  setAttribute(at(names_, path).get(), "value", toObject(value));
+}
+
+void Configuration::Text::save() {
+  invoke(at(names_, path), "save");
+}
+
+}  // namespace receiver

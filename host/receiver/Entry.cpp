@@ -1,0 +1,80 @@
+/// The entry point through which the interpreter loads the module.
+
+#include <memory>
+
+#include "Classes.h"
+#include "Setup.h"
+#include "StowlineHelpScreen.h"
+
+namespace receiver {
+namespace {
+
+Reference runGetBackupRestorePath(const Call& call) {
+  return toObject(stowline::getBackupRestorePath(call.module.host));
+}
+
+Reference runGetDateTime(const Call& call) {
+  return toObject(stowline::getDateTime(call.module.host));
+}
+
+constexpr Operation kFunctions[] = {
+    {"getBackupRestorePath", &runGetBackupRestorePath},
+    {"getDateTime", &runGetDateTime},
+};
+
+void define(Module& module) {
+  const Names& names = module.host.names();
+  for (const Operation& function : kFunctions) {
+    names.set(function.name, makeFunction(module, function));
+  }
+  const auto object = Reference::borrow(reinterpret_cast<PyObject*>(&PyBaseObject_Type));
+  const Reference screen = names.get("Screen");
+  module.engine_class = makeClass(module, kBackupActions, object);
+  names.set(kBackupActions.name, module.engine_class);
+  const Reference help = makeClass(module, kStowlineHelpScreen, screen);
+  setAttribute(help.get(), "skin", toObject(std::string(stowline::StowlineHelpScreen::skin)));
+  names.set(kStowlineHelpScreen.name, help);
+  names.set(kStowline.name, makeClass(module, kStowline, screen));
+  names.set(kStowlineRestore.name, makeClass(module, kStowlineRestore, screen));
+}
+
+/// Loads the module into `object`. Returns -1 with the error set when that fails.
+int load(PyObject* object) {
+  try {
+    auto module = std::make_unique<Module>(PyModule_GetDict(object));
+    stowline::load(module->host);
+    define(*module);
+    // Deliberately never freed: the classes refer to it, and the GUI never unloads a module.
+    module.release();
+    return 0;
+  } catch (...) {
+    setPending();
+    return -1;
+  }
+}
+
+}  // namespace
+}  // namespace receiver
+
+// PyMODINIT_FUNC of older versions leaves a function hidden where that is the default.
+#define EXPORTED extern "C" __attribute__((visibility("default")))
+
+#if PY_MAJOR_VERSION >= 3
+
+EXPORTED PyObject* PyInit_Stowline() {
+  static PyModuleDef_Slot slots[] = {{Py_mod_exec, reinterpret_cast<void*>(&receiver::load)},
+                                     {0, nullptr}};
+  static PyModuleDef definition = {
+      PyModuleDef_HEAD_INIT, "Stowline", nullptr, 0, nullptr, slots, nullptr, nullptr, nullptr};
+  return PyModuleDef_Init(&definition);
+}
+
+#else
+
+EXPORTED void initStowline() {
+  static PyMethodDef none[] = {{nullptr, nullptr, 0, nullptr}};
+  PyObject* const object = Py_InitModule("Stowline", none);
+  if (object) receiver::load(object);
+}
+
+#endif

@@ -1,0 +1,99 @@
+#include "Errors.h"
+
+#include <memory>
+#include <new>
+#include <string>
+
+#include "host/Error.h"
+
+namespace receiver {
+namespace {
+
+/// An exception of the interpreter, as it was raised.
+struct Exception : host::Object {
+  Exception(Reference type_, Reference value_, Reference traceback_)
+      : type(std::move(type_)), value(std::move(value_)), traceback(std::move(traceback_)) {}
+
+  Reference type;
+  Reference value;
+  Reference traceback;
+};
+
+/// Returns the name of a class without the unit that it is from.
+std::string className(PyObject* type) {
+  const std::string name = reinterpret_cast<PyTypeObject*>(type)->tp_name;
+  return name.substr(name.rfind('.') + 1);
+}
+
+/// Returns the text form of an exception; empty when it has none.
+std::string messageOf(PyObject* value) {
+  const Reference text = Reference::steal(textForm(value));
+  const Reference bytes = text ? Reference::steal(textBytes(text.get())) : Reference();
+  PyErr_Clear();
+  return bytes ? PyBytes_AsString(bytes.get()) : "";
+}
+
+/// Returns the errno of an exception, 0 when it has none.
+int errnoOf(PyObject* value) {
+  const Reference number = Reference::steal(PyObject_GetAttrString(value, "errno"));
+  const long result = number && isInteger(number.get()) ? PyLong_AsLong(number.get()) : 0;
+  PyErr_Clear();
+  return static_cast<int>(result);
+}
+
+/// Returns the built-in exception of that name; RuntimeError when there is none.
+Reference builtinException(const std::string& name) {
+  const Reference builtins = Reference::steal(PyImport_ImportModule(kBuiltins));
+  Reference type = builtins ? Reference::steal(PyObject_GetAttrString(builtins.get(), name.c_str()))
+                            : Reference();
+  PyErr_Clear();
+  if (type && PyExceptionClass_Check(type.get())) return type;
+  return Reference::borrow(PyExc_RuntimeError);
+}
+
+void setPending(const host::Error& error) {
+  if (const auto* raised = dynamic_cast<const Exception*>(error.original().get())) {
+    PyErr_Restore(Reference(raised->type).release(), Reference(raised->value).release(),
+                  Reference(raised->traceback).release());
+  } else {
+    const Reference message = Reference::steal(newText(error.message()));
+    if (message) PyErr_SetObject(builtinException(error.type()).get(), message.get());
+  }
+}
+
+}  // namespace
+
+void raisePending() {
+  PyObject* type = nullptr;
+  PyObject* value = nullptr;
+  PyObject* traceback = nullptr;
+  PyErr_Fetch(&type, &value, &traceback);
+  PyErr_NormalizeException(&type, &value, &traceback);
+  auto raised = std::make_shared<Exception>(Reference::steal(type), Reference::steal(value),
+                                            Reference::steal(traceback));
+  throw host::Error(className(type), messageOf(value), errnoOf(value), raised);
+}
+
+Reference checked(PyObject* result) {
+  if (!result) raisePending();
+  return Reference::steal(result);
+}
+
+int checked(int result) {
+  if (result == -1) raisePending();
+  return result;
+}
+
+void setPending() noexcept {
+  try {
+    throw;
+  } catch (const host::Error& error) {
+    setPending(error);
+  } catch (const std::bad_alloc&) {
+    PyErr_NoMemory();
+  } catch (const std::exception& error) {
+    PyErr_SetString(PyExc_RuntimeError, error.what());
+  }
+}
+
+}  // namespace receiver

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "Objects.h"
+#include "host/Binding.h"
+
+namespace receiver {
+
+/// The names that the module has bound, in the module's own dictionary: what is found there is what
+/// every host operation goes through.
+class Names {
+ public:
+  /// `dictionary`: the module's.
+  explicit Names(PyObject* dictionary) : dictionary_(Reference::borrow(dictionary)) {}
+
+  /// Binds a name as the statements "from unit import name" and "import *" do. Raises what the
+  /// unit's import raises, and ImportError when the unit lacks the name.
+  void bind(const host::Binding& binding);
+
+  /// Returns what is bound under `name`. Raises NameError when nothing is.
+  Reference get(const char* name) const;
+
+  void set(const char* name, const Reference& object) const;
+
+ private:
+  Reference dictionary_;
+};
+
+/// Returns what the built-in `name` is now. Raises NameError when there is none.
+Reference builtin(const char* name);
+
+}  // namespace receiver

@@ -1,0 +1,177 @@
+#include "Objects.h"
+
+#include <memory>
+
+namespace receiver {
+namespace {
+
+/// How deep lists in lists are looked into; what lies deeper stays an object. A list may hold
+/// itself.
+constexpr int kDepth = 4;
+
+/// Any object of the interpreter that has no counterpart among the values.
+struct Held : host::Object {
+  explicit Held(Reference object_) : object(std::move(object_)) {}
+
+  bool equalsTrue() const override {
+    return checked(PyObject_RichCompareBool(object.get(), Py_True, Py_EQ)) == 1;
+  }
+  std::string str() const override { return textOf(checked(textForm(object.get())).get()); }
+
+  Reference object;
+};
+
+host::Value integerValue(PyObject* object) {
+  int overflow = 0;
+  const long long number = PyLong_AsLongLongAndOverflow(object, &overflow);
+  if (overflow != 0) return objectRef(Reference::borrow(object));
+  if (number == -1 && PyErr_Occurred()) raisePending();
+  return number;
+}
+
+host::Value valueOf(PyObject* object, int depth);
+
+host::Value listValue(PyObject* object, int depth) {
+  const Reference items = checked(PySequence_Fast(object, "not a list"));
+  host::Value::List values;
+  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
+    values.push_back(valueOf(PySequence_Fast_GET_ITEM(items.get(), i), depth + 1));
+  }
+  return values;
+}
+
+host::Value valueOf(PyObject* object, int depth) {
+  if (object == Py_None) return {};
+  if (PyBool_Check(object)) return object == Py_True;
+  if (isInteger(object)) return integerValue(object);
+  if (PyFloat_CheckExact(object)) return PyFloat_AsDouble(object);
+  if (isText(object)) return textOf(object);
+  const bool is_list = PyList_Check(object) || PyTuple_Check(object);
+  return is_list && depth < kDepth ? listValue(object, depth)
+                                   : host::Value(objectRef(Reference::borrow(object)));
+}
+
+Reference tupleOf(const host::Value::List& values) {
+  return checked(PyList_AsTuple(toObject(values).get()));
+}
+
+}  // namespace
+
+Reference toObject(const Reference& object) {
+  return object;
+}
+
+Reference toObject(bool truth) {
+  return Reference::borrow(truth ? Py_True : Py_False);
+}
+
+Reference toObject(int number) {
+  return checked(newInteger(number));
+}
+
+Reference toObject(const char* text) {
+  return toObject(std::string(text));
+}
+
+Reference toObject(const std::string& text) {
+  return checked(newText(text));
+}
+
+Reference toObject(const std::optional<std::string>& text) {
+  return text ? toObject(*text) : Reference::borrow(Py_None);
+}
+
+Reference toObject(const std::vector<std::string>& texts) {
+  return toList(texts, [](const std::string& text) { return toObject(text); });
+}
+
+Reference toObject(const host::Value& value) {
+  if (const bool* truth = value.truth()) return toObject(*truth);
+  if (const long long* integer = value.integer()) return checked(PyLong_FromLongLong(*integer));
+  if (const double* number = value.number()) return checked(PyFloat_FromDouble(*number));
+  if (const std::string* text = value.text()) return toObject(*text);
+  if (const host::Value::List* list = value.list()) return toObject(*list);
+  return toObject(value.object());
+}
+
+Reference toObject(const host::ObjectRef& object) {
+  return object ? dynamic_cast<const Held&>(*object).object : Reference::borrow(Py_None);
+}
+
+Reference toObject(const host::Value::List& values) {
+  return toList(values, [](const host::Value& value) {
+    return value.list() ? tupleOf(*value.list()) : toObject(value);
+  });
+}
+
+std::string textOf(PyObject* object) {
+  if (!isText(object)) {
+    PyErr_Format(PyExc_TypeError, "a string is required, not %.200s", Py_TYPE(object)->tp_name);
+    raisePending();
+  }
+  const Reference bytes = checked(textBytes(object));
+  return {PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))};
+}
+
+std::vector<std::string> textsOf(PyObject* object) {
+  const Reference items = checked(PySequence_Fast(object, "a list of strings is required"));
+  std::vector<std::string> texts;
+  texts.reserve(static_cast<std::size_t>(PySequence_Fast_GET_SIZE(items.get())));
+  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
+    texts.push_back(textOf(PySequence_Fast_GET_ITEM(items.get(), i)));
+  }
+  return texts;
+}
+
+bool truthOf(PyObject* object) {
+  return checked(PyObject_IsTrue(object)) == 1;
+}
+
+long long integerOf(PyObject* object) {
+  const long long number = PyLong_AsLongLong(object);
+  if (number == -1 && PyErr_Occurred()) raisePending();
+  return number;
+}
+
+host::Value valueOf(PyObject* object) {
+  return valueOf(object, 0);
+}
+
+host::ObjectRef objectRef(const Reference& object) {
+  return object.get() == Py_None ? nullptr : std::make_shared<Held>(object);
+}
+
+int traverse(const host::Value& value, visitproc visit, void* arg) {
+  if (const host::Value::List* list = value.list()) {
+    for (const host::Value& item : *list) {
+      if (const int result = traverse(item, visit, arg)) return result;
+    }
+  }
+  // Two owners: the value and this copy. What others share is not the value's alone to give up.
+  const host::ObjectRef object = value.object();
+  if (object.use_count() == 2) Py_VISIT(dynamic_cast<const Held&>(*object).object.get());
+  return 0;
+}
+
+Reference attribute(const Reference& object, const char* name) {
+  return attribute(object.get(), name);
+}
+
+Reference attribute(PyObject* object, const char* name) {
+  return checked(PyObject_GetAttrString(object, name));
+}
+
+void setAttribute(PyObject* object, const char* name, const Reference& value) {
+  checked(PyObject_SetAttrString(object, name, value.get()));
+}
+
+Reference callWith(const Reference& callable, const std::vector<Reference>& arguments,
+                   const Keywords& keywords) {
+  const Reference tuple = checked(PyTuple_New(static_cast<Py_ssize_t>(arguments.size())));
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    PyTuple_SET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i), Reference(arguments[i]).release());
+  }
+  return checked(PyObject_Call(callable.get(), tuple.get(), keywords.get()));
+}
+
+}  // namespace receiver

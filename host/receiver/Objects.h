@@ -1,0 +1,91 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Errors.h"
+#include "host/Value.h"
+
+namespace receiver {
+
+/// Return a new object of the interpreter for a C++ value. Raise what making it raises. The items
+/// of a list that are lists themselves become tuples.
+Reference toObject(const Reference& object);
+Reference toObject(bool truth);
+Reference toObject(int number);
+Reference toObject(const char* text);
+Reference toObject(const std::string& text);
+Reference toObject(const std::optional<std::string>& text);  ///< nothing: None
+Reference toObject(const std::vector<std::string>& texts);
+Reference toObject(const host::Value& value);
+Reference toObject(const host::Value::List& values);
+Reference toObject(const host::ObjectRef& object);  ///< null: None
+
+/// Returns a new list of what `convert` makes of each item.
+template <class Items, class Convert>
+Reference toList(const Items& items, Convert convert) {
+  Reference list = checked(PyList_New(0));
+  for (const auto& item : items) checked(PyList_Append(list.get(), convert(item).get()));
+  return list;
+}
+
+/// Returns the bytes of a text. Raises TypeError for any other object.
+std::string textOf(PyObject* object);
+
+/// Returns the texts of an iterable. Raises TypeError when it is none or holds anything else.
+std::vector<std::string> textsOf(PyObject* object);
+
+/// Returns whether the object counts as true.
+bool truthOf(PyObject* object);
+
+/// Returns an integer. Raises TypeError or OverflowError when it is none.
+long long integerOf(PyObject* object);
+
+/// Returns `object` as a value: None, truth values, numbers, texts, lists and tuples as such,
+/// anything else as an object that compares as the interpreter compares it.
+host::Value valueOf(PyObject* object);
+
+/// Returns `object` for the module to keep; null for None.
+host::ObjectRef objectRef(const Reference& object);
+
+/// Calls `visit` for the objects that `value` alone holds, as tp_traverse has to.
+int traverse(const host::Value& value, visitproc visit, void* arg);
+
+/// Return an attribute, and set it. Raise what the object raises.
+Reference attribute(const Reference& object, const char* name);
+Reference attribute(PyObject* object, const char* name);
+void setAttribute(PyObject* object, const char* name, const Reference& value);
+
+/// The arguments that a call passes by name.
+class Keywords {
+ public:
+  template <class T>
+  Keywords& add(const char* name, const T& value) {
+    if (!names_) names_ = checked(PyDict_New());
+    checked(PyDict_SetItemString(names_.get(), name, toObject(value).get()));
+    return *this;
+  }
+  PyObject* get() const { return names_.get(); }
+
+ private:
+  Reference names_;
+};
+
+/// Calls `callable` with the items of a list and with keywords. Raises what it raises.
+Reference callWith(const Reference& callable, const std::vector<Reference>& arguments,
+                   const Keywords& keywords = {});
+
+/// Calls `callable` with positional arguments.
+template <class... Arguments>
+Reference call(const Reference& callable, const Arguments&... arguments) {
+  return callWith(callable, {toObject(arguments)...});
+}
+
+/// Calls the operation `name` of `object`.
+template <class... Arguments>
+Reference invoke(const Reference& object, const char* name, const Arguments&... arguments) {
+  return call(attribute(object, name), arguments...);
+}
+
+}  // namespace receiver

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <vector>
+
+#include "Components.h"
+#include "host/Dialogs.h"
+
+namespace receiver {
+
+/// Returns the commands as the framework's package screen takes them: pairs of
+/// IpkgComponent.CMD_INSTALL and {"package": name}.
+Reference packageCommands(const Names& names, const std::vector<host::PackageCommand>& commands);
+
+/// Returns the commands of such a list. Raises TypeError for anything else.
+std::vector<host::PackageCommand> packageCommandsOf(PyObject* list);
+
+}  // namespace receiver

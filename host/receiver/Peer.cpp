@@ -1,0 +1,60 @@
+#include "Peer.h"
+
+#include "Sessions.h"
+
+namespace receiver {
+
+void Peer::init(host::Session& session) {
+  const Reference self = Reference::borrow(self_);
+  const Reference opener = dynamic_cast<ScreenSession&>(session).takeOpener();
+  invoke(names_.get("Screen"), "__init__", self, opener);
+  receiver::setAttribute(self_, "session", opener);
+}
+
+void Peer::setItem(const std::string& key, const host::ComponentPtr& component) {
+  checked(PyObject_SetItem(self_, toObject(key).get(), objectOf(*component).get()));
+}
+
+Reference Peer::item(const std::string& key) const {
+  return checked(PyObject_GetItem(self_, toObject(key).get()));
+}
+
+std::shared_ptr<host::Label> Peer::label(const std::string& key) {
+  return std::make_shared<LabelProxy>(item(key));
+}
+
+std::shared_ptr<host::List> Peer::list(const std::string& key) {
+  return std::make_shared<ListProxy>(item(key));
+}
+
+std::shared_ptr<host::MenuList> Peer::menuList(const std::string& key) {
+  return std::make_shared<MenuListProxy>(item(key));
+}
+
+void Peer::setAttribute(const std::string& name, const std::string& value) {
+  receiver::setAttribute(self_, name.c_str(), toObject(value));
+}
+
+void Peer::appendOnLayoutFinish(const host::Action& hook) {
+  invoke(attribute(self_, "onLayoutFinish"), "append", methodOf(hook));
+}
+
+/// A screen that closes with nothing passes nothing on.
+void Peer::close(const host::Value& result) {
+  const Reference close = attribute(self_, "close");
+  if (result.isNothing()) {
+    call(close);
+  } else {
+    call(close, result);
+  }
+}
+
+void Peer::callOperation(const std::string& name, const host::Value& argument) {
+  call(attribute(self_, name.c_str()), argument);
+}
+
+PyObject* selfOf(const host::Screen& screen) {
+  return dynamic_cast<const Peer&>(screen.peer()).self();
+}
+
+}  // namespace receiver

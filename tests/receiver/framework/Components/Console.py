@@ -1,0 +1,6 @@
+from journal import note
+
+
+class Console(object):
+    def __init__(self):
+        note("ComConsole()")

@@ -1,0 +1,9 @@
+from journal import note
+
+
+class NimManager(object):
+    def readTransponders(self):
+        note("nimmanager.readTransponders()")
+
+
+nimmanager = NimManager()

@@ -1,0 +1,2 @@
+class Pixmap(object):
+    pass

@@ -1,0 +1,2 @@
+class Ipkg(object):
+    pass

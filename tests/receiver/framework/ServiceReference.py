@@ -1,0 +1,2 @@
+class ServiceReference(object):
+    pass

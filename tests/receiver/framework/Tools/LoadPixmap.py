@@ -1,0 +1,14 @@
+from journal import note, quoted
+
+
+class Pixmap(object):
+    def __init__(self, path):
+        self.path = path
+
+    def __str__(self):
+        return "<pixmap %s>" % self.path
+
+
+def LoadPixmap(path, desktop=None, cached=False):
+    note("LoadPixmap(path=%s, cached=%s)" % (quoted(path), cached))
+    return Pixmap(path)

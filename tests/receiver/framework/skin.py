@@ -1,0 +1,2 @@
+def loadSkin(name, scope=None):
+    pass
