@@ -3,41 +3,41 @@
 namespace receiver {
 
 host::ObjectRef ServiceList::getRoot() {
-  return objectRef(invoke(object_, "getRoot"));
+  return objectRef(invoke<"getRoot">(object_));
 }
 
 host::ObjectRef ServiceList::getCurrentSelection() {
-  return objectRef(invoke(object_, "getCurrentSelection"));
+  return objectRef(invoke<"getCurrentSelection">(object_));
 }
 
 void ServiceList::setRoot(const host::ObjectRef& root) {
-  invoke(object_, "setRoot", root);
+  invoke<"setRoot">(object_, root);
 }
 
 void ServiceList::setCurrentSelection(const host::ObjectRef& service) {
-  invoke(object_, "setCurrentSelection", service);
+  invoke<"setCurrentSelection">(object_, service);
 }
 
 Reference Channels::database() const {
-  return invoke(names_.get("eDVBDB"), "getInstance");
+  return invoke<"getInstance">(names_.get<"eDVBDB">());
 }
 
 void Channels::readTransponders() {
-  invoke(names_.get("nimmanager"), "readTransponders");
+  invoke<"readTransponders">(names_.get<"nimmanager">());
 }
 
 void Channels::reloadServicelist() {
-  invoke(database(), "reloadServicelist");
+  invoke<"reloadServicelist">(database());
 }
 
 void Channels::reloadBouquets() {
-  invoke(database(), "reloadBouquets");
+  invoke<"reloadBouquets">(database());
 }
 
 std::shared_ptr<host::ServiceList> Channels::infoBarServicelist() {
-  const Reference instance = attribute(names_.get("InfoBar"), "instance");
+  const Reference instance = attribute<"instance">(names_.get<"InfoBar">());
   if (instance.get() == Py_None) return nullptr;
-  return std::make_shared<ServiceList>(attribute(instance, "servicelist"));
+  return std::make_shared<ServiceList>(attribute<"servicelist">(instance));
 }
 
 }  // namespace receiver

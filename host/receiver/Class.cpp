@@ -179,7 +179,7 @@ PyTypeObject* descriptorType() {
 
 Reference newFunction(Module& module, const Operation& operation, const Class* owner) {
   Function* const made = PyObject_New(Function, functionType());
-  const Reference function = checked(reinterpret_cast<PyObject*>(made));
+  Reference function = checked(reinterpret_cast<PyObject*>(made));
   made->operation = &operation;
   made->owner = owner;
   made->module = &module;
@@ -188,7 +188,7 @@ Reference newFunction(Module& module, const Operation& operation, const Class* o
 
 Reference newDescriptor(Module& module, const Attribute& attribute, const Class& owner) {
   Descriptor* const made = PyObject_New(Descriptor, descriptorType());
-  const Reference descriptor = checked(reinterpret_cast<PyObject*>(made));
+  Reference descriptor = checked(reinterpret_cast<PyObject*>(made));
   made->attribute = &attribute;
   made->owner = &owner;
   made->module = &module;
@@ -202,7 +202,7 @@ Reference makeClass(Module& module, const Class& type, const Reference& base) {
   const auto add = [&](const char* name, const Reference& object) {
     checked(PyDict_SetItemString(content.get(), name, object.get()));
   };
-  add("__module__", module.host.names().get("__name__"));
+  add("__module__", module.host.names().get<"__name__">());
   add("__init__", newFunction(module, type.constructor, &type));
   for (const Operation& each : type.operations) add(each.name, newFunction(module, each, &type));
   for (const Attribute& each : type.attributes) add(each.name, newDescriptor(module, each, type));

@@ -18,8 +18,8 @@ struct Parameter {
 /// One call of an operation or a function from the interpreter.
 struct Call {
   Module& module;
-  PyObject* self;               ///< null for a function
-  void* object;                 ///< the C++ object of `self`; null for functions and constructors
+  PyObject* self = nullptr;     ///< null for a function
+  void* object = nullptr;       ///< the C++ object of `self`; null for functions and constructors
   PyObject* arguments[3] = {};  ///< one for each parameter
 };
 
@@ -90,7 +90,7 @@ constexpr Operation operation(const char* name, Parameters... parameters) {
 
 /// Describes the attribute that is the data member `Member`.
 template <auto Member>
-constexpr Attribute attribute(const char* name) {
+constexpr Attribute member(const char* name) {
   using Owner = typename MemberPointer<decltype(Member)>::Owner;
   return {name,
           [](const Module& module, const void* object) {

@@ -46,7 +46,7 @@ class ScreenInstance : public Instance {
 
   void readBack(PyObject* self) override {
     if constexpr (requires { screen_->skin_path; }) {
-      const Reference path = Reference::steal(PyObject_GetAttrString(self, "skin_path"));
+      const Reference path = Reference::steal(PyObject_GetAttr(self, named<"skin_path">()));
       PyErr_Clear();
       if (path && isText(path.get())) screen_->skin_path = textOf(path.get());
     }
@@ -61,7 +61,7 @@ class ScreenInstance : public Instance {
 /// Returns an object of the class BackupActions that has `jobs` for its engine.
 Reference engineObject(const Module& module, std::unique_ptr<stowline::BackupJobs> jobs) {
   std::unique_ptr<BackupActions> engine(dynamic_cast<BackupActions*>(jobs.release()));
-  Reference object = invoke(module.engine_class, "__new__", module.engine_class);
+  Reference object = invoke<"__new__">(module.engine_class, module.engine_class);
   attachInstance(object.get(), std::make_unique<EngineInstance>(std::move(engine)));
   return object;
 }
@@ -111,12 +111,12 @@ constexpr Operation kEngineOperations[] = {
 };
 
 constexpr Attribute kEngineAttributes[] = {
-    attribute<&BackupActions::executiontime>("executiontime"),
-    attribute<&BackupActions::boxtype>("boxtype"),
-    attribute<&BackupActions::path>("path"),
-    attribute<&BackupActions::settingfile>("settingfile"),
-    attribute<&BackupActions::configfile>("configfile"),
-    attribute<&BackupActions::pluginfile>("pluginfile"),
+    member<&BackupActions::executiontime>("executiontime"),
+    member<&BackupActions::boxtype>("boxtype"),
+    member<&BackupActions::path>("path"),
+    member<&BackupActions::settingfile>("settingfile"),
+    member<&BackupActions::configfile>("configfile"),
+    member<&BackupActions::pluginfile>("pluginfile"),
 };
 
 constexpr Operation kHelpScreenOperations[] = {
@@ -126,8 +126,8 @@ constexpr Operation kHelpScreenOperations[] = {
 };
 
 constexpr Attribute kHelpScreenAttributes[] = {
-    attribute<&StowlineHelpScreen::restorefile>("restorefile"),
-    attribute<&StowlineHelpScreen::fullrestorepath>("fullrestorepath"),
+    member<&StowlineHelpScreen::restorefile>("restorefile"),
+    member<&StowlineHelpScreen::fullrestorepath>("fullrestorepath"),
 };
 
 constexpr Operation kMenuOperations[] = {
@@ -142,19 +142,19 @@ constexpr Operation kMenuOperations[] = {
 };
 
 constexpr Attribute kMenuAttributes[] = {
-    attribute<&Stowline::screentype>("screentype"),
-    attribute<&Stowline::reloadPluginlist>("reloadPluginlist"),
-    attribute<&Stowline::backupactions>("backupactions"),
-    attribute<&Stowline::list>("list"),
-    attribute<&Stowline::cmdList>("cmdList"),
-    attribute<&Stowline::Console>("Console"),
-    attribute<&Stowline::ipkg>("ipkg"),
-    attribute<&Stowline::restoretype>("restoretype"),
-    attribute<&Stowline::backuprestorepath>("backuprestorepath"),
-    attribute<&Stowline::path>("path"),
-    attribute<&Stowline::ipklist>("ipklist"),
-    attribute<&Stowline::pluginsinstalled>("pluginsinstalled"),
-    attribute<&Stowline::pluginsinstalledclean>("pluginsinstalledclean"),
+    member<&Stowline::screentype>("screentype"),
+    member<&Stowline::reloadPluginlist>("reloadPluginlist"),
+    member<&Stowline::backupactions>("backupactions"),
+    member<&Stowline::list>("list"),
+    member<&Stowline::cmdList>("cmdList"),
+    member<&Stowline::Console>("Console"),
+    member<&Stowline::ipkg>("ipkg"),
+    member<&Stowline::restoretype>("restoretype"),
+    member<&Stowline::backuprestorepath>("backuprestorepath"),
+    member<&Stowline::path>("path"),
+    member<&Stowline::ipklist>("ipklist"),
+    member<&Stowline::pluginsinstalled>("pluginsinstalled"),
+    member<&Stowline::pluginsinstalledclean>("pluginsinstalledclean"),
 };
 
 constexpr Operation kRestoreOperations[] = {
@@ -171,21 +171,21 @@ constexpr Operation kRestoreOperations[] = {
 };
 
 constexpr Attribute kRestoreAttributes[] = {
-    attribute<&StowlineRestore::restoretype>("restoretype"),
-    attribute<&StowlineRestore::sel>("sel"),
-    attribute<&StowlineRestore::val>("val"),
-    attribute<&StowlineRestore::entry>("entry"),
-    attribute<&StowlineRestore::exe>("exe"),
-    attribute<&StowlineRestore::path>("path"),
-    attribute<&StowlineRestore::flist>("flist"),
-    attribute<&StowlineRestore::cmdList>("cmdList"),
-    attribute<&StowlineRestore::cmdlist>("cmdlist"),
-    attribute<&StowlineRestore::Console>("Console"),
-    attribute<&StowlineRestore::ipkg>("ipkg"),
-    attribute<&StowlineRestore::plugins>("plugins"),
-    attribute<&StowlineRestore::pluginsinstalled>("pluginsinstalled"),
-    attribute<&StowlineRestore::pluginsinstalledclean>("pluginsinstalledclean"),
-    attribute<&StowlineRestore::excludedplugins>("excludedplugins"),
+    member<&StowlineRestore::restoretype>("restoretype"),
+    member<&StowlineRestore::sel>("sel"),
+    member<&StowlineRestore::val>("val"),
+    member<&StowlineRestore::entry>("entry"),
+    member<&StowlineRestore::exe>("exe"),
+    member<&StowlineRestore::path>("path"),
+    member<&StowlineRestore::flist>("flist"),
+    member<&StowlineRestore::cmdList>("cmdList"),
+    member<&StowlineRestore::cmdlist>("cmdlist"),
+    member<&StowlineRestore::Console>("Console"),
+    member<&StowlineRestore::ipkg>("ipkg"),
+    member<&StowlineRestore::plugins>("plugins"),
+    member<&StowlineRestore::pluginsinstalled>("pluginsinstalled"),
+    member<&StowlineRestore::pluginsinstalledclean>("pluginsinstalledclean"),
+    member<&StowlineRestore::excludedplugins>("excludedplugins"),
 };
 
 }  // namespace

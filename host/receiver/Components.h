@@ -30,23 +30,23 @@ const Reference& objectOf(const Interface& proxy) {
 class LabelProxy : public host::Label, public Proxy {
  public:
   using Proxy::Proxy;
-  void setText(const std::string& text) override { invoke(object(), "setText", text); }
+  void setText(const std::string& text) override { invoke<"setText">(object(), text); }
 };
 
 class ListProxy : public host::List, public Proxy {
  public:
   using Proxy::Proxy;
-  void setList(const host::Value::List& entries) override { invoke(object(), "setList", entries); }
-  host::Value getCurrent() override { return valueOf(invoke(object(), "getCurrent").get()); }
+  void setList(const host::Value::List& entries) override { invoke<"setList">(object(), entries); }
+  host::Value getCurrent() override { return valueOf(invoke<"getCurrent">(object()).get()); }
 };
 
 class MenuListProxy : public host::MenuList, public Proxy {
  public:
   using Proxy::Proxy;
   void setList(const std::vector<std::string>& rows) override {
-    invoke(attribute(object(), "l"), "setList", rows);
+    invoke<"setList">(attribute<"l">(object()), rows);
   }
-  host::Value getCurrent() override { return valueOf(invoke(object(), "getCurrent").get()); }
+  host::Value getCurrent() override { return valueOf(invoke<"getCurrent">(object()).get()); }
 };
 
 class ComConsoleProxy : public host::ComConsole, public Proxy {
@@ -84,7 +84,8 @@ class Components : public host::Components {
   host::ObjectRef loadPixmap(const std::string& path, bool cached) override;
 
  private:
-  std::shared_ptr<host::ActionMap> makeMap(const char* name, const host::ActionMapping& mapping);
+  std::shared_ptr<host::ActionMap> makeMap(const Reference& type,
+                                           const host::ActionMapping& mapping);
 
   const Names& names_;
 };

@@ -5,10 +5,10 @@ namespace {
 
 /// Returns the part of the tree at a path of names with dots between.
 Reference at(const Names& names, const std::string& path) {
-  Reference found = names.get("config");
+  Reference found = names.get<"config">();
   for (std::size_t start = 0; start < path.size();) {
     const std::size_t end = std::min(path.find('.', start), path.size());
-    found = attribute(found, path.substr(start, end - start).c_str());
+    found = attribute(found.get(), path.substr(start, end - start).c_str());
     start = end + 1;
   }
   return found;
@@ -17,7 +17,7 @@ Reference at(const Names& names, const std::string& path) {
 }  // namespace
 
 void Configuration::attachSubsection(const std::string& path) {
-  const Reference fresh = call(subsection_.names.get("ConfigSubsection"));
+  const Reference fresh = call(subsection_.names.get<"ConfigSubsection">());
   const std::size_t dot = path.rfind('.');
   const Reference parent = at(subsection_.names, path.substr(0, dot));
   setAttribute(parent.get(), path.substr(dot + 1).c_str(), fresh);
@@ -29,12 +29,12 @@ host::ConfigSubsection& Configuration::subsection(const std::string& path) {
 }
 
 void Configuration::save() {
-  invoke(subsection_.names.get("config"), "save");
+  invoke<"save">(subsection_.names.get<"config">());
 }
 
 void Configuration::Subsection::attachText(const std::string& key,
                                            const host::ConfigText::Options& options) {
-  const Reference text = callWith(names.get("ConfigText"), {},
+  const Reference text = callWith(names.get<"ConfigText">(), {},
                                   Keywords()
                                       .add("default", options.default_value)
                                       .add("visible_width", options.visible_width)
@@ -48,11 +48,11 @@ host::ConfigText& Configuration::Subsection::text(const std::string& key) {
 }
 
 void Configuration::Subsection::save() {
-  invoke(at(names, path), "save");
+  invoke<"save">(at(names, path));
 }
 
 std::string Configuration::Text::value() {
-  return textOf(attribute(at(names_, path), "value").get());
+  return textOf(attribute<"value">(at(names_, path)).get());
 }
 
 void Configuration::Text::setValue(const std::string& value) {
@@ -60,7 +60,7 @@ void Configuration::Text::setValue(const std::string& value) {
 }
 
 void Configuration::Text::save() {
-  invoke(at(names_, path), "save");
+  invoke<"save">(at(names_, path));
 }
 
 }  // namespace receiver

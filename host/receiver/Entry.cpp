@@ -28,7 +28,7 @@ void define(Module& module) {
     names.set(function.name, makeFunction(module, function));
   }
   const auto object = Reference::borrow(reinterpret_cast<PyObject*>(&PyBaseObject_Type));
-  const Reference screen = names.get("Screen");
+  const Reference screen = names.get<"Screen">();
   module.engine_class = makeClass(module, kBackupActions, object);
   names.set(kBackupActions.name, module.engine_class);
   const Reference help = makeClass(module, kStowlineHelpScreen, screen);

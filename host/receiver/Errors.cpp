@@ -28,9 +28,10 @@ std::string className(PyObject* type) {
 /// Returns the text form of an exception; empty when it has none.
 std::string messageOf(PyObject* value) {
   const Reference text = Reference::steal(textForm(value));
-  const Reference bytes = text ? Reference::steal(textBytes(text.get())) : Reference();
+  std::string message;
+  if (text) copyText(text.get(), message);
   PyErr_Clear();
-  return bytes ? PyBytes_AsString(bytes.get()) : "";
+  return message;
 }
 
 /// Returns the errno of an exception, 0 when it has none.

@@ -7,8 +7,10 @@
 namespace receiver {
 namespace {
 
-/// Where an object keeps its C++ side among its attributes.
-constexpr const char* kKey = "_stowline";
+/// Returns the name under which an object keeps its C++ side among its attributes.
+PyObject* key() {
+  return named<"_stowline">();
+}
 
 /// Holds an object's C++ side, and shows the cycle collector what that holds.
 struct Holder {
@@ -63,12 +65,12 @@ void attachInstance(PyObject* self, std::unique_ptr<Instance> instance) {
   const Reference holder = checked(reinterpret_cast<PyObject*>(made));
   made->instance = instance.release();
   PyObject_GC_Track(holder.get());
-  checked(PyObject_SetItem(attribute(self, "__dict__").get(), toObject(kKey).get(), holder.get()));
+  checked(PyObject_SetItem(attribute<"__dict__">(self).get(), key(), holder.get()));
 }
 
 AttachedInstance::AttachedInstance(PyObject* self, const Class& type) {
-  const Reference attributes = attribute(self, "__dict__");
-  holder_ = Reference::steal(PyObject_GetItem(attributes.get(), toObject(kKey).get()));
+  const Reference attributes = attribute<"__dict__">(self);
+  holder_ = Reference::steal(PyObject_GetItem(attributes.get(), key()));
   const bool is_held = holder_ && Py_TYPE(holder_.get()) == holderType();
   if (!is_held || !holderOf(holder_.get())->instance) {
     PyErr_Format(PyExc_AttributeError, "'%.200s' object is not initialised",

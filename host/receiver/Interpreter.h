@@ -26,15 +26,30 @@ inline PyObject* textForm(PyObject* object) {
   return PyObject_Str(object);
 }
 
-/// Returns a new reference to the bytes of the text `text`, null with an error set. Whatever the
+/// Sets `bytes` to those of `text`. Returns false with an error set when it has none. Whatever the
 /// interpreter's text holds comes back from newText() as it was, and bytes compare as texts do.
-inline PyObject* textBytes(PyObject* text) {
-  return PyUnicode_AsEncodedString(text, "utf-8", "surrogatepass");
+inline bool copyText(PyObject* text, std::string& bytes) {
+  Py_ssize_t size = 0;
+  if (const char* utf8 = PyUnicode_AsUTF8AndSize(text, &size)) {
+    bytes.assign(utf8, static_cast<std::size_t>(size));
+    return true;
+  }
+  PyErr_Clear();
+  PyObject* const encoded = PyUnicode_AsEncodedString(text, "utf-8", "surrogatepass");
+  if (!encoded) return false;
+  bytes.assign(PyBytes_AS_STRING(encoded), static_cast<std::size_t>(PyBytes_GET_SIZE(encoded)));
+  Py_DECREF(encoded);
+  return true;
 }
 
 /// Returns a new reference to a text, null with an error set.
 inline PyObject* newText(const std::string& bytes) {
   return PyUnicode_DecodeUTF8(bytes.data(), static_cast<Py_ssize_t>(bytes.size()), "surrogatepass");
+}
+
+/// Returns a new reference to a text of which there is one, null with an error set.
+inline PyObject* internedText(const char* text) {
+  return PyUnicode_InternFromString(text);
 }
 
 inline PyObject* newInteger(long number) {
@@ -68,10 +83,21 @@ inline PyObject* textForm(PyObject* object) {
 }
 
 /// A text is bytes already; a unicode object is one in UTF-8, as the framework writes its texts.
-inline PyObject* textBytes(PyObject* text) {
-  if (PyUnicode_Check(text)) return PyUnicode_AsUTF8String(text);
-  Py_INCREF(text);
-  return text;
+inline bool copyText(PyObject* text, std::string& bytes) {
+  PyObject* encoded = text;
+  Py_INCREF(encoded);
+  if (PyUnicode_Check(text)) {
+    Py_DECREF(encoded);
+    encoded = PyUnicode_AsUTF8String(text);
+  }
+  if (!encoded) return false;
+  bytes.assign(PyString_AS_STRING(encoded), static_cast<std::size_t>(PyString_GET_SIZE(encoded)));
+  Py_DECREF(encoded);
+  return true;
+}
+
+inline PyObject* internedText(const char* text) {
+  return PyString_InternFromString(text);
 }
 
 inline PyObject* newText(const std::string& bytes) {
@@ -88,6 +114,42 @@ inline PyObject* newInteger(long number) {
 
 inline PyObject* boundMethod(PyObject* function, PyObject* self) {
   return PyMethod_New(function, self, reinterpret_cast<PyObject*>(Py_TYPE(self)));
+}
+
+#endif
+
+#if PY_VERSION_HEX >= 0x03090000
+
+/// Return the new reference that a call returns, null with the error set. The first argument of a
+/// method's call is its object.
+inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std::size_t count) {
+  return PyObject_Vectorcall(callable, arguments, count, nullptr);
+}
+
+inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count) {
+  return PyObject_VectorcallMethod(name, arguments, count, nullptr);
+}
+
+#else
+
+inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std::size_t count) {
+  PyObject* const tuple = PyTuple_New(static_cast<Py_ssize_t>(count));
+  if (!tuple) return nullptr;
+  for (std::size_t i = 0; i < count; ++i) {
+    Py_INCREF(arguments[i]);
+    PyTuple_SET_ITEM(tuple, static_cast<Py_ssize_t>(i), arguments[i]);
+  }
+  PyObject* const result = PyObject_Call(callable, tuple, nullptr);
+  Py_DECREF(tuple);
+  return result;
+}
+
+inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count) {
+  PyObject* const method = PyObject_GetAttr(arguments[0], name);
+  if (!method) return nullptr;
+  PyObject* const result = callObject(method, arguments + 1, count - 1);
+  Py_DECREF(method);
+  return result;
 }
 
 #endif

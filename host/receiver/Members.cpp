@@ -16,9 +16,9 @@ bool equals(PyObject* object, const Reference& other) {
 
 template <>
 host::IpkgEvent fromArgument(const Module& module, PyObject* argument) {
-  const Reference component = module.host.names().get("IpkgComponent");
-  if (equals(argument, attribute(component, "EVENT_ERROR"))) return host::IpkgEvent::EVENT_ERROR;
-  if (equals(argument, attribute(component, "EVENT_DONE"))) return host::IpkgEvent::EVENT_DONE;
+  const Reference component = module.host.names().get<"IpkgComponent">();
+  if (equals(argument, attribute<"EVENT_ERROR">(component))) return host::IpkgEvent::EVENT_ERROR;
+  if (equals(argument, attribute<"EVENT_DONE">(component))) return host::IpkgEvent::EVENT_DONE;
   return host::IpkgEvent::EVENT_OTHER;
 }
 

@@ -15,12 +15,15 @@ namespace receiver {
 class JobsProxy : public stowline::BackupJobs, public Proxy {
  public:
   using Proxy::Proxy;
-  host::Value createSettingFile() override { return run("createSettingFile"); }
-  host::Value createConfigFile() override { return run("createConfigFile"); }
-  host::Value createPluginList() override { return run("createPluginList"); }
+  host::Value createSettingFile() override { return run<"createSettingFile">(); }
+  host::Value createConfigFile() override { return run<"createConfigFile">(); }
+  host::Value createPluginList() override { return run<"createPluginList">(); }
 
  private:
-  host::Value run(const char* job) { return valueOf(invoke(object(), job).get()); }
+  template <Literal job>
+  host::Value run() {
+    return valueOf(invoke<job>(object()).get());
+  }
 };
 
 /// Returns an argument as the operation takes it. Raises TypeError when it is of another type.

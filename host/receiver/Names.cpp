@@ -5,17 +5,26 @@
 namespace receiver {
 namespace {
 
-[[noreturn]] void raiseNameError(const char* name) {
-  PyErr_Format(PyExc_NameError, "name '%.200s' is not defined", name);
+[[noreturn]] void raiseNameError(PyObject* name) {
+  PyErr_Format(PyExc_NameError, "name '%.200s' is not defined", textOf(name).c_str());
   raisePending();
+}
+
+/// Returns a unit, imported if it is not yet. Many names come from few units: one that is there
+/// needs no import machinery.
+Reference unitNamed(const std::string& name) {
+  PyObject* const loaded = PyDict_GetItemString(PyImport_GetModuleDict(), name.c_str());
+  if (loaded && loaded != Py_None) return Reference::borrow(loaded);
+  return checked(PyImport_ImportModule(name.c_str()));
 }
 
 /// Returns the names that "import *" takes from a unit.
 std::vector<std::string> publicNames(const Reference& unit) {
-  if (PyObject_HasAttrString(unit.get(), "__all__")) {
-    return textsOf(attribute(unit, "__all__").get());
+  const Reference content = attribute<"__dict__">(unit);
+  if (PyMapping_HasKeyString(content.get(), const_cast<char*>("__all__")) == 1) {
+    return textsOf(attribute<"__all__">(unit).get());
   }
-  const Reference names = invoke(attribute(unit, "__dict__"), "keys");
+  const Reference names = invoke<"keys">(content);
   std::vector<std::string> result = textsOf(names.get());
   std::erase_if(result, [](const std::string& name) { return name.starts_with('_'); });
   return result;
@@ -37,10 +46,10 @@ void Names::bind(const host::Binding& binding) {
   const std::string name(binding.name);
   const std::string bound_as(binding.bound_as);
   if (binding.unit == "builtins") {
-    set(bound_as.c_str(), builtin(name.c_str()));
+    set(bound_as.c_str(), builtin(toObject(name).get()));
     return;
   }
-  const Reference unit = checked(PyImport_ImportModule(std::string(binding.unit).c_str()));
+  const Reference unit = unitNamed(std::string(binding.unit));
   if (name == "*") {
     for (const std::string& each : publicNames(unit)) set(each.c_str(), imported(unit, each));
   } else {
@@ -48,8 +57,8 @@ void Names::bind(const host::Binding& binding) {
   }
 }
 
-Reference Names::get(const char* name) const {
-  PyObject* found = PyDict_GetItemString(dictionary_.get(), name);
+Reference Names::get(PyObject* name) const {
+  PyObject* const found = PyDict_GetItem(dictionary_.get(), name);
   if (!found) raiseNameError(name);
   return Reference::borrow(found);
 }
@@ -58,12 +67,10 @@ void Names::set(const char* name, const Reference& object) const {
   checked(PyDict_SetItemString(dictionary_.get(), name, object.get()));
 }
 
-Reference builtin(const char* name) {
-  const Reference builtins = checked(PyImport_ImportModule(kBuiltins));
-  Reference found = Reference::steal(PyObject_GetAttrString(builtins.get(), name));
-  if (found) return found;
-  PyErr_Clear();
-  raiseNameError(name);
+Reference builtin(PyObject* name) {
+  PyObject* const found = PyDict_GetItem(PyEval_GetBuiltins(), name);
+  if (!found) raiseNameError(name);
+  return Reference::borrow(found);
 }
 
 }  // namespace receiver

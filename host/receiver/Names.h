@@ -18,8 +18,12 @@ class Names {
   /// unit's import raises, and ImportError when the unit lacks the name.
   void bind(const host::Binding& binding);
 
-  /// Returns what is bound under `name`. Raises NameError when nothing is.
-  Reference get(const char* name) const;
+  /// Return what is bound under a name. Raise NameError when nothing is.
+  template <Literal name>
+  Reference get() const {
+    return get(named<name>());
+  }
+  Reference get(PyObject* name) const;
 
   void set(const char* name, const Reference& object) const;
 
@@ -27,7 +31,12 @@ class Names {
   Reference dictionary_;
 };
 
-/// Returns what the built-in `name` is now. Raises NameError when there is none.
-Reference builtin(const char* name);
+/// Return what a built-in name is now. Raise NameError when there is none.
+Reference builtin(PyObject* name);
+
+template <Literal name>
+Reference builtin() {
+  return builtin(named<name>());
+}
 
 }  // namespace receiver

@@ -109,8 +109,9 @@ std::string textOf(PyObject* object) {
     PyErr_Format(PyExc_TypeError, "a string is required, not %.200s", Py_TYPE(object)->tp_name);
     raisePending();
   }
-  const Reference bytes = checked(textBytes(object));
-  return {PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))};
+  std::string bytes;
+  if (!copyText(object, bytes)) raisePending();
+  return bytes;
 }
 
 std::vector<std::string> textsOf(PyObject* object) {
@@ -151,10 +152,6 @@ int traverse(const host::Value& value, visitproc visit, void* arg) {
   const host::ObjectRef object = value.object();
   if (object.use_count() == 2) Py_VISIT(dynamic_cast<const Held&>(*object).object.get());
   return 0;
-}
-
-Reference attribute(const Reference& object, const char* name) {
-  return attribute(object.get(), name);
 }
 
 Reference attribute(PyObject* object, const char* name) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -52,8 +54,31 @@ host::ObjectRef objectRef(const Reference& object);
 /// Calls `visit` for the objects that `value` alone holds, as tp_traverse has to.
 int traverse(const host::Value& value, visitproc visit, void* arg);
 
+/// A name in the source, as the argument of a template.
+template <std::size_t Size>
+struct Literal {
+  constexpr Literal(const char (&text)[Size]) { std::copy_n(text, Size, value); }
+  char value[Size];
+};
+
+/// Returns a name in the source as the interpreter's text. It is made once and never freed.
+template <Literal name>
+PyObject* named() {
+  static PyObject* const text = checked(internedText(name.value)).release();
+  return text;
+}
+
 /// Return an attribute, and set it. Raise what the object raises.
-Reference attribute(const Reference& object, const char* name);
+template <Literal name>
+Reference attribute(PyObject* object) {
+  return checked(PyObject_GetAttr(object, named<name>()));
+}
+
+template <Literal name>
+Reference attribute(const Reference& object) {
+  return attribute<name>(object.get());
+}
+
 Reference attribute(PyObject* object, const char* name);
 void setAttribute(PyObject* object, const char* name, const Reference& value);
 
@@ -79,13 +104,19 @@ Reference callWith(const Reference& callable, const std::vector<Reference>& argu
 /// Calls `callable` with positional arguments.
 template <class... Arguments>
 Reference call(const Reference& callable, const Arguments&... arguments) {
-  return callWith(callable, {toObject(arguments)...});
+  const std::array<Reference, sizeof...(Arguments)> held = {toObject(arguments)...};
+  std::array<PyObject*, sizeof...(Arguments)> pointers;
+  std::ranges::transform(held, pointers.begin(), &Reference::get);
+  return checked(callObject(callable.get(), pointers.data(), pointers.size()));
 }
 
 /// Calls the operation `name` of `object`.
-template <class... Arguments>
-Reference invoke(const Reference& object, const char* name, const Arguments&... arguments) {
-  return call(attribute(object, name), arguments...);
+template <Literal name, class... Arguments>
+Reference invoke(const Reference& object, const Arguments&... arguments) {
+  const std::array<Reference, sizeof...(Arguments)> held = {toObject(arguments)...};
+  std::array<PyObject*, sizeof...(Arguments) + 1> pointers = {object.get()};
+  std::ranges::transform(held, pointers.begin() + 1, &Reference::get);
+  return checked(callMethod(named<name>(), pointers.data(), pointers.size()));
 }
 
 }  // namespace receiver

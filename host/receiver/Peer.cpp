@@ -7,7 +7,7 @@ namespace receiver {
 void Peer::init(host::Session& session) {
   const Reference self = Reference::borrow(self_);
   const Reference opener = dynamic_cast<ScreenSession&>(session).takeOpener();
-  invoke(names_.get("Screen"), "__init__", self, opener);
+  invoke<"__init__">(names_.get<"Screen">(), self, opener);
   receiver::setAttribute(self_, "session", opener);
 }
 
@@ -36,12 +36,12 @@ void Peer::setAttribute(const std::string& name, const std::string& value) {
 }
 
 void Peer::appendOnLayoutFinish(const host::Action& hook) {
-  invoke(attribute(self_, "onLayoutFinish"), "append", methodOf(hook));
+  invoke<"append">(attribute<"onLayoutFinish">(self_), methodOf(hook));
 }
 
 /// A screen that closes with nothing passes nothing on.
 void Peer::close(const host::Value& result) {
-  const Reference close = attribute(self_, "close");
+  const Reference close = attribute<"close">(self_);
   if (result.isNothing()) {
     call(close);
   } else {

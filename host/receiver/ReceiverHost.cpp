@@ -14,7 +14,7 @@ Reference escaped(const Reference& line) {
 }  // namespace
 
 std::string ReceiverHost::translate(const std::string& text) {
-  return textOf(call(builtin("_"), text).get());
+  return textOf(call(builtin<"_">(), text).get());
 }
 
 /// A name that the log's encoding has no character for shall not stop what is being logged.
@@ -24,34 +24,34 @@ void ReceiverHost::print(const std::string& line) {
   const Reference stream = Reference::borrow(output);
   const Reference text = toObject(line + "\n");
   try {
-    invoke(stream, "write", text);
+    invoke<"write">(stream, text);
   } catch (const host::Error& error) {
     if (error.type() != "UnicodeEncodeError") throw;
-    invoke(stream, "write", escaped(text));
+    invoke<"write">(stream, escaped(text));
   }
 }
 
 bool ReceiverHost::fileExists(const std::string& path) {
-  return truthOf(call(names_.get("fileExists"), path).get());
+  return truthOf(call(names_.get<"fileExists">(), path).get());
 }
 
 std::string ReceiverHost::resolveFilename(host::Scope /*scope*/, const std::string& relative) {
-  const Reference resolve = names_.get("resolveFilename");
-  const Reference scope = names_.get("SCOPE_PLUGINS");
+  const Reference resolve = names_.get<"resolveFilename">();
+  const Reference scope = names_.get<"SCOPE_PLUGINS">();
   const Reference path = relative.empty() ? call(resolve, scope) : call(resolve, scope, relative);
   return textOf(path.get());
 }
 
 std::string ReceiverHost::deviceName() {
-  return textOf(invoke(call(names_.get("HardwareInfoVu")), "get_device_name").get());
+  return textOf(invoke<"get_device_name">(call(names_.get<"HardwareInfoVu">())).get());
 }
 
 void ReceiverHost::clearPluginList() {
-  invoke(names_.get("plugins"), "clearPluginList");
+  invoke<"clearPluginList">(names_.get<"plugins">());
 }
 
 void ReceiverHost::readPluginList(const std::string& directory) {
-  invoke(names_.get("plugins"), "readPluginList", directory);
+  invoke<"readPluginList">(names_.get<"plugins">(), directory);
 }
 
 }  // namespace receiver

@@ -13,7 +13,7 @@ namespace {
 class DialogProxy : public host::OpenedDialog {
  public:
   explicit DialogProxy(Reference dialog) : dialog_(std::move(dialog)) {}
-  void setTitle(const std::string& title) override { invoke(dialog_, "setTitle", title); }
+  void setTitle(const std::string& title) override { invoke<"setTitle">(dialog_, title); }
 
  private:
   Reference dialog_;
@@ -26,33 +26,34 @@ struct Opening {
   Keywords& keywords;
 
   void operator()(const host::MessageBox& box) const {
-    const Reference message_box = names.get("MessageBox");
+    const Reference message_box = names.get<"MessageBox">();
     arguments.push_back(message_box);
     arguments.push_back(toObject(box.text));
     if (box.type != host::MessageBox::TYPE_YESNO) {
       const bool is_error = box.type == host::MessageBox::TYPE_ERROR;
-      arguments.push_back(attribute(message_box, is_error ? "TYPE_ERROR" : "TYPE_INFO"));
+      arguments.push_back(is_error ? attribute<"TYPE_ERROR">(message_box)
+                                   : attribute<"TYPE_INFO">(message_box));
     }
     if (box.timeout != 0) keywords.add("timeout", box.timeout);
   }
 
   void operator()(const host::ChoiceBox& box) const {
-    arguments.push_back(names.get("ChoiceBox"));
+    arguments.push_back(names.get<"ChoiceBox">());
     keywords.add("title", box.title).add("list", box.list);
   }
 
   void operator()(const host::Console& console) const {
-    arguments.push_back(names.get("Console"));
+    arguments.push_back(names.get<"Console">());
     keywords.add("title", console.title).add("cmdlist", console.cmdlist);
   }
 
   void operator()(const host::Ipkg& ipkg) const {
-    arguments.push_back(names.get("Ipkg"));
+    arguments.push_back(names.get<"Ipkg">());
     keywords.add("cmdList", packageCommands(names, ipkg.cmdList));
   }
 
   void operator()(const host::ScreenClass& screen) const {
-    arguments.push_back(names.get(screen.name.c_str()));
+    arguments.push_back(names.get(toObject(screen.name).get()));
     for (const host::Value& argument : screen.arguments) arguments.push_back(toObject(argument));
   }
 };
@@ -71,12 +72,12 @@ std::unique_ptr<host::OpenedDialog> ScreenSession::openWithCallback(const host::
 std::unique_ptr<host::OpenedDialog> ScreenSession::opened(const char* operation,
                                                           std::vector<Reference> first,
                                                           const host::Dialog& dialog) {
-  const Reference session = attribute(peer_.self(), "session");
+  const Reference session = attribute<"session">(peer_.self());
   std::vector<Reference> arguments = std::move(first);
   Keywords keywords;
   std::visit(Opening{names_, arguments, keywords}, dialog);
   return std::make_unique<DialogProxy>(
-      callWith(attribute(session, operation), arguments, keywords));
+      callWith(attribute(session.get(), operation), arguments, keywords));
 }
 
 }  // namespace receiver
