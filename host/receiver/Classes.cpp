@@ -19,12 +19,12 @@ constexpr Parameter kEventParameter = {"param"};
 
 class EngineInstance : public Instance {
  public:
-  explicit EngineInstance(std::unique_ptr<BackupActions> engine)
+  explicit EngineInstance(std::shared_ptr<BackupActions> engine)
       : Instance(kBackupActions), engine_(std::move(engine)) {}
   void* object() override { return engine_.get(); }
 
  private:
-  std::unique_ptr<BackupActions> engine_;
+  std::shared_ptr<BackupActions> engine_;
 };
 
 template <class ScreenType>
@@ -59,8 +59,8 @@ class ScreenInstance : public Instance {
 };
 
 /// Returns an object of the class BackupActions that has `jobs` for its engine.
-Reference engineObject(const Module& module, std::unique_ptr<stowline::BackupJobs> jobs) {
-  std::unique_ptr<BackupActions> engine(dynamic_cast<BackupActions*>(jobs.release()));
+Reference engineObject(const Module& module, const std::shared_ptr<stowline::BackupJobs>& jobs) {
+  auto engine = std::dynamic_pointer_cast<BackupActions>(jobs);
   Reference object = invoke<"__new__">(module.engine_class, module.engine_class);
   attachInstance(object.get(), std::make_unique<EngineInstance>(std::move(engine)));
   return object;
@@ -71,7 +71,7 @@ Reference constructEngine(const Call& call) {
   std::optional<std::string_view> backuptype;
   if (type.text()) backuptype = *type.text();
   attachInstance(call.self, std::make_unique<EngineInstance>(
-                                std::make_unique<BackupActions>(call.module.host, backuptype)));
+                                std::make_shared<BackupActions>(call.module.host, backuptype)));
   return Reference::borrow(Py_None);
 }
 
@@ -81,8 +81,7 @@ Reference constructMenu(const Call& call) {
                                                              call.arguments[0]);
   Stowline& menu = instance->construct(call.module.host, call.self, textOf(call.arguments[1]),
                                        type.text() ? *type.text() : "backup");
-  menu.backupactions =
-      std::make_unique<JobsProxy>(engineObject(call.module, std::move(menu.backupactions)));
+  menu.backupactions = std::make_shared<JobsProxy>(engineObject(call.module, menu.backupactions));
   attachInstance(call.self, std::move(instance));
   return Reference::borrow(Py_None);
 }

@@ -19,8 +19,8 @@ class ActionMapProxy : public host::ActionMap, public Proxy {
 Reference mappingOf(const std::vector<host::ActionBinding>& bindings) {
   Reference mapping = checked(PyDict_New());
   for (const host::ActionBinding& binding : bindings) {
-    checked(PyDict_SetItemString(mapping.get(), std::string(binding.action).c_str(),
-                                 methodOf(binding.handler).get()));
+    checked(PyDict_SetItem(mapping.get(), keptName(std::string(binding.action)),
+                           methodOf(binding.handler).get()));
   }
   return mapping;
 }
@@ -84,7 +84,7 @@ std::shared_ptr<host::IpkgComponent> Components::makeIpkgComponent() {
 
 host::ObjectRef Components::loadPixmap(const std::string& path, bool cached) {
   return objectRef(
-      callWith(names_.get<"LoadPixmap">(), {}, Keywords().add("path", path).add("cached", cached)));
+      callWith(names_.get<"LoadPixmap">(), {}, Keywords().add<"path">(path).add<"cached">(cached)));
 }
 
 }  // namespace receiver

@@ -37,7 +37,7 @@ class ListProxy : public host::List, public Proxy {
  public:
   using Proxy::Proxy;
   void setList(const host::Value::List& entries) override { invoke<"setList">(object(), entries); }
-  host::Value getCurrent() override { return valueOf(invoke<"getCurrent">(object()).get()); }
+  host::Value getCurrent() override { return rowOf(invoke<"getCurrent">(object()).get()); }
 };
 
 class MenuListProxy : public host::MenuList, public Proxy {
@@ -46,7 +46,7 @@ class MenuListProxy : public host::MenuList, public Proxy {
   void setList(const std::vector<std::string>& rows) override {
     invoke<"setList">(attribute<"l">(object()), rows);
   }
-  host::Value getCurrent() override { return valueOf(invoke<"getCurrent">(object()).get()); }
+  host::Value getCurrent() override { return rowOf(invoke<"getCurrent">(object()).get()); }
 };
 
 class ComConsoleProxy : public host::ComConsole, public Proxy {

@@ -8,7 +8,7 @@ Reference at(const Names& names, const std::string& path) {
   Reference found = names.get<"config">();
   for (std::size_t start = 0; start < path.size();) {
     const std::size_t end = std::min(path.find('.', start), path.size());
-    found = attribute(found.get(), path.substr(start, end - start).c_str());
+    found = attribute(found.get(), path.substr(start, end - start));
     start = end + 1;
   }
   return found;
@@ -20,7 +20,7 @@ void Configuration::attachSubsection(const std::string& path) {
   const Reference fresh = call(subsection_.names.get<"ConfigSubsection">());
   const std::size_t dot = path.rfind('.');
   const Reference parent = at(subsection_.names, path.substr(0, dot));
-  setAttribute(parent.get(), path.substr(dot + 1).c_str(), fresh);
+  setAttribute(parent.get(), path.substr(dot + 1), fresh);
 }
 
 host::ConfigSubsection& Configuration::subsection(const std::string& path) {
@@ -36,10 +36,10 @@ void Configuration::Subsection::attachText(const std::string& key,
                                            const host::ConfigText::Options& options) {
   const Reference text = callWith(names.get<"ConfigText">(), {},
                                   Keywords()
-                                      .add("default", options.default_value)
-                                      .add("visible_width", options.visible_width)
-                                      .add("fixed_size", options.fixed_size));
-  setAttribute(at(names, path).get(), key.c_str(), text);
+                                      .add<"default">(options.default_value)
+                                      .add<"visible_width">(options.visible_width)
+                                      .add<"fixed_size">(options.fixed_size));
+  setAttribute(at(names, path).get(), key, text);
 }
 
 host::ConfigText& Configuration::Subsection::text(const std::string& key) {
@@ -56,7 +56,7 @@ std::string Configuration::Text::value() {
 }
 
 void Configuration::Text::setValue(const std::string& value) {
-  setAttribute(at(names_, path).get(), "value", toObject(value));
+  setAttribute<"value">(at(names_, path).get(), toObject(value));
 }
 
 void Configuration::Text::save() {

@@ -32,7 +32,7 @@ void define(Module& module) {
   module.engine_class = makeClass(module, kBackupActions, object);
   names.set(kBackupActions.name, module.engine_class);
   const Reference help = makeClass(module, kStowlineHelpScreen, screen);
-  setAttribute(help.get(), "skin", toObject(std::string(stowline::StowlineHelpScreen::skin)));
+  setAttribute<"skin">(help.get(), toObject(std::string(stowline::StowlineHelpScreen::skin)));
   names.set(kStowlineHelpScreen.name, help);
   names.set(kStowline.name, makeClass(module, kStowline, screen));
   names.set(kStowlineRestore.name, makeClass(module, kStowlineRestore, screen));
@@ -74,7 +74,14 @@ EXPORTED PyObject* PyInit_Stowline() {
 EXPORTED void initStowline() {
   static PyMethodDef none[] = {{nullptr, nullptr, 0, nullptr}};
   PyObject* const object = Py_InitModule("Stowline", none);
-  if (object) receiver::load(object);
+  if (!object || receiver::load(object) == 0) return;
+  // Left there, a module that failed to load would be found by the next import.
+  PyObject* type = nullptr;
+  PyObject* value = nullptr;
+  PyObject* traceback = nullptr;
+  PyErr_Fetch(&type, &value, &traceback);
+  PyDict_DelItemString(PyImport_GetModuleDict(), "Stowline");
+  PyErr_Restore(type, value, traceback);
 }
 
 #endif

@@ -37,7 +37,7 @@ std::string messageOf(PyObject* value) {
 /// Returns the errno of an exception, 0 when it has none.
 int errnoOf(PyObject* value) {
   const Reference number = Reference::steal(PyObject_GetAttrString(value, "errno"));
-  const long result = number && isInteger(number.get()) ? PyLong_AsLong(number.get()) : 0;
+  const long result = number && isPlainInteger(number.get()) ? PyLong_AsLong(number.get()) : 0;
   PyErr_Clear();
   return static_cast<int>(result);
 }

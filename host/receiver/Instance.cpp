@@ -15,6 +15,7 @@ PyObject* key() {
 /// Holds an object's C++ side, and shows the cycle collector what that holds.
 struct Holder {
   PyObject_HEAD Instance* instance;
+  const void* owner;  ///< the address of the object that it was made for; a copy of that has none
 };
 
 Holder* holderOf(PyObject* object) {
@@ -64,6 +65,7 @@ void attachInstance(PyObject* self, std::unique_ptr<Instance> instance) {
   Holder* const made = PyObject_GC_New(Holder, holderType());
   const Reference holder = checked(reinterpret_cast<PyObject*>(made));
   made->instance = instance.release();
+  made->owner = self;
   PyObject_GC_Track(holder.get());
   checked(PyObject_SetItem(attribute<"__dict__">(self).get(), key(), holder.get()));
 }
@@ -72,7 +74,7 @@ AttachedInstance::AttachedInstance(PyObject* self, const Class& type) {
   const Reference attributes = attribute<"__dict__">(self);
   holder_ = Reference::steal(PyObject_GetItem(attributes.get(), key()));
   const bool is_held = holder_ && Py_TYPE(holder_.get()) == holderType();
-  if (!is_held || !holderOf(holder_.get())->instance) {
+  if (!is_held || !holderOf(holder_.get())->instance || holderOf(holder_.get())->owner != self) {
     PyErr_Format(PyExc_AttributeError, "'%.200s' object is not initialised",
                  Py_TYPE(self)->tp_name);
     raisePending();

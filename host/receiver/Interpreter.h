@@ -17,8 +17,13 @@ inline bool isText(PyObject* object) {
   return PyUnicode_Check(object);
 }
 
-inline bool isInteger(PyObject* object) {
-  return PyLong_Check(object);
+/// Whether `object` is a text or an integer and of no derived class.
+inline bool isPlainText(PyObject* object) {
+  return PyUnicode_CheckExact(object);
+}
+
+inline bool isPlainInteger(PyObject* object) {
+  return PyLong_CheckExact(object);
 }
 
 /// Returns a new reference to the text form of `object`, null with an error set.
@@ -74,8 +79,12 @@ inline bool isText(PyObject* object) {
   return PyString_Check(object) || PyUnicode_Check(object);
 }
 
-inline bool isInteger(PyObject* object) {
-  return PyInt_Check(object) || PyLong_Check(object);
+inline bool isPlainText(PyObject* object) {
+  return PyString_CheckExact(object) || PyUnicode_CheckExact(object);
+}
+
+inline bool isPlainInteger(PyObject* object) {
+  return PyInt_CheckExact(object) || PyLong_CheckExact(object);
 }
 
 inline PyObject* textForm(PyObject* object) {

@@ -1,5 +1,7 @@
 #include "Members.h"
 
+#include <utility>
+
 namespace receiver {
 namespace {
 
@@ -46,26 +48,27 @@ void toMember(const Module& /*module*/, host::Value& member, PyObject* value) {
 void toMember(const Module& /*module*/, host::Value::List& member, PyObject* value) {
   const host::Value list = valueOf(value);
   if (!list.list()) raiseTypeError("a list", value);
-  member = *list.list();
+  const host::Value::List former = std::exchange(member, *list.list());
 }
 
-void toMember(const Module& /*module*/, std::vector<host::PackageCommand>& member,
-              PyObject* value) {
-  member = packageCommandsOf(value);
+void toMember(const Module& module, std::vector<host::PackageCommand>& member, PyObject* value) {
+  member = packageCommandsOf(module.host.names(), value);
 }
 
 void toMember(const Module& /*module*/, std::shared_ptr<host::ComConsole>& member,
               PyObject* value) {
-  member = std::make_shared<ComConsoleProxy>(Reference::borrow(value));
+  const auto former =
+      std::exchange(member, std::make_shared<ComConsoleProxy>(Reference::borrow(value)));
 }
 
 void toMember(const Module& module, std::shared_ptr<host::IpkgComponent>& member, PyObject* value) {
-  member = std::make_shared<IpkgComponentProxy>(module.host.names(), Reference::borrow(value));
+  const auto former = std::exchange(
+      member, std::make_shared<IpkgComponentProxy>(module.host.names(), Reference::borrow(value)));
 }
 
-void toMember(const Module& /*module*/, std::unique_ptr<stowline::BackupJobs>& member,
+void toMember(const Module& /*module*/, std::shared_ptr<stowline::BackupJobs>& member,
               PyObject* value) {
-  member = std::make_unique<JobsProxy>(Reference::borrow(value));
+  const auto former = std::exchange(member, std::make_shared<JobsProxy>(Reference::borrow(value)));
 }
 
 }  // namespace receiver

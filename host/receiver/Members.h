@@ -49,13 +49,14 @@ inline std::vector<std::string> fromArgument(const Module& /*module*/, PyObject*
 template <>
 host::IpkgEvent fromArgument(const Module& module, PyObject* argument);
 
-/// Returns a data member as the interpreter sees it: a list is a copy.
+/// Returns a data member as the interpreter sees it: a list is a copy. Takes a copy itself: other
+/// code may change the member while the interpreter's objects are made.
 template <class T>
-Reference fromMember(const Module& /*module*/, const T& member) {
+Reference fromMember(const Module& /*module*/, T member) {
   return toObject(member);
 }
 
-inline Reference fromMember(const Module& module, const std::vector<host::PackageCommand>& member) {
+inline Reference fromMember(const Module& module, std::vector<host::PackageCommand> member) {
   return packageCommands(module.host.names(), member);
 }
 
@@ -75,11 +76,12 @@ inline Reference fromMember(const Module& /*module*/,
 }
 
 inline Reference fromMember(const Module& /*module*/,
-                            const std::unique_ptr<stowline::BackupJobs>& member) {
+                            const std::shared_ptr<stowline::BackupJobs>& member) {
   return fromProxy(member.get());
 }
 
-/// Stores an object in a data member. Raises TypeError when it is of another type.
+/// Stores an object in a data member. Raises TypeError when it is of another type. What the member
+/// held goes only when the new value is in place: an object that goes may look.
 void toMember(const Module& module, std::string& member, PyObject* value);
 void toMember(const Module& module, bool& member, PyObject* value);
 void toMember(const Module& module, std::optional<std::string>& member, PyObject* value);
@@ -89,7 +91,7 @@ void toMember(const Module& module, host::Value::List& member, PyObject* value);
 void toMember(const Module& module, std::vector<host::PackageCommand>& member, PyObject* value);
 void toMember(const Module& module, std::shared_ptr<host::ComConsole>& member, PyObject* value);
 void toMember(const Module& module, std::shared_ptr<host::IpkgComponent>& member, PyObject* value);
-void toMember(const Module& module, std::unique_ptr<stowline::BackupJobs>& member, PyObject* value);
+void toMember(const Module& module, std::shared_ptr<stowline::BackupJobs>& member, PyObject* value);
 
 /// Calls `visit` for the objects that a data member alone holds, as tp_traverse has to.
 template <class T>
@@ -112,11 +114,6 @@ template <class Interface>
 int traverseProxy(const Interface* proxy, visitproc visit, void* arg) {
   if (proxy) Py_VISIT(objectOf(*proxy).get());
   return 0;
-}
-
-inline int traverseMember(const std::unique_ptr<stowline::BackupJobs>& member, visitproc visit,
-                          void* arg) {
-  return traverseProxy(member.get(), visit, arg);
 }
 
 /// What somebody else holds too is not the member's alone to give up.

@@ -1,13 +1,11 @@
 #include "Objects.h"
 
 #include <memory>
+#include <unordered_map>
+#include <utility>
 
 namespace receiver {
 namespace {
-
-/// How deep lists in lists are looked into; what lies deeper stays an object. A list may hold
-/// itself.
-constexpr int kDepth = 4;
 
 /// Any object of the interpreter that has no counterpart among the values.
 struct Held : host::Object {
@@ -29,26 +27,30 @@ host::Value integerValue(PyObject* object) {
   return number;
 }
 
-host::Value valueOf(PyObject* object, int depth);
+host::Value itemValue(PyObject* object);
 
-host::Value listValue(PyObject* object, int depth) {
+host::Value listValue(PyObject* object) {
   const Reference items = checked(PySequence_Fast(object, "not a list"));
   host::Value::List values;
   for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
-    values.push_back(valueOf(PySequence_Fast_GET_ITEM(items.get(), i), depth + 1));
+    values.push_back(itemValue(PySequence_Fast_GET_ITEM(items.get(), i)));
   }
   return values;
 }
 
-host::Value valueOf(PyObject* object, int depth) {
+/// Looks into no list: a list may hold itself. What is of a derived class stays an object: it may
+/// compare otherwise.
+host::Value itemValue(PyObject* object) {
   if (object == Py_None) return {};
   if (PyBool_Check(object)) return object == Py_True;
-  if (isInteger(object)) return integerValue(object);
-  if (PyFloat_CheckExact(object)) return PyFloat_AsDouble(object);
-  if (isText(object)) return textOf(object);
-  const bool is_list = PyList_Check(object) || PyTuple_Check(object);
-  return is_list && depth < kDepth ? listValue(object, depth)
-                                   : host::Value(objectRef(Reference::borrow(object)));
+  if (isPlainInteger(object)) return integerValue(object);
+  if (isPlainText(object)) return textOf(object);
+  return objectRef(Reference::borrow(object));
+}
+
+Reference integerObject(long long number) {
+  const bool fits = std::in_range<long>(number);
+  return checked(fits ? newInteger(static_cast<long>(number)) : PyLong_FromLongLong(number));
 }
 
 Reference tupleOf(const host::Value::List& values) {
@@ -87,7 +89,7 @@ Reference toObject(const std::vector<std::string>& texts) {
 
 Reference toObject(const host::Value& value) {
   if (const bool* truth = value.truth()) return toObject(*truth);
-  if (const long long* integer = value.integer()) return checked(PyLong_FromLongLong(*integer));
+  if (const long long* integer = value.integer()) return integerObject(*integer);
   if (const double* number = value.number()) return checked(PyFloat_FromDouble(*number));
   if (const std::string* text = value.text()) return toObject(*text);
   if (const host::Value::List* list = value.list()) return toObject(*list);
@@ -115,6 +117,10 @@ std::string textOf(PyObject* object) {
 }
 
 std::vector<std::string> textsOf(PyObject* object) {
+  if (isText(object)) {
+    PyErr_SetString(PyExc_TypeError, "a list of strings is required, not a string");
+    raisePending();
+  }
   const Reference items = checked(PySequence_Fast(object, "a list of strings is required"));
   std::vector<std::string> texts;
   texts.reserve(static_cast<std::size_t>(PySequence_Fast_GET_SIZE(items.get())));
@@ -135,7 +141,13 @@ long long integerOf(PyObject* object) {
 }
 
 host::Value valueOf(PyObject* object) {
-  return valueOf(object, 0);
+  const bool is_list = PyList_CheckExact(object) || PyTuple_CheckExact(object);
+  return is_list ? listValue(object) : itemValue(object);
+}
+
+host::Value rowOf(PyObject* object) {
+  if (isText(object)) return textOf(object);
+  return PyList_Check(object) || PyTuple_Check(object) ? listValue(object) : valueOf(object);
 }
 
 host::ObjectRef objectRef(const Reference& object) {
@@ -154,12 +166,19 @@ int traverse(const host::Value& value, visitproc visit, void* arg) {
   return 0;
 }
 
-Reference attribute(PyObject* object, const char* name) {
-  return checked(PyObject_GetAttrString(object, name));
+PyObject* keptName(const std::string& name) {
+  static std::unordered_map<std::string, PyObject*> names;
+  PyObject*& kept = names[name];
+  if (!kept) kept = checked(internedText(name.c_str())).release();
+  return kept;
 }
 
-void setAttribute(PyObject* object, const char* name, const Reference& value) {
-  checked(PyObject_SetAttrString(object, name, value.get()));
+Reference attribute(PyObject* object, const std::string& name) {
+  return checked(PyObject_GetAttr(object, keptName(name)));
+}
+
+void setAttribute(PyObject* object, const std::string& name, const Reference& value) {
+  checked(PyObject_SetAttr(object, keptName(name), value.get()));
 }
 
 Reference callWith(const Reference& callable, const std::vector<Reference>& arguments,

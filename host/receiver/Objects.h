@@ -45,8 +45,12 @@ bool truthOf(PyObject* object);
 long long integerOf(PyObject* object);
 
 /// Returns `object` as a value: None, truth values, numbers, texts, lists and tuples as such,
-/// anything else as an object that compares as the interpreter compares it.
+/// anything else, also a list within a list, as an object that compares as the interpreter compares
+/// it.
 host::Value valueOf(PyObject* object);
+
+/// Returns the row of a list, which may be of a class derived from text, tuple or list.
+host::Value rowOf(PyObject* object);
 
 /// Returns `object` for the module to keep; null for None.
 host::ObjectRef objectRef(const Reference& object);
@@ -79,16 +83,25 @@ Reference attribute(const Reference& object) {
   return attribute<name>(object.get());
 }
 
-Reference attribute(PyObject* object, const char* name);
-void setAttribute(PyObject* object, const char* name, const Reference& value);
+template <Literal name>
+void setAttribute(PyObject* object, const Reference& value) {
+  checked(PyObject_SetAttr(object, named<name>(), value.get()));
+}
+
+/// Returns a name of an operation, a setting or a widget as the interpreter's text. There are few
+/// of them, so each is kept.
+PyObject* keptName(const std::string& name);
+
+Reference attribute(PyObject* object, const std::string& name);
+void setAttribute(PyObject* object, const std::string& name, const Reference& value);
 
 /// The arguments that a call passes by name.
 class Keywords {
  public:
-  template <class T>
-  Keywords& add(const char* name, const T& value) {
+  template <Literal name, class T>
+  Keywords& add(const T& value) {
     if (!names_) names_ = checked(PyDict_New());
-    checked(PyDict_SetItemString(names_.get(), name, toObject(value).get()));
+    checked(PyDict_SetItem(names_.get(), named<name>(), toObject(value).get()));
     return *this;
   }
   PyObject* get() const { return names_.get(); }
@@ -103,7 +116,7 @@ Reference callWith(const Reference& callable, const std::vector<Reference>& argu
 
 /// Calls `callable` with positional arguments.
 template <class... Arguments>
-Reference call(const Reference& callable, const Arguments&... arguments) {
+Reference call(const Reference callable, const Arguments&... arguments) {
   const std::array<Reference, sizeof...(Arguments)> held = {toObject(arguments)...};
   std::array<PyObject*, sizeof...(Arguments)> pointers;
   std::ranges::transform(held, pointers.begin(), &Reference::get);
@@ -112,7 +125,7 @@ Reference call(const Reference& callable, const Arguments&... arguments) {
 
 /// Calls the operation `name` of `object`.
 template <Literal name, class... Arguments>
-Reference invoke(const Reference& object, const Arguments&... arguments) {
+Reference invoke(const Reference object, const Arguments&... arguments) {
   const std::array<Reference, sizeof...(Arguments)> held = {toObject(arguments)...};
   std::array<PyObject*, sizeof...(Arguments) + 1> pointers = {object.get()};
   std::ranges::transform(held, pointers.begin() + 1, &Reference::get);

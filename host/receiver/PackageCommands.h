@@ -11,7 +11,8 @@ namespace receiver {
 /// IpkgComponent.CMD_INSTALL and {"package": name}.
 Reference packageCommands(const Names& names, const std::vector<host::PackageCommand>& commands);
 
-/// Returns the commands of such a list. Raises TypeError for anything else.
-std::vector<host::PackageCommand> packageCommandsOf(PyObject* list);
+/// Returns the commands of such a list. Raises TypeError, or what looking into it raises, for
+/// anything else.
+std::vector<host::PackageCommand> packageCommandsOf(const Names& names, PyObject* list);
 
 }  // namespace receiver

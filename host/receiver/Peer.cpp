@@ -8,15 +8,15 @@ void Peer::init(host::Session& session) {
   const Reference self = Reference::borrow(self_);
   const Reference opener = dynamic_cast<ScreenSession&>(session).takeOpener();
   invoke<"__init__">(names_.get<"Screen">(), self, opener);
-  receiver::setAttribute(self_, "session", opener);
+  receiver::setAttribute<"session">(self_, opener);
 }
 
 void Peer::setItem(const std::string& key, const host::ComponentPtr& component) {
-  checked(PyObject_SetItem(self_, toObject(key).get(), objectOf(*component).get()));
+  checked(PyObject_SetItem(self_, keptName(key), objectOf(*component).get()));
 }
 
 Reference Peer::item(const std::string& key) const {
-  return checked(PyObject_GetItem(self_, toObject(key).get()));
+  return checked(PyObject_GetItem(self_, keptName(key)));
 }
 
 std::shared_ptr<host::Label> Peer::label(const std::string& key) {
@@ -32,7 +32,7 @@ std::shared_ptr<host::MenuList> Peer::menuList(const std::string& key) {
 }
 
 void Peer::setAttribute(const std::string& name, const std::string& value) {
-  receiver::setAttribute(self_, name.c_str(), toObject(value));
+  receiver::setAttribute(self_, name, toObject(value));
 }
 
 void Peer::appendOnLayoutFinish(const host::Action& hook) {
@@ -50,7 +50,7 @@ void Peer::close(const host::Value& result) {
 }
 
 void Peer::callOperation(const std::string& name, const host::Value& argument) {
-  call(attribute(self_, name.c_str()), argument);
+  call(attribute(self_, name), argument);
 }
 
 PyObject* selfOf(const host::Screen& screen) {

@@ -52,7 +52,7 @@ PyObject* selfOf(const host::Screen& screen);
 /// Returns the bound method that a method of a screen means.
 template <class... Arguments>
 Reference methodOf(const host::Method<Arguments...>& method) {
-  return attribute(selfOf(*method.screen), method.name.c_str());
+  return attribute(selfOf(*method.screen), method.name);
 }
 
 }  // namespace receiver

@@ -3,12 +3,19 @@
 namespace receiver {
 namespace {
 
-/// Returns `line` in what every stream takes: what is no valid text as escapes.
-Reference escaped(const Reference& line) {
-  const Reference bytes =
-      checked(PyUnicode_AsEncodedString(line.get(), "ascii", "backslashreplace"));
-  return checked(PyUnicode_DecodeASCII(PyBytes_AS_STRING(bytes.get()),
-                                       PyBytes_GET_SIZE(bytes.get()), nullptr));
+/// Returns `line` in what every stream takes: bytes that are no ASCII as "\xNN".
+std::string escaped(const std::string& line) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string result;
+  for (const char character : line) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x80) {
+      result += character;
+    } else {
+      result += std::string("\\x") + kDigits[byte >> 4U] + kDigits[byte & 0x0FU];
+    }
+  }
+  return result;
 }
 
 }  // namespace
@@ -22,12 +29,11 @@ void ReceiverHost::print(const std::string& line) {
   PyObject* const output = PySys_GetObject(const_cast<char*>("stdout"));
   if (!output || output == Py_None) return;
   const Reference stream = Reference::borrow(output);
-  const Reference text = toObject(line + "\n");
   try {
-    invoke<"write">(stream, text);
+    invoke<"write">(stream, line + "\n");
   } catch (const host::Error& error) {
-    if (error.type() != "UnicodeEncodeError") throw;
-    invoke<"write">(stream, escaped(text));
+    if (error.type() != "UnicodeEncodeError" && error.type() != "UnicodeDecodeError") throw;
+    invoke<"write">(stream, escaped(line + "\n"));
   }
 }
 

@@ -34,22 +34,22 @@ struct Opening {
       arguments.push_back(is_error ? attribute<"TYPE_ERROR">(message_box)
                                    : attribute<"TYPE_INFO">(message_box));
     }
-    if (box.timeout != 0) keywords.add("timeout", box.timeout);
+    if (box.timeout != 0) keywords.add<"timeout">(box.timeout);
   }
 
   void operator()(const host::ChoiceBox& box) const {
     arguments.push_back(names.get<"ChoiceBox">());
-    keywords.add("title", box.title).add("list", box.list);
+    keywords.add<"title">(box.title).add<"list">(box.list);
   }
 
   void operator()(const host::Console& console) const {
     arguments.push_back(names.get<"Console">());
-    keywords.add("title", console.title).add("cmdlist", console.cmdlist);
+    keywords.add<"title">(console.title).add<"cmdlist">(console.cmdlist);
   }
 
   void operator()(const host::Ipkg& ipkg) const {
     arguments.push_back(names.get<"Ipkg">());
-    keywords.add("cmdList", packageCommands(names, ipkg.cmdList));
+    keywords.add<"cmdList">(packageCommands(names, ipkg.cmdList));
   }
 
   void operator()(const host::ScreenClass& screen) const {

@@ -102,7 +102,7 @@ Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& sess
     : TitledScreen(host, peer, session), skin_path(std::move(plugin_path)) {
   peer.setAttribute("skin_path", skin_path);
   setTitleAttribute(translated("QOR Stowline"));
-  backupactions = std::make_unique<BackupActions>(host, "manual");
+  backupactions = std::make_shared<BackupActions>(host, "manual");
   const bool restore = screen_type == "restore";
   screentype = restore ? "restore" : "backup";
   setTitleAttribute(title + " (" + translated(restore ? "Restore" : "Backup") + ")");
@@ -128,25 +128,25 @@ Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& sess
 }
 
 void Stowline::createMenu() {
-  list.clear();
-  appendEntry(kMediumEntry);
+  host::Value::List rows = {row(kMediumEntry)};
   if (screentype == "backup") {
-    for (const MenuEntry& entry : kBackupEntries) appendEntry(entry);
+    for (const MenuEntry& entry : kBackupEntries) rows.push_back(row(entry));
   } else if (screentype == "restore") {
-    for (const MenuEntry& entry : kRestoreEntries) appendEntry(entry);
+    for (const MenuEntry& entry : kRestoreEntries) rows.push_back(row(entry));
   }
-  peer().list("menu")->setList(list);
+  host::Value::List former = std::exchange(list, rows);
+  peer().list("menu")->setList(rows);
 }
 
-void Stowline::appendEntry(const MenuEntry& entry) {
+host::Value Stowline::row(const MenuEntry& entry) const {
   std::string title_text = shown(entry.title);
   std::string description = shown(entry.description);
   const std::string picture = host().resolveFilename(host::Scope::SCOPE_PLUGINS, entry.picture);
-  list.push_back(host::Value::List{entry.key,
-                                   std::move(title_text),
-                                   std::move(description),
-                                   host().components().loadPixmap(picture, true),
-                                   {}});
+  return host::Value::List{entry.key,
+                           std::move(title_text),
+                           std::move(description),
+                           host().components().loadPixmap(picture, true),
+                           {}};
 }
 
 std::string Stowline::shown(const std::string& text) const {
@@ -161,7 +161,7 @@ void Stowline::runMenuEntry(const host::Value& /*ret*/) {
   const std::string key = entryKey(peer().list("menu")->getCurrent());
   if (key == "path") chooseMedium();
   for (const BackupEntry& entry : kBackupReports) {
-    if (key == entry.key) report((*backupactions.*entry.job)(), entry.success, entry.failure);
+    if (key == entry.key) report(runJob(entry.job), entry.success, entry.failure);
   }
   if (key == "installpluginlist") reloadPluginlist = true;
   for (const RestoreEntry& entry : kRestoreLists) {
@@ -169,8 +169,15 @@ void Stowline::runMenuEntry(const host::Value& /*ret*/) {
   }
   if (key == "installlocalplugin") {
     restoretype = "installlocalplugin";
-    ipkg->startCmd(host::IpkgCommand::CMD_UPDATE);
+    const auto component = ipkg;
+    component->startCmd(host::IpkgCommand::CMD_UPDATE);
   }
+}
+
+/// Holds the jobs while one of them runs: other code may put others in their place meanwhile.
+host::Value Stowline::runJob(host::Value (BackupJobs::*job)()) {
+  const std::shared_ptr<BackupJobs> jobs = backupactions;
+  return (*jobs.*job)();
 }
 
 void Stowline::report(const host::Value& result, const std::string& success,
@@ -240,8 +247,9 @@ void Stowline::ipkgCallback(host::IpkgEvent event, const host::Value& /*param*/)
 }
 
 void Stowline::installLocalPlugins() {
-  path = getBackupRestorePath(host());
-  if (!path) {
+  const std::optional<std::string> directory = getBackupRestorePath(host());
+  path = directory;
+  if (!directory) {
     sayNotWriteable();
     return;
   }
@@ -250,22 +258,23 @@ void Stowline::installLocalPlugins() {
   pluginsinstalledclean.clear();
   pluginsinstalled = host().os().popen(kInstalledPlugins);
   pluginsinstalledclean = withoutNewlines(pluginsinstalled);
-  *path += "/plugins";
-  if (!host().os().exists(*path)) return;
-  for (const std::string& name : host().os().listdir(*path)) {
-    if (name.ends_with(".ipk")) ipklist.push_back(*path + "/" + name);
+  const std::string packages = *directory + "/plugins";
+  path = packages;
+  if (!host().os().exists(packages)) return;
+  for (const std::string& name : host().os().listdir(packages)) {
+    if (name.ends_with(".ipk")) ipklist.push_back(packages + "/" + name);
   }
-  queueLocalPackages();
+  queueLocalPackages(ipklist);
   if (!cmdList.empty()) session->open(host::Ipkg{cmdList});
 }
 
 /// Looks for full paths among package names and so never finds one, and leaves what an earlier
 /// installation of this menu has queued. Both are deliberate: opkg itself decides what is
 /// installed.
-void Stowline::queueLocalPackages() {
+void Stowline::queueLocalPackages(std::vector<std::string> packages) {
   const std::unordered_set<std::string> installed(pluginsinstalledclean.begin(),
                                                   pluginsinstalledclean.end());
-  for (const std::string& package : ipklist) {
+  for (const std::string& package : packages) {
     if (installed.contains(package)) {
       host().print("[QOR-Stowline] Plugin " + package + " is already installed");
     } else {

@@ -25,7 +25,7 @@ class Stowline : public TitledScreen {
   std::string screentype;  ///< "backup" or "restore"
   bool reloadPluginlist =
       false;  ///< whether closing the menu makes the host read its plugins again
-  std::unique_ptr<BackupJobs> backupactions;
+  std::shared_ptr<BackupJobs> backupactions;
   host::Value::List list;  ///< the rows: key, title, description, picture, nothing
   std::vector<host::PackageCommand> cmdList;
   std::shared_ptr<host::ComConsole> Console;
@@ -61,12 +61,13 @@ class Stowline : public TitledScreen {
   void installLocalPlugins();
 
  private:
-  void appendEntry(const struct MenuEntry& entry);
+  host::Value row(const struct MenuEntry& entry) const;
   std::string shown(const std::string& text) const;
+  host::Value runJob(host::Value (BackupJobs::*job)());
   void report(const host::Value& result, const std::string& success, const std::string& failure);
   void openRestoreList(const std::string& type);
   void chooseMedium();
-  void queueLocalPackages();
+  void queueLocalPackages(std::vector<std::string> packages);
   void sayNotWriteable();
 };
 

@@ -96,18 +96,20 @@ StowlineRestore::StowlineRestore(host::Host& host, host::ScreenPeer& peer, host:
 
 /// Never takes `entry` back: once something was listed, the keys stay enabled, deliberately.
 void StowlineRestore::fill_list() {
+  std::vector<std::string> names;
   flist.clear();
   path = getBackupRestorePath(host());
   const std::string own = host().deviceName();
   if (!path) return;
   for (const std::string& name : host().os().listdir(*path)) {
     if (!isOfKind(name, restoretype) || !isForBox(name, own)) continue;
-    flist.push_back(name);
+    names.push_back(name);
     entry = true;
     if (restoretype == "personalscript") setKeyLabel("key_green", "Start");
   }
-  std::ranges::sort(flist, std::greater());
-  peer().menuList("filelist")->setList(flist);
+  std::ranges::sort(names, std::greater());
+  flist = names;
+  peer().menuList("filelist")->setList(names);
 }
 
 /// Takes the row under the cursor as the selected file. Returns false when there is nothing to act
@@ -116,8 +118,9 @@ bool StowlineRestore::select() {
   if (exe || !entry) return false;
   const host::Value current = peer().menuList("filelist")->getCurrent();
   if (!current.text() || !path) return false;
+  const std::string file = *path + "/" + *current.text();
   sel = current;
-  val = *path + "/" + *current.text();
+  val = file;
   return true;
 }
 
@@ -129,7 +132,8 @@ void StowlineRestore::KeyOk() {
   if (!select() || !host().os().exists(val.str())) return;
   const long long f_size = host().os().fileSize(val.str());
   if (restoretype == "plugininstall") {
-    ipkg->startCmd(host::IpkgCommand::CMD_UPDATE);
+    const auto component = ipkg;
+    component->startCmd(host::IpkgCommand::CMD_UPDATE);
   } else if (restoretype == "settingrestore") {
     if (f_size >= kSmallestArchive) restoreSettingsAndReport();
   } else if (restoretype == "configrestore") {
@@ -192,10 +196,10 @@ void StowlineRestore::openHelpScreen() {
 
 void StowlineRestore::startRestore(const host::Value& ret) {
   if (!ret.equalsTrue() || !hasSelection()) return;
+  const std::string unpack = "tar -xzf " + *path + "/" + sel.str() + " -C /";
   exe = true;
-  session->open(host::Console{
-      .title = translated("Restore running"),
-      .cmdlist = {"tar -xzf " + *path + "/" + sel.str() + " -C /", "killall -9 enigma2"}});
+  session->open(host::Console{.title = translated("Restore running"),
+                              .cmdlist = {unpack, "killall -9 enigma2"}});
 }
 
 void StowlineRestore::askToRunScript() {
@@ -208,12 +212,13 @@ void StowlineRestore::askToRunScript() {
 
 void StowlineRestore::runScript(const host::Value& ret) {
   if (!ret.equalsTrue() || !hasSelection()) return;
+  const std::string command = *path + "/./" + sel.str();
   host().os().chmod(val.str(), 0755);
-  cmdlist = {*path + "/./" + sel.str()};
+  cmdlist = {command};
   session->openWithCallback(
       closeCallback(),
       host::Console{.title = translated("QOR Stowline is running personal script ..."),
-                    .cmdlist = cmdlist});
+                    .cmdlist = {command}});
 }
 
 /// Joins the name to the text before the translation is looked up, deliberately.

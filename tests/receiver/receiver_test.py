@@ -3,15 +3,13 @@
 STOWLINE_MODULE_DIR names the directory of Stowline.so, STOWLINE_FLOWS the exported flows.
 """
 
-import os
 import sys
 import unittest
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "framework"))
-sys.path.insert(0, os.environ["STOWLINE_MODULE_DIR"])
+import paths  # noqa: F401
 
-import fakes  # noqa: E402
-import journal  # noqa: E402
+import fakes
+import journal
 
 stowline = fakes.import_module()
 loading = journal.take()

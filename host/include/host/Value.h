@@ -19,6 +19,16 @@ class Value {
 
   /// Nothing.
   Value() = default;
+  Value(const Value&) = default;
+  Value(Value&&) noexcept = default;
+  ~Value() = default;
+
+  /// What was held before goes when the new value is in place: an object that goes may look.
+  Value& operator=(Value other) noexcept {
+    std::swap(data_, other.data_);
+    return *this;
+  }
+
   Value(bool truth) : data_(truth) {}
   Value(int integer) : data_(static_cast<long long>(integer)) {}
   Value(long long integer) : data_(integer) {}
