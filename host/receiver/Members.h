@@ -49,10 +49,19 @@ inline std::vector<std::string> fromArgument(const Module& /*module*/, PyObject*
 template <>
 host::IpkgEvent fromArgument(const Module& module, PyObject* argument);
 
-/// Returns a data member as the interpreter sees it: a list is a copy. Takes a copy itself: other
-/// code may change the member while the interpreter's objects are made.
+/// Return a data member as the interpreter sees it: a list is a copy. What may hold several objects
+/// is copied here too: other code may change the member while the interpreter's objects are made.
 template <class T>
-Reference fromMember(const Module& /*module*/, T member) {
+Reference fromMember(const Module& /*module*/, const T& member) {
+  return toObject(member);
+}
+
+template <class T>
+Reference fromMember(const Module& /*module*/, std::vector<T> member) {
+  return toObject(member);
+}
+
+inline Reference fromMember(const Module& /*module*/, host::Value member) {
   return toObject(member);
 }
 

@@ -1,5 +1,6 @@
 #include "Objects.h"
 
+#include <array>
 #include <memory>
 #include <unordered_map>
 #include <utility>
@@ -56,6 +57,18 @@ Reference integerObject(long long number) {
 Reference tupleOf(const host::Value::List& values) {
   return checked(PyList_AsTuple(toObject(values).get()));
 }
+
+/// The arguments of a call as the interpreter takes them.
+class Pointers {
+ public:
+  explicit Pointers(std::initializer_list<Reference> arguments) {
+    std::ranges::transform(arguments, pointers_.begin(), &Reference::get);
+  }
+  PyObject* const* data() const { return pointers_.data(); }
+
+ private:
+  std::array<PyObject*, 8> pointers_{};
+};
 
 }  // namespace
 
@@ -166,10 +179,14 @@ int traverse(const host::Value& value, visitproc visit, void* arg) {
   return 0;
 }
 
+PyObject* newName(const char* name) {
+  return checked(internedText(name)).release();
+}
+
 PyObject* keptName(const std::string& name) {
   static std::unordered_map<std::string, PyObject*> names;
   PyObject*& kept = names[name];
-  if (!kept) kept = checked(internedText(name.c_str())).release();
+  if (!kept) kept = newName(name.c_str());
   return kept;
 }
 
@@ -188,6 +205,14 @@ Reference callWith(const Reference& callable, const std::vector<Reference>& argu
     PyTuple_SET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i), Reference(arguments[i]).release());
   }
   return checked(PyObject_Call(callable.get(), tuple.get(), keywords.get()));
+}
+
+Reference callDirectly(const Reference& callable, std::initializer_list<Reference> arguments) {
+  return checked(callObject(callable.get(), Pointers(arguments).data(), arguments.size()));
+}
+
+Reference callNamed(PyObject* name, std::initializer_list<Reference> arguments) {
+  return checked(callMethod(name, Pointers(arguments).data(), arguments.size()));
 }
 
 }  // namespace receiver

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -65,10 +65,14 @@ struct Literal {
   char value[Size];
 };
 
-/// Returns a name in the source as the interpreter's text. It is made once and never freed.
+/// Returns a new text of which there is one, never freed.
+PyObject* newName(const char* name);
+
+/// Returns a name in the source as the interpreter's text. It is made once.
 template <Literal name>
 PyObject* named() {
-  static PyObject* const text = checked(internedText(name.value)).release();
+  static PyObject* text = nullptr;
+  if (!text) text = newName(name.value);
   return text;
 }
 
@@ -114,22 +118,20 @@ class Keywords {
 Reference callWith(const Reference& callable, const std::vector<Reference>& arguments,
                    const Keywords& keywords = {});
 
+/// Calls `callable`, or the operation `name` of the first argument, with up to seven arguments.
+Reference callDirectly(const Reference& callable, std::initializer_list<Reference> arguments);
+Reference callNamed(PyObject* name, std::initializer_list<Reference> arguments);
+
 /// Calls `callable` with positional arguments.
 template <class... Arguments>
 Reference call(const Reference callable, const Arguments&... arguments) {
-  const std::array<Reference, sizeof...(Arguments)> held = {toObject(arguments)...};
-  std::array<PyObject*, sizeof...(Arguments)> pointers;
-  std::ranges::transform(held, pointers.begin(), &Reference::get);
-  return checked(callObject(callable.get(), pointers.data(), pointers.size()));
+  return callDirectly(callable, {toObject(arguments)...});
 }
 
 /// Calls the operation `name` of `object`.
 template <Literal name, class... Arguments>
-Reference invoke(const Reference object, const Arguments&... arguments) {
-  const std::array<Reference, sizeof...(Arguments)> held = {toObject(arguments)...};
-  std::array<PyObject*, sizeof...(Arguments) + 1> pointers = {object.get()};
-  std::ranges::transform(held, pointers.begin() + 1, &Reference::get);
-  return checked(callMethod(named<name>(), pointers.data(), pointers.size()));
+Reference invoke(const Reference& object, const Arguments&... arguments) {
+  return callNamed(named<name>(), {object, toObject(arguments)...});
 }
 
 }  // namespace receiver

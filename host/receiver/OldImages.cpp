@@ -11,6 +11,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
+#include <new>
+
+#include "host/Error.h"
 
 #define HIDDEN __attribute__((visibility("hidden")))
 
@@ -89,3 +92,30 @@ HIDDEN extern std::terminate_handler __terminate_handler;
 std::terminate_handler __terminate_handler = std::abort;
 
 }  // namespace __cxxabiv1
+
+namespace std {
+
+// What the library's own checks raise. Its definitions bring along every class of exception there
+// is, with their texts and translations; here a failed check is one more error of the host.
+
+void __throw_bad_alloc() {
+  throw bad_alloc();
+}
+
+void __throw_bad_array_new_length() {
+  throw bad_alloc();
+}
+
+void __throw_length_error(const char* what) {
+  throw host::Error("RuntimeError", what);
+}
+
+void __throw_logic_error(const char* what) {
+  throw host::Error("RuntimeError", what);
+}
+
+void __throw_out_of_range_fmt(const char* what, ...) {
+  throw host::Error("RuntimeError", what);
+}
+
+}  // namespace std
