@@ -56,6 +56,7 @@ Reference fromMember(const Module& /*module*/, const T& member) {
   return toObject(member);
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param)
 template <class T>
 Reference fromMember(const Module& /*module*/, std::vector<T> member) {
   return toObject(member);
@@ -68,6 +69,7 @@ inline Reference fromMember(const Module& /*module*/, host::Value member) {
 inline Reference fromMember(const Module& module, std::vector<host::PackageCommand> member) {
   return packageCommands(module.host.names(), member);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 template <class Interface>
 Reference fromProxy(const Interface* proxy) {

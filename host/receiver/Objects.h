@@ -62,7 +62,7 @@ int traverse(const host::Value& value, visitproc visit, void* arg);
 template <std::size_t Size>
 struct Literal {
   constexpr Literal(const char (&text)[Size]) { std::copy_n(text, Size, value); }
-  char value[Size];
+  char value[Size]{};
 };
 
 /// Returns a new text of which there is one, never freed.

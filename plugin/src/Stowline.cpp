@@ -261,17 +261,19 @@ void Stowline::installLocalPlugins() {
   const std::string packages = *directory + "/plugins";
   path = packages;
   if (!host().os().exists(packages)) return;
+  std::vector<std::string> files;
   for (const std::string& name : host().os().listdir(packages)) {
-    if (name.ends_with(".ipk")) ipklist.push_back(packages + "/" + name);
+    if (name.ends_with(".ipk")) files.push_back(packages + "/" + name);
   }
-  queueLocalPackages(ipklist);
+  ipklist = files;
+  queueLocalPackages(files);
   if (!cmdList.empty()) session->open(host::Ipkg{cmdList});
 }
 
 /// Looks for full paths among package names and so never finds one, and leaves what an earlier
 /// installation of this menu has queued. Both are deliberate: opkg itself decides what is
 /// installed.
-void Stowline::queueLocalPackages(std::vector<std::string> packages) {
+void Stowline::queueLocalPackages(const std::vector<std::string>& packages) {
   const std::unordered_set<std::string> installed(pluginsinstalledclean.begin(),
                                                   pluginsinstalledclean.end());
   for (const std::string& package : packages) {

@@ -67,7 +67,7 @@ class Stowline : public TitledScreen {
   void report(const host::Value& result, const std::string& success, const std::string& failure);
   void openRestoreList(const std::string& type);
   void chooseMedium();
-  void queueLocalPackages(std::vector<std::string> packages);
+  void queueLocalPackages(const std::vector<std::string>& packages);
   void sayNotWriteable();
 };
 
