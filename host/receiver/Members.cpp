@@ -10,17 +10,14 @@ namespace {
   raisePending();
 }
 
-bool equals(PyObject* object, const Reference& other) {
-  return checked(PyObject_RichCompareBool(object, other.get(), Py_EQ)) == 1;
-}
-
 }  // namespace
 
 template <>
 host::IpkgEvent fromArgument(const Module& module, PyObject* argument) {
   const Reference component = module.host.names().get<"IpkgComponent">();
-  if (equals(argument, attribute<"EVENT_ERROR">(component))) return host::IpkgEvent::EVENT_ERROR;
-  if (equals(argument, attribute<"EVENT_DONE">(component))) return host::IpkgEvent::EVENT_DONE;
+  if (equal(argument, attribute<"EVENT_ERROR">(component).get()))
+    return host::IpkgEvent::EVENT_ERROR;
+  if (equal(argument, attribute<"EVENT_DONE">(component).get())) return host::IpkgEvent::EVENT_DONE;
   return host::IpkgEvent::EVENT_OTHER;
 }
 

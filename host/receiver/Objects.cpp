@@ -12,9 +12,7 @@ namespace {
 struct Held : host::Object {
   explicit Held(Reference object_) : object(std::move(object_)) {}
 
-  bool equalsTrue() const override {
-    return checked(PyObject_RichCompareBool(object.get(), Py_True, Py_EQ)) == 1;
-  }
+  bool equalsTrue() const override { return equal(object.get(), Py_True); }
   std::string str() const override { return textOf(checked(textForm(object.get())).get()); }
 
   Reference object;
@@ -141,6 +139,10 @@ std::vector<std::string> textsOf(PyObject* object) {
     texts.push_back(textOf(PySequence_Fast_GET_ITEM(items.get(), i)));
   }
   return texts;
+}
+
+bool equal(PyObject* object, PyObject* other) {
+  return checked(PyObject_RichCompareBool(object, other, Py_EQ)) == 1;
 }
 
 bool truthOf(PyObject* object) {

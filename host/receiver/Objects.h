@@ -38,6 +38,9 @@ std::string textOf(PyObject* object);
 /// Returns the texts of an iterable. Raises TypeError when it is none or holds anything else.
 std::vector<std::string> textsOf(PyObject* object);
 
+/// Returns whether the objects compare equal, as the interpreter compares them.
+bool equal(PyObject* object, PyObject* other);
+
 /// Returns whether the object counts as true.
 bool truthOf(PyObject* object);
 

@@ -12,13 +12,9 @@ Reference packageCommands(const Names& names, const std::vector<host::PackageCom
 
 namespace {
 
-bool equals(PyObject* object, const Reference& other) {
-  return checked(PyObject_RichCompareBool(object, other.get(), Py_EQ)) == 1;
-}
-
 host::IpkgCommand commandOf(const Names& names, PyObject* command) {
   for (const auto known : {host::IpkgCommand::CMD_INSTALL, host::IpkgCommand::CMD_UPDATE}) {
-    if (equals(command, ipkgCommand(names, known))) return known;
+    if (equal(command, ipkgCommand(names, known).get())) return known;
   }
   PyErr_SetString(PyExc_TypeError, "a command of the package manager is required");
   raisePending();

@@ -8,13 +8,9 @@ std::vector<std::string> linesOf(const Reference& file) {
   struct Closing {
     const Reference& file;
     ~Closing() {
-      PyObject* type = nullptr;
-      PyObject* value = nullptr;
-      PyObject* traceback = nullptr;
-      PyErr_Fetch(&type, &value, &traceback);
       const auto close = Reference::steal(PyObject_GetAttrString(file.get(), "close"));
       if (close) Py_XDECREF(PyObject_CallObject(close.get(), nullptr));
-      PyErr_Restore(type, value, traceback);
+      PyErr_Clear();  // an error of the reading is under way as a C++ exception
     }
   };
   const Closing closing{file};
