@@ -112,7 +112,8 @@ def compare_steps():
     quiet.install()
     directory = tempfile.mkdtemp()
     medium = Medium(directory)
-    os.listdir, exists, os.path.exists = medium.listdir, os.path.exists, medium.exists
+    real = os.listdir, os.path.exists
+    os.listdir, os.path.exists = medium.listdir, medium.exists
     import Stowline
     import plain
     print("%-28s %11s %11s %6s" % ("", "module", "plain", "ratio"))
@@ -122,7 +123,7 @@ def compare_steps():
     compare("user files %d by %d" % (FILES, FILES),
             lambda module: module.BackupActions().saveUserFiles(
                 medium.package, ["/skin/colors_atile_"], ["/skin"]), Stowline, plain)
-    os.path.exists = exists
+    os.listdir, os.path.exists = real
     shutil.rmtree(directory)
 
 
