@@ -87,15 +87,15 @@ MemoryHost::Lines MemoryHost::take(const std::string& name) {
   return found == next.end() ? Lines{} : std::exchange(found->second, {});
 }
 
-std::shared_ptr<host::Label> MemoryPeer::label(const std::string&) {
+std::shared_ptr<host::Label> MemoryPeer::label(std::string_view) {
   return std::make_shared<TextLabel>();
 }
 
-std::shared_ptr<host::List> MemoryPeer::list(const std::string&) {
+std::shared_ptr<host::List> MemoryPeer::list(std::string_view) {
   return std::make_shared<Entries>();
 }
 
-std::shared_ptr<host::MenuList> MemoryPeer::menuList(const std::string&) {
+std::shared_ptr<host::MenuList> MemoryPeer::menuList(std::string_view) {
   return std::make_shared<Rows>();
 }
 

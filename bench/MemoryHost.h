@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/Host.h"
@@ -36,7 +37,7 @@ class MemoryHost : public host::Host,
   host::Components& components() override { return *this; }
   host::Config& config() override { return *this; }
   host::ChannelDatabase& channels() override;
-  std::string translate(const std::string& text) override { return text; }
+  std::string translate(std::string_view text) override { return std::string(text); }
   void print(const std::string&) override { ++printed; }
   bool fileExists(const std::string&) override { return true; }
   std::string resolveFilename(host::Scope, const std::string& relative) override;
@@ -81,14 +82,14 @@ class MemoryHost : public host::Host,
 class MemoryPeer : public host::ScreenPeer {
  public:
   void init(host::Session&) override {}
-  void setItem(const std::string&, const host::ComponentPtr&) override {}
-  std::shared_ptr<host::Label> label(const std::string&) override;
-  std::shared_ptr<host::List> list(const std::string&) override;
-  std::shared_ptr<host::MenuList> menuList(const std::string&) override;
-  void setAttribute(const std::string&, const std::string&) override {}
+  void setItem(std::string_view, const host::ComponentPtr&) override {}
+  std::shared_ptr<host::Label> label(std::string_view) override;
+  std::shared_ptr<host::List> list(std::string_view) override;
+  std::shared_ptr<host::MenuList> menuList(std::string_view) override;
+  void setAttribute(std::string_view, const std::string&) override {}
   void appendOnLayoutFinish(const host::Action&) override {}
   void close(const host::Value&) override {}
-  void callOperation(const std::string&, const host::Value&) override {}
+  void callOperation(std::string_view, const host::Value&) override {}
 };
 
 /// A session that opens nothing.

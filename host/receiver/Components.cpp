@@ -5,22 +5,17 @@
 namespace receiver {
 namespace {
 
-class StaticTextProxy : public host::StaticText, public Proxy {
+class StaticTextProxy : public WidgetProxy<host::StaticText> {
  public:
-  using Proxy::Proxy;
+  using WidgetProxy::WidgetProxy;
   void setText(const std::string& text) override { invoke<"setText">(object(), text); }
-};
-
-class ActionMapProxy : public host::ActionMap, public Proxy {
- public:
-  using Proxy::Proxy;
 };
 
 Reference mappingOf(const std::vector<host::ActionBinding>& bindings) {
   Reference mapping = checked(PyDict_New());
   for (const host::ActionBinding& binding : bindings) {
-    checked(PyDict_SetItem(mapping.get(), keptName(std::string(binding.action)),
-                           methodOf(binding.handler).get()));
+    checked(
+        PyDict_SetItem(mapping.get(), keptName(binding.action), methodOf(binding.handler).get()));
   }
   return mapping;
 }
@@ -69,7 +64,7 @@ std::shared_ptr<host::ActionMap> Components::makeNumberActionMap(
 std::shared_ptr<host::ActionMap> Components::makeMap(const Reference& type,
                                                      const host::ActionMapping& mapping) {
   const Reference keys = mappingOf(mapping.bindings);
-  return std::make_shared<ActionMapProxy>(
+  return std::make_shared<WidgetProxy<host::ActionMap>>(
       mapping.priority == 0 ? call(type, mapping.contexts, keys)
                             : call(type, mapping.contexts, keys, mapping.priority));
 }
@@ -84,7 +79,7 @@ std::shared_ptr<host::IpkgComponent> Components::makeIpkgComponent() {
 
 host::ObjectRef Components::loadPixmap(const std::string& path, bool cached) {
   return objectRef(
-      callWith(names_.get<"LoadPixmap">(), {}, Keywords().add<"path">(path).add<"cached">(cached)));
+      Arguments().add<"path">(path).add<"cached">(cached).passTo(names_.get<"LoadPixmap">()));
 }
 
 }  // namespace receiver

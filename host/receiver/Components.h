@@ -27,22 +27,30 @@ const Reference& objectOf(const Interface& proxy) {
   return dynamic_cast<const Proxy&>(proxy).object();
 }
 
-class LabelProxy : public host::Label, public Proxy {
+/// A widget that stands for one of the framework's.
+template <class Widget>
+class WidgetProxy : public Widget, public Proxy {
  public:
   using Proxy::Proxy;
+  void* native_handle() const override { return object().get(); }
+};
+
+class LabelProxy : public WidgetProxy<host::Label> {
+ public:
+  using WidgetProxy::WidgetProxy;
   void setText(const std::string& text) override { invoke<"setText">(object(), text); }
 };
 
-class ListProxy : public host::List, public Proxy {
+class ListProxy : public WidgetProxy<host::List> {
  public:
-  using Proxy::Proxy;
+  using WidgetProxy::WidgetProxy;
   void setList(const host::Value::List& entries) override { invoke<"setList">(object(), entries); }
   host::Value getCurrent() override { return rowOf(invoke<"getCurrent">(object()).get()); }
 };
 
-class MenuListProxy : public host::MenuList, public Proxy {
+class MenuListProxy : public WidgetProxy<host::MenuList> {
  public:
-  using Proxy::Proxy;
+  using WidgetProxy::WidgetProxy;
   void setList(const std::vector<std::string>& rows) override {
     invoke<"setList">(attribute<"l">(object()), rows);
   }

@@ -4,12 +4,12 @@ namespace receiver {
 namespace {
 
 /// Returns the part of the tree at a path of names with dots between.
-Reference at(const Names& names, const std::string& path) {
+Reference at(const Names& names, std::string_view path) {
   Reference found = names.get<"config">();
-  for (std::size_t start = 0; start < path.size();) {
-    const std::size_t end = std::min(path.find('.', start), path.size());
-    found = attribute(found.get(), path.substr(start, end - start));
-    start = end + 1;
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find('.'), path.size());
+    found = attribute(found.get(), path.substr(0, end));
+    path.remove_prefix(std::min(end + 1, path.size()));
   }
   return found;
 }
@@ -34,11 +34,11 @@ void Configuration::save() {
 
 void Configuration::Subsection::attachText(const std::string& key,
                                            const host::ConfigText::Options& options) {
-  const Reference text = callWith(names.get<"ConfigText">(), {},
-                                  Keywords()
-                                      .add<"default">(options.default_value)
-                                      .add<"visible_width">(options.visible_width)
-                                      .add<"fixed_size">(options.fixed_size));
+  const Reference text = Arguments()
+                             .add<"default">(options.default_value)
+                             .add<"visible_width">(options.visible_width)
+                             .add<"fixed_size">(options.fixed_size)
+                             .passTo(names.get<"ConfigText">());
   setAttribute(at(names, path).get(), key, text);
 }
 

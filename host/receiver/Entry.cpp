@@ -25,17 +25,17 @@ constexpr Operation kFunctions[] = {
 void define(Module& module) {
   const Names& names = module.host.names();
   for (const Operation& function : kFunctions) {
-    names.set(function.name, makeFunction(module, function));
+    names.set(toObject(function.name), makeFunction(module, function));
   }
   const auto object = Reference::borrow(reinterpret_cast<PyObject*>(&PyBaseObject_Type));
   const Reference screen = names.get<"Screen">();
   module.engine_class = makeClass(module, kBackupActions, object);
-  names.set(kBackupActions.name, module.engine_class);
+  names.set(toObject(kBackupActions.name), module.engine_class);
   const Reference help = makeClass(module, kStowlineHelpScreen, screen);
   setAttribute<"skin">(help.get(), toObject(std::string(stowline::StowlineHelpScreen::skin)));
-  names.set(kStowlineHelpScreen.name, help);
-  names.set(kStowline.name, makeClass(module, kStowline, screen));
-  names.set(kStowlineRestore.name, makeClass(module, kStowlineRestore, screen));
+  names.set(toObject(kStowlineHelpScreen.name), help);
+  names.set(toObject(kStowline.name), makeClass(module, kStowline, screen));
+  names.set(toObject(kStowlineRestore.name), makeClass(module, kStowlineRestore, screen));
 }
 
 /// Loads the module into `object`. Returns -1 with the error set when that fails.

@@ -6,6 +6,7 @@
 #include <Python.h>  // before any other header, as its documentation asks
 
 #include <string>
+#include <string_view>
 
 namespace receiver {
 
@@ -48,8 +49,14 @@ inline bool copyText(PyObject* text, std::string& bytes) {
 }
 
 /// Returns a new reference to a text, null with an error set.
-inline PyObject* newText(const std::string& bytes) {
+inline PyObject* newText(std::string_view bytes) {
   return PyUnicode_DecodeUTF8(bytes.data(), static_cast<Py_ssize_t>(bytes.size()), "surrogatepass");
+}
+
+/// Returns a borrowed reference to what a dictionary holds under `name`; null, maybe with an error
+/// set, when it holds nothing.
+inline PyObject* dictionaryItem(PyObject* dictionary, PyObject* name) {
+  return PyDict_GetItemWithError(dictionary, name);
 }
 
 /// Returns a new reference to a text of which there is one, null with an error set.
@@ -105,11 +112,15 @@ inline bool copyText(PyObject* text, std::string& bytes) {
   return true;
 }
 
+inline PyObject* dictionaryItem(PyObject* dictionary, PyObject* name) {
+  return PyDict_GetItem(dictionary, name);
+}
+
 inline PyObject* internedText(const char* text) {
   return PyString_InternFromString(text);
 }
 
-inline PyObject* newText(const std::string& bytes) {
+inline PyObject* newText(std::string_view bytes) {
   return PyString_FromStringAndSize(bytes.data(), static_cast<Py_ssize_t>(bytes.size()));
 }
 
@@ -129,34 +140,56 @@ inline PyObject* boundMethod(PyObject* function, PyObject* self) {
 
 #if PY_VERSION_HEX >= 0x03090000
 
-/// Return the new reference that a call returns, null with the error set. The first argument of a
-/// method's call is its object.
-inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std::size_t count) {
-  return PyObject_Vectorcall(callable, arguments, count, nullptr);
+/// Returns the new reference that a call returns, null with the error set. After the `count`
+/// positional arguments come those that `names`, a tuple or null, has the names of.
+inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std::size_t count,
+                            PyObject* names) {
+  return PyObject_Vectorcall(callable, arguments, count, names);
 }
 
+/// As callObject, for the operation `name` of the first argument.
 inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count) {
   return PyObject_VectorcallMethod(name, arguments, count, nullptr);
 }
 
 #else
 
-inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std::size_t count) {
+/// Returns a new tuple of the arguments, null with an error set.
+inline PyObject* newTuple(PyObject* const* arguments, std::size_t count) {
   PyObject* const tuple = PyTuple_New(static_cast<Py_ssize_t>(count));
-  if (!tuple) return nullptr;
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; tuple && i < count; ++i) {
     Py_INCREF(arguments[i]);
     PyTuple_SET_ITEM(tuple, static_cast<Py_ssize_t>(i), arguments[i]);
   }
-  PyObject* const result = PyObject_Call(callable, tuple, nullptr);
-  Py_DECREF(tuple);
+  return tuple;
+}
+
+/// Returns a new dictionary of the arguments by their names, null with an error set.
+inline PyObject* newDictionary(PyObject* names, PyObject* const* arguments) {
+  PyObject* const dictionary = PyDict_New();
+  for (Py_ssize_t i = 0; dictionary && i < PyTuple_GET_SIZE(names); ++i) {
+    if (PyDict_SetItem(dictionary, PyTuple_GET_ITEM(names, i), arguments[i]) == 0) continue;
+    Py_DECREF(dictionary);
+    return nullptr;
+  }
+  return dictionary;
+}
+
+inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std::size_t count,
+                            PyObject* names) {
+  PyObject* const positional = newTuple(arguments, count);
+  PyObject* const keywords = names ? newDictionary(names, arguments + count) : nullptr;
+  const bool complete = positional && (keywords || !names);
+  PyObject* const result = complete ? PyObject_Call(callable, positional, keywords) : nullptr;
+  Py_XDECREF(positional);
+  Py_XDECREF(keywords);
   return result;
 }
 
 inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count) {
   PyObject* const method = PyObject_GetAttr(arguments[0], name);
   if (!method) return nullptr;
-  PyObject* const result = callObject(method, arguments + 1, count - 1);
+  PyObject* const result = callObject(method, arguments + 1, count - 1, nullptr);
   Py_DECREF(method);
   return result;
 }

@@ -5,17 +5,29 @@
 namespace receiver {
 namespace {
 
-[[noreturn]] void raiseNameError(PyObject* name) {
-  PyErr_Format(PyExc_NameError, "name '%.200s' is not defined", textOf(name).c_str());
-  raisePending();
+Reference lookedUp(PyObject* dictionary, PyObject* name) {
+  PyObject* const found = dictionaryItem(dictionary, name);
+  if (!found) {
+    if (!PyErr_Occurred()) {
+      PyErr_Format(PyExc_NameError, "name '%.200s' is not defined", textOf(name).c_str());
+    }
+    raisePending();
+  }
+  return Reference::borrow(found);
+}
+
+/// Returns a text that the interpreter compares at once with others like it.
+Reference interned(std::string_view text) {
+  return checked(internedText(std::string(text).c_str()));
 }
 
 /// Returns a unit, imported if it is not yet. Many names come from few units: one that is there
 /// needs no import machinery.
-Reference unitNamed(const std::string& name) {
-  PyObject* const loaded = PyDict_GetItemString(PyImport_GetModuleDict(), name.c_str());
+Reference unitNamed(std::string_view name) {
+  const Reference text = toObject(name);
+  PyObject* const loaded = dictionaryItem(PyImport_GetModuleDict(), text.get());
   if (loaded && loaded != Py_None) return Reference::borrow(loaded);
-  return checked(PyImport_ImportModule(name.c_str()));
+  return checked(PyImport_Import(text.get()));
 }
 
 /// Returns the names that "import *" takes from a unit.
@@ -31,11 +43,11 @@ std::vector<std::string> publicNames(const Reference& unit) {
 }
 
 /// Returns `name` of `unit` as the statement "from unit import name" finds it.
-Reference imported(const Reference& unit, const std::string& name) {
-  Reference found = Reference::steal(PyObject_GetAttrString(unit.get(), name.c_str()));
+Reference imported(const Reference& unit, const Reference& name) {
+  Reference found = Reference::steal(PyObject_GetAttr(unit.get(), name.get()));
   if (found) return found;
   if (PyErr_ExceptionMatches(PyExc_AttributeError)) {
-    PyErr_Format(PyExc_ImportError, "cannot import name '%.200s'", name.c_str());
+    PyErr_Format(PyExc_ImportError, "cannot import name '%.200s'", textOf(name.get()).c_str());
   }
   raisePending();
 }
@@ -43,34 +55,33 @@ Reference imported(const Reference& unit, const std::string& name) {
 }  // namespace
 
 void Names::bind(const host::Binding& binding) {
-  const std::string name(binding.name);
-  const std::string bound_as(binding.bound_as);
+  const Reference bound_as = interned(binding.bound_as);
+  const Reference name = binding.name == binding.bound_as ? bound_as : interned(binding.name);
   if (binding.unit == "builtins") {
-    set(bound_as.c_str(), builtin(toObject(name).get()));
+    set(bound_as, builtin(name.get()));
     return;
   }
-  const Reference unit = unitNamed(std::string(binding.unit));
-  if (name == "*") {
-    for (const std::string& each : publicNames(unit)) set(each.c_str(), imported(unit, each));
-  } else {
-    set(bound_as.c_str(), imported(unit, name));
+  const Reference unit = unitNamed(binding.unit);
+  if (binding.name != "*") {
+    set(bound_as, imported(unit, name));
+    return;
+  }
+  for (const std::string& each : publicNames(unit)) {
+    const Reference public_name = interned(each);
+    set(public_name, imported(unit, public_name));
   }
 }
 
 Reference Names::get(PyObject* name) const {
-  PyObject* const found = PyDict_GetItem(dictionary_.get(), name);
-  if (!found) raiseNameError(name);
-  return Reference::borrow(found);
+  return lookedUp(dictionary_.get(), name);
 }
 
-void Names::set(const char* name, const Reference& object) const {
-  checked(PyDict_SetItemString(dictionary_.get(), name, object.get()));
+void Names::set(const Reference& name, const Reference& object) const {
+  checked(PyDict_SetItem(dictionary_.get(), name.get(), object.get()));
 }
 
 Reference builtin(PyObject* name) {
-  PyObject* const found = PyDict_GetItem(PyEval_GetBuiltins(), name);
-  if (!found) raiseNameError(name);
-  return Reference::borrow(found);
+  return lookedUp(PyEval_GetBuiltins(), name);
 }
 
 }  // namespace receiver

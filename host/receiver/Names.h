@@ -25,7 +25,7 @@ class Names {
   }
   Reference get(PyObject* name) const;
 
-  void set(const char* name, const Reference& object) const;
+  void set(const Reference& name, const Reference& object) const;
 
  private:
   Reference dictionary_;

@@ -1,6 +1,7 @@
 #include "Objects.h"
 
 #include <array>
+#include <forward_list>
 #include <memory>
 #include <unordered_map>
 #include <utility>
@@ -8,7 +9,8 @@
 namespace receiver {
 namespace {
 
-/// Any object of the interpreter that has no counterpart among the values.
+/// Any object of the interpreter that has no counterpart among the values: the one class of objects
+/// that this host makes.
 struct Held : host::Object {
   explicit Held(Reference object_) : object(std::move(object_)) {}
 
@@ -53,13 +55,18 @@ Reference integerObject(long long number) {
 }
 
 Reference tupleOf(const host::Value::List& values) {
-  return checked(PyList_AsTuple(toObject(values).get()));
+  Reference tuple = checked(PyTuple_New(static_cast<Py_ssize_t>(values.size())));
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    PyTuple_SET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i), toObject(values[i]).release());
+  }
+  return tuple;
 }
 
 /// The arguments of a call as the interpreter takes them.
 class Pointers {
  public:
-  explicit Pointers(std::initializer_list<Reference> arguments) {
+  template <class References>
+  explicit Pointers(const References& arguments) {
     std::ranges::transform(arguments, pointers_.begin(), &Reference::get);
   }
   PyObject* const* data() const { return pointers_.data(); }
@@ -83,11 +90,15 @@ Reference toObject(int number) {
 }
 
 Reference toObject(const char* text) {
-  return toObject(std::string(text));
+  return toObject(std::string_view(text));
+}
+
+Reference toObject(std::string_view text) {
+  return checked(newText(text));
 }
 
 Reference toObject(const std::string& text) {
-  return checked(newText(text));
+  return toObject(std::string_view(text));
 }
 
 Reference toObject(const std::optional<std::string>& text) {
@@ -108,7 +119,7 @@ Reference toObject(const host::Value& value) {
 }
 
 Reference toObject(const host::ObjectRef& object) {
-  return object ? dynamic_cast<const Held&>(*object).object : Reference::borrow(Py_None);
+  return object ? static_cast<const Held&>(*object).object : Reference::borrow(Py_None);
 }
 
 Reference toObject(const host::Value::List& values) {
@@ -177,7 +188,7 @@ int traverse(const host::Value& value, visitproc visit, void* arg) {
   }
   // Two owners: the value and this copy. What others share is not the value's alone to give up.
   const host::ObjectRef object = value.object();
-  if (object.use_count() == 2) Py_VISIT(dynamic_cast<const Held&>(*object).object.get());
+  if (object.use_count() == 2) Py_VISIT(static_cast<const Held&>(*object).object.get());
   return 0;
 }
 
@@ -185,32 +196,35 @@ PyObject* newName(const char* name) {
   return checked(internedText(name)).release();
 }
 
-PyObject* keptName(const std::string& name) {
-  static std::unordered_map<std::string, PyObject*> names;
-  PyObject*& kept = names[name];
-  if (!kept) kept = newName(name.c_str());
-  return kept;
+PyObject* keptName(std::string_view name) {
+  static std::forward_list<std::string> texts;
+  static std::unordered_map<std::string_view, PyObject*> names;
+  if (const auto found = names.find(name); found != names.end()) return found->second;
+  const std::string& text = texts.emplace_front(name);
+  return names.emplace(text, newName(text.c_str())).first->second;
 }
 
-Reference attribute(PyObject* object, const std::string& name) {
+Reference attribute(PyObject* object, std::string_view name) {
   return checked(PyObject_GetAttr(object, keptName(name)));
 }
 
-void setAttribute(PyObject* object, const std::string& name, const Reference& value) {
+void setAttribute(PyObject* object, std::string_view name, const Reference& value) {
   checked(PyObject_SetAttr(object, keptName(name), value.get()));
 }
 
-Reference callWith(const Reference& callable, const std::vector<Reference>& arguments,
-                   const Keywords& keywords) {
-  const Reference tuple = checked(PyTuple_New(static_cast<Py_ssize_t>(arguments.size())));
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    PyTuple_SET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i), Reference(arguments[i]).release());
+Reference Arguments::passTo(const Reference& callable) const {
+  Reference names;
+  if (named_ > 0) names = checked(PyTuple_New(static_cast<Py_ssize_t>(named_)));
+  for (std::size_t i = 0; i < named_; ++i) {
+    PyTuple_SET_ITEM(names.get(), static_cast<Py_ssize_t>(i),
+                     Reference::borrow(names_[i]).release());
   }
-  return checked(PyObject_Call(callable.get(), tuple.get(), keywords.get()));
+  return checked(
+      callObject(callable.get(), Pointers(values_).data(), count_ - named_, names.get()));
 }
 
 Reference callDirectly(const Reference& callable, std::initializer_list<Reference> arguments) {
-  return checked(callObject(callable.get(), Pointers(arguments).data(), arguments.size()));
+  return checked(callObject(callable.get(), Pointers(arguments).data(), arguments.size(), nullptr));
 }
 
 Reference callNamed(PyObject* name, std::initializer_list<Reference> arguments) {

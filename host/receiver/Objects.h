@@ -1,9 +1,11 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Errors.h"
@@ -17,6 +19,7 @@ Reference toObject(const Reference& object);
 Reference toObject(bool truth);
 Reference toObject(int number);
 Reference toObject(const char* text);
+Reference toObject(std::string_view text);
 Reference toObject(const std::string& text);
 Reference toObject(const std::optional<std::string>& text);  ///< nothing: None
 Reference toObject(const std::vector<std::string>& texts);
@@ -97,29 +100,35 @@ void setAttribute(PyObject* object, const Reference& value) {
 
 /// Returns a name of an operation, a setting or a widget as the interpreter's text. There are few
 /// of them, so each is kept.
-PyObject* keptName(const std::string& name);
+PyObject* keptName(std::string_view name);
 
-Reference attribute(PyObject* object, const std::string& name);
-void setAttribute(PyObject* object, const std::string& name, const Reference& value);
+Reference attribute(PyObject* object, std::string_view name);
+void setAttribute(PyObject* object, std::string_view name, const Reference& value);
 
-/// The arguments that a call passes by name.
-class Keywords {
+/// The arguments of a call, up to eight: the positional ones, then those that it passes by name.
+class Arguments {
  public:
-  template <Literal name, class T>
-  Keywords& add(const T& value) {
-    if (!names_) names_ = checked(PyDict_New());
-    checked(PyDict_SetItem(names_.get(), named<name>(), toObject(value).get()));
+  template <class T>
+  Arguments& add(const T& value) {
+    values_[count_++] = toObject(value);
     return *this;
   }
-  PyObject* get() const { return names_.get(); }
+
+  template <Literal name, class T>
+  Arguments& add(const T& value) {
+    names_[named_++] = named<name>();
+    return add(value);
+  }
+
+  /// Calls `callable` with them. Raises what it raises.
+  Reference passTo(const Reference& callable) const;
 
  private:
-  Reference names_;
+  std::array<Reference, 8> values_;
+  std::array<PyObject*, 8> names_{};
+  std::size_t count_ = 0;
+  std::size_t named_ = 0;
 };
-
-/// Calls `callable` with the items of a list and with keywords. Raises what it raises.
-Reference callWith(const Reference& callable, const std::vector<Reference>& arguments,
-                   const Keywords& keywords = {});
 
 /// Calls `callable`, or the operation `name` of the first argument, with up to seven arguments.
 Reference callDirectly(const Reference& callable, std::initializer_list<Reference> arguments);

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "Components.h"
 #include "host/Screen.h"
@@ -30,17 +31,17 @@ class Peer : public host::ScreenPeer {
   PyObject* self() const { return self_; }
 
   void init(host::Session& session) override;
-  void setItem(const std::string& key, const host::ComponentPtr& component) override;
-  std::shared_ptr<host::Label> label(const std::string& key) override;
-  std::shared_ptr<host::List> list(const std::string& key) override;
-  std::shared_ptr<host::MenuList> menuList(const std::string& key) override;
-  void setAttribute(const std::string& name, const std::string& value) override;
+  void setItem(std::string_view key, const host::ComponentPtr& component) override;
+  std::shared_ptr<host::Label> label(std::string_view key) override;
+  std::shared_ptr<host::List> list(std::string_view key) override;
+  std::shared_ptr<host::MenuList> menuList(std::string_view key) override;
+  void setAttribute(std::string_view name, const std::string& value) override;
   void appendOnLayoutFinish(const host::Action& hook) override;
   void close(const host::Value& result) override;
-  void callOperation(const std::string& name, const host::Value& argument) override;
+  void callOperation(std::string_view name, const host::Value& argument) override;
 
  private:
-  Reference item(const std::string& key) const;
+  Reference item(std::string_view key) const;
 
   const Names& names_;
   PyObject* self_ = nullptr;

@@ -20,7 +20,7 @@ std::string escaped(const std::string& line) {
 
 }  // namespace
 
-std::string ReceiverHost::translate(const std::string& text) {
+std::string ReceiverHost::translate(std::string_view text) {
   return textOf(call(builtin<"_">(), text).get());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "Channels.h"
 #include "Components.h"
@@ -24,7 +25,7 @@ class ReceiverHost : public host::Host {
   host::Components& components() override { return components_; }
   host::Config& config() override { return configuration_; }
   host::ChannelDatabase& channels() override { return channels_; }
-  std::string translate(const std::string& text) override;
+  std::string translate(std::string_view text) override;
   void print(const std::string& line) override;
   bool fileExists(const std::string& path) override;
   std::string resolveFilename(host::Scope scope, const std::string& relative) override;

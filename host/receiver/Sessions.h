@@ -23,7 +23,7 @@ class ScreenSession : public host::Session {
                                                        const host::Dialog& dialog) override;
 
  private:
-  std::unique_ptr<host::OpenedDialog> opened(const char* operation, std::vector<Reference> first,
+  std::unique_ptr<host::OpenedDialog> opened(const char* operation, Arguments arguments,
                                              const host::Dialog& dialog);
 
   const Names& names_;

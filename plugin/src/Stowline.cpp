@@ -139,19 +139,18 @@ void Stowline::createMenu() {
 }
 
 host::Value Stowline::row(const MenuEntry& entry) const {
-  std::string title_text = shown(entry.title);
-  std::string description = shown(entry.description);
+  host::Value::List items(5);
+  items[0] = entry.key;
+  items[1] = shown(entry.title);
+  items[2] = shown(entry.description);
   const std::string picture = host().resolveFilename(host::Scope::SCOPE_PLUGINS, entry.picture);
-  return host::Value::List{entry.key,
-                           std::move(title_text),
-                           std::move(description),
-                           host().components().loadPixmap(picture, true),
-                           {}};
+  items[3] = host().components().loadPixmap(picture, true);
+  return items;
 }
 
-std::string Stowline::shown(const std::string& text) const {
+std::string Stowline::shown(std::string_view text) const {
   std::string result = translated(text);
-  if (text.find("%s") == std::string::npos) return result;
+  if (text.find("%s") == std::string_view::npos) return result;
   const std::string medium = backupRestorePathSetting(host()).value();
   if (const auto at = result.find("%s"); at != std::string::npos) result.replace(at, 2, medium);
   return result;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "BackupJobs.h"
@@ -62,7 +63,7 @@ class Stowline : public TitledScreen {
 
  private:
   host::Value row(const struct MenuEntry& entry) const;
-  std::string shown(const std::string& text) const;
+  std::string shown(std::string_view text) const;
   host::Value runJob(host::Value (BackupJobs::*job)());
   void report(const host::Value& result, const std::string& success, const std::string& failure);
   void openRestoreList(const std::string& type);

@@ -17,11 +17,11 @@ void TitledScreen::setTitleWidget() {
   }
 }
 
-void TitledScreen::setKeyLabel(const std::string& key, const std::string& text) {
+void TitledScreen::setKeyLabel(std::string_view key, std::string_view text) {
   peer().setItem(key, host().components().makeStaticText(translated(text)));
 }
 
-std::string TitledScreen::translated(const std::string& text) const {
+std::string TitledScreen::translated(std::string_view text) const {
   return host().translate(text);
 }
 

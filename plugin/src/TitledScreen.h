@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "host/Host.h"
 #include "host/Screen.h"
@@ -25,9 +26,9 @@ class TitledScreen : public host::Screen {
   void setTitleWidget();
 
   /// Registers a text source that shows the translation of `text`.
-  void setKeyLabel(const std::string& key, const std::string& text);
+  void setKeyLabel(std::string_view key, std::string_view text);
 
-  std::string translated(const std::string& text) const;
+  std::string translated(std::string_view text) const;
 };
 
 }  // namespace stowline

@@ -44,7 +44,8 @@ void RecordingHost::bind(const host::Binding& binding) {
                 (name == bound_as ? "" : " as " + bound_as));
 }
 
-std::string RecordingHost::translate(const std::string& text) {
+std::string RecordingHost::translate(std::string_view original) {
+  const std::string text(original);
   journal_.note("_(" + quoted(text) + ")");
   const auto translation = translations.find(text);
   return translation == translations.end() ? text : translation->second;

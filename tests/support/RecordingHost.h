@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "host/Host.h"
 #include "support/Journal.h"
@@ -63,7 +64,7 @@ class RecordingHost : public host::Host {
   host::Components& components() override { return widgets; }
   host::Config& config() override { return configuration; }
   host::ChannelDatabase& channels() override { return channelDatabase; }
-  std::string translate(const std::string& text) override;
+  std::string translate(std::string_view original) override;
   void print(const std::string& line) override;
   bool fileExists(const std::string& path) override;
   std::string resolveFilename(host::Scope scope, const std::string& relative) override;

@@ -31,16 +31,16 @@ void RecordingPeer::init(host::Session&) {
   journal_.note("Screen.__init__(session)");
 }
 
-void RecordingPeer::setItem(const std::string& key, const host::ComponentPtr& component) {
+void RecordingPeer::setItem(std::string_view key, const host::ComponentPtr& component) {
   auto& recorded = dynamic_cast<RecordedComponent&>(*component);
-  const std::string name = "self[" + quoted(key) + "]";
+  const std::string name = "self[" + quoted(std::string(key)) + "]";
   journal_.note(name + " = " + recorded.construction);
   recorded.name = name;
-  items_[key] = component;
+  items_[std::string(key)] = component;
 }
 
-void RecordingPeer::setAttribute(const std::string& name, const std::string& value) {
-  journal_.note("self." + name + " = " + quoted(value));
+void RecordingPeer::setAttribute(std::string_view name, const std::string& value) {
+  journal_.note("self." + std::string(name) + " = " + quoted(value));
 }
 
 void RecordingPeer::appendOnLayoutFinish(const host::Action& hook) {
@@ -53,7 +53,8 @@ void RecordingPeer::close(const host::Value& result) {
   closed = result;
 }
 
-void RecordingPeer::callOperation(const std::string& name, const host::Value& argument) {
+void RecordingPeer::callOperation(std::string_view operation, const host::Value& argument) {
+  const std::string name(operation);
   journal_.note("self." + name + "(" + described(argument) + ")");
   if (!operations.contains(name)) {
     throw host::Error("AttributeError", "the screen has no attribute '" + name + "'");

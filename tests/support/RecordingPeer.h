@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/Screen.h"
@@ -38,25 +39,25 @@ class RecordingPeer : public host::ScreenPeer {
   void finishLayout();
 
   void init(host::Session& session) override;
-  void setItem(const std::string& key, const host::ComponentPtr& component) override;
-  std::shared_ptr<host::Label> label(const std::string& key) override {
+  void setItem(std::string_view key, const host::ComponentPtr& component) override;
+  std::shared_ptr<host::Label> label(std::string_view key) override {
     return shared<host::Label>(key);
   }
-  std::shared_ptr<host::List> list(const std::string& key) override {
+  std::shared_ptr<host::List> list(std::string_view key) override {
     return shared<host::List>(key);
   }
-  std::shared_ptr<host::MenuList> menuList(const std::string& key) override {
+  std::shared_ptr<host::MenuList> menuList(std::string_view key) override {
     return shared<host::MenuList>(key);
   }
-  void setAttribute(const std::string& name, const std::string& value) override;
+  void setAttribute(std::string_view name, const std::string& value) override;
   void appendOnLayoutFinish(const host::Action& hook) override;
   void close(const host::Value& result) override;
-  void callOperation(const std::string& name, const host::Value& argument) override;
+  void callOperation(std::string_view name, const host::Value& argument) override;
 
  private:
   template <class Widget>
-  std::shared_ptr<Widget> shared(const std::string& key) const {
-    return std::dynamic_pointer_cast<Widget>(items_.at(key));
+  std::shared_ptr<Widget> shared(std::string_view key) const {
+    return std::dynamic_pointer_cast<Widget>(items_.at(std::string(key)));
   }
 
   Journal& journal_;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Channels.h"
@@ -34,7 +35,7 @@ class Host : public host::Host, private host::Components {
   host::Components& components() override { return *this; }
   host::Config& config() override { return config_; }
   host::ChannelDatabase& channels() override { return channels_; }
-  std::string translate(const std::string& text) override { return text; }
+  std::string translate(std::string_view text) override { return std::string(text); }
   void print(const std::string& line) override;
   bool fileExists(const std::string& path) override { return os_.exists(path); }
   std::string resolveFilename(host::Scope scope, const std::string& relative) override;

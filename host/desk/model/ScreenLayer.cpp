@@ -48,12 +48,13 @@ void ScreenLayer::init(host::Session& /*session*/) {
   // The base screen of the stand-in is this layer itself.
 }
 
-void ScreenLayer::setItem(const std::string& key, const host::ComponentPtr& component) {
-  widgets_[key] = component;
+void ScreenLayer::setItem(std::string_view key, const host::ComponentPtr& component) {
+  widgets_[std::string(key)] = component;
 }
 
 template <class Widget>
-std::shared_ptr<Widget> ScreenLayer::widget(const std::string& key) const {
+std::shared_ptr<Widget> ScreenLayer::widget(std::string_view wanted) const {
+  const std::string key(wanted);
   const auto found = widgets_.find(key);
   if (found == widgets_.end()) throw host::Error("KeyError", "'" + key + "'");
   auto widget = std::dynamic_pointer_cast<Widget>(found->second);
@@ -61,19 +62,19 @@ std::shared_ptr<Widget> ScreenLayer::widget(const std::string& key) const {
   return widget;
 }
 
-std::shared_ptr<host::Label> ScreenLayer::label(const std::string& key) {
+std::shared_ptr<host::Label> ScreenLayer::label(std::string_view key) {
   return widget<host::Label>(key);
 }
 
-std::shared_ptr<host::List> ScreenLayer::list(const std::string& key) {
+std::shared_ptr<host::List> ScreenLayer::list(std::string_view key) {
   return widget<host::List>(key);
 }
 
-std::shared_ptr<host::MenuList> ScreenLayer::menuList(const std::string& key) {
+std::shared_ptr<host::MenuList> ScreenLayer::menuList(std::string_view key) {
   return widget<host::MenuList>(key);
 }
 
-void ScreenLayer::setAttribute(const std::string& name, const std::string& value) {
+void ScreenLayer::setAttribute(std::string_view name, const std::string& value) {
   if (name == "title") shown_title = value;
 }
 
@@ -81,9 +82,9 @@ void ScreenLayer::appendOnLayoutFinish(const host::Action& hook) {
   on_layout_finish_.push_back(hook);
 }
 
-void ScreenLayer::callOperation(const std::string& name, const host::Value& /*argument*/) {
+void ScreenLayer::callOperation(std::string_view name, const host::Value& /*argument*/) {
   throw host::Error("AttributeError",
-                    "'" + className() + "' object has no attribute '" + name + "'");
+                    "'" + className() + "' object has no attribute '" + std::string(name) + "'");
 }
 
 }  // namespace desk

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Layer.h"
@@ -24,18 +25,18 @@ class ScreenLayer : public Layer, public host::ScreenPeer {
   void addTo(Json& frame) const override;
 
   void init(host::Session& session) override;
-  void setItem(const std::string& key, const host::ComponentPtr& component) override;
-  std::shared_ptr<host::Label> label(const std::string& key) override;
-  std::shared_ptr<host::List> list(const std::string& key) override;
-  std::shared_ptr<host::MenuList> menuList(const std::string& key) override;
-  void setAttribute(const std::string& name, const std::string& value) override;
+  void setItem(std::string_view key, const host::ComponentPtr& component) override;
+  std::shared_ptr<host::Label> label(std::string_view key) override;
+  std::shared_ptr<host::List> list(std::string_view key) override;
+  std::shared_ptr<host::MenuList> menuList(std::string_view key) override;
+  void setAttribute(std::string_view name, const std::string& value) override;
   void appendOnLayoutFinish(const host::Action& hook) override;
   void close(const host::Value& result) override { Layer::close(result); }
-  void callOperation(const std::string& name, const host::Value& argument) override;
+  void callOperation(std::string_view name, const host::Value& argument) override;
 
  private:
   template <class Widget>
-  std::shared_ptr<Widget> widget(const std::string& key) const;
+  std::shared_ptr<Widget> widget(std::string_view wanted) const;
 
   std::map<std::string, host::ComponentPtr> widgets_;
   std::vector<host::Action> on_layout_finish_;

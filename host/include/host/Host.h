@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "host/Binding.h"
 #include "host/ChannelDatabase.h"
@@ -28,7 +29,7 @@ class Host {
   virtual ChannelDatabase& channels() = 0;
 
   /// Returns the translation of `text` (`_`), the text itself when there is none.
-  virtual std::string translate(const std::string& text) = 0;
+  virtual std::string translate(std::string_view text) = 0;
 
   /// Writes `line` and a newline to standard output, which the host sends to its log.
   virtual void print(const std::string& line) = 0;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "host/Method.h"
 #include "host/Session.h"
@@ -21,16 +22,16 @@ class ScreenPeer {
   virtual void init(Session& session) = 0;
 
   /// Puts `component` into the widget table under `key`, in place of any former one.
-  virtual void setItem(const std::string& key, const ComponentPtr& component) = 0;
+  virtual void setItem(std::string_view key, const ComponentPtr& component) = 0;
 
   /// Return the component under `key` in the widget table. Raise Error ("KeyError", "TypeError")
   /// when there is none or one of another kind.
-  virtual std::shared_ptr<Label> label(const std::string& key) = 0;
-  virtual std::shared_ptr<List> list(const std::string& key) = 0;
-  virtual std::shared_ptr<MenuList> menuList(const std::string& key) = 0;
+  virtual std::shared_ptr<Label> label(std::string_view key) = 0;
+  virtual std::shared_ptr<List> list(std::string_view key) = 0;
+  virtual std::shared_ptr<MenuList> menuList(std::string_view key) = 0;
 
   /// Sets an attribute that the framework itself reads: "title" or "skin_path".
-  virtual void setAttribute(const std::string& name, const std::string& value) = 0;
+  virtual void setAttribute(std::string_view name, const std::string& value) = 0;
 
   /// Calls `hook` once, when the layout is complete.
   virtual void appendOnLayoutFinish(const Action& hook) = 0;
@@ -40,7 +41,7 @@ class ScreenPeer {
 
   /// Calls the screen's operation `name`, one that the module does not define, with `argument`.
   /// Raises Error ("AttributeError") when nobody has defined it.
-  virtual void callOperation(const std::string& name, const Value& argument) = 0;
+  virtual void callOperation(std::string_view name, const Value& argument) = 0;
 };
 
 /// The base of the module's screens: what each needs to live in its host.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <variant>
@@ -10,9 +11,9 @@
 namespace host {
 
 /// A value that other code may hand in or take out: a dialog's answer, a job's result, an item of a
-/// list row. Tuples and lists are both `List`.
-/// Beware of `List{x}` with an `x` that is a List itself: compilers differ on whether it copies or
-/// nests.
+/// list row. Tuples and lists are both `List`; copies of a value share theirs, which nobody
+/// changes. Beware of `List{x}` with an `x` that is a List itself: compilers differ on whether it
+/// copies or nests.
 class Value {
  public:
   using List = std::vector<Value>;
@@ -35,7 +36,7 @@ class Value {
   Value(double number) : data_(number) {}
   Value(const char* text) : data_(std::string(text)) {}
   Value(std::string text) : data_(std::move(text)) {}
-  Value(List items) : data_(std::move(items)) {}
+  Value(List items) : data_(std::make_shared<const List>(std::move(items))) {}
 
   /// An object; a null one is nothing.
   Value(ObjectRef object) {
@@ -53,7 +54,10 @@ class Value {
   const std::string* text() const { return std::get_if<std::string>(&data_); }
 
   /// The items held, or null when the value is no list.
-  const List* list() const { return std::get_if<List>(&data_); }
+  const List* list() const {
+    const auto* items = std::get_if<Items>(&data_);
+    return items ? items->get() : nullptr;
+  }
 
   /// The object held, or null when the value is none.
   ObjectRef object() const {
@@ -68,10 +72,15 @@ class Value {
   /// The value's text form for a log line or a file name: a text as it stands, "None" for nothing.
   std::string str() const;
 
-  friend bool operator==(const Value&, const Value&) = default;
+  friend bool operator==(const Value& value, const Value& other) {
+    if (value.list() && other.list()) return *value.list() == *other.list();
+    return value.data_ == other.data_;
+  }
 
  private:
-  std::variant<std::monostate, bool, long long, double, std::string, List, ObjectRef> data_;
+  using Items = std::shared_ptr<const List>;
+
+  std::variant<std::monostate, bool, long long, double, std::string, Items, ObjectRef> data_;
 };
 
 inline bool Value::equalsTrue() const {

@@ -14,6 +14,10 @@ namespace host {
 class Component {
  public:
   virtual ~Component() = default;
+
+  /// Returns the framework's own object, for the host that made this component; null where a
+  /// component is all that there is.
+  virtual void* native_handle() const { return nullptr; }
 };
 
 /// A text source.
