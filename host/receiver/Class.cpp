@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "Types.h"
+
 namespace receiver {
 namespace {
 
@@ -138,43 +140,30 @@ void deallocate(PyObject* object) {
   PyObject_Del(object);
 }
 
-template <class Object>
-PyTypeObject plainType(const char* name) {
-  PyTypeObject made{};
-  keepType(made);
-  made.tp_name = name;
-  made.tp_basicsize = sizeof(Object);
-  made.tp_flags = Py_TPFLAGS_DEFAULT;
-  made.tp_dealloc = &deallocate;
-  return made;
-}
-
 PyTypeObject* functionType() {
   static PyGetSetDef names[] = {
       {const_cast<char*>("__name__"), &nameOfFunction, nullptr, nullptr, nullptr},
       {nullptr, nullptr, nullptr, nullptr, nullptr}};
-  static PyTypeObject type = [] {
-    PyTypeObject made = plainType<Function>("Stowline.function");
+  static PyTypeObject* const type = [] {
+    PyTypeObject made = plainType("Stowline.function", sizeof(Function));
+    made.tp_dealloc = &deallocate;
     made.tp_call = &callFunction;
     made.tp_descr_get = &bindFunction;
     made.tp_getset = names;
-    return made;
+    return readyType(made);
   }();
-  static const int ready = checked(PyType_Ready(&type));
-  static_cast<void>(ready);
-  return &type;
+  return type;
 }
 
 PyTypeObject* descriptorType() {
-  static PyTypeObject type = [] {
-    PyTypeObject made = plainType<Descriptor>("Stowline.attribute");
+  static PyTypeObject* const type = [] {
+    PyTypeObject made = plainType("Stowline.attribute", sizeof(Descriptor));
+    made.tp_dealloc = &deallocate;
     made.tp_descr_get = &getAttribute;
     made.tp_descr_set = &setAttribute;
-    return made;
+    return readyType(made);
   }();
-  static const int ready = checked(PyType_Ready(&type));
-  static_cast<void>(ready);
-  return &type;
+  return type;
 }
 
 Reference newFunction(Module& module, const Operation& operation, const Class* owner) {

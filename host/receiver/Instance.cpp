@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Class.h"
+#include "Types.h"
 
 namespace receiver {
 namespace {
@@ -43,20 +44,15 @@ void deallocateHolder(PyObject* self) {
 }
 
 PyTypeObject* holderType() {
-  static PyTypeObject type = [] {
-    PyTypeObject made{};
-    keepType(made);
-    made.tp_name = "Stowline.instance";
-    made.tp_basicsize = sizeof(Holder);
-    made.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC;
+  static PyTypeObject* const type = [] {
+    PyTypeObject made = plainType("Stowline.instance", sizeof(Holder));
+    made.tp_flags |= Py_TPFLAGS_HAVE_GC;
     made.tp_traverse = &traverseHolder;
     made.tp_clear = &clearHolder;
     made.tp_dealloc = &deallocateHolder;
-    return made;
+    return readyType(made);
   }();
-  static const int ready = checked(PyType_Ready(&type));
-  static_cast<void>(ready);
-  return &type;
+  return type;
 }
 
 }  // namespace
@@ -67,12 +63,11 @@ void attachInstance(PyObject* self, std::unique_ptr<Instance> instance) {
   made->instance = instance.release();
   made->owner = self;
   PyObject_GC_Track(holder.get());
-  checked(PyObject_SetItem(attribute<"__dict__">(self).get(), key(), holder.get()));
+  checked(PyObject_GenericSetAttr(self, key(), holder.get()));
 }
 
 AttachedInstance::AttachedInstance(PyObject* self, const Class& type) {
-  const Reference attributes = attribute<"__dict__">(self);
-  holder_ = Reference::steal(PyObject_GetItem(attributes.get(), key()));
+  holder_ = Reference::steal(PyObject_GenericGetAttr(self, key()));
   const bool is_held = holder_ && Py_TYPE(holder_.get()) == holderType();
   if (!is_held || !holderOf(holder_.get())->instance || holderOf(holder_.get())->owner != self) {
     PyErr_Format(PyExc_AttributeError, "'%.200s' object is not initialised",
