@@ -78,10 +78,10 @@ std::string pathText(const std::optional<std::string>& path) {
   return path.value_or("None");
 }
 
-std::string withoutOuterSpace(const std::string& text) {
+std::string_view withoutOuterSpace(std::string_view text) {
   constexpr const char* kSpace = " \t\n\r\v\f";
   const std::size_t first = text.find_first_not_of(kSpace);
-  if (first == std::string::npos) return "";
+  if (first == std::string_view::npos) return "";
   return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
 }
 
@@ -175,15 +175,15 @@ std::vector<std::string> BackupActions::saveVFDSkinUserFiles() {
 std::vector<std::string> BackupActions::saveUserFiles(const std::string& package_info,
                                                       const std::vector<std::string>& start_strings,
                                                       const std::vector<std::string>& search_dirs) {
-  std::unordered_set<std::string> package_files;
-  std::vector<std::string> user_files;
-  if (host_.fileExists(package_info)) {
-    for (const std::string& line : host_.os().open(package_info)) {
-      for (const std::string& start : start_strings) {
-        if (line.starts_with(start)) package_files.insert(withoutOuterSpace(line));
-      }
+  std::vector<std::string> lines;
+  if (host_.fileExists(package_info)) lines = host_.os().open(package_info);
+  std::unordered_set<std::string_view> package_files;
+  for (const std::string& line : lines) {
+    for (const std::string& start : start_strings) {
+      if (line.starts_with(start)) package_files.insert(withoutOuterSpace(line));
     }
   }
+  std::vector<std::string> user_files;
   for (const std::string& directory : search_dirs) {
     if (!host_.os().exists(directory)) continue;
     for (const std::string& file : listdir_fullpath(directory)) {
