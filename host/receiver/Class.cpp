@@ -1,24 +1,26 @@
 #include "Class.h"
 
 #include <string>
+#include <vector>
 
 #include "Types.h"
 
 namespace receiver {
 namespace {
 
+constexpr const char* kSlot = "_stowline";
+
 /// An operation as the interpreter calls it. In a class it binds to an object as a function does.
 struct Function {
   PyObject_HEAD const Operation* operation;
-  const Class* owner;  ///< null for a function of the module
+  const MadeClass* owner;  ///< null for a function of the module
   Module* module;
 };
 
 /// An attribute as the interpreter reads and sets it.
 struct Descriptor {
   PyObject_HEAD const Attribute* attribute;
-  const Class* owner;
-  Module* module;
+  const MadeClass* owner;
 };
 
 const Function& functionOf(PyObject* object) {
@@ -52,41 +54,60 @@ void bindArguments(Call& call, const Operation& operation, PyObject* positional,
     if (!parameter.name) break;
     PyObject* by_name = named > 0 ? PyDict_GetItemString(keywords, parameter.name) : nullptr;
     if (given > 0) {
-      call.arguments[i] = PyTuple_GET_ITEM(positional, skipped + static_cast<Py_ssize_t>(i));
+      call.arguments[i] =
+          Reference::borrow(PyTuple_GET_ITEM(positional, skipped + static_cast<Py_ssize_t>(i)));
       --given;
     } else if (by_name) {
-      call.arguments[i] = by_name;
+      call.arguments[i] = Reference::borrow(by_name);
       --named;
     } else {
-      call.arguments[i] = defaultOf(operation, parameter);
+      call.arguments[i] = Reference::borrow(defaultOf(operation, parameter));
     }
   }
   if (given > 0) raiseTypeError(operation, "is called with too many arguments");
   if (named > 0) raiseTypeError(operation, "is called with an unknown or a repeated keyword");
 }
 
-Reference runOperation(const Function& function, const Call& call) {
-  if (!function.owner || function.operation == &function.owner->constructor) {
+Reference runOperation(const Function& function, Call& call) {
+  if (!function.owner || function.operation == &function.owner->table.constructor) {
     return function.operation->run(call);
   }
   const AttachedInstance instance(call.self, *function.owner);
-  Call bound = call;
-  bound.object = instance->object();
-  Peer* const peer = instance->peer();
-  if (!peer) return function.operation->run(bound);
-  const Peer::Entered entered(*peer, call.self);
-  instance->readBack(call.self);
-  return function.operation->run(bound);
+  const Self::Entered entered(instance->self(), call.self);
+  call.object = instance->object();
+  return function.operation->run(call);
 }
+
+/// Counts the calls that run within each other: one takes more of the stack than the interpreter's
+/// own limit reckons with.
+class Nested {
+ public:
+  Nested() {
+    if (depth_ == kDeepest) {
+      PyErr_SetString(recursionError(), "operations are nested too deeply");
+      raisePending();
+    }
+    ++depth_;
+  }
+  ~Nested() { --depth_; }
+  Nested(const Nested&) = delete;
+  Nested& operator=(const Nested&) = delete;
+
+ private:
+  static constexpr int kDeepest = 250;
+  static inline int depth_ = 0;
+};
 
 PyObject* callFunction(PyObject* object, PyObject* positional, PyObject* keywords) {
   try {
+    const Nested nested;
     const Function& function = functionOf(object);
     const Py_ssize_t skipped = function.owner ? 1 : 0;
     if (PyTuple_GET_SIZE(positional) < skipped) {
       raiseTypeError(*function.operation, "is called without its object");
     }
-    Call call{*function.module, skipped == 1 ? PyTuple_GET_ITEM(positional, 0) : nullptr, nullptr};
+    Call call{.module = *function.module, .type = function.owner};
+    if (skipped == 1) call.self = PyTuple_GET_ITEM(positional, 0);
     bindArguments(call, *function.operation, positional, skipped, keywords);
     return runOperation(function, call).release();
   } catch (...) {
@@ -113,7 +134,8 @@ PyObject* getAttribute(PyObject* descriptor, PyObject* object, PyObject* /*type*
   try {
     const Descriptor& self = descriptorOf(descriptor);
     const AttachedInstance instance(object, *self.owner);
-    return self.attribute->get(*self.module, instance->object()).release();
+    return self.attribute->type->get(self.owner->module, self.attribute->member(instance->object()))
+        .release();
   } catch (...) {
     setPending();
     return nullptr;
@@ -128,7 +150,8 @@ int setAttribute(PyObject* descriptor, PyObject* object, PyObject* value) {
       raisePending();
     }
     const AttachedInstance instance(object, *self.owner);
-    self.attribute->set(*self.module, instance->object(), value);
+    self.attribute->type->set(self.owner->module, self.attribute->member(instance->object()),
+                              value);
     return 0;
   } catch (...) {
     setPending();
@@ -166,7 +189,7 @@ PyTypeObject* descriptorType() {
   return type;
 }
 
-Reference newFunction(Module& module, const Operation& operation, const Class* owner) {
+Reference newFunction(Module& module, const Operation& operation, const MadeClass* owner) {
   Function* const made = PyObject_New(Function, functionType());
   Reference function = checked(reinterpret_cast<PyObject*>(made));
   made->operation = &operation;
@@ -175,33 +198,61 @@ Reference newFunction(Module& module, const Operation& operation, const Class* o
   return function;
 }
 
-Reference newDescriptor(Module& module, const Attribute& attribute, const Class& owner) {
+Reference newDescriptor(const Attribute& attribute, const MadeClass& owner) {
   Descriptor* const made = PyObject_New(Descriptor, descriptorType());
   Reference descriptor = checked(reinterpret_cast<PyObject*>(made));
   made->attribute = &attribute;
   made->owner = &owner;
-  made->module = &module;
   return descriptor;
+}
+
+/// Returns the slots of a class derived from `base`: one for the C++ side, which stays when an
+/// object's dictionary is emptied, and those that its objects would have without any.
+Reference slotsFor(PyTypeObject* base) {
+  std::vector<std::string> slots = {kSlot};
+  if (base->tp_dictoffset == 0) slots.emplace_back("__dict__");
+  if (base->tp_weaklistoffset == 0) slots.emplace_back("__weakref__");
+  return toObject(slots);
+}
+
+Reference contentOf(const MadeClass& made, PyTypeObject* base) {
+  const Class& table = made.table;
+  Reference content = checked(PyDict_New());
+  const auto add = [&](const char* name, const Reference& object) {
+    checked(PyDict_SetItemString(content.get(), name, object.get()));
+  };
+  add("__module__", made.module.host.names().get<"__name__">());
+  add("__slots__", slotsFor(base));
+  if (table.skin) add("skin", toObject(*table.skin));
+  add("__init__", newFunction(made.module, table.constructor, &made));
+  for (const Operation& each : table.operations) {
+    add(each.name, newFunction(made.module, each, &made));
+  }
+  for (const Attribute& each : table.attributes) add(each.name, newDescriptor(each, made));
+  return content;
 }
 
 }  // namespace
 
-Reference makeClass(Module& module, const Class& type, const Reference& base) {
-  const Reference content = checked(PyDict_New());
-  const auto add = [&](const char* name, const Reference& object) {
-    checked(PyDict_SetItemString(content.get(), name, object.get()));
-  };
-  add("__module__", module.host.names().get<"__name__">());
-  add("__init__", newFunction(module, type.constructor, &type));
-  for (const Operation& each : type.operations) add(each.name, newFunction(module, each, &type));
-  for (const Attribute& each : type.attributes) add(each.name, newDescriptor(module, each, type));
+const MadeClass& makeClass(Module& module, const Class& table, const Reference& base) {
+  // Deliberately never freed, like the module's own side: anybody may keep the class.
+  MadeClass& made = *new MadeClass{.table = table, .module = module, .type = {}, .slot = {}};
+  const Reference content = contentOf(made, reinterpret_cast<PyTypeObject*>(base.get()));
   const Reference bases = checked(PyTuple_Pack(1, base.get()));
   const auto metaclass = Reference::borrow(reinterpret_cast<PyObject*>(Py_TYPE(base.get())));
-  return call(metaclass, type.name, bases, content);
+  made.type = call(metaclass, table.name, bases, content);
+  made.slot = attribute(made.type.get(), kSlot);
+  return made;
 }
 
 Reference makeFunction(Module& module, const Operation& function) {
   return newFunction(module, function, nullptr);
+}
+
+bool isOperation(PyObject* method, std::string_view name) {
+  if (!PyMethod_Check(method)) return false;
+  PyObject* const function = PyMethod_GET_FUNCTION(method);
+  return Py_TYPE(function) == functionType() && functionOf(function).operation->name == name;
 }
 
 }  // namespace receiver

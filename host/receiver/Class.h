@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <span>
+#include <string_view>
 
 #include "Instance.h"
 #include "Members.h"
@@ -18,9 +20,10 @@ struct Parameter {
 /// One call of an operation or a function from the interpreter.
 struct Call {
   Module& module;
-  PyObject* self = nullptr;     ///< null for a function
-  void* object = nullptr;       ///< the C++ object of `self`; null for functions and constructors
-  PyObject* arguments[3] = {};  ///< one for each parameter
+  const MadeClass* type = nullptr;  ///< the operation's class; null for a function
+  PyObject* self = nullptr;         ///< null for a function
+  void* object = nullptr;           ///< the C++ object of `self`; null for functions, constructors
+  std::array<Reference, 3> arguments = {};  ///< one for each parameter
 };
 
 /// An operation of a class, or a function of the module.
@@ -30,12 +33,30 @@ struct Operation {
   Parameter parameters[3] = {};
 };
 
-/// An attribute of a class.
+/// What can be done with the data members of one type.
+struct MemberType {
+  Reference (*get)(const Module& module, const void* member);
+  void (*set)(const Module& module, void* member, PyObject* value);
+  int (*traverse)(const void* member, visitproc visit, void* arg);
+};
+
+template <class T>
+constexpr MemberType kMemberType = {[](const Module& module, const void* member) {
+                                      return fromMember(module, *static_cast<const T*>(member));
+                                    },
+                                    [](const Module& module, void* member, PyObject* value) {
+                                      toMember(module, *static_cast<T*>(member), value);
+                                    },
+                                    [](const void* member, visitproc visit, void* arg) {
+                                      return traverseMember(*static_cast<const T*>(member), visit,
+                                                            arg);
+                                    }};
+
+/// An attribute of a class: a data member of the C++ object.
 struct Attribute {
   const char* name;
-  Reference (*get)(const Module& module, const void* object);
-  void (*set)(const Module& module, void* object, PyObject* value);
-  int (*traverse)(const void* object, visitproc visit, void* arg);
+  void* (*member)(void* object);
+  const MemberType* type;
 };
 
 /// What the interpreter sees of a C++ class.
@@ -44,13 +65,17 @@ struct Class {
   Operation constructor;
   std::span<const Operation> operations;
   std::span<const Attribute> attributes;
+  const std::string_view* skin = nullptr;  ///< the class attribute of that name, null for none
 };
 
 /// Returns a new class of the interpreter, derived from `base`.
-Reference makeClass(Module& module, const Class& type, const Reference& base);
+const MadeClass& makeClass(Module& module, const Class& table, const Reference& base);
 
 /// Returns a new function of the interpreter.
 Reference makeFunction(Module& module, const Operation& function);
+
+/// Returns whether `method` is the module's own operation `name`, bound to an object.
+bool isOperation(PyObject* method, std::string_view name);
 
 template <class T>
 struct MemberPointer;
@@ -63,11 +88,12 @@ struct MemberPointer<Result_ (Owner_::*)(Arguments_...)> {
   static Reference run(const Call& call, std::index_sequence<I...>) {
     Owner& object = *static_cast<Owner*>(call.object);
     if constexpr (std::is_void_v<Result_>) {
-      (object.*Member)(fromArgument<std::decay_t<Arguments_>>(call.module, call.arguments[I])...);
+      (object.*
+       Member)(fromArgument<std::decay_t<Arguments_>>(call.module, call.arguments[I].get())...);
       return Reference::borrow(Py_None);
     } else {
       return toObject((object.*Member)(
-          fromArgument<std::decay_t<Arguments_>>(call.module, call.arguments[I])...));
+          fromArgument<std::decay_t<Arguments_>>(call.module, call.arguments[I].get())...));
     }
   }
 
@@ -80,6 +106,7 @@ struct MemberPointer<Result_ (Owner_::*)(Arguments_...)> {
 template <class Owner_, class Type_>
 struct MemberPointer<Type_ Owner_::*> {
   using Owner = Owner_;
+  using Type = Type_;
 };
 
 /// Describes the operation that is the member function `Member`.
@@ -91,17 +118,12 @@ constexpr Operation operation(const char* name, Parameters... parameters) {
 /// Describes the attribute that is the data member `Member`.
 template <auto Member>
 constexpr Attribute member(const char* name) {
-  using Owner = typename MemberPointer<decltype(Member)>::Owner;
+  using Pointer = MemberPointer<decltype(Member)>;
   return {name,
-          [](const Module& module, const void* object) {
-            return fromMember(module, static_cast<const Owner*>(object)->*Member);
+          [](void* object) -> void* {
+            return &(static_cast<typename Pointer::Owner*>(object)->*Member);
           },
-          [](const Module& module, void* object, PyObject* value) {
-            toMember(module, static_cast<Owner*>(object)->*Member, value);
-          },
-          [](const void* object, visitproc visit, void* arg) {
-            return traverseMember(static_cast<const Owner*>(object)->*Member, visit, arg);
-          }};
+          &kMemberType<typename Pointer::Type>};
 }
 
 }  // namespace receiver

@@ -1,6 +1,10 @@
 #include "Classes.h"
 
+#include <memory>
+
 #include "BackupActions.h"
+#include "Peer.h"
+#include "Sessions.h"
 #include "Stowline.h"
 #include "StowlineHelpScreen.h"
 #include "StowlineRestore.h"
@@ -17,83 +21,117 @@ constexpr Parameter kAnswer = {"ret", Default::FALSE};
 constexpr Parameter kEvent = {"event"};
 constexpr Parameter kEventParameter = {"param"};
 
+/// Lets an engine ask for the operations that a sub-class has put in the place of its own.
+class EngineOverrides : public host::Overrides {
+ public:
+  explicit EngineOverrides(const Self& self) : self_(self) {}
+  std::optional<host::Value> callOverride(std::string_view name,
+                                          const host::Value::List& arguments) override {
+    return self_.callOverride(name, arguments);
+  }
+
+ private:
+  const Self& self_;
+};
+
 class EngineInstance : public Instance {
  public:
   explicit EngineInstance(std::shared_ptr<BackupActions> engine)
-      : Instance(kBackupActions), engine_(std::move(engine)) {}
+      : Instance(kBackupActions), overrides_(self()), engine_(std::move(engine)) {
+    engine_->setOverrides(overrides_);
+  }
   void* object() override { return engine_.get(); }
 
  private:
+  EngineOverrides overrides_;
   std::shared_ptr<BackupActions> engine_;
 };
 
 template <class ScreenType>
 class ScreenInstance : public Instance {
  public:
-  ScreenInstance(const Class& type, const Names& names, PyObject* session)
-      : Instance(type), peer_(names), session_(names, peer_, Reference::borrow(session)) {}
-
-  /// Constructs the screen for `self`.
-  template <class... Arguments>
-  ScreenType& construct(host::Host& host, PyObject* self, const Arguments&... arguments) {
-    const Peer::Entered entered(peer_, self);
-    screen_ = std::make_unique<ScreenType>(host, peer_, session_, arguments...);
-    return *screen_;
+  ScreenInstance(const Class& table, const Names& names, PyObject* session)
+      : Instance(table), peer_(names, self()), session_(names, peer_, Reference::borrow(session)) {}
+  ~ScreenInstance() override {
+    if (screen_) std::destroy_at(screen_);
   }
+  ScreenInstance(const ScreenInstance&) = delete;
+  ScreenInstance& operator=(const ScreenInstance&) = delete;
 
-  void* object() override { return screen_.get(); }
-  Peer* peer() override { return &peer_; }
-
-  void readBack(PyObject* self) override {
-    if constexpr (requires { screen_->skin_path; }) {
-      const Reference path = Reference::steal(PyObject_GetAttr(self, named<"skin_path">()));
-      PyErr_Clear();
-      if (path && isText(path.get())) screen_->skin_path = textOf(path.get());
+  /// Constructs the screen for `object`, whose operations may be called as soon as the framework
+  /// knows of it.
+  template <class... Arguments>
+  ScreenType& construct(host::Host& host, PyObject* object, const Arguments&... arguments) {
+    const Self::Entered entered(self(), object);
+    screen_ = &place_.screen;
+    try {
+      return *std::construct_at(screen_, host, peer_, session_, arguments...);
+    } catch (...) {
+      screen_ = nullptr;
+      throw;
     }
   }
 
+  void* object() override { return screen_; }
+
  private:
+  /// Room for the screen, which is there before it is constructed.
+  union Place {
+    Place() {}
+    ~Place() {}
+    ScreenType screen;
+  };
+
   Peer peer_;
   ScreenSession session_;
-  std::unique_ptr<ScreenType> screen_;
+  Place place_;
+  ScreenType* screen_ = nullptr;
 };
 
 /// Returns an object of the class BackupActions that has `jobs` for its engine.
-Reference engineObject(const Module& module, const std::shared_ptr<stowline::BackupJobs>& jobs) {
+Reference engineObject(const MadeClass& type, const std::shared_ptr<stowline::BackupJobs>& jobs) {
   auto engine = std::dynamic_pointer_cast<BackupActions>(jobs);
-  Reference object = invoke<"__new__">(module.engine_class, module.engine_class);
-  attachInstance(object.get(), std::make_unique<EngineInstance>(std::move(engine)));
+  Reference object = invoke<"__new__">(type.type, type.type);
+  Attaching attaching(object.get(), type, std::make_unique<EngineInstance>(std::move(engine)));
+  attaching.keep();
   return object;
 }
 
+/// Returns an argument that is compared with texts: no text for what is none.
+std::string kindOf(const Reference& argument) {
+  return isText(argument.get()) ? textOf(argument.get()) : "";
+}
+
 Reference constructEngine(const Call& call) {
-  const host::Value type = valueOf(call.arguments[0]);
-  std::optional<std::string_view> backuptype;
-  if (type.text()) backuptype = *type.text();
-  attachInstance(call.self, std::make_unique<EngineInstance>(
-                                std::make_shared<BackupActions>(call.module.host, backuptype)));
+  auto engine = std::make_shared<BackupActions>(call.module.host, kindOf(call.arguments[0]));
+  Attaching attaching(call.self, *call.type, std::make_unique<EngineInstance>(std::move(engine)));
+  attaching.keep();
   return Reference::borrow(Py_None);
+}
+
+/// Constructs a screen with two texts.
+template <class ScreenType>
+ScreenType& constructWith(const Call& call, const std::string& first, const std::string& second) {
+  auto instance = std::make_unique<ScreenInstance<ScreenType>>(
+      call.type->table, call.module.host.names(), call.arguments[0].get());
+  ScreenInstance<ScreenType>& attached = *instance;
+  Attaching attaching(call.self, *call.type, std::move(instance));
+  ScreenType& screen = attached.construct(call.module.host, call.self, first, second);
+  attaching.keep();
+  return screen;
 }
 
 Reference constructMenu(const Call& call) {
-  const host::Value type = valueOf(call.arguments[2]);
-  auto instance = std::make_unique<ScreenInstance<Stowline>>(kStowline, call.module.host.names(),
-                                                             call.arguments[0]);
-  Stowline& menu = instance->construct(call.module.host, call.self, textOf(call.arguments[1]),
-                                       type.text() ? *type.text() : "backup");
-  menu.backupactions = std::make_shared<JobsProxy>(engineObject(call.module, menu.backupactions));
-  attachInstance(call.self, std::move(instance));
+  auto& menu =
+      constructWith<Stowline>(call, textOf(call.arguments[1].get()), kindOf(call.arguments[2]));
+  menu.backupactions =
+      std::make_shared<JobsProxy>(engineObject(*call.module.engine, menu.backupactions));
   return Reference::borrow(Py_None);
 }
 
-/// Constructs a screen that takes two texts.
-template <class ScreenType, const Class& type>
+template <class ScreenType>
 Reference constructScreen(const Call& call) {
-  auto instance = std::make_unique<ScreenInstance<ScreenType>>(type, call.module.host.names(),
-                                                               call.arguments[0]);
-  instance->construct(call.module.host, call.self, textOf(call.arguments[1]),
-                      textOf(call.arguments[2]));
-  attachInstance(call.self, std::move(instance));
+  constructWith<ScreenType>(call, textOf(call.arguments[1].get()), textOf(call.arguments[2].get()));
   return Reference::borrow(Py_None);
 }
 
@@ -196,10 +234,11 @@ constexpr Class kBackupActions = {"BackupActions",
 
 constexpr Class kStowlineHelpScreen = {"StowlineHelpScreen",
                                        {"__init__",
-                                        &constructScreen<StowlineHelpScreen, kStowlineHelpScreen>,
+                                        &constructScreen<StowlineHelpScreen>,
                                         {{"session"}, {"restorefile"}, {"fullrestorepath"}}},
                                        kHelpScreenOperations,
-                                       kHelpScreenAttributes};
+                                       kHelpScreenAttributes,
+                                       &StowlineHelpScreen::skin};
 
 constexpr Class kStowline = {
     "Stowline",
@@ -209,7 +248,7 @@ constexpr Class kStowline = {
 
 constexpr Class kStowlineRestore = {"StowlineRestore",
                                     {"__init__",
-                                     &constructScreen<StowlineRestore, kStowlineRestore>,
+                                     &constructScreen<StowlineRestore>,
                                      {{"session"}, {"restoretype"}, {"plugin_path"}}},
                                     kRestoreOperations,
                                     kRestoreAttributes};

@@ -21,12 +21,6 @@ class Proxy {
   Reference object_;
 };
 
-/// Returns the framework's object that `proxy` stands for.
-template <class Interface>
-const Reference& objectOf(const Interface& proxy) {
-  return dynamic_cast<const Proxy&>(proxy).object();
-}
-
 /// A widget that stands for one of the framework's.
 template <class Widget>
 class WidgetProxy : public Widget, public Proxy {

@@ -4,7 +4,6 @@
 
 #include "Classes.h"
 #include "Setup.h"
-#include "StowlineHelpScreen.h"
 
 namespace receiver {
 namespace {
@@ -27,25 +26,26 @@ void define(Module& module) {
   for (const Operation& function : kFunctions) {
     names.set(toObject(function.name), makeFunction(module, function));
   }
+  const auto add = [&](const Class& table, const Reference& base) -> const MadeClass& {
+    const MadeClass& made = makeClass(module, table, base);
+    names.set(toObject(table.name), made.type);
+    return made;
+  };
   const auto object = Reference::borrow(reinterpret_cast<PyObject*>(&PyBaseObject_Type));
   const Reference screen = names.get<"Screen">();
-  module.engine_class = makeClass(module, kBackupActions, object);
-  names.set(toObject(kBackupActions.name), module.engine_class);
-  const Reference help = makeClass(module, kStowlineHelpScreen, screen);
-  setAttribute<"skin">(help.get(), toObject(std::string(stowline::StowlineHelpScreen::skin)));
-  names.set(toObject(kStowlineHelpScreen.name), help);
-  names.set(toObject(kStowline.name), makeClass(module, kStowline, screen));
-  names.set(toObject(kStowlineRestore.name), makeClass(module, kStowlineRestore, screen));
+  module.engine = &add(kBackupActions, object);
+  add(kStowlineHelpScreen, screen);
+  add(kStowline, screen);
+  add(kStowlineRestore, screen);
 }
 
 /// Loads the module into `object`. Returns -1 with the error set when that fails.
 int load(PyObject* object) {
   try {
-    auto module = std::make_unique<Module>(PyModule_GetDict(object));
+    auto module = std::make_unique<Module>(object);
     stowline::load(module->host);
-    define(*module);
     // Deliberately never freed: the classes refer to it, and the GUI never unloads a module.
-    module.release();
+    define(*module.release());
     return 0;
   } catch (...) {
     setPending();

@@ -19,29 +19,6 @@ struct Exception : host::Object {
   Reference traceback;
 };
 
-/// Returns the name of a class without the unit that it is from.
-std::string className(PyObject* type) {
-  const std::string name = reinterpret_cast<PyTypeObject*>(type)->tp_name;
-  return name.substr(name.rfind('.') + 1);
-}
-
-/// Returns the text form of an exception; empty when it has none.
-std::string messageOf(PyObject* value) {
-  const Reference text = Reference::steal(textForm(value));
-  std::string message;
-  if (text) copyText(text.get(), message);
-  PyErr_Clear();
-  return message;
-}
-
-/// Returns the errno of an exception, 0 when it has none.
-int errnoOf(PyObject* value) {
-  const Reference number = Reference::steal(PyObject_GetAttrString(value, "errno"));
-  const long result = number && isPlainInteger(number.get()) ? PyLong_AsLong(number.get()) : 0;
-  PyErr_Clear();
-  return static_cast<int>(result);
-}
-
 /// Returns the built-in exception of that name; RuntimeError when there is none.
 Reference builtinException(const std::string& name) {
   const Reference builtins = Reference::steal(PyImport_ImportModule(kBuiltins));
@@ -52,8 +29,12 @@ Reference builtinException(const std::string& name) {
   return Reference::borrow(PyExc_RuntimeError);
 }
 
+const Exception* exceptionOf(const host::Error& error) {
+  return dynamic_cast<const Exception*>(error.original().get());
+}
+
 void setPending(const host::Error& error) {
-  if (const auto* raised = dynamic_cast<const Exception*>(error.original().get())) {
+  if (const Exception* raised = exceptionOf(error)) {
     PyErr_Restore(Reference(raised->type).release(), Reference(raised->value).release(),
                   Reference(raised->traceback).release());
   } else {
@@ -72,7 +53,13 @@ void raisePending() {
   PyErr_NormalizeException(&type, &value, &traceback);
   auto raised = std::make_shared<Exception>(Reference::steal(type), Reference::steal(value),
                                             Reference::steal(traceback));
-  throw host::Error(className(type), messageOf(value), errnoOf(value), raised);
+  // What the exception says of itself is not asked: that may be anybody's code.
+  throw host::Error("Exception", "", 0, raised);
+}
+
+bool isA(const host::Error& error, PyObject* type) {
+  const Exception* raised = exceptionOf(error);
+  return raised && PyErr_GivenExceptionMatches(raised->type.get(), type) != 0;
 }
 
 Reference checked(PyObject* result) {

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "Reference.h"
+#include "host/Error.h"
 
 namespace receiver {
 
 /// Raises the interpreter's pending error as host::Error, which keeps the exception as it is.
 [[noreturn]] void raisePending();
+
+/// Returns whether `error` is an exception of the interpreter that the class `type` catches.
+bool isA(const host::Error& error, PyObject* type);
 
 /// Takes over the new reference `result`, or raises the pending error when it is null.
 Reference checked(PyObject* result);

@@ -8,11 +8,6 @@
 namespace receiver {
 namespace {
 
-/// Returns the name under which an object keeps its C++ side among its attributes.
-PyObject* key() {
-  return named<"_stowline">();
-}
-
 /// Holds an object's C++ side, and shows the cycle collector what that holds.
 struct Holder {
   PyObject_HEAD Instance* instance;
@@ -25,9 +20,10 @@ Holder* holderOf(PyObject* object) {
 
 int traverseHolder(PyObject* self, visitproc visit, void* arg) {
   Instance* const instance = holderOf(self)->instance;
-  if (!instance) return 0;
+  if (!instance || !instance->object()) return 0;
   for (const Attribute& attribute : instance->type().attributes) {
-    if (const int result = attribute.traverse(instance->object(), visit, arg)) return result;
+    const void* const member = attribute.member(instance->object());
+    if (const int result = attribute.type->traverse(member, visit, arg)) return result;
   }
   return 0;
 }
@@ -55,27 +51,46 @@ PyTypeObject* holderType() {
   return type;
 }
 
+/// Returns what an object keeps in the slot; nothing, with an error set, when that is nothing or
+/// the object is of another class.
+Reference slotOf(PyObject* self, const MadeClass& type) {
+  PyObject* const slot = type.slot.get();
+  return Reference::steal(Py_TYPE(slot)->tp_descr_get(slot, self, nullptr));
+}
+
+/// Returns -1 with an error set when the object is of another class. Null empties the slot.
+int setSlot(PyObject* self, const MadeClass& type, PyObject* value) {
+  PyObject* const slot = type.slot.get();
+  return Py_TYPE(slot)->tp_descr_set(slot, self, value);
+}
+
 }  // namespace
 
-void attachInstance(PyObject* self, std::unique_ptr<Instance> instance) {
+Attaching::Attaching(PyObject* self, const MadeClass& type, std::unique_ptr<Instance> instance)
+    : self_(self), type_(type) {
   Holder* const made = PyObject_GC_New(Holder, holderType());
   const Reference holder = checked(reinterpret_cast<PyObject*>(made));
   made->instance = instance.release();
   made->owner = self;
   PyObject_GC_Track(holder.get());
-  checked(PyObject_GenericSetAttr(self, key(), holder.get()));
+  former_ = slotOf(self, type);
+  if (!former_) PyErr_Clear();
+  checked(setSlot(self, type, holder.get()));
 }
 
-AttachedInstance::AttachedInstance(PyObject* self, const Class& type) {
-  holder_ = Reference::steal(PyObject_GenericGetAttr(self, key()));
+Attaching::~Attaching() {
+  if (kept_) return;
+  setSlot(self_, type_, former_.get());
+  PyErr_Clear();  // the error of the construction is under way as a C++ exception
+}
+
+AttachedInstance::AttachedInstance(PyObject* self, const MadeClass& type)
+    : holder_(slotOf(self, type)) {
+  if (!holder_ && !PyErr_ExceptionMatches(PyExc_AttributeError)) raisePending();
   const bool is_held = holder_ && Py_TYPE(holder_.get()) == holderType();
-  if (!is_held || !holderOf(holder_.get())->instance || holderOf(holder_.get())->owner != self) {
+  Holder* const holder = is_held ? holderOf(holder_.get()) : nullptr;
+  if (!holder || holder->owner != self || !holder->instance || !holder->instance->object()) {
     PyErr_Format(PyExc_AttributeError, "'%.200s' object is not initialised",
-                 Py_TYPE(self)->tp_name);
-    raisePending();
-  }
-  if (&(*this)->type() != &type) {
-    PyErr_Format(PyExc_TypeError, "a '%s' object is required, not '%.200s'", type.name,
                  Py_TYPE(self)->tp_name);
     raisePending();
   }

@@ -3,8 +3,7 @@
 #include <memory>
 
 #include "Module.h"
-#include "Peer.h"
-#include "Sessions.h"
+#include "Self.h"
 
 namespace receiver {
 
@@ -17,28 +16,48 @@ class Instance {
   virtual ~Instance() = default;
 
   const Class& type() const { return type_; }
+  Self& self() { return self_; }
 
-  /// The object whose operations and attributes the class describes.
+  /// The object whose operations and attributes the class describes, null when it is not yet there.
   virtual void* object() = 0;
-
-  /// The framework's side of a screen, null for other objects.
-  virtual Peer* peer() { return nullptr; }
-
-  /// Takes over what the framework may have changed in the attributes that are its own.
-  virtual void readBack(PyObject* /*self*/) {}
 
  private:
   const Class& type_;
+  Self self_;
 };
 
-/// Gives `self` its C++ side, in place of any former one. It goes with `self`.
-void attachInstance(PyObject* self, std::unique_ptr<Instance> instance);
+/// A class as the interpreter has it. It lives as long as the process.
+struct MadeClass {
+  const Class& table;
+  Module& module;
+  Reference type;  ///< the interpreter's class
+  Reference slot;  ///< the descriptor of what an object of it keeps its C++ side in
+};
+
+/// Gives an object its C++ side; unless that is kept, the object has its former one back
+/// afterwards.
+class Attaching {
+ public:
+  /// Raises TypeError when `self` is of another class.
+  Attaching(PyObject* self, const MadeClass& type, std::unique_ptr<Instance> instance);
+  ~Attaching();
+  Attaching(const Attaching&) = delete;
+  Attaching& operator=(const Attaching&) = delete;
+
+  void keep() { kept_ = true; }
+
+ private:
+  PyObject* self_;
+  const MadeClass& type_;
+  Reference former_;
+  bool kept_ = false;
+};
 
 /// The C++ side of `self`, kept alive while this lives.
 class AttachedInstance {
  public:
   /// Raises AttributeError when `self` has none, TypeError when it is of another class.
-  AttachedInstance(PyObject* self, const Class& type);
+  AttachedInstance(PyObject* self, const MadeClass& type);
 
   Instance& operator*() const;
   Instance* operator->() const { return &**this; }

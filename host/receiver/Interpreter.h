@@ -18,11 +18,12 @@ inline bool isText(PyObject* object) {
   return PyUnicode_Check(object);
 }
 
-/// Whether `object` is a text or an integer and of no derived class.
+/// Whether `object` is a text of no derived class.
 inline bool isPlainText(PyObject* object) {
   return PyUnicode_CheckExact(object);
 }
 
+/// Whether `object` is an integer of no derived class.
 inline bool isPlainInteger(PyObject* object) {
   return PyLong_CheckExact(object);
 }
@@ -66,6 +67,11 @@ inline PyObject* internedText(const char* text) {
 
 inline PyObject* newInteger(long number) {
   return PyLong_FromLong(number);
+}
+
+/// Returns what is raised when calls are nested too deeply.
+inline PyObject* recursionError() {
+  return PyExc_RecursionError;
 }
 
 /// Gives a type that is made at run time the one reference that nobody gives back.
@@ -130,6 +136,10 @@ inline void keepType(PyTypeObject& type) {
 
 inline PyObject* newInteger(long number) {
   return PyInt_FromLong(number);
+}
+
+inline PyObject* recursionError() {
+  return PyExc_RuntimeError;
 }
 
 inline PyObject* boundMethod(PyObject* function, PyObject* self) {

@@ -39,11 +39,11 @@ void toMember(const Module& /*module*/, std::vector<std::string>& member, PyObje
 }
 
 void toMember(const Module& /*module*/, host::Value& member, PyObject* value) {
-  member = valueOf(value);
+  member = rowOf(value);
 }
 
 void toMember(const Module& /*module*/, host::Value::List& member, PyObject* value) {
-  const host::Value list = valueOf(value);
+  const host::Value list = rowOf(value);
   if (!list.list()) raiseTypeError("a list", value);
   const host::Value::List former = std::exchange(member, *list.list());
 }

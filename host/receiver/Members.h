@@ -73,7 +73,8 @@ inline Reference fromMember(const Module& module, std::vector<host::PackageComma
 
 template <class Interface>
 Reference fromProxy(const Interface* proxy) {
-  return proxy ? objectOf(*proxy) : Reference::borrow(Py_None);
+  const auto* held = dynamic_cast<const Proxy*>(proxy);
+  return held ? held->object() : Reference::borrow(Py_None);
 }
 
 inline Reference fromMember(const Module& /*module*/,
@@ -123,7 +124,7 @@ inline int traverseMember(const host::Value::List& member, visitproc visit, void
 
 template <class Interface>
 int traverseProxy(const Interface* proxy, visitproc visit, void* arg) {
-  if (proxy) Py_VISIT(objectOf(*proxy).get());
+  if (const auto* held = dynamic_cast<const Proxy*>(proxy)) Py_VISIT(held->object().get());
   return 0;
 }
 

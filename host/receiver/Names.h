@@ -12,7 +12,7 @@ namespace receiver {
 class Names {
  public:
   /// `dictionary`: the module's.
-  explicit Names(PyObject* dictionary) : dictionary_(Reference::borrow(dictionary)) {}
+  explicit Names(PyObject* dictionary);
 
   /// Binds a name as the statements "from unit import name" and "import *" do. Raises what the
   /// unit's import raises, and ImportError when the unit lacks the name.
@@ -27,16 +27,16 @@ class Names {
 
   void set(const Reference& name, const Reference& object) const;
 
+  /// Return what a built-in name is now. Raise NameError when there is none.
+  template <Literal name>
+  Reference builtin() const {
+    return builtin(named<name>());
+  }
+  Reference builtin(PyObject* name) const;
+
  private:
   Reference dictionary_;
+  Reference builtins_;  ///< the dictionary of those that were there at load
 };
-
-/// Return what a built-in name is now. Raise NameError when there is none.
-Reference builtin(PyObject* name);
-
-template <Literal name>
-Reference builtin() {
-  return builtin(named<name>());
-}
 
 }  // namespace receiver

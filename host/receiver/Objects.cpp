@@ -28,17 +28,6 @@ host::Value integerValue(PyObject* object) {
   return number;
 }
 
-host::Value itemValue(PyObject* object);
-
-host::Value listValue(PyObject* object) {
-  const Reference items = checked(PySequence_Fast(object, "not a list"));
-  host::Value::List values;
-  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
-    values.push_back(itemValue(PySequence_Fast_GET_ITEM(items.get(), i)));
-  }
-  return values;
-}
-
 /// Looks into no list: a list may hold itself. What is of a derived class stays an object: it may
 /// compare otherwise.
 host::Value itemValue(PyObject* object) {
@@ -47,6 +36,20 @@ host::Value itemValue(PyObject* object) {
   if (isPlainInteger(object)) return integerValue(object);
   if (isPlainText(object)) return textOf(object);
   return objectRef(Reference::borrow(object));
+}
+
+/// Takes any text as one.
+host::Value cellValue(PyObject* object) {
+  return isText(object) ? textOf(object) : itemValue(object);
+}
+
+host::Value listValue(PyObject* object, host::Value (*convert)(PyObject* item)) {
+  const Reference items = checked(PySequence_Fast(object, "not a list"));
+  host::Value::List values;
+  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
+    values.push_back(convert(PySequence_Fast_GET_ITEM(items.get(), i)));
+  }
+  return values;
 }
 
 Reference integerObject(long long number) {
@@ -168,12 +171,12 @@ long long integerOf(PyObject* object) {
 
 host::Value valueOf(PyObject* object) {
   const bool is_list = PyList_CheckExact(object) || PyTuple_CheckExact(object);
-  return is_list ? listValue(object) : itemValue(object);
+  return is_list ? listValue(object, &itemValue) : itemValue(object);
 }
 
 host::Value rowOf(PyObject* object) {
-  if (isText(object)) return textOf(object);
-  return PyList_Check(object) || PyTuple_Check(object) ? listValue(object) : valueOf(object);
+  const bool is_list = PyList_Check(object) || PyTuple_Check(object);
+  return is_list ? listValue(object, &cellValue) : cellValue(object);
 }
 
 host::ObjectRef objectRef(const Reference& object) {

@@ -55,7 +55,7 @@ long long integerOf(PyObject* object);
 /// it.
 host::Value valueOf(PyObject* object);
 
-/// Returns the row of a list, which may be of a class derived from text, tuple or list.
+/// Returns `object` as the row of a list: it and the texts in it may be of derived classes.
 host::Value rowOf(PyObject* object);
 
 /// Returns `object` for the module to keep; null for None.
@@ -136,7 +136,7 @@ Reference callNamed(PyObject* name, std::initializer_list<Reference> arguments);
 
 /// Calls `callable` with positional arguments.
 template <class... Arguments>
-Reference call(const Reference callable, const Arguments&... arguments) {
+Reference call(const Reference& callable, const Arguments&... arguments) {
   return callDirectly(callable, {toObject(arguments)...});
 }
 

@@ -12,26 +12,30 @@ Reference packageCommands(const Names& names, const std::vector<host::PackageCom
 
 namespace {
 
+[[noreturn]] void raiseTypeError() {
+  PyErr_SetString(PyExc_TypeError, "a package command is required: (command, {\"package\": name})");
+  raisePending();
+}
+
 host::IpkgCommand commandOf(const Names& names, PyObject* command) {
   for (const auto known : {host::IpkgCommand::CMD_INSTALL, host::IpkgCommand::CMD_UPDATE}) {
     if (equal(command, ipkgCommand(names, known).get())) return known;
   }
-  PyErr_SetString(PyExc_TypeError, "a command of the package manager is required");
-  raisePending();
+  raiseTypeError();
 }
 
 }  // namespace
 
 std::vector<host::PackageCommand> packageCommandsOf(const Names& names, PyObject* list) {
-  const Reference items = checked(PySequence_Fast(list, "a list of package commands is required"));
+  const Reference items = checked(PySequence_Tuple(list));
   std::vector<host::PackageCommand> commands;
-  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
-    const Reference pair = checked(PySequence_Tuple(PySequence_Fast_GET_ITEM(items.get(), i)));
-    PyObject* options = nullptr;
-    PyObject* command = nullptr;
-    if (!PyArg_ParseTuple(pair.get(), "OO", &command, &options)) raisePending();
+  for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(items.get()); ++i) {
+    PyObject* const pair = PyTuple_GET_ITEM(items.get(), i);
+    if (!PyTuple_Check(pair) || PyTuple_GET_SIZE(pair) != 2) raiseTypeError();
+    PyObject* const options = PyTuple_GET_ITEM(pair, 1);
+    if (!PyDict_Check(options) || PyDict_Size(options) != 1) raiseTypeError();
     const Reference package = checked(PyObject_GetItem(options, named<"package">()));
-    commands.push_back({commandOf(names, command), textOf(package.get())});
+    commands.push_back({commandOf(names, PyTuple_GET_ITEM(pair, 0)), textOf(package.get())});
   }
   return commands;
 }

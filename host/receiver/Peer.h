@@ -5,30 +5,17 @@
 #include <string_view>
 
 #include "Components.h"
+#include "Self.h"
 #include "host/Screen.h"
 
 namespace receiver {
 
-/// The framework's side of a screen: the interpreter's object that the screen belongs to. It is
-/// known only while one of its operations runs, so that nothing here keeps it alive or outlives it.
+/// The framework's side of a screen: the interpreter's object that the screen belongs to.
 class Peer : public host::ScreenPeer {
  public:
-  /// Lets the screen belong to `self` while it lives; restores what was before.
-  class Entered {
-   public:
-    Entered(Peer& peer, PyObject* self) : peer_(peer), former_(peer.self_) { peer_.self_ = self; }
-    ~Entered() { peer_.self_ = former_; }
-    Entered(const Entered&) = delete;
-    Entered& operator=(const Entered&) = delete;
+  Peer(const Names& names, const Self& self) : names_(names), self_(self) {}
 
-   private:
-    Peer& peer_;
-    PyObject* former_;
-  };
-
-  explicit Peer(const Names& names) : names_(names) {}
-
-  PyObject* self() const { return self_; }
+  PyObject* self() const { return self_.get(); }
 
   void init(host::Session& session) override;
   void setItem(std::string_view key, const host::ComponentPtr& component) override;
@@ -36,15 +23,20 @@ class Peer : public host::ScreenPeer {
   std::shared_ptr<host::List> list(std::string_view key) override;
   std::shared_ptr<host::MenuList> menuList(std::string_view key) override;
   void setAttribute(std::string_view name, const std::string& value) override;
+  std::string attribute(std::string_view name, const std::string& value) override;
   void appendOnLayoutFinish(const host::Action& hook) override;
   void close(const host::Value& result) override;
   void callOperation(std::string_view name, const host::Value& argument) override;
+  std::optional<host::Value> callOverride(std::string_view name,
+                                          const host::Value::List& arguments) override {
+    return self_.callOverride(name, arguments);
+  }
 
  private:
   Reference item(std::string_view key) const;
 
   const Names& names_;
-  PyObject* self_ = nullptr;
+  const Self& self_;
 };
 
 /// Returns the interpreter's object of the screen that a method belongs to.

@@ -21,7 +21,7 @@ std::string escaped(const std::string& line) {
 }  // namespace
 
 std::string ReceiverHost::translate(std::string_view text) {
-  return textOf(call(builtin<"_">(), text).get());
+  return textOf(call(names_.builtin<"_">(), text).get());
 }
 
 /// A name that the log's encoding has no character for shall not stop what is being logged.
@@ -32,7 +32,7 @@ void ReceiverHost::print(const std::string& line) {
   try {
     invoke<"write">(stream, line + "\n");
   } catch (const host::Error& error) {
-    if (error.type() != "UnicodeEncodeError" && error.type() != "UnicodeDecodeError") throw;
+    if (!isA(error, PyExc_UnicodeError)) throw;
     invoke<"write">(stream, escaped(line + "\n"));
   }
 }

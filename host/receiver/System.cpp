@@ -1,20 +1,25 @@
 #include "System.h"
 
+#include "host/Error.h"
+
 namespace receiver {
 namespace {
 
-/// Returns the lines that are left in a file object, and closes it whatever happens.
+/// Returns the lines that are left in a file object, and closes it. An error of the reading is the
+/// one to raise, whatever the closing says then.
 std::vector<std::string> linesOf(const Reference& file) {
-  struct Closing {
-    const Reference& file;
-    ~Closing() {
-      const auto close = Reference::steal(PyObject_GetAttrString(file.get(), "close"));
-      if (close) Py_XDECREF(PyObject_CallObject(close.get(), nullptr));
-      PyErr_Clear();  // an error of the reading is under way as a C++ exception
+  std::vector<std::string> lines;
+  try {
+    lines = textsOf(invoke<"readlines">(file).get());
+  } catch (const host::Error&) {
+    try {
+      invoke<"close">(file);
+    } catch (const host::Error&) {
     }
-  };
-  const Closing closing{file};
-  return textsOf(invoke<"readlines">(file).get());
+    throw;
+  }
+  invoke<"close">(file);
+  return lines;
 }
 
 template <Literal name>

@@ -95,6 +95,18 @@ bool isCompanion(const std::string& name) {
   return name.ends_with("_atile_hd") || name.ends_with("_user_files");
 }
 
+host::Value valueOf(const std::vector<std::string>& texts) {
+  return host::Value::List(texts.begin(), texts.end());
+}
+
+/// Returns the items of a list as texts. Raises host::Error ("TypeError") for anything else.
+std::vector<std::string> textsOf(const host::Value& value) {
+  if (!value.list()) throw host::Error("TypeError", "no list of paths: " + value.str());
+  std::vector<std::string> texts;
+  for (const host::Value& item : *value.list()) texts.push_back(item.str());
+  return texts;
+}
+
 /// Returns the names to delete out of `newest_first`: every main file of the kind `file_type` but
 /// the newest ones, each with its possible companions.
 std::vector<std::string> outdated(const std::vector<std::string>& newest_first,
@@ -139,8 +151,10 @@ host::Value BackupActions::createConfigFile() {
   for (const char* exclude : kConfigExcludes) command += std::string(" --exclude ") + exclude;
   host_.os().system(command);
 
-  std::vector<std::string> user_files = saveAtileUserFiles();
-  std::ranges::copy(saveVFDSkinUserFiles(), std::back_inserter(user_files));
+  std::vector<std::string> user_files =
+      listed("saveAtileUserFiles", {}, [&] { return saveAtileUserFiles(); });
+  std::ranges::copy(listed("saveVFDSkinUserFiles", {}, [&] { return saveVFDSkinUserFiles(); }),
+                    std::back_inserter(user_files));
   if (!user_files.empty()) {
     command = "tar czf " + configfile + "_user_files";
     for (const std::string& file : user_files) command += " " + file;
@@ -157,8 +171,24 @@ host::Value BackupActions::createPluginList() {
   return host_.fileExists(pluginfile);
 }
 
+/// Returns what an operation lists: the one in the place of the module's own, or else that.
+template <class Own>
+std::vector<std::string> BackupActions::listed(std::string_view operation,
+                                               const host::Value::List& arguments, Own own) {
+  std::optional<host::Value> result;
+  if (overrides_) result = overrides_->callOverride(operation, arguments);
+  return result ? textsOf(*result) : own();
+}
+
+std::vector<std::string> BackupActions::userFiles(const std::string& package_info,
+                                                  const std::vector<std::string>& start_strings,
+                                                  const std::vector<std::string>& search_dirs) {
+  return listed("saveUserFiles", {package_info, valueOf(start_strings), valueOf(search_dirs)},
+                [&] { return saveUserFiles(package_info, start_strings, search_dirs); });
+}
+
 std::vector<std::string> BackupActions::saveAtileUserFiles() {
-  return saveUserFiles(
+  return userFiles(
       "/var/lib/opkg/info/enigma2-plugin-skin-atile.list",
       {"/usr/share/enigma2/AtileHD/colors_atile_", "/usr/share/enigma2/AtileHD/font_atile_",
        "/usr/share/enigma2/AtileHD/allScreens/skin_",
@@ -168,8 +198,8 @@ std::vector<std::string> BackupActions::saveAtileUserFiles() {
 }
 
 std::vector<std::string> BackupActions::saveVFDSkinUserFiles() {
-  return saveUserFiles("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list",
-                       {"/usr/share/enigma2/vfd_skin/skin_vfd"}, {"/usr/share/enigma2/vfd_skin"});
+  return userFiles("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list",
+                   {"/usr/share/enigma2/vfd_skin/skin_vfd"}, {"/usr/share/enigma2/vfd_skin"});
 }
 
 std::vector<std::string> BackupActions::saveUserFiles(const std::string& package_info,
@@ -186,7 +216,9 @@ std::vector<std::string> BackupActions::saveUserFiles(const std::string& package
   std::vector<std::string> user_files;
   for (const std::string& directory : search_dirs) {
     if (!host_.os().exists(directory)) continue;
-    for (const std::string& file : listdir_fullpath(directory)) {
+    const std::vector<std::string> files =
+        listed("listdir_fullpath", {directory}, [&] { return listdir_fullpath(directory); });
+    for (const std::string& file : files) {
       for (const std::string& start : start_strings) {
         if (file.starts_with(start) && !package_files.contains(file)) user_files.push_back(file);
       }

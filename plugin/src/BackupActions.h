@@ -7,6 +7,7 @@
 
 #include "BackupJobs.h"
 #include "host/Host.h"
+#include "host/Overrides.h"
 
 namespace stowline {
 
@@ -53,8 +54,20 @@ class BackupActions : public BackupJobs {
   /// each with its companion archives, and logs each file deleted.
   void houseKeeping();
 
+  /// From now on operations that call others of this object ask `overrides`, which outlives it,
+  /// first.
+  void setOverrides(host::Overrides& overrides) { overrides_ = &overrides; }
+
  private:
+  template <class Own>
+  std::vector<std::string> listed(std::string_view operation, const host::Value::List& arguments,
+                                  Own own);
+  std::vector<std::string> userFiles(const std::string& package_info,
+                                     const std::vector<std::string>& start_strings,
+                                     const std::vector<std::string>& search_dirs);
+
   host::Host& host_;
+  host::Overrides* overrides_ = nullptr;
 };
 
 }  // namespace stowline

@@ -100,6 +100,7 @@ std::string mediumOf(const host::Value& option) {
 Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& session,
                    std::string plugin_path, const std::string& screen_type)
     : TitledScreen(host, peer, session), skin_path(std::move(plugin_path)) {
+  peer.init(session);
   peer.setAttribute("skin_path", skin_path);
   setTitleAttribute(translated("QOR Stowline"));
   backupactions = std::make_shared<BackupActions>(host, "manual");
@@ -191,6 +192,7 @@ void Stowline::report(const host::Value& result, const std::string& success,
 
 void Stowline::openRestoreList(const std::string& type) {
   restoretype = type;
+  skin_path = peer().attribute("skin_path", skin_path);
   session->open(host::ScreenClass{
       .name = "StowlineRestore",
       .arguments = {restoretype, skin_path},
@@ -218,13 +220,13 @@ void Stowline::backuprestorepath_choosen(const host::Value& option) {
   backupRestorePathSetting(host()).save();
   host().config().subsection(kSubsection).save();
   host().config().save();
-  checkFolders();
+  if (!peer().callOverride("checkFolders", {})) checkFolders();
 }
 
 void Stowline::checkFolders() {
   backuprestorepath = getBackupRestorePath(host());
   if (!backuprestorepath) sayNotWriteable();
-  createMenu();
+  if (!peer().callOverride("createMenu", {})) createMenu();
 }
 
 void Stowline::keyCancel() {
@@ -241,7 +243,7 @@ void Stowline::ipkgCallback(host::IpkgEvent event, const host::Value& /*param*/)
     peer().callOperation("setStatus", "error");
   } else if (event == host::IpkgEvent::EVENT_DONE && restoretype == "installlocalplugin") {
     restoretype.clear();
-    installLocalPlugins();
+    if (!peer().callOverride("installLocalPlugins", {})) installLocalPlugins();
   }
 }
 

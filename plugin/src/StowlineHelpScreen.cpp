@@ -110,6 +110,7 @@ StowlineHelpScreen::StowlineHelpScreen(host::Host& host, host::ScreenPeer& peer,
     : TitledScreen(host, peer, session),
       restorefile(std::move(restorefile_)),
       fullrestorepath(std::move(fullrestorepath_)) {
+  peer.init(session);
   // The one text that is deliberately not translated.
   setTitleAttribute("Qor Stowline");
   setTitleWidget();

@@ -68,6 +68,7 @@ StowlineRestore::StowlineRestore(host::Host& host, host::ScreenPeer& peer, host:
     : TitledScreen(host, peer, session),
       skin_path(std::move(plugin_path)),
       restoretype(std::move(restoretype_)) {
+  peer.init(session);
   peer.setAttribute("skin_path", skin_path);
   setTitleAttribute(translated("QOR Stowline"));
   setTitleWidget();
@@ -86,7 +87,7 @@ StowlineRestore::StowlineRestore(host::Host& host, host::ScreenPeer& peer, host:
                                 {.contexts = {"ShortcutActions"},
                                  .bindings = {{"red", cancel}, {"green", ok}, {"yellow", del}}}));
   peer.setItem("filelist", host.components().makeMenuList(flist));
-  fill_list();
+  if (!peer.callOverride("fill_list", {})) fill_list();
   Console = host.components().makeComConsole();
   ipkg = host.components().makeIpkgComponent();
   ipkg->addCallback({this, "ipkgCallback", [this](host::IpkgEvent event, const host::Value& param) {
@@ -144,7 +145,8 @@ void StowlineRestore::KeyOk() {
 }
 
 void StowlineRestore::restoreSettingsAndReport() {
-  if (restoreSettings()) {
+  const auto overridden = peer().callOverride("restoreSettings", {});
+  if (overridden ? overridden->equalsTrue() : restoreSettings()) {
     session->openWithCallback(
         closeCallback(),
         host::MessageBox{.text = translated("Restoring settings finished successfully"),
@@ -236,7 +238,7 @@ void StowlineRestore::startDelete(const host::Value& ret) {
   exe = true;
   if (host().os().exists(val.str())) host().os().remove(val.str());
   exe = false;
-  fill_list();
+  if (!peer().callOverride("fill_list", {})) fill_list();
 }
 
 void StowlineRestore::keyCancel(const host::Value& /*ret*/) {
@@ -253,7 +255,7 @@ void StowlineRestore::ipkgCallback(host::IpkgEvent event, const host::Value& /*p
     peer().callOperation("setStatus", "error");
   } else if (event == host::IpkgEvent::EVENT_DONE && restoretype == "plugininstall") {
     restoretype.clear();
-    installPlugins();
+    if (!peer().callOverride("installPlugins", {})) installPlugins();
   }
 }
 

@@ -21,6 +21,7 @@ class TestScreen : public host::Screen {
 
   TestScreen(host::Host& host, host::ScreenPeer& peer, host::Session& session, const Setup& setup)
       : Screen(host, peer, session) {
+    peer.init(session);
     setup(*this);
   }
 

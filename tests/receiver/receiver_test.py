@@ -27,6 +27,7 @@ class ReceiverTest(unittest.TestCase):
 
     def tearDown(self):
         sys.stdout = self.stdout
+        self.assertEqual(fakes.Lines.open_files, [])
 
     def raised(self, call, *args, **keywords):
         """Returns the exception that `call` raises, none when it raises none."""

@@ -155,11 +155,63 @@ class Identity(ErrorTest):
                 setattr(stowline, name, original)
             del self.replaced[:]
 
-    def test_what_is_caught_leaves_nothing_behind(self):
-        self.replace("makedirs", self.failing(Odd("odd")))
+    def test_what_is_caught_is_let_go(self):
+        error = Odd("odd")
+        self.replace("makedirs", self.failing(error))
         self.receiver.directories.clear()
-        stowline.getBackupRestorePath()
-        self.assertEqual(sys.exc_info(), (None, None, None))
+        references = sys.getrefcount(error)
+        for _ in range(100):
+            self.assertIsNone(stowline.getBackupRestorePath())
+        error.__traceback__ = None
+        self.assertLess(sys.getrefcount(error), references + 10)
+
+    def test_an_error_is_not_asked_what_it_says_of_itself(self):
+        asked = []
+
+        class Asked(Exception):
+            errno = property(lambda self: asked.append("errno"))
+
+            def __str__(self):
+                asked.append("str")
+                return ""
+
+        self.replace("system", self.failing(Asked()))
+        self.assertIsInstance(self.raised(stowline.BackupActions().createSettingFile), Asked)
+        self.assertEqual(asked, [])
+
+    def test_an_error_of_closing_a_file_is_the_callers_unless_reading_failed(self):
+        closing, reading = Odd("closing"), Odd("reading")
+
+        class File(object):
+            def __init__(self, error):
+                self.error = error
+
+            def readlines(self):
+                if self.error:
+                    raise self.error
+                return []
+
+            def close(self):
+                raise closing
+
+        self.receiver.add_file("/list")
+        for error, expected in ((None, closing), (reading, reading)):
+            self.replace("open", lambda path: File(error))
+            raised = self.raised(stowline.BackupActions().saveUserFiles, "/list", ["/"], [])
+            self.assertIs(raised, expected)
+
+    def test_an_error_of_the_skin_path_is_the_callers(self):
+        error = Odd("skin_path")
+
+        class Failing(stowline.Stowline):
+            skin_path = property(lambda self: self.failing(), lambda self, path: None)
+
+            def failing(self):
+                raise error
+
+        main = Failing(self.session, "/plugin")
+        main["menu"].entries = [("settingrestore",)]
+        self.assertIs(self.raised(main.runMenuEntry), error)
 
     def test_what_an_error_carries_is_kept(self):
         error = OSError(28, "No space left on device", "/x")

@@ -7,6 +7,7 @@ import gc
 import os
 import resource
 import sys
+import threading
 import unittest
 import weakref
 
@@ -327,7 +328,7 @@ class Survival(ReceiverTest):
 
     # Deletion and missing state.
 
-    def test_a_deleted_attribute_is_there_or_is_missed(self):
+    def test_deleting_any_attribute_ends_nothing(self):
         self.each(self.delete_attribute, [(kind,) for kind in SCREENS])
 
     def delete_attribute(self, kind):
@@ -364,9 +365,13 @@ class Survival(ReceiverTest):
 
     def delete_state_meanwhile(self, kind):
         screen = SCREENS[kind](self.session)
-        stowline.system = stowline.fileExists = lambda argument: screen.__dict__.pop("_stowline", None)
+
+        def delete_state(*arguments):
+            self.raised(delattr, screen, "_stowline")
+
+        stowline.system = stowline.fileExists = delete_state
         translate = fakes.builtins._
-        fakes.builtins._ = lambda text: screen.__dict__.pop("_stowline", None) and text or translate(text)
+        fakes.builtins._ = lambda text: delete_state() or translate(text)
         self.raised(USES[kind], screen, self.session)
         gc.collect()
         assert isinstance(self.raised(USES[kind], screen, self.session), AttributeError)
@@ -446,6 +451,108 @@ class Survival(ReceiverTest):
         del kept[:]
         assert screen.sel == SETTINGS, screen.sel
 
+    def test_a_selection_may_be_replaced_while_its_text_is_taken(self):
+        self.survives(self.replace_selection_in_its_text)
+
+    def replace_selection_in_its_text(self):
+        screen = restore_list(self.session)
+
+        class Evil(object):
+            def __str__(self):
+                screen.val = None
+                return "evil"
+
+        journal.take()
+        screen.val = [Evil(), "x" * 100, "y" * 100]
+        screen.restoreSettings()
+        text = "[evil, %s, %s]" % ("x" * 100, "y" * 100)
+        assert journal.take()[8] == 'os.system("tar xzf %s -C /")' % text
+
+    def test_a_list_of_commands_may_be_emptied_while_it_is_taken(self):
+        self.survives(self.empty_commands_while_taken)
+
+    def empty_commands_while_taken(self):
+        screen = menu(self.session)
+
+        class Evil(object):
+            def __eq__(self, other):
+                del commands[:]
+                return True
+
+        commands = [(Evil(), {"package": "package %d" % i}) for i in range(100)]
+        screen.cmdList = commands
+        assert len(screen.cmdList) == 100 and not commands
+
+    def test_keywords_may_be_given_up_while_they_are_used(self):
+        self.survives(self.empty_keywords_while_used)
+
+    def empty_keywords_while_used(self):
+        screen = menu(self.session)
+        compared = []
+
+        class Evil(object):
+            def __eq__(self, other):
+                keywords.clear()
+                compared.append(self.name)
+                return False
+
+        for i in range(50):
+            keywords = {"event": Evil(), "param": None}
+            keywords["event"].name = "event %d" % i
+            screen.ipkgCallback(**keywords)
+        assert compared == ["event %d" % i for i in range(50) for _ in range(2)], compared
+
+    # Operations of several threads in one screen, which wait where they call the framework.
+
+    def test_operations_of_several_threads_may_end_in_any_order(self):
+        self.survives(self.end_in_any_order)
+
+    def end_in_any_order(self):
+        screen = menu(self.session)
+        screen["menu"].entries = [("settingbackup",)]
+        first_waits, second_waits, first_is_done = (threading.Event() for _ in range(3))
+
+        class Engine(object):
+            def createSettingFile(self):
+                if not first_waits.is_set():
+                    first_waits.set()
+                    second_waits.wait(10)
+                else:
+                    second_waits.set()
+                    first_is_done.wait(10)
+                return True
+
+        def first():
+            screen.runMenuEntry()
+            first_is_done.set()
+
+        def second():
+            first_waits.wait(10)
+            screen.runMenuEntry()
+
+        screen.backupactions = Engine()
+        threads = [threading.Thread(target=use) for use in (first, second)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        texts = [arguments[0] for _, arguments, _ in self.session.opened]
+        assert texts == ["Settings backup finished succesfully"] * 2, texts
+
+    # What the framework's closing takes away.
+
+    def test_a_closed_screen_may_lose_its_attributes(self):
+        self.each(self.lose_attributes, [(kind,) for kind in SCREENS])
+
+    def lose_attributes(self, kind):
+        screen = SCREENS[kind](self.session)
+        screen.close = lambda *result: (screen.clear(), screen.__dict__.clear())
+        press(screen, "cancel")
+        assert screen.__dict__ == {} and not screen
+        if kind != "confirmation":
+            screen.ipkgCallback(10, None)
+            assert screen.restoretype == ("" if kind == "menu" else "settingrestore")
+
     def test_the_collector_may_replace_a_list_while_it_is_read(self):
         self.each(self.collect_while_reading,
                   [("menu", "list"), ("menu", "ipklist"), ("menu", "cmdList"), ("restore_list", "flist"),
@@ -453,12 +560,14 @@ class Survival(ReceiverTest):
 
     def collect_while_reading(self, kind, attribute):
         screen = SCREENS[kind](self.session)
-        rows = {"list": [("row %d" % i, "x", "y") for i in range(50)],
-                "cmdList": [(0, {"package": "x%d" % i}) for i in range(50)],
+        rows = {"cmdList": [(0, {"package": "x%d" % i}) for i in range(50)],
                 "sel": [("row %d" % i, "x", "y") for i in range(50)]}
         names = ["a name that is long enough for memory of its own %d" % i for i in range(50)]
         for threshold in range(1, 60):
-            setattr(screen, attribute, rows.get(attribute, names))
+            if attribute == "list":
+                screen.createMenu()
+            else:
+                setattr(screen, attribute, rows.get(attribute, names))
             gc.collect()
             gc.disable()
             cycle = Thing()

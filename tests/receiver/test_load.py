@@ -3,10 +3,14 @@
 Each load is one of a process of its own, by an interpreter that has never loaded the module.
 """
 
+import gc
 import io
 import json
 import os
+import shutil
 import sys
+import tempfile
+import threading
 import types
 import unittest
 from xml.etree import ElementTree
@@ -288,6 +292,80 @@ def loaded_twice():
             first.Stowline is not second.Stowline, is_alive(first), is_alive(second)]
 
 
+def given_up():
+    first = loaded()
+    classes = first.BackupActions, first.StowlineHelpScreen
+    del sys.modules["Stowline"], first
+    gc.collect()
+    second = loaded()
+    fakes.receiver = fakes.Receiver()
+    engine, screen = classes
+    screen(fakes.Session(), "a", "/a").createMessage()
+    return [engine("auto").executiontime == "20240305_07-04_solo2.auto", is_alive(second)]
+
+
+class Stop(Exception):
+    pass
+
+
+def failed_among_its_classes():
+    """The first screen's class is made, and kept, when the making of the second fails."""
+    from Screens.Screen import Screen
+    made = []
+
+    class Meta(type):
+        def __new__(mcs, name, bases, content):
+            if made:
+                raise Stop()
+            cls = type.__new__(mcs, name, bases, content)
+            if name != "Screen":
+                made.append(cls)
+            return cls
+
+    sys.modules["Screens.Screen"].Screen = Meta("Screen", (Screen,), {})
+    error = error_of_load()
+    fakes.receiver = fakes.Receiver()
+    screen = made[0](fakes.Session(), "a", "/a")
+    screen.createMessage()
+    return [type(error).__name__, screen.restorefile == "a"]
+
+
+def skins_of_classes_being_made():
+    from Screens.Screen import Screen
+    seen = []
+    Screen.__init_subclass__ = classmethod(lambda cls: seen.append([cls.__name__, "skin" in vars(cls)]))
+    loaded()
+    return seen
+
+
+SLOW_UNIT = """
+import threading, time
+started.set()
+time.sleep(0.3)
+class ServiceReference(object):
+    pass
+"""
+
+
+def imported_meanwhile():
+    """Another thread is in the middle of a unit when the module asks for it."""
+    directory = tempfile.mkdtemp()
+    try:
+        with open(os.path.join(directory, "ServiceReference.py"), "w") as unit:
+            unit.write(SLOW_UNIT)
+        sys.modules.pop("ServiceReference", None)
+        sys.path.insert(0, directory)
+        builtins.started = threading.Event()
+        thread = threading.Thread(target=lambda: __import__("ServiceReference"))
+        thread.start()
+        builtins.started.wait(10)
+        module = loaded()
+        thread.join()
+        return is_alive(module)
+    finally:
+        shutil.rmtree(directory)
+
+
 def star_names(has_all):
     import Tools.Directories as unit
     unit._underscored = unit.offered = unit.withheld = "x"
@@ -472,6 +550,20 @@ class Load(unittest.TestCase):
     @unittest.skipIf(sys.version_info < (3,), "2.7 loads a module from a file once")
     def test_each_load_is_a_module_of_its_own(self):
         self.assertEqual(in_child(loaded_twice), [True] * 5)
+
+    def test_a_module_that_is_given_up_stays_whole_for_its_classes_and_a_later_import(self):
+        self.assertEqual(in_child(given_up), [True, True])
+
+    def test_classes_of_an_import_that_failed_stay_whole(self):
+        self.assertEqual(in_child(failed_among_its_classes), ["Stop", True])
+
+    @unittest.skipIf(sys.version_info < (3, 6), "only later versions have a hook there")
+    def test_the_confirmation_has_its_skin_while_its_class_is_made(self):
+        self.assertEqual(in_child(skins_of_classes_being_made),
+                         [["StowlineHelpScreen", True], ["Stowline", False], ["StowlineRestore", False]])
+
+    def test_a_unit_that_another_thread_imports_is_waited_for(self):
+        self.assertTrue(in_child(imported_meanwhile))
 
     def test_the_star_takes_what_all_offers(self):
         self.assertEqual(in_child(star_names, True), [True, False, True, False, True])

@@ -563,6 +563,28 @@ def overriding(base, operations, calls):
     return type("Sub", (base,), dict((name, overridden(name)) for name in operations))
 
 
+def event_of(restoretype):
+    def begin(screen):
+        screen.restoretype = restoretype
+        screen.ipkgCallback(DONE, None)
+    return begin
+
+
+# Class, the operations that one of it calls in their order, how that one is begun.
+CALLING = [
+    ("Stowline", ["checkFolders", "createMenu"], lambda screen: screen.backuprestorepath_choosen(None)),
+    ("Stowline", ["installLocalPlugins"], event_of("installlocalplugin")),
+    ("StowlineRestore", ["fill_list"], lambda screen: None),
+    ("StowlineRestore", ["fill_list", "restoreSettings"], lambda screen: screen.KeyOk()),
+    ("StowlineRestore", ["fill_list", "fill_list"],
+     lambda screen: (screen.deleteFile(), screen.startDelete(True))),
+    ("StowlineRestore", ["fill_list", "installPlugins"], event_of("plugininstall")),
+    ("BackupActions", ["saveAtileUserFiles", "saveUserFiles", "saveVFDSkinUserFiles", "saveUserFiles"],
+     lambda engine: engine.createConfigFile()),
+    ("BackupActions", ["listdir_fullpath"], lambda engine: engine.saveUserFiles("/list", ["/"], [DIRECTORY])),
+]
+
+
 class SubClasses(SurfaceTest):
     def begin(self, screen, how):
         if how == "layout":
@@ -594,6 +616,59 @@ class SubClasses(SurfaceTest):
             self.assertEqual(calls, [])
             self.session.answer(True)
             self.assertEqual(calls, [operation])
+
+    def test_operations_call_the_overriding_ones_of_their_object(self):
+        for name, others, begin in CALLING:
+            calls = []
+            cls = overriding(getattr(stowline, name), others, calls)
+            begin(cls(*CONSTRUCTED[name]))
+            self.assertEqual(calls, others, name)
+
+    def test_the_results_of_overriding_operations_count(self):
+        class Failing(stowline.StowlineRestore):
+            restoreSettings = lambda self: False  # noqa: E731
+
+        press(self.restore_list("settingrestore", Failing), "ok")
+        self.assertEqual(self.session.opened[-1][1][0], "Restoring settings failed")
+
+        class Own(stowline.BackupActions):
+            saveAtileUserFiles = lambda self: ("/a", "/b")  # noqa: E731
+
+        journal.take()
+        Own().createConfigFile()
+        self.assertIn('_user_files /a /b")', "".join(journal.take()))
+
+    def test_an_overriding_operation_that_lists_nothing_like_paths_is_a_type_error(self):
+        class Own(stowline.BackupActions):
+            saveAtileUserFiles = lambda self: 5  # noqa: E731
+
+        self.assertIsInstance(self.raised(Own().createConfigFile), TypeError)
+
+    def test_an_operation_put_into_an_object_or_a_class_is_called_too(self):
+        calls = []
+        main = self.menu()
+        main.createMenu = lambda: calls.append("object")
+        main.checkFolders()
+        former = stowline.StowlineRestore.fill_list
+        stowline.StowlineRestore.fill_list = lambda self: calls.append("class")
+        try:
+            self.restore_list("settingrestore")
+        finally:
+            stowline.StowlineRestore.fill_list = former
+        self.assertEqual(calls, ["object", "class"])
+
+    def test_operations_and_attributes_are_there_while_the_constructor_runs(self):
+        seen = []
+
+        class Watching(stowline.StowlineRestore):
+            def __setitem__(self, key, component):
+                super(Watching, self).__setitem__(key, component)
+                if key == "filelist":
+                    seen.append((self.restoretype, self.entry, self.fill_list()))
+
+        screen = Watching(self.session, "settingrestore", "/plugin")
+        self.assertEqual(seen, [("settingrestore", False, None)])
+        self.assertIs(screen.entry, True)
 
     def test_a_sub_class_may_have_its_own_constructor_and_attributes(self):
         class Own(stowline.Stowline):

@@ -22,8 +22,8 @@ class OperatingSystem {
  public:
   virtual ~OperatingSystem() = default;
 
-  /// Runs `command` through the shell to its end. Returns its wait status; a failing command raises
-  /// nothing.
+  /// Runs `command` through the shell to its end. Returns its wait status, 0 from a host that does
+  /// not know it; a failing command raises nothing.
   virtual int system(const std::string& command) = 0;
 
   /// Runs `command` through the shell to its end. Returns its standard output as lines, each with

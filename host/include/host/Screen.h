@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/Method.h"
+#include "host/Overrides.h"
 #include "host/Session.h"
 #include "host/Widgets.h"
 
@@ -13,11 +14,10 @@ namespace host {
 class Host;
 
 /// The framework's side of one screen. It outlives the screen. Every operation raises what the
-/// framework raises.
-class ScreenPeer {
+/// framework raises. Where an operation of a screen calls another of them, it asks for an override
+/// first.
+class ScreenPeer : public Overrides {
  public:
-  virtual ~ScreenPeer() = default;
-
   /// Initialises the framework's base screen with `session`, and sets its attribute "session".
   virtual void init(Session& session) = 0;
 
@@ -33,6 +33,13 @@ class ScreenPeer {
   /// Sets an attribute that the framework itself reads: "title" or "skin_path".
   virtual void setAttribute(std::string_view name, const std::string& value) = 0;
 
+  /// Returns what such an attribute is now, which is `value` where nobody else sets it. Raises
+  /// Error
+  /// ("TypeError") when it is no text.
+  virtual std::string attribute(std::string_view /*name*/, const std::string& value) {
+    return value;
+  }
+
   /// Calls `hook` once, when the layout is complete.
   virtual void appendOnLayoutFinish(const Action& hook) = 0;
 
@@ -45,13 +52,12 @@ class ScreenPeer {
 };
 
 /// The base of the module's screens: what each needs to live in its host.
-/// A screen stays where it was made, for its operations are handed to the framework.
+/// A screen stays where it was made, for its operations are handed to the framework. The body of
+/// its constructor begins with peer.init(): from then on the framework may look at its members.
 class Screen {
  public:
   Screen(Host& host, ScreenPeer& peer, Session& session)
-      : session(&session), host_(host), peer_(peer) {
-    peer_.init(session);
-  }
+      : session(&session), host_(host), peer_(peer) {}
   virtual ~Screen() = default;
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;

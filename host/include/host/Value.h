@@ -98,8 +98,9 @@ inline std::string Value::str() const {
   if (number()) return std::to_string(*number());
   if (const auto held = object()) return held->str();
   if (text()) return *text();
+  const Items items = std::get<Items>(data_);  // an item may replace this value when it is asked
   std::string joined;
-  for (const Value& item : *list()) joined += (joined.empty() ? "" : ", ") + item.str();
+  for (const Value& item : *items) joined += (joined.empty() ? "" : ", ") + item.str();
   return "[" + joined + "]";
 }
 

@@ -61,16 +61,18 @@ receiver = Receiver()
 
 
 class Lines(object):
-    """A file object that is read by lines."""
+    """A file object that is read by lines. It counts among the open files until it is closed."""
+    open_files = []
 
     def __init__(self, lines):
         self.lines = lines
+        self.open_files.append(self)
 
     def readlines(self):
         return list(self.lines)
 
     def close(self):
-        pass
+        self.open_files.remove(self)
 
 
 def system(command):
@@ -157,18 +159,20 @@ def described_commands(commands):
         for command, options in commands)
 
 
+KEYWORDS = ["title", "list", "cmdlist", "cmdList", "timeout"]
+
+
 def described_arguments(screen, args, keywords):
     parts = [screen.__name__]
     if screen.__name__ == "MessageBox":
         parts += [quoted(args[0])] + [{1: "TYPE_INFO", 3: "TYPE_ERROR"}[kind] for kind in args[1:]]
     else:
         parts += [described(argument) for argument in args]
-    for name in ("title", "list", "cmdlist", "cmdList", "timeout"):
-        if name in keywords:
-            value = keywords[name]
-            text = (described_commands(value) if name == "cmdList" else
-                    bracketed(value) if isinstance(value, list) else described(value))
-            parts.append("%s=%s" % (name, text))
+    for name in sorted(keywords, key=KEYWORDS.index):
+        value = keywords[name]
+        text = (described_commands(value) if name == "cmdList" else
+                bracketed(value) if isinstance(value, list) else described(value))
+        parts.append("%s=%s" % (name, text))
     return ", ".join(parts)
 
 

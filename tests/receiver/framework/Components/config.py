@@ -22,9 +22,8 @@ class ConfigSubsection(object):
 
 
 class ConfigText(object):
-    def __init__(self, default="", fixed_size=True, visible_width=False):
-        self.__dict__.update(default=default, fixed_size=fixed_size, visible_width=visible_width,
-                             content=default, place=None)
+    def __init__(self, **keywords):
+        self.__dict__.update(keywords, content=keywords["default"], place=None)
 
     def construction(self):
         return "ConfigText(default=%s, visible_width=%s, fixed_size=%s)" % (

@@ -9,6 +9,8 @@ class Pixmap(object):
         return "<pixmap %s>" % self.path
 
 
-def LoadPixmap(path, desktop=None, cached=False):
+def LoadPixmap(**keywords):
+    path, cached = keywords.pop("path"), keywords.pop("cached")
+    assert not keywords, keywords
     note("LoadPixmap(path=%s, cached=%s)" % (quoted(path), cached))
     return Pixmap(path)
