@@ -109,30 +109,32 @@ Reference constructEngine(const Call& call) {
   return Reference::borrow(Py_None);
 }
 
-/// Constructs a screen with two texts.
-template <class ScreenType>
-ScreenType& constructWith(const Call& call, const std::string& first, const std::string& second) {
+/// Constructs a screen with two texts, and lets `finish` complete it.
+template <class ScreenType, class Finish>
+Reference construct(const Call& call, const std::string& first, const std::string& second,
+                    Finish finish) {
   auto instance = std::make_unique<ScreenInstance<ScreenType>>(
       call.type->table, call.module.host.names(), call.arguments[0].get());
   ScreenInstance<ScreenType>& attached = *instance;
   Attaching attaching(call.self, *call.type, std::move(instance));
-  ScreenType& screen = attached.construct(call.module.host, call.self, first, second);
+  finish(attached.construct(call.module.host, call.self, first, second));
   attaching.keep();
-  return screen;
+  return Reference::borrow(Py_None);
 }
 
 Reference constructMenu(const Call& call) {
-  auto& menu =
-      constructWith<Stowline>(call, textOf(call.arguments[1].get()), kindOf(call.arguments[2]));
-  menu.backupactions =
-      std::make_shared<JobsProxy>(engineObject(*call.module.engine, menu.backupactions));
-  return Reference::borrow(Py_None);
+  const auto give_engine_to = [&](Stowline& menu) {
+    menu.backupactions =
+        std::make_shared<JobsProxy>(engineObject(*call.module.engine, menu.backupactions));
+  };
+  return construct<Stowline>(call, textOf(call.arguments[1].get()), kindOf(call.arguments[2]),
+                             give_engine_to);
 }
 
 template <class ScreenType>
 Reference constructScreen(const Call& call) {
-  constructWith<ScreenType>(call, textOf(call.arguments[1].get()), textOf(call.arguments[2].get()));
-  return Reference::borrow(Py_None);
+  return construct<ScreenType>(call, textOf(call.arguments[1].get()),
+                               textOf(call.arguments[2].get()), [](ScreenType&) {});
 }
 
 constexpr Operation kEngineOperations[] = {

@@ -69,13 +69,13 @@ int setSlot(PyObject* self, const MadeClass& type, PyObject* value) {
 Attaching::Attaching(PyObject* self, const MadeClass& type, std::unique_ptr<Instance> instance)
     : self_(self), type_(type) {
   Holder* const made = PyObject_GC_New(Holder, holderType());
-  const Reference holder = checked(reinterpret_cast<PyObject*>(made));
+  holder_ = checked(reinterpret_cast<PyObject*>(made));
   made->instance = instance.release();
   made->owner = self;
-  PyObject_GC_Track(holder.get());
+  PyObject_GC_Track(made);
   former_ = slotOf(self, type);
   if (!former_) PyErr_Clear();
-  checked(setSlot(self, type, holder.get()));
+  checked(setSlot(self, type, holder_.get()));
 }
 
 Attaching::~Attaching() {

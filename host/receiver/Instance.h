@@ -34,8 +34,8 @@ struct MadeClass {
   Reference slot;  ///< the descriptor of what an object of it keeps its C++ side in
 };
 
-/// Gives an object its C++ side; unless that is kept, the object has its former one back
-/// afterwards.
+/// Gives an object its C++ side, which lives as long as this at least. Unless that is kept, the
+/// object has its former one back afterwards.
 class Attaching {
  public:
   /// Raises TypeError when `self` is of another class.
@@ -49,6 +49,7 @@ class Attaching {
  private:
   PyObject* self_;
   const MadeClass& type_;
+  Reference holder_;
   Reference former_;
   bool kept_ = false;
 };

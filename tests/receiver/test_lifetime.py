@@ -395,6 +395,27 @@ class Survival(ReceiverTest):
         self.raised(USES[kind], screen, self.session)
         USES[kind](screen, self.session)
 
+    def test_a_constructor_may_run_again_while_it_runs(self):
+        self.survives(self.construct_within_construction)
+
+    def construct_within_construction(self):
+        test = self
+
+        class Again(stowline.StowlineRestore):
+            left = 3
+
+            def fill_list(self):
+                self.left -= 1
+                if self.left > 0:
+                    self.__init__(fakes.Session(), "personalscript", "/plugin")
+                    test.raised(delattr, self, "_stowline")
+                    gc.collect()
+
+        screen = Again(self.session, "settingrestore", "/plugin")
+        assert isinstance(self.raised(getattr, screen, "restoretype"), AttributeError)
+        screen.__init__(self.session, "settingrestore", "/plugin")
+        assert screen.restoretype == "settingrestore"
+
     # What runs while an attribute changes.
 
     def test_what_an_attribute_gives_up_may_use_the_attribute(self):
