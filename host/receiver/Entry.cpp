@@ -1,6 +1,8 @@
 /// The entry point through which the interpreter loads the module.
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "Classes.h"
 #include "Setup.h"
@@ -39,9 +41,26 @@ void define(Module& module) {
   add(kStowlineRestore, screen);
 }
 
+#define TEXT_OF(number) #number
+#define VERSION(major, minor) TEXT_OF(major) "." TEXT_OF(minor)
+#define BUILT_FOR VERSION(PY_MAJOR_VERSION, PY_MINOR_VERSION)
+
+/// Raises ImportError in an interpreter of another version than that of the headers: its objects
+/// are laid out otherwise.
+void checkVersion() {
+  const std::string_view running = Py_GetVersion();
+  const std::size_t end = std::string_view(BUILT_FOR).size();
+  if (running.starts_with(BUILT_FOR) && (running[end] < '0' || running[end] > '9')) return;
+  // scripts/stage looks for this text.
+  PyErr_Format(PyExc_ImportError, "Stowline.so is built for Python " BUILT_FOR ", this is %s",
+               std::string(running.substr(0, running.find(' '))).c_str());
+  raisePending();
+}
+
 /// Loads the module into `object`. Returns -1 with the error set when that fails.
 int load(PyObject* object) {
   try {
+    checkVersion();
     auto module = std::make_unique<Module>(object);
     stowline::load(module->host);
     // Deliberately never freed: the classes refer to it, and the GUI never unloads a module.

@@ -2,6 +2,7 @@
 what it has installed works. The recipe installs the same files."""
 
 import fnmatch
+import glob
 import hashlib
 import io
 import os
@@ -79,9 +80,11 @@ class MadePackage(PackagingTest):
 
 
 class Package(MadePackage):
-    def module_for(self, entry):
+    def module_for(self, version, begin=b"\x7fELF", elf_type=b"\3\0"):
+        """Makes a file that looks like a module for that version of the interpreter; returns its path."""
         with open(self.at("Stowline.so"), "wb") as module:
-            module.write(b"\x7fELF\0" + entry + b"\0")
+            module.write(begin + b"\0" * 12 + elf_type)
+            module.write(b"Stowline.so is built for Python " + version + b", this is %s\0")
         return self.at("Stowline.so")
 
     def members(self, archive, time=0):
@@ -117,7 +120,7 @@ class Package(MadePackage):
         self.assertPackageOf(os.environ["STOWLINE_MODULE"], self.make(), PYTHON)
 
     def test_it_is_for_python_2_7_unless_said(self):
-        module = self.module_for(b"initStowline")
+        module = self.module_for(b"2.7")
         self.assertPackageOf(module, self.make(module, python=None), "2.7")
 
     def test_it_is_the_same_whenever_and_wherever_it_is_made(self):
@@ -129,21 +132,35 @@ class Package(MadePackage):
         self.assertPackageOf(os.environ["STOWLINE_MODULE"], self.make(SOURCE_DATE_EPOCH="1700000000"), PYTHON,
                              1700000000)
 
+    def test_a_file_that_is_no_module_is_refused(self):
+        for begin, elf_type in ((b"text", b"\3\0"), (b"\x7fELF", b"\1\0")):
+            module = self.module_for(b"2.7", begin, elf_type)
+            self.assertEqual(run(path("scripts", "package"), module, "mips32el", self.at("out")),
+                             (1, "", "stage: no shared object: %s\n" % module))
+
+    def test_a_directory_that_cannot_be_written_is_refused(self):
+        module = self.module_for(b"2.7")
+        for output in (module, os.path.join(module, "out"), ""):
+            self.assertEqual(run(path("scripts", "package"), module, "mips32el", output),
+                             (1, "", "package: cannot write into %s\n" % output))
+
     def test_what_makes_no_sense_is_refused(self):
-        old = self.module_for(b"initStowline")
+        old = self.module_for(b"2.7")
         usage = "usage: scripts/package MODULE.so ARCHITECTURE OUTPUT_DIR [PYTHON_VERSION]"
         for words, status, message in [
                 ([], 2, usage),
                 ([old, "mips32el", self.at("out"), "2.7", "more"], 2, usage),
-                ([self.at("none"), "mips32el", self.at("out")], 1, "stage: no module: " + self.at("none")),
+                ([self.at("none"), "mips32el", self.at("out")], 1, "stage: no module that can be read: " + self.at("none")),
                 ([old, "mips 32", self.at("out")], 1, "package: no name of an architecture: mips 32"),
                 ([old, "", self.at("out")], 1, "package: no name of an architecture: "),
                 ([old, "mips32el", self.at("out"), "x"], 1, "stage: no version of the interpreter: x"),
-                ([old, "mips32el", self.at("out"), "3.9"], 1,
-                 "stage: %s is not for Python 3.9: it has no PyInit_Stowline" % old)]:
+                ([old, "mips32el", self.at("out"), "3.x"], 1, "stage: no version of the interpreter: 3.x"),
+                ([old, "mips32el", self.at("out"), "2.7/.."], 1, "stage: no version of the interpreter: 2.7/.."),
+                ([old, "mips32el", self.at("out"), "2.70"], 1, "stage: %s is not built for Python 2.70" % old),
+                ([old, "mips32el", self.at("out"), "3.9"], 1, "stage: %s is not built for Python 3.9" % old)]:
             with self.subTest(words):
                 self.assertEqual(run(path("scripts", "package"), *words), (status, "", message + "\n"))
-                self.assertFalse(os.path.exists(self.at("out")))
+                self.assertEqual(glob.glob(self.at("out", "*")), [])
 
 
 class Installation(MadePackage):
@@ -194,16 +211,16 @@ class Installation(MadePackage):
         asked = block_of("docs/packagers.md", "gettext.translation(")
         self.assertEqual(asked.count("/usr/share/enigma2/stowline/locale"), 1)
         program = "\n".join([
-            "import builtins, gettext, sys",
+            "import builtins",
             "import fakes",
             "Stowline = fakes.import_module()",
             "print(Stowline.__file__)",
             "for language in ('fr', 'de'):",
-            "    builtins._ = lambda text: '<' + text + '>'",
+            "    builtins._ = lambda text: {'QOR Stowline': '<QOR Stowline>', 'Exit': '<Exit>'}.get(text, text)",
             re.sub("^", "    ", asked.replace("/usr/share/enigma2/stowline/locale", share), flags=re.MULTILINE),
             "    screen = Stowline.Stowline(fakes.Session(), '/plugin', 'restore')",
             "    print(screen.title)",
-            "print(_('Ok'), _('No text of ours'))"])
+            "print(_('Ok'), _('Exit'), _('No text of ours'), repr(_('')))"])
         site = os.path.join(self.receiver, "usr/lib/python%s/site-packages" % PYTHON)
         status, output, errors = run(sys.executable, "-c", program, env=dict(
             os.environ, PYTHONPATH=os.pathsep.join([path("tests", "receiver", "framework"), site])))
@@ -212,7 +229,7 @@ class Installation(MadePackage):
             os.path.join(site, "Stowline.so"),
             "<QOR Stowline> (Restauration)",
             "<QOR Stowline> (Wiederherstellung)",
-            "OK <No text of ours>"])
+            "OK <Exit> No text of ours ''"])
 
 
 class Recipe(PackagingTest):
