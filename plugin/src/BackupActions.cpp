@@ -85,9 +85,16 @@ std::string_view withoutOuterSpace(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
 }
 
+/// Whether the model `boxtype` stands in `name` right before `suffix`, its end.
+bool endsWith(std::string_view name, const std::string& boxtype, std::string_view suffix) {
+  if (!name.ends_with(suffix)) return false;
+  name.remove_suffix(suffix.size());
+  return name.ends_with(boxtype);
+}
+
 bool isScheduledBackup(const std::string& name, const std::string& boxtype) {
   return std::ranges::any_of(kScheduledKinds, [&](const ScheduledKind& kind) {
-    return name.starts_with(kind.prefix) && name.ends_with(boxtype + kind.suffix);
+    return name.starts_with(kind.prefix) && endsWith(name, boxtype, kind.suffix);
   });
 }
 
@@ -107,18 +114,16 @@ std::vector<std::string> textsOf(const host::Value& value) {
   return texts;
 }
 
-/// Returns the names to delete out of `newest_first`: every main file of the kind `file_type` but
-/// the newest ones, each with its possible companions.
-std::vector<std::string> outdated(const std::vector<std::string>& newest_first,
-                                  const std::string& file_type) {
-  std::vector<std::string> rm_flist;
+/// Adds to `rm_flist` the names to delete out of `newest_first`: every main file of the kind
+/// `file_type` but the newest ones, each with its possible companions.
+void addOutdated(std::vector<std::string>& rm_flist, const std::vector<std::string>& newest_first,
+                 const std::string& file_type) {
   int erase_counter = 0;
   for (const std::string& name : newest_first) {
     if (!name.starts_with(file_type) || isCompanion(name)) continue;
     if (++erase_counter <= kScheduledToKeep) continue;
-    rm_flist.insert(rm_flist.end(), {name, name + "_atile_hd", name + "_user_files"});
+    for (const char* suffix : {"", "_atile_hd", "_user_files"}) rm_flist.push_back(name + suffix);
   }
-  return rm_flist;
 }
 
 }  // namespace
@@ -242,9 +247,7 @@ void BackupActions::houseKeeping() {
   std::ranges::sort(flist, std::greater());
 
   std::vector<std::string> rm_flist;
-  for (const char* file_type : kHousekeepingOrder) {
-    std::ranges::copy(outdated(flist, file_type), std::back_inserter(rm_flist));
-  }
+  for (const char* file_type : kHousekeepingOrder) addOutdated(rm_flist, flist, file_type);
   for (const std::string& name : rm_flist) {
     const std::string full = *directory + "/" + name;
     if (!host_.os().exists(full)) continue;
