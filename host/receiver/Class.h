@@ -41,16 +41,16 @@ struct MemberType {
 };
 
 template <class T>
-constexpr MemberType kMemberType = {[](const Module& module, const void* member) {
-                                      return fromMember(module, *static_cast<const T*>(member));
-                                    },
-                                    [](const Module& module, void* member, PyObject* value) {
-                                      toMember(module, *static_cast<T*>(member), value);
-                                    },
-                                    [](const void* member, visitproc visit, void* arg) {
-                                      return traverseMember(*static_cast<const T*>(member), visit,
-                                                            arg);
-                                    }};
+constexpr MemberType kMemberType = {
+    .get = [](const Module& module,
+              const void* member) { return fromMember(module, *static_cast<const T*>(member)); },
+    .set = [](const Module& module, void* member,
+              PyObject* value) { toMember(module, *static_cast<T*>(member), value); },
+    .traverse =
+        [](const void* member, visitproc visit, void* arg) {
+          return traverseMember(*static_cast<const T*>(member), visit, arg);
+        },
+};
 
 /// An attribute of a class: a data member of the C++ object.
 struct Attribute {
@@ -77,6 +77,12 @@ Reference makeFunction(Module& module, const Operation& function);
 /// Returns whether `method` is the module's own operation `name`, bound to an object.
 bool isOperation(PyObject* method, std::string_view name);
 
+/// Returns an argument of a call as the parameter type `T` takes it.
+template <class T>
+std::decay_t<T> argument(const Call& call, std::size_t index) {
+  return fromArgument<std::decay_t<T>>(call.module, call.arguments[index].get());
+}
+
 template <class T>
 struct MemberPointer;
 
@@ -88,12 +94,10 @@ struct MemberPointer<Result_ (Owner_::*)(Arguments_...)> {
   static Reference run(const Call& call, std::index_sequence<I...>) {
     Owner& object = *static_cast<Owner*>(call.object);
     if constexpr (std::is_void_v<Result_>) {
-      (object.*
-       Member)(fromArgument<std::decay_t<Arguments_>>(call.module, call.arguments[I].get())...);
+      (object.*Member)(argument<Arguments_>(call, I)...);
       return Reference::borrow(Py_None);
     } else {
-      return toObject((object.*Member)(
-          fromArgument<std::decay_t<Arguments_>>(call.module, call.arguments[I].get())...));
+      return toObject((object.*Member)(argument<Arguments_>(call, I)...));
     }
   }
 

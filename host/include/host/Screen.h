@@ -34,8 +34,7 @@ class ScreenPeer : public Overrides {
   virtual void setAttribute(std::string_view name, const std::string& value) = 0;
 
   /// Returns what such an attribute is now, which is `value` where nobody else sets it. Raises
-  /// Error
-  /// ("TypeError") when it is no text.
+  /// Error ("TypeError") when it is no text.
   virtual std::string attribute(std::string_view /*name*/, const std::string& value) {
     return value;
   }
