@@ -186,14 +186,16 @@ void StowlineRestore::reloadChannels() {
 }
 
 void StowlineRestore::openHelpScreen() {
-  session->open(host::ScreenClass{
-      .name = "StowlineHelpScreen",
-      .arguments = {sel, val},
-      .create = [&gui = host(), restorefile = sel.str(), fullrestorepath = val.str()](
-                    host::ScreenPeer& its_peer, host::Session& its_session) {
-        return std::make_unique<StowlineHelpScreen>(gui, its_peer, its_session, restorefile,
-                                                    fullrestorepath);
-      }});
+  session->open(
+      host::ScreenClass{.name = "StowlineHelpScreen",
+                        .arguments = {sel, val},
+                        .create =
+                            [&gui = host(), restorefile = sel.str(), fullrestorepath = val.str()](
+                                host::ScreenPeer& its_peer, host::Session& its_session) {
+                              return std::make_unique<StowlineHelpScreen>(
+                                  gui, its_peer, its_session, restorefile, fullrestorepath);
+                            },
+                        .skin = StowlineHelpScreen::skin});
 }
 
 void StowlineRestore::startRestore(const host::Value& ret) {

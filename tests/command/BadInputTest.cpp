@@ -151,7 +151,7 @@ TEST_P(BadInputTest, RowThatIsNotThereEndsTheScript) {
             (std::vector<Json>{menuFrame("", "backup", 0), menuFrame("down", "backup", 1)}));
   EXPECT_EQ(play.status, kFailure);
   EXPECT_EQ(play.errors,
-            "stowline: select:nowhere: no row of the shown screen contains this text\n");
+            "stowline: select:nowhere: the shown screen has no such row\n");
 }
 
 TEST_P(BadInputTest, TextOfForeignBytesIsToBeWrittenAsRowsShowIt) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "StowlineHelpScreen.h"
+
 namespace command_test {
 namespace {
 
@@ -23,6 +25,16 @@ Json rowsOf(const std::vector<std::string>& texts) {
   Json rows = Json::array();
   for (const std::string& text : texts) rows.push_back({text, ""});
   return rows;
+}
+
+/// Returns the paths of the pictures of these names, as the tree holds them.
+Json pictures(const std::vector<std::string>& names) {
+  Json paths = Json::array();
+  for (const std::string& name : names) {
+    paths.push_back("/usr/lib/enigma2/python/Plugins/SystemPlugins/QORPanel/pictures/" + name +
+                    ".png");
+  }
+  return paths;
 }
 
 Json backupRows(const std::string& medium) {
@@ -53,6 +65,10 @@ Json menuFrame(const std::string& key, const std::string& flavour, int selected,
   result["widgets"] = {
       {"key_green", ""}, {"key_red", "Exit"}, {"key_yellow", ""}, {"status", ""}, {"title", title}};
   result["rows"] = backup ? backupRows(medium) : restoreRows(medium);
+  result["pictures"] = backup
+                           ? pictures({"backuplocation", "services", "restoresettings", "filesys"})
+                           : pictures({"backuplocation", "services", "restoresettings", "filesys",
+                                       "targz", "exemanager"});
   result["selected"] = selected;
   return result;
 }
@@ -112,6 +128,7 @@ Json confirmationFrame(const std::string& key, const std::string& archive) {
       {"messagetext", "Are you sure you want to restore\nfollowing backup:\n" + archive +
                           "\n\n\nSystem will restart after the restore!"},
       {"title", "Qor Stowline"}};
+  result["skin"] = stowline::StowlineHelpScreen::skin;
   return result;
 }
 

@@ -34,6 +34,16 @@ struct ReceiverTest : testing::Test {
   TestScreen* screen = nullptr;
 };
 
+/// An object whose text form is its name.
+class NamedObject : public host::Object {
+ public:
+  explicit NamedObject(std::string name) : name_(std::move(name)) {}
+  std::string str() const override { return name_; }
+
+ private:
+  std::string name_;
+};
+
 void raise() {
   throw host::Error("OSError", "[Errno 5] Input/output error: '/media/hdd'", 5);
 }
@@ -54,6 +64,35 @@ TEST_F(ReceiverTest, FrameOfAQuestionAddsItsKind) {
             R"("type":"yesno","text":"Sure?","timeout":0})");
 }
 
+TEST_F(ReceiverTest, FrameOfAListWithPicturesHoldsThePathOfEach) {
+  receiver.open(
+      {.load = [](host::Host&) {},
+       .main_menu =
+           [](host::Host& its_host) {
+             return screenClass("Menu", its_host, [](TestScreen& made) {
+               const host::ObjectRef picture = std::make_shared<NamedObject>("/pictures/\xff.png");
+               made.peer().setItem("menu", made.host().components().makeList(
+                                               {host::Value::List{"a", "A", "", picture, {}},
+                                                host::Value::List{"b", "B", "", {}, {}}}));
+             });
+           }});
+  EXPECT_EQ(receiver.frame("").dump(),
+            R"({"key":"","screen":"Menu","title":"","widgets":{},"rows":[["A",""],["B",""]],)"
+            R"("selected":0,"pictures":["/pictures/\\xff.png",""]})");
+}
+
+TEST_F(ReceiverTest, FrameOfAScreenWithALayoutOfItsOwnHoldsIt) {
+  receiver.open({.load = [](host::Host&) {},
+                 .main_menu =
+                     [](host::Host& its_host) {
+                       host::ScreenClass menu = screenClass("Menu", its_host, [](TestScreen&) {});
+                       menu.skin = "<screen/>";
+                       return menu;
+                     }});
+  EXPECT_EQ(receiver.frame("").dump(), R"({"key":"","screen":"Menu","title":"","widgets":{},)"
+                                       R"("rows":[],"selected":0,"skin":"<screen/>"})");
+}
+
 TEST_F(ReceiverTest, FrameWithoutAScreenIsEmpty) {
   open({{"cancel", [this] { screen->peer().close(true); }}});
   EXPECT_TRUE(receiver.handle("exit"));
@@ -63,6 +102,7 @@ TEST_F(ReceiverTest, FrameWithoutAScreenIsEmpty) {
                                          R"("rows":[],"selected":0})");
   }
   EXPECT_FALSE(receiver.handle("select:one"));
+  EXPECT_FALSE(receiver.handle("row:0"));
   EXPECT_EQ(notes.lines, Lines{});
 }
 
@@ -77,6 +117,16 @@ TEST_F(ReceiverTest, SelectMovesTheCursorToTheFirstRowThatContainsTheText) {
   EXPECT_FALSE(receiver.handle("select:three"));
   EXPECT_FALSE(receiver.handle("select:TWO"));
   EXPECT_EQ(receiver.frame("")["selected"], 2);
+}
+
+TEST_F(ReceiverTest, RowMovesTheCursorToTheRowOfThatIndex) {
+  open({});
+  for (const int row : {2, 0, 1}) {
+    EXPECT_TRUE(receiver.handle("row:" + std::to_string(row)));
+    EXPECT_EQ(receiver.frame("")["selected"], row);
+  }
+  for (const char* word : {"row:3", "row:999999999"}) EXPECT_FALSE(receiver.handle(word)) << word;
+  EXPECT_EQ(receiver.frame("")["selected"], 1);
 }
 
 TEST_F(ReceiverTest, SelectFindsNothingWhereThereIsNoList) {

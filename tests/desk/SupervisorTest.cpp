@@ -203,7 +203,7 @@ TEST_F(SupervisorTest, ScriptPlayerPrintsTextAndStopsAtAMissingRow) {
   EXPECT_EQ(failure([&] {
               player.play(supervisor, {"2", "select:x", "ok"});
             }),
-            "select:x: no row of the shown screen contains this text");
+            "select:x: the shown screen has no such row");
   EXPECT_EQ(output.str().find("[ok]"), std::string::npos);
   EXPECT_NE(output.str().find("\n*** error: OSError: gone\n"), std::string::npos);
   EXPECT_NE(output.str().find("\n[2]\n+-- 2 "), std::string::npos);

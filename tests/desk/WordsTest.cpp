@@ -31,6 +31,7 @@ const Script kScripts[] = {
     {"select:a'b c'd", {"select:ab cd"}},
     {"select:\"it's here\"", {"select:it's here"}},
     {"select:ok", {"select:ok"}},
+    {"row:0 row:123456789", {"row:0", "row:123456789"}},
     {"select:select:", {"select:select:"}},
     {"select:caf\xc3\xa9", {"select:caf\xc3\xa9"}},
     {"'ok' \"exit\"", {"ok", "exit"}},
@@ -53,11 +54,12 @@ std::string complaint(const std::string& script) {
 }
 
 TEST(Words, UnknownOnesAreNamedBesideTheKnown) {
-  for (const char* word : {"OK", "select", "10", "okay", "menu", "--play", "ok;exit"}) {
+  for (const char* word : {"OK", "select", "10", "okay", "menu", "--play", "ok;exit",
+                           "row:", "row:-1", "row:x", "row:1x", "row:1234567890"}) {
     EXPECT_EQ(complaint(std::string("up ") + word + " down"),
               std::string("unknown word '") + word +
                   "'; known are up down left right ok exit red green yellow blue 0..9 wait "
-                  "timeout frame select:TEXT");
+                  "timeout frame select:TEXT row:INDEX");
   }
 }
 

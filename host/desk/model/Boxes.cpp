@@ -22,7 +22,7 @@ const char* typeName(host::MessageBox::Type type) {
 }  // namespace
 
 MessageBoxLayer::MessageBoxLayer(host::MessageBox box) : Layer("MessageBox"), box_(std::move(box)) {
-  if (isQuestion()) answers_.setRows({{"yes", ""}, {"no", ""}});
+  if (isQuestion()) answers_.setRows({{"yes"}, {"no"}});
 }
 
 void MessageBoxLayer::handleKey(const std::string& key) {
@@ -53,7 +53,7 @@ ChoiceBoxLayer::ChoiceBoxLayer(const host::ChoiceBox& box)
     : Layer("ChoiceBox"), question_(box.title), choices_(box.list) {
   std::vector<Row> rows;
   for (const host::Value& choice : choices_) {
-    rows.push_back({shownText(choice.list()->front().str()), ""});
+    rows.push_back({shownText(choice.list()->front().str())});
   }
   rows_.setRows(std::move(rows));
 }

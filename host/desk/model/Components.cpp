@@ -6,13 +6,24 @@
 #include "ShownText.h"
 
 namespace desk {
+namespace {
+
+/// Returns the path of the picture in a row's tuple, "" for none.
+std::string pictureOf(const host::Value::List& items) {
+  const host::ObjectRef picture = items.size() > 3 ? items[3].object() : nullptr;
+  return picture ? shownText(picture->str()) : "";
+}
+
+}  // namespace
 
 void List::setList(const host::Value::List& entries) {
   entries_ = entries;
   std::vector<Row> rows;
   for (const host::Value& entry : entries_) {
     const host::Value::List& items = *entry.list();
-    rows.push_back({shownText(items.at(1).str()), shownText(items.at(2).str())});
+    rows.push_back({.text = shownText(items.at(1).str()),
+                    .description = shownText(items.at(2).str()),
+                    .picture = pictureOf(items)});
   }
   setRows(std::move(rows));
 }
@@ -25,7 +36,7 @@ host::Value List::getCurrent() {
 void MenuList::setList(const std::vector<std::string>& rows) {
   names_ = rows;
   std::vector<Row> shown;
-  for (const std::string& name : names_) shown.push_back({shownText(name), ""});
+  for (const std::string& name : names_) shown.push_back({shownText(name)});
   setRows(std::move(shown));
 }
 

@@ -23,7 +23,8 @@ class Label : public host::Label, public TextWidget {
   void setText(const std::string& text) override { shown = text; }
 };
 
-/// The menu's list. It shows a tuple's second item, with the third as its description.
+/// The menu's list. It shows a tuple's second item, with the third as its description and the
+/// fourth as its picture.
 class List : public host::List, public RowList {
  public:
   void setList(const host::Value::List& entries) override;

@@ -27,8 +27,8 @@ class Receiver {
   /// Loads the module and opens its main menu.
   void open(const Application& application);
 
-  /// Handles one word: a key of the remote control, "timeout", "frame" (nothing happens) or
-  /// "select:TEXT". Returns false when no row contains TEXT.
+  /// Handles one word: a key of the remote control, "timeout", "frame" (nothing happens),
+  /// "select:TEXT" or "row:INDEX". Returns false when no row contains TEXT or has that index.
   bool handle(const std::string& word);
 
   /// Returns what a viewer sees, after `word`.
@@ -42,7 +42,9 @@ class Receiver {
  private:
   void settle();
   void guarded(const std::function<void()>& step);
-  bool selectRow(const std::string& text);
+  RowList* rowList() const;
+  bool selectText(const std::string& text);
+  bool selectRow(const std::string& index);
 
   Observer& observer_;
   Jobs jobs_;

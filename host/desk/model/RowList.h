@@ -5,10 +5,12 @@
 
 namespace desk {
 
-/// What a viewer sees of one row: its text and, where it has one, its description.
+/// What a viewer sees of one row: its text and, where it has them, its description and the path of
+/// its picture.
 struct Row {
   std::string text;
-  std::string description;
+  std::string description = {};
+  std::string picture = {};
 };
 
 /// Rows with a cursor, which stays within them.

@@ -9,7 +9,9 @@
 namespace desk {
 
 ScreenLayer::ScreenLayer(const host::ScreenClass& screen_class, host::Session& session)
-    : Layer(screen_class.name), screen_(screen_class.create(*this, session)) {}
+    : Layer(screen_class.name),
+      skin_(screen_class.skin),
+      screen_(screen_class.create(*this, session)) {}
 
 ScreenLayer::~ScreenLayer() = default;
 
@@ -42,6 +44,7 @@ void ScreenLayer::addTo(Json& frame) const {
       frame["widgets"][name] = shownText(text->shown);
     }
   }
+  if (!skin_.empty()) frame["skin"] = skin_;
 }
 
 void ScreenLayer::init(host::Session& /*session*/) {

@@ -40,6 +40,7 @@ class ScreenLayer : public Layer, public host::ScreenPeer {
 
   std::map<std::string, host::ComponentPtr> widgets_;
   std::vector<host::Action> on_layout_finish_;
+  std::string_view skin_;
   std::unique_ptr<host::Screen> screen_;
 };
 

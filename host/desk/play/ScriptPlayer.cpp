@@ -12,7 +12,7 @@ void ScriptPlayer::play(Supervisor& supervisor, const std::vector<std::string>& 
   print(supervisor.firstFrame());
   for (const std::string& word : words) {
     const std::optional<Channel::Message> frame = supervisor.press(word);
-    if (!frame) throw std::runtime_error(word + ": no row of the shown screen contains this text");
+    if (!frame) throw std::runtime_error(word + ": the shown screen has no such row");
     print(*frame);
   }
 }

@@ -16,8 +16,8 @@ class ScriptPlayer : public Events {
  public:
   ScriptPlayer(FrameFormat format, std::ostream& output) : format_(format), output_(output) {}
 
-  /// Prints the first frame, then one after every word. Raises std::runtime_error when no row
-  /// contains the text of a "select:TEXT", and what the supervisor raises.
+  /// Prints the first frame, then one after every word. Raises std::runtime_error when the
+  /// shown screen has no row that a word selects, and what the supervisor raises.
   void play(Supervisor& supervisor, const std::vector<std::string>& words);
 
   void onEvent(const Channel::Message& event) override;

@@ -1,6 +1,7 @@
 #include "Words.h"
 
 #include <cctype>
+#include <string_view>
 
 #include "model/KeyMap.h"
 #include "model/ShownText.h"
@@ -9,10 +10,19 @@ namespace desk {
 namespace {
 
 constexpr const char* kSelect = "select:";
+constexpr std::string_view kRow = "row:";
+
+/// Whether `word` names a row by its index.
+bool isRow(const std::string& word) {
+  constexpr std::size_t kMostDigits = 9;
+  return word.starts_with(kRow) && word.size() > kRow.size() &&
+         word.size() <= kRow.size() + kMostDigits &&
+         word.find_first_not_of("0123456789", kRow.size()) == std::string::npos;
+}
 
 bool isWord(const std::string& word) {
   return isKey(word) || word == "wait" || word == "timeout" || word == "frame" ||
-         word.starts_with(kSelect);
+         word.starts_with(kSelect) || isRow(word);
 }
 
 std::vector<std::string> split(const std::string& script) {
@@ -51,7 +61,7 @@ std::vector<std::string> parseWords(const std::string& script) {
     if (!isWord(word)) {
       throw UnknownWord("unknown word '" + word +
                         "'; known are up down left right ok exit red green yellow blue 0..9 wait "
-                        "timeout frame select:TEXT");
+                        "timeout frame select:TEXT row:INDEX");
     }
   }
   return words;

@@ -14,7 +14,7 @@ class UnknownWord : public std::invalid_argument {
 
 /// Cuts a script at its white space into words; white space between single or double quotes stays,
 /// and the quotes go. Raises UnknownWord for anything but a key of the remote control, "wait",
-/// "timeout", "frame" and "select:TEXT".
+/// "timeout", "frame", "select:TEXT" and "row:INDEX".
 std::vector<std::string> parseWords(const std::string& script);
 
 }  // namespace desk

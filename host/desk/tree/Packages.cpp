@@ -84,6 +84,12 @@ constexpr struct {
 } kFiles[] = {
     {"enigma2", "usr/share/enigma2/skin_default/skin_display.xml"},
     {"enigma2", "usr/share/enigma2/skin_default/skin.xml"},
+    {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/backuplocation.png"},
+    {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/services.png"},
+    {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/restoresettings.png"},
+    {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/filesys.png"},
+    {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/targz.png"},
+    {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/exemanager.png"},
     {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/button_red.png"},
     {"enigma2-plugin-systemplugins-qorpanel", SYSTEM "QORPanel/pictures/button_green.png"},
     {"qor-image-base", "etc/image-version"},

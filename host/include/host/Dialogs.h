@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -53,11 +54,13 @@ struct Ipkg {
 };
 
 /// One of the module's own screens. A host with an interpreter opens its class `name` with
-/// `arguments`; the others call `create`, which does the same.
+/// `arguments`; the others call `create`, which does the same. `skin` is the class's own layout in
+/// the skin's XML; empty when the host's skin holds it.
 struct ScreenClass {
   std::string name;
   std::vector<Value> arguments;
   std::function<std::unique_ptr<Screen>(ScreenPeer&, Session&)> create;
+  std::string_view skin = {};
 };
 
 /// Anything that a session opens.
