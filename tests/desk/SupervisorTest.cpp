@@ -18,6 +18,8 @@ namespace {
 /// Keeps the events, one line each.
 struct EventNotes : Events {
   void onEvent(const Channel::Message& event) override { lines.push_back(event.dump()); }
+  void onLogLine(const std::string& line) override { lines.push_back("log: " + line); }
+  void onCommand(const std::string& command) override { lines.push_back("command: " + command); }
   std::vector<std::string> lines;
 };
 
@@ -37,6 +39,10 @@ Channel::Message frame(const std::string& key, const std::string& title) {
 [[noreturn]] void obedientGui(Channel channel) {
   channel.send(frame("", "opened"));
   while (const auto message = channel.receive()) {
+    if (message->contains("show")) {
+      channel.send({{"shown", frame("frame", "shown").at("frame")}});
+      continue;
+    }
     const std::string word = message->at("word");
     if (word == "red") raise(SIGKILL);
     if (word == "green") raise(SIGTERM);
@@ -45,6 +51,8 @@ Channel::Message frame(const std::string& key, const std::string& title) {
     if (word == "1") channel.send({{"command", "echo a\necho b"}});
     if (word == "2") channel.send({{"error", "OSError: gone"}});
     if (word == "3") channel.send({{"fatal", "cannot go on"}});
+    if (word == "4") channel.send({{"changed", true}});
+    if (word == "5") channel.send({{"idle", frame("wait", "idle").at("frame")}});
     if (word.starts_with("select:")) {
       channel.send({{"missing", word}});
     } else {
@@ -107,6 +115,83 @@ TEST_F(SupervisorTest, KilledGuiIsStartedAgainAndTheNextWordsGoToIt) {
   }
 }
 
+/// Receives until nothing is to be expected; returns what has come for the front end as
+/// "KIND: KEY TITLE".
+Lines receiveAll(Supervisor& supervisor, std::size_t count) {
+  Lines received;
+  while (received.size() < count) {
+    const auto message = supervisor.receive();
+    if (!message) continue;
+    const auto& [kind, content] = *message->items().begin();
+    std::string line = kind + ":";
+    if (content.is_object()) {
+      line +=
+          " " + content.at("key").get<std::string>() + " " + content.at("title").get<std::string>();
+    }
+    received.push_back(line);
+  }
+  return received;
+}
+
+TEST_F(SupervisorTest, FrontEndWithALoopOfItsOwnSendsAheadAndReceivesTheAnswersInOrder) {
+  Supervisor supervisor(obedientGui, {}, events);
+  EXPECT_EQ(supervisor.unanswered(), 1U);
+  for (const char* word : {"up", "select:x", "ok"}) supervisor.send(word);
+  EXPECT_EQ(supervisor.unanswered(), 4U);
+  EXPECT_EQ(receiveAll(supervisor, 4),
+            (Lines{"frame:  opened", "frame: up up", "missing:", "frame: ok ok"}));
+  EXPECT_EQ(supervisor.unanswered(), 0U);
+}
+
+TEST_F(SupervisorTest, WhatChangesWithoutAWordIsToldAndShownOnRequest) {
+  Supervisor supervisor(obedientGui, {}, events);
+  supervisor.firstFrame();
+  supervisor.send("4");
+  supervisor.send("5");
+  supervisor.show();
+  EXPECT_EQ(receiveAll(supervisor, 5), (Lines{"changed:", "frame: 4 4", "idle: wait idle",
+                                              "frame: 5 5", "shown: frame shown"}));
+}
+
+TEST_F(SupervisorTest, WordsThatAKilledGuiHasNotAnsweredAreLost) {
+  Supervisor supervisor(obedientGui, {}, events);
+  supervisor.firstFrame();
+  for (const char* word : {"up", "red", "ok", "exit"}) supervisor.send(word);
+  EXPECT_EQ(receiveAll(supervisor, 2), (Lines{"frame: up up", "frame: red opened"}));
+  EXPECT_EQ(supervisor.unanswered(), 0U);
+  EXPECT_EQ(press(supervisor, {"down"}), Lines{"down"});
+}
+
+TEST_F(SupervisorTest, GuiThatAJobKillsComesBackAsAfterWaitingForIt) {
+  Supervisor supervisor(
+      [](Channel channel) {
+        channel.send(frame("", "opened"));
+        raise(SIGKILL);
+      },
+      {}, events);
+  supervisor.firstFrame();
+  EXPECT_EQ(receiveAll(supervisor, 1), Lines{"frame: wait opened"});
+}
+
+TEST_F(SupervisorTest, ScriptIsNotDisturbedByWhatChangesWithoutAWord) {
+  Supervisor supervisor(obedientGui, {}, events);
+  supervisor.firstFrame();
+  EXPECT_EQ(press(supervisor, {"4", "5", "ok"}), (Lines{"4", "5", "ok"}));
+}
+
+TEST_F(SupervisorTest, KilledOnPurposeTheGuiIsNotStartedAgain) {
+  Supervisor supervisor(
+      [](Channel channel) {
+        channel.send(frame("", "opened"));
+        for (;;) pause();
+      },
+      {}, events);
+  supervisor.firstFrame();
+  supervisor.kill();
+  supervisor.kill();
+  EXPECT_EQ(events.lines, Lines{});
+}
+
 TEST_F(SupervisorTest, CrashedGuiIsAnErrorNotARestart) {
   Supervisor supervisor(obedientGui, {}, events);
   supervisor.firstFrame();
@@ -154,6 +239,8 @@ TEST_F(SupervisorTest, RecordsAreAppendedOneLineEachWithNewlinesEscaped) {
     supervisor.firstFrame();
     press(supervisor, {"1"});
   }
+  EXPECT_EQ(events.lines, (Lines{"log: a line\nof two", "command: echo a\necho b",
+                                 "log: a line\nof two", "command: echo a\necho b"}));
   EXPECT_EQ(directory.read("log"), "before\na line\\nof two\na line\\nof two\n");
   EXPECT_EQ(directory.read("trace"), "echo a\\necho b\necho a\\necho b\n");
 }

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -78,23 +79,27 @@ void writePidFile() {
   }
 }
 
-/// Answers words with frames until the supervisor has gone.
+/// Answers words with frames until the supervisor has gone, and tells it what the jobs change.
 class Loop {
  public:
   Loop(Channel& channel, Receiver& receiver) : channel_(channel), receiver_(receiver) {}
 
   void run() {
     while (waitForWork()) {
-      receiver_.reportJobs();
-      if (socketIsReadable_ && !takeWords()) return;
+      if (jobs_have_work_) reportJobs();
+      if (socket_is_readable_ && !takeMessages()) return;
       if (waiting_ && receiver_.jobs().idle()) {
         waiting_ = false;
-        sendFrame("wait");
+        send("frame", "wait");
       }
     }
   }
 
-  void sendFrame(const std::string& word) { channel_.send({{"frame", receiver_.frame(word)}}); }
+  /// Sends what a viewer sees after `word`, as the message `kind`.
+  void send(const char* kind, const std::string& word) {
+    channel_.send({{kind, receiver_.frame(word)}});
+    change_is_told_ = false;
+  }
 
  private:
   /// Waits until a job or the socket has something. Returns false when waiting is impossible.
@@ -102,15 +107,34 @@ class Loop {
     std::vector<pollfd> watched = receiver_.jobs().watched();
     watched.push_back({.fd = channel_.descriptor(), .events = POLLIN, .revents = 0});
     const bool waited = poll(watched.data(), watched.size(), -1) > 0 || errno == EINTR;
-    socketIsReadable_ = watched.back().revents != 0;
+    socket_is_readable_ = watched.back().revents != 0;
+    watched.pop_back();
+    jobs_have_work_ =
+        std::ranges::any_of(watched, [](const pollfd& job) { return job.revents != 0; });
     return waited;
   }
 
-  /// Takes every word that has come. Returns false when the supervisor has gone.
-  bool takeWords() {
+  void reportJobs() {
+    receiver_.reportJobs();
+    if (receiver_.jobs().idle() && !waiting_) {
+      send("idle", "wait");
+    } else if (!change_is_told_) {
+      channel_.send({{"changed", true}});
+      change_is_told_ = true;
+    }
+  }
+
+  /// Takes every message that has come. Returns false when the supervisor has gone.
+  bool takeMessages() {
     std::optional<Channel::Message> message = channel_.receive();
     if (!message) return false;
-    for (; message; message = channel_.receiveRead()) take(message->at("word"));
+    for (; message; message = channel_.receiveRead()) {
+      if (message->contains("show")) {
+        send("shown", "frame");
+      } else {
+        take(message->at("word"));
+      }
+    }
     return true;
   }
 
@@ -118,7 +142,7 @@ class Loop {
     if (word == "wait") {
       waiting_ = true;
     } else if (receiver_.handle(word)) {
-      sendFrame(word);
+      send("frame", word);
     } else {
       channel_.send({{"missing", word}});
     }
@@ -126,8 +150,10 @@ class Loop {
 
   Channel& channel_;
   Receiver& receiver_;
-  bool socketIsReadable_ = false;
+  bool jobs_have_work_ = false;
+  bool socket_is_readable_ = false;
   bool waiting_ = false;
+  bool change_is_told_ = false;
 };
 
 }  // namespace
@@ -145,7 +171,7 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
     Receiver receiver(reporter);
     receiver.open(application);
     Loop loop(channel, receiver);
-    loop.sendFrame("");
+    loop.send("frame", "");
     loop.run();
     unlink(kPidFile);
     // Whatever a command has left running goes with the GUI.

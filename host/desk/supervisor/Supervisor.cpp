@@ -64,6 +64,8 @@ void Supervisor::start() {
     run_gui_(Channel(std::move(theirs)));
   }
   channel_.emplace(std::move(ours));
+  unanswered_ = {""};
+  has_shown_a_frame_ = false;
 }
 
 /// Lets the GUI see that nobody is left, and waits for its end.
@@ -72,42 +74,82 @@ void Supervisor::stop() {
   if (gui_ > 0) waitpid(std::exchange(gui_, 0), nullptr, 0);
 }
 
+void Supervisor::kill() {
+  if (gui_ <= 0) return;
+  // The GUI leads its commands' process group, once it has got as far as that.
+  ::kill(-gui_, SIGKILL);
+  ::kill(gui_, SIGKILL);
+  stop();
+}
+
 Channel::Message Supervisor::firstFrame() {
-  if (auto answer = nextAnswer()) return answer->at("frame");
-  requireKilled();
-  throw std::runtime_error("the GUI was killed before it had opened its menu");
+  return nextAnswer().value();
 }
 
 std::optional<Channel::Message> Supervisor::press(const std::string& word) {
-  channel_->send({{"word", word}});
-  if (auto answer = nextAnswer()) {
-    if (answer->contains("missing")) return std::nullopt;
-    return answer->at("frame");
-  }
-  requireKilled();
-  events_.onEvent({{"event", "gui-killed"}});
-  start();
-  events_.onEvent({{"event", "gui-started"}});
-  Channel::Message frame = firstFrame();
-  frame["key"] = word;
-  return frame;
+  send(word);
+  return nextAnswer();
 }
 
-/// Returns the next answer to a word, recording what comes before it; nothing when the GUI has
-/// ended.
+void Supervisor::send(const std::string& word) {
+  unanswered_.push_back(word);
+  channel_->send({{"word", word}});
+}
+
+/// Waits for the answer to a word: its frame, or nothing when the row is missing.
 std::optional<Channel::Message> Supervisor::nextAnswer() {
-  while (auto message = channel_->receive()) {
-    if (message->contains("frame") || message->contains("missing")) return message;
-    record(*message);
+  for (;;) {
+    const std::optional<Channel::Message> message = receive();
+    if (message && message->contains("frame")) return message->at("frame");
+    if (message && message->contains("missing")) return std::nullopt;
   }
+}
+
+std::optional<Channel::Message> Supervisor::receive() {
+  std::optional<Channel::Message> message = channel_->receive();
+  if (!message) {
+    requireKilled();
+    startAgain();
+    return std::nullopt;
+  }
+  if (message->contains("frame") || message->contains("missing")) {
+    answer(*message);
+    return message;
+  }
+  if (message->contains("changed") || message->contains("shown") || message->contains("idle")) {
+    return message;
+  }
+  record(*message);
   return std::nullopt;
 }
 
-/// Takes leave of a GUI that has ended. Raises std::runtime_error unless a kill has ended it.
+/// Takes the word that `message` answers off those that wait. A frame carries this word: the first
+/// one of a new GUI the word that has ended the old one.
+void Supervisor::answer(Channel::Message& message) {
+  if (message.contains("frame")) message["frame"]["key"] = unanswered_.front();
+  unanswered_.pop_front();
+  has_shown_a_frame_ = true;
+}
+
+/// Starts the GUI after a kill. Words that it has not answered are gone with it; "wait" stands for
+/// the word that has ended it when there was none.
+void Supervisor::startAgain() {
+  events_.onEvent({{"event", "gui-killed"}});
+  const std::string word = unanswered_.empty() ? "wait" : unanswered_.front();
+  start();
+  unanswered_ = {word};
+  events_.onEvent({{"event", "gui-started"}});
+}
+
+/// Takes leave of a GUI that has ended. Raises std::runtime_error unless a kill has ended it after
+/// its first frame.
 void Supervisor::requireKilled() {
   int status = 0;
   waitpid(std::exchange(gui_, 0), &status, 0);
-  if (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) return;
+  if (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) {
+    if (has_shown_a_frame_) return;
+    throw std::runtime_error("the GUI was killed before it had opened its menu");
+  }
   if (WIFSIGNALED(status)) {
     throw std::runtime_error(std::string("the GUI has crashed: ") + strsignal(WTERMSIG(status)));
   }
@@ -115,8 +157,14 @@ void Supervisor::requireKilled() {
 }
 
 void Supervisor::record(const Channel::Message& message) {
-  if (message.contains("log")) appendLine(log_, message.at("log"));
-  if (message.contains("command")) appendLine(trace_, message.at("command"));
+  if (message.contains("log")) {
+    appendLine(log_, message.at("log"));
+    events_.onLogLine(message.at("log"));
+  }
+  if (message.contains("command")) {
+    appendLine(trace_, message.at("command"));
+    events_.onCommand(message.at("command"));
+  }
   if (message.contains("error")) {
     appendLine(log_, "error: " + message.at("error").get<std::string>());
     events_.onEvent({{"event", "error"}, {"text", message.at("error")}});

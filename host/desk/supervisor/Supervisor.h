@@ -2,6 +2,8 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -19,6 +21,12 @@ class Events {
   /// `event`: {"event": "gui-killed"}, {"event": "gui-started"} or {"event": "error", "text":
   /// TEXT}.
   virtual void onEvent(const Channel::Message& event) = 0;
+
+  /// The module has printed `line`.
+  virtual void onLogLine(const std::string& /*line*/) {}
+
+  /// `command` is about to run in a shell of the receiver.
+  virtual void onCommand(const std::string& /*command*/) {}
 };
 
 /// Where the supervisor writes what the module prints and runs; empty paths for nowhere.
@@ -37,19 +45,45 @@ class Supervisor {
   Supervisor(const Supervisor&) = delete;
   Supervisor& operator=(const Supervisor&) = delete;
 
-  /// Returns the first frame. Raises std::runtime_error when the GUI could not run or has crashed.
+  /// Waits for the first frame. Raises as receive() does.
   Channel::Message firstFrame();
 
-  /// Hands `word` to the GUI and returns the frame that follows, from a new GUI's main menu when
-  /// the word has ended this one. Returns nothing when the word is "select:TEXT" and no row
-  /// contains TEXT. Raises std::runtime_error when the GUI has crashed.
+  /// Hands `word` to the GUI and waits for the frame that follows, from a new GUI's main menu when
+  /// the word has ended this one. Returns nothing when the word selects a row that is not there.
+  /// Raises as receive() does.
   std::optional<Channel::Message> press(const std::string& word);
+
+  /// What poll(2) has to watch for the GUI. It changes when the GUI is started again.
+  int descriptor() const { return channel_->descriptor(); }
+
+  /// Whether receive() has a message without waiting for one.
+  bool hasMessage() const { return channel_->hasRead(); }
+
+  /// Hands `word` to the GUI; receive() has the answer later.
+  void send(const std::string& word);
+
+  /// Asks for a "shown" message.
+  void show() { channel_->send({{"show", true}}); }
+
+  /// How many words wait for their answer. The GUI's start counts as one until its first frame.
+  std::size_t unanswered() const { return unanswered_.size(); }
+
+  /// Waits for one message of the GUI and does with it what is to be done: keeps records, tells
+  /// events, starts the GUI again when a kill has ended it. Returns it when it is the front end's:
+  /// a "frame", "missing", "changed", "shown" or "idle". Raises std::runtime_error when the GUI
+  /// could not run, has crashed, or was killed before its first frame.
+  std::optional<Channel::Message> receive();
+
+  /// Ends the GUI at once, with the command that it is running.
+  void kill();
 
  private:
   void start();
   void stop();
   void requireKilled();
+  void startAgain();
   std::optional<Channel::Message> nextAnswer();
+  void answer(Channel::Message& message);
   void record(const Channel::Message& message);
 
   std::function<void(Channel)> run_gui_;
@@ -57,6 +91,8 @@ class Supervisor {
   native::Descriptor log_;
   native::Descriptor trace_;
   std::optional<Channel> channel_;
+  std::deque<std::string> unanswered_;
+  bool has_shown_a_frame_ = false;
   pid_t gui_ = 0;
 };
 
