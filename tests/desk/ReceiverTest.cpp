@@ -93,6 +93,17 @@ TEST_F(ReceiverTest, FrameOfAScreenWithALayoutOfItsOwnHoldsIt) {
                                        R"("rows":[],"selected":0,"skin":"<screen/>"})");
 }
 
+TEST_F(ReceiverTest, FrameLeavesRowsOutThatAreShownAlready) {
+  open({{"ok", [&] { screen->peer().menuList("filelist")->setList({"three"}); }}});
+  const auto shown = receiver.rows();
+  receiver.handle("down");
+  EXPECT_EQ(receiver.frame("down", shown.get()).dump(),
+            R"({"key":"down","screen":"Menu","title":"Title \\xff","widgets":{"key_red":"Exit"},)"
+            R"("rows":null,"selected":1})");
+  receiver.handle("ok");
+  EXPECT_EQ(receiver.frame("ok", shown.get())["rows"].dump(), R"([["three",""]])");
+}
+
 TEST_F(ReceiverTest, FrameWithoutAScreenIsEmpty) {
   open({{"cancel", [this] { screen->peer().close(true); }}});
   EXPECT_TRUE(receiver.handle("exit"));

@@ -153,6 +153,29 @@ TEST_F(SupervisorTest, WhatChangesWithoutAWordIsToldAndShownOnRequest) {
                                               "frame: 5 5", "shown: frame shown"}));
 }
 
+TEST_F(SupervisorTest, RowsThatAFrameLeavesOutAreThoseOfTheFrameBefore) {
+  const Channel::Message two_rows = {{"one", ""}, {"two", ""}};
+  Supervisor supervisor(
+      [&](Channel channel) {
+        const auto send = [&](const char* kind, const Channel::Message& rows) {
+          Channel::Message message = frame("", "");
+          message["frame"]["rows"] = rows;
+          channel.send({{kind, message["frame"]}});
+        };
+        send("frame", two_rows);
+        send("shown", nullptr);
+        send("idle", Channel::Message::array());
+        channel.receive();
+        send("frame", nullptr);
+        channel.receive();
+        _exit(0);
+      },
+      {}, events);
+  EXPECT_EQ(supervisor.firstFrame().at("rows"), two_rows);
+  EXPECT_EQ(supervisor.receive()->at("shown").at("rows"), two_rows);
+  EXPECT_EQ(supervisor.press("ok")->at("rows"), Channel::Message::array());
+}
+
 TEST_F(SupervisorTest, WordsThatAKilledGuiHasNotAnsweredAreLost) {
   Supervisor supervisor(obedientGui, {}, events);
   supervisor.firstFrame();

@@ -20,6 +20,8 @@ namespace desk {
 ///   {"idle": FRAME}      when the last running job has ended and nobody waits for that by a word
 ///   {"log": LINE}, {"command": COMMAND}, {"error": TEXT}   as they happen, before the frame
 ///   {"fatal": TEXT}      why it cannot run; it ends then
+/// The "rows" of a FRAME are null when they are those of the frame sent before it: a key moves the
+/// cursor of a long list far more often than its rows change.
 class Channel {
  public:
   using Message = nlohmann::ordered_json;

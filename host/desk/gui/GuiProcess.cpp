@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <exception>
 #include <fstream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -50,6 +51,15 @@ void setEnvironment() {
   setenv("LANG", "C", 1);
   umask(022);
   if (chdir(kHome) != 0) throw std::runtime_error(std::string("the tree has no ") + kHome);
+}
+
+/// Gives signals the meaning that they have for a program that has just been started, whatever the
+/// front end has made of them: commands would inherit that.
+void resetSignals() {
+  sigset_t none{};
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  for (int signal = 1; signal < SIGRTMIN; ++signal) std::signal(signal, SIG_DFL);
 }
 
 /// Takes the process and its commands off whatever the supervisor reads from and writes to.
@@ -97,7 +107,8 @@ class Loop {
 
   /// Sends what a viewer sees after `word`, as the message `kind`.
   void send(const char* kind, const std::string& word) {
-    channel_.send({{kind, receiver_.frame(word)}});
+    channel_.send({{kind, receiver_.frame(word, sent_rows_.get())}});
+    sent_rows_ = receiver_.rows();
     change_is_told_ = false;
   }
 
@@ -150,6 +161,7 @@ class Loop {
 
   Channel& channel_;
   Receiver& receiver_;
+  std::shared_ptr<const Rows> sent_rows_;
   bool jobs_have_work_ = false;
   bool socket_is_readable_ = false;
   bool waiting_ = false;
@@ -161,6 +173,7 @@ class Loop {
 void runGuiProcess(const std::filesystem::path& dir, const Application& application,
                    Channel channel) {
   setsid();
+  resetSignals();
   try {
     leaveStandardStreams();
     enterTree(dir);

@@ -14,17 +14,19 @@ namespace {
 constexpr std::string_view kSelect = "select:";
 constexpr std::string_view kRow = "row:";
 
-/// Adds the rows and the cursor to `frame`, and where a row has a picture, the pictures of all.
-void addRows(Json& frame, const RowList& list) {
+/// Returns what frames hold of the rows.
+Json textsOf(const Rows& rows) {
+  Json texts = Json::array();
+  for (const Row& row : rows) texts.push_back({row.text, row.description});
+  return texts;
+}
+
+/// Returns the path of each row's picture; null when none has one.
+Json picturesOf(const Rows& rows) {
+  if (std::ranges::all_of(rows, [](const Row& row) { return row.picture.empty(); })) return nullptr;
   Json pictures = Json::array();
-  bool has_picture = false;
-  for (const Row& row : list.rows()) {
-    frame["rows"].push_back({row.text, row.description});
-    pictures.push_back(row.picture);
-    has_picture = has_picture || !row.picture.empty();
-  }
-  frame["selected"] = list.selected();
-  if (has_picture) frame["pictures"] = std::move(pictures);
+  for (const Row& row : rows) pictures.push_back(row.picture);
+  return pictures;
 }
 
 }  // namespace
@@ -94,14 +96,26 @@ bool Receiver::selectRow(const std::string& index) {
   return true;
 }
 
-Json Receiver::frame(const std::string& word) const {
+std::shared_ptr<const Rows> Receiver::rows() const {
+  const RowList* list = rowList();
+  return list ? list->sharedRows() : nullptr;
+}
+
+Json Receiver::frame(const std::string& word, const Rows* shown_rows) const {
   Json frame = {{"key", word},           {"screen", ""}, {"title", ""}, {"widgets", Json::object()},
                 {"rows", Json::array()}, {"selected", 0}};
   Layer* top = session_.top();
   if (!top) return frame;
   frame["screen"] = top->className();
   frame["title"] = shownText(top->shown_title);
-  if (const RowList* list = rowList()) addRows(frame, *list);
+  if (const RowList* list = rowList()) {
+    const bool are_shown = &list->rows() == shown_rows;
+    frame["rows"] = are_shown ? Json() : textsOf(list->rows());
+    frame["selected"] = list->selected();
+    if (Json pictures = picturesOf(list->rows()); !pictures.is_null()) {
+      frame["pictures"] = std::move(pictures);
+    }
+  }
   top->addTo(frame);
   return frame;
 }

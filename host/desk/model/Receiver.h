@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,12 @@ class Receiver {
   /// "select:TEXT" or "row:INDEX". Returns false when no row contains TEXT or has that index.
   bool handle(const std::string& word);
 
-  /// Returns what a viewer sees, after `word`.
-  Json frame(const std::string& word) const;
+  /// Returns what a viewer sees, after `word`; with null for its rows where `shown_rows` are still
+  /// the rows.
+  Json frame(const std::string& word, const Rows* shown_rows = nullptr) const;
+
+  /// Returns the rows of the screen on top, null when it has no list.
+  std::shared_ptr<const Rows> rows() const;
 
   /// Reports what the running jobs have done since.
   void reportJobs();

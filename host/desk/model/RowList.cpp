@@ -10,13 +10,13 @@ constexpr int kPage = 10;
 
 }  // namespace
 
-void RowList::setRows(std::vector<Row> rows) {
-  rows_ = std::move(rows);
+void RowList::setRows(Rows rows) {
+  rows_ = std::make_shared<const Rows>(std::move(rows));
   select(selected_);
 }
 
 void RowList::select(int index) {
-  selected_ = std::max(0, std::min(index, static_cast<int>(rows_.size()) - 1));
+  selected_ = std::max(0, std::min(index, static_cast<int>(rows_->size()) - 1));
 }
 
 bool RowList::handleKey(const std::string& key) {

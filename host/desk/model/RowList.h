@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,14 +14,21 @@ struct Row {
   std::string picture = {};
 };
 
+/// Rows as they are shown at one time.
+using Rows = std::vector<Row>;
+
 /// Rows with a cursor, which stays within them.
 class RowList {
  public:
-  const std::vector<Row>& rows() const { return rows_; }
+  const Rows& rows() const { return *rows_; }
+
+  /// Returns the rows for longer than they are shown: equal pointers mean that nothing has changed.
+  std::shared_ptr<const Rows> sharedRows() const { return rows_; }
+
   int selected() const { return selected_; }
 
   /// Replaces the rows; the cursor keeps its place as far as there are rows.
-  void setRows(std::vector<Row> rows);
+  void setRows(Rows rows);
 
   /// Puts the cursor on row `index`, or as near to it as there are rows.
   void select(int index);
@@ -30,7 +38,7 @@ class RowList {
   bool handleKey(const std::string& key);
 
  private:
-  std::vector<Row> rows_;
+  std::shared_ptr<const Rows> rows_ = std::make_shared<const Rows>();
   int selected_ = 0;
 };
 

@@ -112,6 +112,9 @@ std::optional<Channel::Message> Supervisor::receive() {
     startAgain();
     return std::nullopt;
   }
+  for (const char* kind : {"frame", "shown", "idle"}) {
+    if (message->contains(kind)) completeRows(message->at(kind));
+  }
   if (message->contains("frame") || message->contains("missing")) {
     answer(*message);
     return message;
@@ -121,6 +124,15 @@ std::optional<Channel::Message> Supervisor::receive() {
   }
   record(*message);
   return std::nullopt;
+}
+
+/// Puts the rows of the frame before into one that has left them out.
+void Supervisor::completeRows(Channel::Message& frame) {
+  if (frame.at("rows").is_null()) {
+    frame["rows"] = rows_;
+  } else {
+    rows_ = frame.at("rows");
+  }
 }
 
 /// Takes the word that `message` answers off those that wait. A frame carries this word: the first

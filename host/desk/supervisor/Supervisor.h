@@ -83,6 +83,7 @@ class Supervisor {
   void requireKilled();
   void startAgain();
   std::optional<Channel::Message> nextAnswer();
+  void completeRows(Channel::Message& frame);
   void answer(Channel::Message& message);
   void record(const Channel::Message& message);
 
@@ -93,6 +94,7 @@ class Supervisor {
   std::optional<Channel> channel_;
   std::deque<std::string> unanswered_;
   bool has_shown_a_frame_ = false;
+  Channel::Message rows_;
   pid_t gui_ = 0;
 };
 
