@@ -1,9 +1,16 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Commands.h"
 #include "Setup.h"
@@ -12,6 +19,9 @@
 #include "play/ScriptPlayer.h"
 #include "play/Words.h"
 #include "supervisor/Supervisor.h"
+#include "terminal/Guard.h"
+#include "terminal/TerminalPlayer.h"
+#include "terminal/TerminalState.h"
 #include "tree/ReceiverTree.h"
 
 namespace command {
@@ -25,6 +35,15 @@ struct Options {
   std::string words;
   std::string frames = "text";
   desk::Records records;
+  std::string theme;
+  std::filesystem::path record;
+};
+
+/// The themes of the terminal by name.
+const std::map<std::string, desk::terminal::Theme> kThemes = {
+    {"plain", desk::terminal::Theme::plain},
+    {"dark", desk::terminal::Theme::dark},
+    {"light", desk::terminal::Theme::light},
 };
 
 /// Returns the module as the stand-in runs it, opening the main menu of the flavour `menu`.
@@ -40,19 +59,55 @@ desk::Application moduleWith(const std::string& menu) {
           }};
 }
 
-void runDesk(const Options& options) {
-  const std::vector<std::string> words = desk::parseWords(options.words);
-  desk::requireTree(options.receiver);
-  const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
+/// Returns what runs the module in the receiver tree `tree`.
+std::function<void(desk::Channel)> guiOn(const std::filesystem::path& tree,
+                                         const std::string& menu) {
+  return [tree, menu](desk::Channel channel) {
+    desk::runGuiProcess(tree, moduleWith(menu), std::move(channel));
+  };
+}
 
+void playScript(const Options& options, const std::filesystem::path& tree) {
+  const std::vector<std::string> words = desk::parseWords(options.words);
   desk::ScriptPlayer player(
       options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout);
-  desk::Supervisor supervisor(
-      [&](desk::Channel channel) {
-        desk::runGuiProcess(tree, moduleWith(options.menu), std::move(channel));
-      },
-      options.records, player);
+  desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
   player.play(supervisor, words);
+}
+
+/// Opens the file that the viewer's walk is appended to; a stream without a file for none.
+std::ofstream openRecord(const std::filesystem::path& path) {
+  std::ofstream file;
+  if (path.empty()) return file;
+  file.open(path, std::ios::app);
+  if (!file) throw std::runtime_error("cannot write " + path.string());
+  return file;
+}
+
+void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
+  namespace terminal = desk::terminal;
+  terminal::requireTerminal();
+  std::ofstream record = openRecord(options.record);
+  terminal::putGuardBeforeTerminal();
+  std::optional<terminal::Theme> theme;
+  if (!options.theme.empty()) theme = kThemes.at(options.theme);
+  int signal = 0;
+  {
+    terminal::TerminalPlayer player(theme, record.is_open() ? &record : nullptr);
+    desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
+    signal = player.play(supervisor);
+  }
+  if (signal != 0) raise(signal);
+}
+
+void runDesk(const Options& options, bool has_words) {
+  desk::requireTree(options.receiver);
+  const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
+  if (has_words) {
+    playScript(options, tree);
+  } else {
+    playOnTerminal(options, tree);
+  }
 }
 
 }  // namespace
@@ -66,26 +121,35 @@ void addDesk(CLI::App& stowline) {
   desk->add_option("--menu", options->menu, "the flavour of the main menu")
       ->check(CLI::IsMember({"backup", "restore"}))
       ->capture_default_str();
-  CLI::Option* play = desk->add_option("--play", options->words, "the keys to press, in order")
-                          ->type_name("WORDS")
-                          ->check([](const std::string& script) {
-                            try {
-                              desk::parseWords(script);
-                              return std::string();
-                            } catch (const desk::UnknownWord& error) {
-                              return std::string(error.what());
-                            }
-                          });
-  desk->add_option("--frames", options->frames, "how frames are printed")
+  CLI::Option* play =
+      desk->add_option("--play", options->words, "the keys to press, in order, without a terminal")
+          ->type_name("WORDS")
+          ->check([](const std::string& script) {
+            try {
+              desk::parseWords(script);
+              return std::string();
+            } catch (const desk::UnknownWord& error) {
+              return std::string(error.what());
+            }
+          });
+  desk->add_option("--frames", options->frames, "how --play prints frames")
       ->check(CLI::IsMember({"text", "json"}))
-      ->capture_default_str();
+      ->capture_default_str()
+      ->needs(play);
+  desk->add_option("--theme", options->theme, "the colours of the terminal")
+      ->check(CLI::IsMember({"plain", "dark", "light"}))
+      ->excludes(play);
+  desk->add_option("--record", options->record,
+                   "append every frame on the terminal to this file, as JSON")
+      ->type_name("FILE")
+      ->excludes(play);
   desk->add_option("--log", options->records.log, "append the module's log lines to this file")
       ->type_name("FILE");
   desk->add_option("--trace", options->records.trace, "append every shell command to this file")
       ->type_name("FILE");
   desk->callback([=] {
-    require({receiver, play});
-    runDesk(*options);
+    require({receiver});
+    runDesk(*options, play->count() > 0);
   });
 }
 

@@ -1,0 +1,98 @@
+#include "Display.h"
+
+#include <curses.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "Keys.h"
+
+namespace desk::terminal {
+namespace {
+
+/// How long an escape may be the beginning of a key, in milliseconds: long enough for what a
+/// terminal sends at once, too short to be felt.
+constexpr int kEscapeDelay = 25;
+
+/// Whether the terminal may be given colours.
+bool wantsColours() {
+  const char* forbidden = std::getenv("NO_COLOR");
+  return has_colors() && (!forbidden || *forbidden == '\0');
+}
+
+/// Returns what a click asks for; a turn of the wheel moves the cursor.
+std::string actionOfMouse(const Picture& shown) {
+  MEVENT event{};
+  if (getmouse(&event) != OK) return "";
+  if (event.bstate & BUTTON4_PRESSED) return "up";
+  if (event.bstate & BUTTON5_PRESSED) return "down";
+  if (event.bstate & BUTTON1_PRESSED) return shown.actionAt(event.x, event.y);
+  return "";
+}
+
+}  // namespace
+
+struct Display::Screen {
+  SCREEN* handle;
+  Theme theme;
+};
+
+Display::Display(std::optional<Theme> theme) {
+  SCREEN* handle = newterm(nullptr, stdout, stdin);
+  if (!handle) throw std::runtime_error("cannot take the terminal over");
+  screen_ = std::make_unique<Screen>(Screen{handle, theme.value_or(Theme::dark)});
+  set_escdelay(kEscapeDelay);
+  cbreak();
+  noecho();
+  nonl();
+  keypad(stdscr, TRUE);
+  nodelay(stdscr, TRUE);
+  curs_set(0);
+  mouseinterval(0);
+  mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
+  if (!has_colors() || (!theme && !wantsColours())) screen_->theme = Theme::plain;
+  if (screen_->theme == Theme::plain) return;
+  start_color();
+  for (int ink = 0; ink < kInks; ++ink) {
+    const Look look = lookOf(screen_->theme, Ink{ink});
+    init_pair(static_cast<short>(ink + 1), look.foreground, look.background);
+  }
+}
+
+Display::~Display() {
+  endwin();
+  delscreen(screen_->handle);
+}
+
+Size Display::size() const {
+  return {COLS, LINES};
+}
+
+void Display::show(const Picture& picture) {
+  const bool has_colours = screen_->theme != Theme::plain;
+  const Size size = picture.canvas.size();
+  for (int row = 0; row < size.rows; ++row) {
+    for (int column = 0; column < size.columns; ++column) {
+      const Cell& cell = picture.canvas.at(column, row);
+      if (cell.bytes.empty()) continue;
+      const Look look = lookOf(screen_->theme, cell.ink);
+      const auto pair = static_cast<short>(has_colours ? static_cast<int>(cell.ink) + 1 : 0);
+      attr_set(look.attributes, pair, nullptr);
+      mvaddstr(row, column, cell.bytes.c_str());
+    }
+  }
+  refresh();
+}
+
+void Display::forget() {
+  clearok(curscr, TRUE);
+}
+
+std::optional<std::string> Display::read(const Picture& shown) {
+  const int key = getch();
+  if (key == ERR) return std::nullopt;
+  return key == KEY_MOUSE ? actionOfMouse(shown) : actionOfKey(key);
+}
+
+}  // namespace desk::terminal

@@ -1,0 +1,98 @@
+#include "Guard.h"
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+#include "TerminalState.h"
+
+namespace desk::terminal {
+namespace {
+
+/// The signals that a terminal, or a person, sends to end a front end; the child knows what to do.
+constexpr int kForTheChild[] = {SIGINT, SIGQUIT, SIGHUP, SIGTSTP};
+
+pid_t child = 0;
+
+void passOn(int signal) {
+  kill(child, signal);
+}
+
+/// Ends every process that has been left to the guard, as the reaper of its descendants
+/// (PR_SET_CHILD_SUBREAPER in prctl(2)), with the processes of its group.
+void endWhatIsLeft() {
+  const std::string list = "/proc/self/task/" + std::to_string(getpid()) + "/children";
+  for (;;) {
+    std::ifstream children(list);
+    for (pid_t left = 0; children >> left;) {
+      kill(-left, SIGKILL);
+      kill(left, SIGKILL);
+    }
+    if (waitpid(-1, nullptr, 0) < 0 && errno == ECHILD) return;
+  }
+}
+
+/// Waits for the child's end, stopping and going on with it. Returns its status as of waitpid(2).
+int waitForChild() {
+  int status = 0;
+  for (;;) {
+    if (waitpid(child, &status, WUNTRACED) < 0) {
+      if (errno == EINTR) continue;
+      return status;
+    }
+    if (!WIFSTOPPED(status)) return status;
+    std::signal(SIGTSTP, SIG_DFL);
+    raise(SIGTSTP);
+    std::signal(SIGTSTP, SIG_IGN);
+    kill(child, SIGCONT);
+  }
+}
+
+/// Ends the guard as the child has ended.
+[[noreturn]] void endLike(int status, const TerminalState& before) {
+  if (WIFEXITED(status)) _exit(WEXITSTATUS(status));
+  const int signal = WTERMSIG(status);
+  if (signal == SIGINT || signal == SIGTERM || signal == SIGHUP || signal == SIGQUIT) {
+    std::signal(signal, SIG_DFL);
+    raise(signal);
+  }
+  before.restore();
+  std::fprintf(stderr, "stowline: the terminal's front end was ended by a signal: %s\n",
+               strsignal(signal));
+  _exit(EXIT_FAILURE);
+}
+
+[[noreturn]] void guard(const TerminalState& before) {
+  for (const int signal : kForTheChild) std::signal(signal, SIG_IGN);
+  std::signal(SIGTERM, passOn);
+  const int status = waitForChild();
+  endWhatIsLeft();
+  endLike(status, before);
+}
+
+}  // namespace
+
+void putGuardBeforeTerminal() {
+  const TerminalState before;
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  const pid_t guarding = getpid();
+  child = fork();
+  if (child < 0) {
+    throw std::runtime_error(std::string("cannot start the front end: ") + std::strerror(errno));
+  }
+  if (child > 0) guard(before);
+  prctl(PR_SET_CHILD_SUBREAPER, 0);
+  prctl(PR_SET_PDEATHSIG, SIGTERM);
+  if (getppid() != guarding) raise(SIGTERM);
+}
+
+}  // namespace desk::terminal

@@ -1,0 +1,31 @@
+#include "Log.h"
+
+#include <string>
+#include <vector>
+
+namespace desk::terminal {
+namespace {
+
+/// How many entries are kept: more than any terminal has lines.
+constexpr std::size_t kMostEntries = 1000;
+
+}  // namespace
+
+void Log::add(const std::string& mark, const std::string& text, Ink ink) {
+  entries_.push_back({mark + text, ink});
+  if (entries_.size() > kMostEntries) entries_.pop_front();
+}
+
+void Log::draw(Canvas& canvas, const Area& area) const {
+  canvas.box(area, "Log");
+  const Area inside = area.inside();
+  int y = inside.y + inside.height;
+  for (auto entry = entries_.rbegin(); entry != entries_.rend() && y > inside.y; ++entry) {
+    const std::vector<std::string> lines = canvas.lettering().wrapped(entry->text, inside.width);
+    for (auto line = lines.rbegin(); line != lines.rend() && y > inside.y; ++line) {
+      canvas.write(inside.x, --y, *line, entry->ink, inside.width);
+    }
+  }
+}
+
+}  // namespace desk::terminal

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <poll.h>
+
+#include <chrono>
+#include <csignal>
+#include <vector>
+
+namespace desk::terminal {
+
+/// Lets signals through only while the front end waits, so that whatever their handlers do,
+/// curses's own among them, happens between two steps and never within one. A signal that asks the
+/// process to end is taken note of.
+class Signals {
+ public:
+  /// Holds the signals back. To be made before curses is started, which leaves handlers alone that
+  /// are there.
+  Signals();
+  ~Signals();
+  Signals(const Signals&) = delete;
+  Signals& operator=(const Signals&) = delete;
+
+  /// Waits until one of `watched` has something, a signal has come or the time is over.
+  void wait(std::vector<pollfd>& watched, std::chrono::milliseconds time) const;
+
+  /// Returns the signal that asks the process to end, 0 for none.
+  static int end();
+
+ private:
+  sigset_t before_{};
+};
+
+}  // namespace desk::terminal

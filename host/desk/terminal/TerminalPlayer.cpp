@@ -1,0 +1,183 @@
+#include "TerminalPlayer.h"
+
+#include <curses.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <ostream>
+#include <stdexcept>
+#include <utility>
+
+namespace desk::terminal {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// From when on the GUI is said to be busy; most answers come sooner.
+constexpr milliseconds kBusyAfter(150);
+
+/// How often what a job changes is drawn.
+constexpr milliseconds kBetweenShows(50);
+
+/// How often a count-down and the sign of being busy are drawn.
+constexpr milliseconds kTick(100);
+
+/// How much can be pressed ahead of a busy GUI.
+constexpr std::size_t kMostPressed = 32;
+
+/// Whether an action is the terminal's own, to be done at once, however busy the GUI is.
+bool isOfTerminal(const std::string& action) {
+  return action == action::kLog || action == action::kHelp;
+}
+
+}  // namespace
+
+TerminalPlayer::TerminalPlayer(std::optional<Theme> theme, std::ostream* record) : display_(theme) {
+  if (record) record_.emplace(FrameFormat::json, *record);
+}
+
+int TerminalPlayer::play(Supervisor& supervisor) {
+  for (;;) {
+    wait(supervisor);
+    if (Signals::end() != 0) {
+      supervisor.kill();
+      return Signals::end();
+    }
+    if (terminal_has_gone_) {
+      supervisor.kill();
+      throw std::runtime_error("the terminal has gone");
+    }
+    takeMessages(supervisor);
+    if (has_opened_ && !television_.isOpen()) return 0;
+    takeKeys();
+    pressKeys(supervisor);
+    keepTime(supervisor);
+    showPicture();
+  }
+}
+
+/// Waits until a key, a message or a signal has come, or something that is shown changes by itself.
+void TerminalPlayer::wait(const Supervisor& supervisor) {
+  std::vector<pollfd> watched = {
+      {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0},
+      {.fd = supervisor.descriptor(), .events = POLLIN, .revents = 0},
+  };
+  signals_.wait(watched, untilNextChange());
+  terminal_has_gone_ = (watched[0].revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+  gui_has_message_ = watched[1].revents != 0;
+}
+
+milliseconds TerminalPlayer::untilNextChange() const {
+  constexpr milliseconds kNever(60000);
+  if (show_at_) {
+    const auto left = std::chrono::ceil<milliseconds>(*show_at_ - Clock::now());
+    return std::clamp(left, milliseconds(0), kTick);
+  }
+  return waiting_since_ || television_.secondsLeft(Clock::now()) ? kTick : kNever;
+}
+
+void TerminalPlayer::takeMessages(Supervisor& supervisor) {
+  if (!gui_has_message_) return;
+  do {
+    if (auto message = supervisor.receive()) take(std::move(*message));
+  } while (supervisor.hasMessage());
+  if (supervisor.unanswered() == 0) {
+    waiting_since_.reset();
+  } else if (!waiting_since_) {
+    waiting_since_ = Clock::now();
+  }
+}
+
+void TerminalPlayer::take(Channel::Message message) {
+  if (message.contains("changed")) {
+    if (!show_at_) show_at_ = Clock::now() + kBetweenShows;
+  } else if (message.contains("shown")) {
+    showFrame(std::move(message.at("shown")));
+  } else if (!message.contains("missing")) {
+    Channel::Message& frame = message.at(message.contains("idle") ? "idle" : "frame");
+    if (record_) record_->printFrame(frame);
+    showFrame(std::move(frame));
+  }
+}
+
+void TerminalPlayer::showFrame(Channel::Message frame) {
+  television_.show(std::move(frame), Clock::now());
+  if (!has_opened_ && !television_.isOpen()) {
+    throw std::runtime_error("the menu does not open: " + last_error_);
+  }
+  has_opened_ = true;
+}
+
+void TerminalPlayer::takeKeys() {
+  while (const auto action = display_.read(picture_)) {
+    if (*action == action::kRedraw) {
+      display_.forget();
+    } else if (isOfTerminal(*action)) {
+      television_.take(*action);
+    } else if (pressed_.size() < kMostPressed) {
+      pressed_.push_back(*action);
+    } else {
+      beep();
+    }
+  }
+}
+
+/// Does what has been pressed, in order, as long as the GUI owes no answer.
+void TerminalPlayer::pressKeys(Supervisor& supervisor) {
+  while (!pressed_.empty() && supervisor.unanswered() == 0) {
+    const std::string word = television_.take(pressed_.front());
+    pressed_.pop_front();
+    if (word.empty()) continue;
+    television_.setCommand("");
+    supervisor.send(word);
+    waiting_since_ = Clock::now();
+  }
+}
+
+/// Does what is due by the clock.
+void TerminalPlayer::keepTime(Supervisor& supervisor) {
+  const Time now = Clock::now();
+  if (show_at_ && *show_at_ <= now) {
+    supervisor.show();
+    show_at_.reset();
+  }
+  if (television_.secondsLeft(now) == 0 && supervisor.unanswered() == 0) {
+    supervisor.send("timeout");
+    waiting_since_ = now;
+  }
+  const bool is_busy = waiting_since_ && now - *waiting_since_ >= kBusyAfter;
+  television_.setBusy(is_busy ? waiting_since_ : std::nullopt);
+}
+
+void TerminalPlayer::showPicture() {
+  if (!has_opened_) return;
+  picture_ = television_.picture(display_.size(), Clock::now());
+  display_.show(picture_);
+}
+
+void TerminalPlayer::onEvent(const Channel::Message& event) {
+  if (record_) record_->printEvent(event);
+  const std::string name = event.at("event");
+  if (name == "gui-killed") {
+    pressed_.clear();
+    television_.log("*** ", "the GUI was killed", Ink::notice);
+  } else if (name == "gui-started") {
+    television_.log("*** ", "the GUI was started again", Ink::notice);
+    television_.say("The GUI was killed and has been started again.", Ink::notice);
+  } else {
+    last_error_ = event.at("text");
+    television_.log("*** ", last_error_, Ink::error);
+    television_.say("Error: " + last_error_, Ink::error);
+  }
+}
+
+void TerminalPlayer::onLogLine(const std::string& line) {
+  television_.log("", line, Ink::text);
+}
+
+void TerminalPlayer::onCommand(const std::string& command) {
+  television_.log("$ ", command, Ink::description);
+  television_.setCommand(command);
+}
+
+}  // namespace desk::terminal

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+#include "Display.h"
+#include "Lettering.h"
+#include "Signals.h"
+#include "Television.h"
+#include "play/FramePrinter.h"
+#include "supervisor/Supervisor.h"
+
+namespace desk::terminal {
+
+/// A front end on the terminal: keys and clicks become words, frames become pictures.
+class TerminalPlayer : public Events {
+ public:
+  /// Takes the terminal over. `record`, which may be null, gets every frame that answers a word and
+  /// every event, one JSON object a line, as the script player prints them. Raises
+  /// std::runtime_error when there is no terminal that can be used.
+  TerminalPlayer(std::optional<Theme> theme, std::ostream* record);
+
+  /// Shows the GUI and hands it what the viewer presses until the menu closes. Returns 0 then, or
+  /// the signal that has ended it. Raises what the supervisor raises, and std::runtime_error when
+  /// the terminal has gone or the menu does not open.
+  int play(Supervisor& supervisor);
+
+  void onEvent(const Channel::Message& event) override;
+  void onLogLine(const std::string& line) override;
+  void onCommand(const std::string& command) override;
+
+ private:
+  void showPicture();
+  void wait(const Supervisor& supervisor);
+  void takeMessages(Supervisor& supervisor);
+  void take(Channel::Message message);
+  void showFrame(Channel::Message frame);
+  void takeKeys();
+  void pressKeys(Supervisor& supervisor);
+  void keepTime(Supervisor& supervisor);
+  std::chrono::milliseconds untilNextChange() const;
+
+  Signals signals_;
+  Lettering lettering_ = Lettering::ofLocale();
+  Television television_{lettering_};
+  Display display_;
+  std::optional<FramePrinter> record_;
+  Picture picture_{Canvas({0, 0}, lettering_)};
+  std::deque<std::string> pressed_;  ///< what is to be done once the GUI has answered
+  std::string last_error_;
+  bool has_opened_ = false;
+  bool gui_has_message_ = false;
+  bool terminal_has_gone_ = false;
+  std::optional<Time> waiting_since_;  ///< since when the GUI owes an answer
+  std::optional<Time> show_at_;        ///< when to ask for what a job has changed
+};
+
+}  // namespace desk::terminal

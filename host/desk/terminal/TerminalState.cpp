@@ -1,0 +1,46 @@
+#include "TerminalState.h"
+
+#include <curses.h>
+#include <term.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+
+namespace desk::terminal {
+
+void requireTerminal() {
+  if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) {
+    throw std::runtime_error(
+        "standard input and output are no terminal; press keys with --play \"WORDS\" without one");
+  }
+  const char* type = std::getenv("TERM");
+  int error = 0;
+  if (setupterm(nullptr, STDOUT_FILENO, &error) != OK || !cursor_address) {
+    throw std::runtime_error(
+        std::string("TERM is '") + (type ? type : "") +
+        "', a terminal that is not known or cannot place its cursor; set it to the terminal's "
+        "type, such as xterm");
+  }
+}
+
+TerminalState::TerminalState() {
+  tcgetattr(STDIN_FILENO, &modes_);
+}
+
+void TerminalState::restore() const {
+  std::signal(SIGTTOU, SIG_IGN);
+  tcsetattr(STDIN_FILENO, TCSADRAIN, &modes_);
+  for (const char* sequence :
+       {exit_attribute_mode, orig_pair, cursor_normal, keypad_local, exit_ca_mode}) {
+    if (sequence) tputs(sequence, 1, std::putchar);
+  }
+  // DECRST 1000 and 1006 of xterm's, which terminfo(5) has no name for.
+  if (key_mouse) std::fputs("\033[?1000l\033[?1006l", stdout);
+  std::fflush(stdout);
+}
+
+}  // namespace desk::terminal

@@ -1,0 +1,213 @@
+#include "Views.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "skin/Skin.h"
+
+namespace desk::terminal {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// How much of a console's output can be looked at: what is before that is not wrapped either.
+constexpr std::size_t kMostOutput = 100000;
+
+std::string textOf(const Json& frame, const char* key) {
+  return frame.value(key, std::string());
+}
+
+/// Returns the title, or the name of the screen that has none.
+std::string headingOf(const Json& frame) {
+  const std::string title = textOf(frame, "title");
+  return title.empty() ? textOf(frame, "screen") : title;
+}
+
+/// Returns an area of this size, or as much as there is, in the middle of `space`.
+Area centred(const Area& space, int width, int height) {
+  width = std::min(width, space.width);
+  height = std::min(height, space.height);
+  return {space.x + (space.width - width) / 2, space.y + (space.height - height) / 2, width,
+          height};
+}
+
+int widest(const Lettering& lettering, const Lines& lines) {
+  int columns = 0;
+  for (const std::string& line : lines) columns = std::max(columns, lettering.columns(line));
+  return columns;
+}
+
+void drawList(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
+  picture.canvas.box(area, headingOf(frame));
+  const std::size_t count = frame.at("rows").size();
+  const std::string position = count == 0 ? "nothing here"
+                                          : std::to_string(frame.at("selected").get<int>() + 1) +
+                                                "/" + std::to_string(count);
+  picture.canvas.boxNote(area, position);
+  looking.rows.draw(picture, area.inside(), frame);
+}
+
+/// Draws a dialog: its text and, below it, its rows.
+void drawDialog(Picture& picture, const Area& space, const Json& frame, Looking& looking,
+                const std::string& heading, Ink ink, const std::string& note) {
+  constexpr int kLeastWidth = 40;
+  constexpr int kEdges = 6;  // the border and two blanks on either side
+  Canvas& canvas = picture.canvas;
+  const Lettering& lettering = canvas.lettering();
+  const Lines text = lettering.wrapped(textOf(frame, "text"), space.width - kEdges - 2);
+  Lines shown = text;
+  for (const Json& row : frame.at("rows")) shown.push_back("> " + row.at(0).get<std::string>());
+  const int rows = static_cast<int>(frame.at("rows").size());
+  const int text_rows = static_cast<int>(text.size());
+  const int gap = rows > 0 ? 1 : 0;
+  const int width = std::max(
+      {kLeastWidth, widest(lettering, shown) + kEdges, lettering.columns(heading) + kEdges});
+  const Area box = centred(space, width, text_rows + gap + rows + 4);
+  canvas.box(box, heading, ink, ink == Ink::border ? Ink::heading : ink);
+  if (!note.empty()) canvas.boxNote(box, note, Ink::notice);
+
+  Area inside = {box.x + 3, box.y + 2, box.width - kEdges, box.height - 4};
+  for (const std::string& line : text) {
+    if (inside.height-- <= 0) break;
+    canvas.write(inside.x, inside.y++, line, Ink::text, inside.width);
+  }
+  inside.y += gap;
+  inside.height -= gap;
+  if (rows > 0 && inside.height > 0) looking.rows.draw(picture, inside, frame);
+}
+
+void drawMessage(Picture& picture, const Area& space, const Json& frame, Looking& looking,
+                 std::optional<int> seconds_left) {
+  const std::string type = textOf(frame, "type");
+  const std::string title = textOf(frame, "title");
+  const std::string heading = title + (title.empty() ? "[" : " [") + type + "]";
+  const std::string note = seconds_left ? "closes in " + std::to_string(*seconds_left) + " s" : "";
+  drawDialog(picture, space, frame, looking, heading, type == "error" ? Ink::error : Ink::border,
+             note);
+}
+
+void drawChoice(Picture& picture, const Area& space, const Json& frame, Looking& looking) {
+  const std::size_t count = frame.at("rows").size();
+  const std::string note = count == 0 ? "nothing here"
+                                      : std::to_string(frame.at("selected").get<int>() + 1) + "/" +
+                                            std::to_string(count);
+  drawDialog(picture, space, frame, looking, headingOf(frame), Ink::border, note);
+}
+
+const char* runningNote(const Json& frame) {
+  return frame.at("running").get<bool>() ? "running" : "finished";
+}
+
+/// Returns the end of a console's output, from the beginning of a line on, with the line breaks of
+/// other systems as ours.
+std::string endOfOutput(const std::string& output) {
+  std::size_t start = 0;
+  if (output.size() > kMostOutput) {
+    start = output.find('\n', output.size() - kMostOutput);
+    start = start == std::string::npos ? output.size() - kMostOutput : start + 1;
+  }
+  std::string end;
+  for (std::size_t index = start; index < output.size(); ++index) {
+    if (!output.compare(index, 2, "\r\n")) continue;
+    end += output[index];
+  }
+  return end;
+}
+
+void drawConsole(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
+  Canvas& canvas = picture.canvas;
+  canvas.box(area, headingOf(frame));
+  canvas.boxNote(area, runningNote(frame), Ink::notice);
+  const Area inside = area.inside();
+  const Lines lines = canvas.lettering().wrapped(endOfOutput(textOf(frame, "text")), inside.width);
+  const int count = static_cast<int>(lines.size());
+  const int top = looking.scroll.top(count, inside.height, count - 1);
+  for (int row = 0; row < std::min(inside.height, count - top); ++row) {
+    canvas.write(inside.x, inside.y + row, lines[static_cast<std::size_t>(top + row)], Ink::text,
+                 inside.width);
+  }
+}
+
+/// A package's state, and how it is written.
+struct State {
+  const char* name;
+  const char* ascii;
+  const char* utf8;
+  Ink ink;
+};
+
+constexpr State kStates[] = {
+    {"waiting", " ", " ", Ink::description},
+    {"running", ">", "▶", Ink::notice},
+    {"done", "+", "✓", Ink::green},
+    {"failed", "x", "✗", Ink::error},
+};
+
+/// Draws how many of the packages are over and done with as a bar.
+void drawProgress(Canvas& canvas, const Area& line, int ended, int count) {
+  const Lettering& lettering = canvas.lettering();
+  const std::string figures = " " + std::to_string(ended) + "/" + std::to_string(count);
+  const int width = line.width - static_cast<int>(figures.size());
+  const int filled = count > 0 ? width * ended / count : width;
+  for (int column = 0; column < width; ++column) {
+    canvas.write(line.x + column, line.y,
+                 column < filled ? lettering.either("█", "#") : lettering.either("░", "."),
+                 Ink::border);
+  }
+  canvas.write(line.x + width, line.y, figures, Ink::text);
+}
+
+void drawPackages(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
+  constexpr int kStateColumns = 10;
+  Canvas& canvas = picture.canvas;
+  canvas.box(area, headingOf(frame));
+  canvas.boxNote(area, runningNote(frame), Ink::notice);
+  Area inside = area.inside();
+  const Json& packages = frame.at("packages");
+  const int count = static_cast<int>(packages.size());
+  const auto inState = [&](const char* state) {
+    return static_cast<int>(std::ranges::count_if(
+        packages, [&](const Json& package) { return package.at("state") == state; }));
+  };
+  const int ended = inState("done") + inState("failed");
+  drawProgress(canvas, {inside.x + 1, inside.y + inside.height - 1, inside.width - 2, 1}, ended,
+               count);
+  inside.height -= 2;
+  const int top = looking.scroll.top(count, inside.height, std::min(ended, count - 1));
+  for (int row = 0; row < std::min(inside.height, count - top); ++row) {
+    const Json& package = packages.at(static_cast<std::size_t>(top + row));
+    const auto* state = std::ranges::find_if(
+        kStates, [&](const State& known) { return package.at("state") == known.name; });
+    const int y = inside.y + row;
+    canvas.write(inside.x + 1, y, canvas.lettering().either(state->utf8, state->ascii), state->ink);
+    canvas.write(inside.x + 3, y, state->name, state->ink);
+    canvas.write(inside.x + 2 + kStateColumns, y, package.at("name").get_ref<const std::string&>(),
+                 Ink::text, inside.width - kStateColumns - 2);
+  }
+}
+
+}  // namespace
+
+bool isScrolled(const Json& frame) {
+  return frame.contains("running");
+}
+
+void drawFrame(Picture& picture, const Area& area, const Json& frame, Looking& looking,
+               std::optional<int> seconds_left) {
+  if (frame.contains("skin")) {
+    drawSkin(picture, area, frame);
+  } else if (frame.contains("packages")) {
+    drawPackages(picture, area, frame, looking);
+  } else if (frame.contains("running")) {
+    drawConsole(picture, area, frame, looking);
+  } else if (frame.contains("type")) {
+    drawMessage(picture, area, frame, looking, seconds_left);
+  } else if (frame.contains("text")) {
+    drawChoice(picture, area, frame, looking);
+  } else {
+    drawList(picture, area, frame, looking);
+  }
+}
+
+}  // namespace desk::terminal
