@@ -150,8 +150,7 @@ TEST_P(BadInputTest, RowThatIsNotThereEndsTheScript) {
   EXPECT_EQ(play.lines,
             (std::vector<Json>{menuFrame("", "backup", 0), menuFrame("down", "backup", 1)}));
   EXPECT_EQ(play.status, kFailure);
-  EXPECT_EQ(play.errors,
-            "stowline: select:nowhere: the shown screen has no such row\n");
+  EXPECT_EQ(play.errors, "stowline: select:nowhere: the shown screen has no such row\n");
 }
 
 TEST_P(BadInputTest, TextOfForeignBytesIsToBeWrittenAsRowsShowIt) {

@@ -21,6 +21,17 @@ bool wantsColours() {
   return has_colors() && (!forbidden || *forbidden == '\0');
 }
 
+/// Reads what follows an escape. Returns whether it is the rest of a key that this terminal's
+/// description does not know (ECMA-48), or of a letter with Alt: then the escape is no key.
+bool skipRestOfKey() {
+  const int second = getch();
+  if (second == ERR) return false;
+  if (second == 'O') getch();
+  if (second != '[') return true;
+  for (int next = getch(); next != ERR && (next < '@' || next > '~');) next = getch();
+  return true;
+}
+
 /// Returns what a click asks for; a turn of the wheel moves the cursor.
 std::string actionOfMouse(const Picture& shown) {
   MEVENT event{};
@@ -92,7 +103,9 @@ void Display::forget() {
 std::optional<std::string> Display::read(const Picture& shown) {
   const int key = getch();
   if (key == ERR) return std::nullopt;
-  return key == KEY_MOUSE ? actionOfMouse(shown) : actionOfKey(key);
+  if (key == KEY_MOUSE) return actionOfMouse(shown);
+  if (key == kEscape && skipRestOfKey()) return "";
+  return actionOfKey(key);
 }
 
 }  // namespace desk::terminal

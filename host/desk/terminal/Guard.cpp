@@ -18,12 +18,17 @@
 namespace desk::terminal {
 namespace {
 
-/// The signals that a terminal, or a person, sends to end a front end; the child knows what to do.
-constexpr int kForTheChild[] = {SIGINT, SIGQUIT, SIGHUP, SIGTSTP};
+/// The signals that ask a process to end: the child knows what to do.
+constexpr int kForTheChild[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+/// The signals by which a terminal stops a process: the guard stops when the child has stopped.
+constexpr int kStopping[] = {SIGTSTP, SIGTTIN, SIGTTOU};
 
 pid_t child = 0;
+volatile std::sig_atomic_t ending_signal = 0;
 
 void passOn(int signal) {
+  ending_signal = signal;
   kill(child, signal);
 }
 
@@ -42,6 +47,7 @@ void endWhatIsLeft() {
 }
 
 /// Waits for the child's end, stopping and going on with it. Returns its status as of waitpid(2).
+/// A child that is to end but stops, because the terminal is the shell's, is ended here.
 int waitForChild() {
   int status = 0;
   for (;;) {
@@ -50,6 +56,10 @@ int waitForChild() {
       return status;
     }
     if (!WIFSTOPPED(status)) return status;
+    if (ending_signal != 0) {
+      kill(child, SIGKILL);
+      return ending_signal;
+    }
     std::signal(SIGTSTP, SIG_DFL);
     raise(SIGTSTP);
     std::signal(SIGTSTP, SIG_IGN);
@@ -72,8 +82,8 @@ int waitForChild() {
 }
 
 [[noreturn]] void guard(const TerminalState& before) {
-  for (const int signal : kForTheChild) std::signal(signal, SIG_IGN);
-  std::signal(SIGTERM, passOn);
+  for (const int signal : kForTheChild) std::signal(signal, passOn);
+  for (const int signal : kStopping) std::signal(signal, SIG_IGN);
   const int status = waitForChild();
   endWhatIsLeft();
   endLike(status, before);

@@ -10,7 +10,6 @@
 namespace desk::terminal {
 namespace {
 
-constexpr int kEscape = 27;
 constexpr int kDelete = 127;
 constexpr int control(char letter) {
   return letter - '@';

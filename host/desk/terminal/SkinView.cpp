@@ -10,28 +10,46 @@
 namespace desk::terminal {
 namespace {
 
+/// A line of text takes its font's size and the space between lines.
+constexpr double kLineSpacing = 1.2;
+
 /// How a skin's pixels become cells.
 struct Scale {
   double columns;  ///< columns a pixel
   double rows;     ///< rows a pixel
 
+  /// Returns the scale by which the television picture fills `area`. Where that is too low, text of
+  /// the usual size still gets a row a line.
+  static Scale filling(const Area& area) {
+    constexpr double kLeastRows = 1 / (kLineSpacing * SkinElement{}.font_size);
+    return {static_cast<double>(area.width) / SkinScreen::kPictureWidth,
+            std::max(static_cast<double>(area.height) / SkinScreen::kPictureHeight, kLeastRows)};
+  }
+
   Area area(const SkinArea& pixels, const Area& origin) const {
-    const auto cells = [](int count, double scale) {
-      return static_cast<int>(std::lround(count * scale));
-    };
     const int x = cells(pixels.x, columns);
     const int y = cells(pixels.y, rows);
     return {origin.x + x, origin.y + y, std::max(1, cells(pixels.x + pixels.width, columns) - x),
             std::max(1, cells(pixels.y + pixels.height, rows) - y)};
   }
 
-  /// Returns how many rows a line of a font takes: its size and the space between lines, but at
-  /// least a row.
-  double line(int font_size) const {
-    constexpr double kLineSpacing = 1.2;
-    return std::max(1.0, font_size * kLineSpacing * rows);
+  /// Returns how many rows a line of a font takes; at least one.
+  double line(int font_size) const { return std::max(1.0, font_size * kLineSpacing * rows); }
+
+  static int cells(int pixels, double scale) {
+    return static_cast<int>(std::lround(pixels * scale));
   }
 };
+
+/// Returns where the screen lies in `area`, which shows the middle of the picture: moved as far as
+/// its border needs.
+Area screenIn(const Area& area, const SkinArea& pixels, const Scale& scale) {
+  const int hidden = Scale::cells(SkinScreen::kPictureHeight, scale.rows) - area.height;
+  Area screen = scale.area(pixels, {area.x, area.y - hidden / 2, area.width, area.height});
+  screen.x = std::max(area.x + 1, std::min(screen.x, area.x + area.width - screen.width - 1));
+  screen.y = std::max(area.y + 1, std::min(screen.y, area.y + area.height - screen.height - 1));
+  return screen;
+}
 
 int alignedIn(int space, int used, Align align) {
   if (align == Align::begin) return 0;
@@ -86,9 +104,8 @@ void drawPicture(Canvas& canvas, const Area& area, const std::string& path) {
 
 void drawSkin(Picture& picture, const Area& area, const Json& frame) {
   const SkinScreen skin = parseScreen(frame.at("skin").get<std::string>());
-  const Scale scale = {static_cast<double>(area.width) / SkinScreen::kPictureWidth,
-                       static_cast<double>(area.height) / SkinScreen::kPictureHeight};
-  const Area screen = scale.area(skin.area, area);
+  const Scale scale = Scale::filling(area);
+  const Area screen = screenIn(area, skin.area, scale);
   picture.canvas.box({screen.x - 1, screen.y - 1, screen.width + 2, screen.height + 2},
                      frame.at("title").get<std::string>());
   for (const SkinElement& element : skin.elements) {

@@ -15,7 +15,7 @@ namespace desk::terminal {
 class Television {
  public:
   /// The least terminal that a picture fits into.
-  static constexpr Size kLeast = {60, 16};
+  static constexpr Size kLeast = {64, 20};
 
   explicit Television(const Lettering& lettering) : lettering_(lettering) {}
 

@@ -4,7 +4,6 @@
 #include <term.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -32,7 +31,6 @@ TerminalState::TerminalState() {
 }
 
 void TerminalState::restore() const {
-  std::signal(SIGTTOU, SIG_IGN);
   tcsetattr(STDIN_FILENO, TCSADRAIN, &modes_);
   for (const char* sequence :
        {exit_attribute_mode, orig_pair, cursor_normal, keypad_local, exit_ca_mode}) {

@@ -15,7 +15,7 @@ class TerminalState {
   TerminalState();
 
   /// Puts the terminal back: its modes, no screen of its own, a visible cursor, plain text and no
-  /// reports of the mouse.
+  /// reports of the mouse. The process has to ignore SIGTTOU.
   void restore() const;
 
  private:

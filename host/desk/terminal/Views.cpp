@@ -45,7 +45,8 @@ void drawList(Picture& picture, const Area& area, const Json& frame, Looking& lo
                                           : std::to_string(frame.at("selected").get<int>() + 1) +
                                                 "/" + std::to_string(count);
   picture.canvas.boxNote(area, position);
-  looking.rows.draw(picture, area.inside(), frame);
+  const Area inside = area.inside();
+  looking.rows.draw(picture, {inside.x + 1, inside.y, inside.width - 2, inside.height}, frame);
 }
 
 /// Draws a dialog: its text and, below it, its rows.

@@ -1,0 +1,80 @@
+"""Where there is no terminal that can be used, one line says so."""
+
+import os
+import subprocess
+import unittest
+
+from terminal import STOWLINE, Directory, desk
+
+NO_TERMINAL = "stowline: standard input and output are no terminal; press keys with --play \"WORDS\" without one\n"
+UNKNOWN = ("stowline: TERM is '%s', a terminal that is not known or cannot place its cursor; set it to the terminal's "
+           "type, such as xterm")
+
+
+class RefusalTest(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        self.directory = Directory(self)
+        self.receiver = self.directory.receiver()
+
+    def run_desk(self, *options, **streams):
+        done = subprocess.run([STOWLINE, "desk", "--receiver", self.receiver.tree, *options], stderr=subprocess.PIPE,
+                              check=False, **streams)
+        return done.returncode, done.stderr.decode()
+
+    def assert_shell_says(self, terminal, command, status, text):
+        terminal.shell("clear; " + command + "; echo status $?")
+        terminal.wait_for("status %d" % status)
+        shown = "".join(line.ljust(terminal.columns) for line in terminal.lines())
+        said = shown[:shown.index("status %d" % status)].rstrip()
+        self.assertEqual(said, text)
+        self.assertEqual(self.receiver.processes(), {})
+
+    def test_without_a_terminal(self):
+        null = subprocess.DEVNULL
+        for streams in ({"stdin": null, "stdout": null}, {"stdin": null}, {"stdout": subprocess.PIPE}):
+            with self.subTest(str(streams)):
+                self.assertEqual(self.run_desk(**{"stdin": null, **streams}), (1, NO_TERMINAL))
+
+    def test_with_one_stream_that_is_none(self):
+        terminal = self.directory.terminal(columns=200)
+        for redirection in ("< /dev/null", "> /dev/null", "| cat"):
+            with self.subTest(redirection):
+                status = 0 if redirection == "| cat" else 1
+                self.assert_shell_says(terminal, desk(self.receiver) + " " + redirection, status, NO_TERMINAL.strip())
+
+    def test_with_a_terminal_that_is_not_known(self):
+        terminal = self.directory.terminal(columns=200)
+        for name in ("no-such-terminal", "dumb", "", "../../etc/passwd"):
+            with self.subTest(name):
+                self.assert_shell_says(terminal, "TERM='%s' %s" % (name, desk(self.receiver)), 1, UNKNOWN % name)
+        self.assert_shell_says(terminal, "env -u TERM %s" % desk(self.receiver), 1, UNKNOWN % "")
+
+    def test_options_that_do_not_go_together(self):
+        for options in (["--frames", "json"], ["--play", "ok", "--theme", "dark"], ["--play", "ok", "--record", "x"],
+                        ["--theme", "blue"]):
+            with self.subTest(str(options)):
+                status, errors = self.run_desk(*options, stdin=subprocess.DEVNULL)
+                self.assertEqual((status, errors.count("\n")), (2, 1))
+                self.assertIn(options[-2], errors)
+
+    def test_record_that_cannot_be_written(self):
+        terminal = self.directory.terminal(columns=200)
+        for option in ("--record", "--log", "--trace"):
+            with self.subTest(option):
+                path = os.path.join(self.directory.path, "missing", "file")
+                terminal.shell("clear; " + desk(self.receiver, "backup", option, path) + "; echo status $?")
+                terminal.wait_for("status 1", "stowline: cannot write %s" % path)
+                self.assertEqual(terminal.asked("alternate_on"), "0")
+
+    def test_receiver_without_a_menu(self):
+        self.receiver.write("etc/enigma2/settings", "")
+        os.chmod(self.receiver.path("usr/bin"), 0o755)
+        os.rename(self.receiver.path("home/root"), self.receiver.path("home/nobody"))
+        terminal = self.directory.terminal(columns=200)
+        self.assert_shell_says(terminal, desk(self.receiver), 1, "stowline: the tree has no /home/root")
+
+
+if __name__ == "__main__":
+    unittest.main()
