@@ -17,11 +17,13 @@ std::string placeOf(std::string_view xml, std::ptrdiff_t offset) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
-/// Returns `text` as a number; nothing when it is none.
+/// Returns `text` as a number of pixels; nothing when it is none, or beyond any screen.
 std::optional<int> numberIn(std::string_view text) {
+  constexpr int kMost = 100000;
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (number < -kMost || number > kMost) return std::nullopt;
   return number;
 }
 
@@ -63,7 +65,7 @@ SkinArea areaOf(const pugi::xml_node& node, int width, int height) {
 /// Returns the size of a font such as "Regular;20".
 int fontSizeOf(const pugi::xml_node& node) {
   const pugi::xml_attribute font = node.attribute("font");
-  if (!font) return SkinElement{}.font_size;
+  if (!font) return SkinElement::kUsualFontSize;
   const std::string_view text = font.value();
   const std::optional<int> size = numberIn(text.substr(text.find(';') + 1));
   if (!size || *size <= 0) refuse(node, "font");

@@ -30,11 +30,12 @@ struct SkinArea {
 /// One thing that a screen's layout places.
 struct SkinElement {
   enum class Kind { text, picture };
+  static constexpr int kUsualFontSize = 20;
 
   Kind kind;
   std::string name;  ///< the widget whose text it shows, or the path of the picture
   SkinArea area;
-  int font_size = 20;  ///< in pixels
+  int font_size = kUsualFontSize;  ///< in pixels
   Align halign = Align::begin;
   Align valign = Align::begin;
 

@@ -40,7 +40,7 @@ int Canvas::write(int x, int y, std::string_view text, Ink ink, int width) {
   const int end = std::min(x + width, size_.columns);
   int column = x;
   for (const Glyph& glyph : lettering_.glyphs(lettering_.cut(text, end - x))) {
-    if (has(column, y) && column + glyph.columns <= end) put(column, y, glyph, ink);
+    if (has(column, y)) put(column, y, glyph, ink);
     column += glyph.columns;
   }
   return column - x;
@@ -72,7 +72,7 @@ void Canvas::box(const Area& area, std::string_view heading, Ink ink, Ink headin
   write(right, area.y, lettering_.either("┐", "+"), ink);
   write(area.x, bottom, lettering_.either("└", "+"), ink);
   write(right, bottom, lettering_.either("┘", "+"), ink);
-  if (!heading.empty()) {
+  if (!heading.empty() && area.width > 6) {
     write(area.x + 2, area.y, " " + lettering_.cut(heading, area.width - 6) + " ", heading_ink);
   }
 }

@@ -6,6 +6,7 @@
 #include <clocale>
 #include <cwchar>
 #include <numeric>
+#include <span>
 
 namespace desk::terminal {
 namespace {
@@ -31,13 +32,28 @@ std::size_t lengthOfFirst(std::string_view text) {
   return length;
 }
 
+/// Characters that are not to be seen themselves but change how others are: a name with them would
+/// not look like what it is (Unicode's general category Cf).
+constexpr struct {
+  wchar_t first;
+  wchar_t last;
+} kInvisible[] = {
+    {0x00AD, 0x00AD}, {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF},
+};
+
+bool isInvisible(wchar_t character) {
+  return std::ranges::any_of(kInvisible, [character](const auto& range) {
+    return character >= range.first && character <= range.last;
+  });
+}
+
 /// Returns how many columns the character takes in the process's locale; -1 when it cannot be
 /// shown.
 int columnsOf(std::string_view character) {
   wchar_t wide = 0;
   std::mbstate_t state{};
   const std::size_t length = std::mbrtowc(&wide, character.data(), character.size(), &state);
-  return length == character.size() ? wcwidth(wide) : -1;
+  return length == character.size() && !isInvisible(wide) ? wcwidth(wide) : -1;
 }
 
 int columnsOf(const std::vector<Glyph>& glyphs) {
@@ -63,27 +79,30 @@ std::size_t fitting(const std::vector<Glyph>& glyphs, std::size_t start, int col
   return std::max<std::size_t>(end - start, 1);
 }
 
-/// Cuts one line into lines of at most `columns`, at blanks where there are some.
+/// Cuts one line into lines of at most `columns`: at blanks, which go, or within a word that has a
+/// line of its own.
 void wrapLine(std::vector<std::string>& lines, const std::vector<Glyph>& glyphs, int columns) {
+  const Glyph blank = {" ", 1};
+  const std::span<const Glyph> all(glyphs);
   std::size_t start = 0;
   do {
-    std::size_t count = start < glyphs.size() ? fitting(glyphs, start, columns) : 0;
-    std::size_t next = start + count;
-    if (next < glyphs.size()) {
-      const auto first = glyphs.begin() + static_cast<std::ptrdiff_t>(start);
-      const auto line_end = glyphs.begin() + static_cast<std::ptrdiff_t>(next) + 1;
-      const auto blank = std::find(std::make_reverse_iterator(line_end),
-                                   std::make_reverse_iterator(first), Glyph{" ", 1});
-      if (blank.base() - first > 1) {
-        next = static_cast<std::size_t>(blank.base() - glyphs.begin());
-        count = next - start - 1;
+    std::size_t end = start < all.size() ? start + fitting(glyphs, start, columns) : start;
+    std::size_t next = end;
+    if (end < all.size()) {
+      std::size_t cut = end;
+      while (cut > start && all[cut] != blank) --cut;
+      next = cut;
+      while (cut > start && all[cut - 1] == blank) --cut;
+      while (next < all.size() && all[next] == blank) ++next;
+      if (cut > start) {
+        end = cut;
+      } else {
+        next = end;
       }
     }
-    lines.push_back(
-        joined(std::vector<Glyph>(glyphs.begin() + static_cast<std::ptrdiff_t>(start),
-                                  glyphs.begin() + static_cast<std::ptrdiff_t>(start + count))));
+    lines.push_back(joined(all.subspan(start, end - start)));
     start = next;
-  } while (start < glyphs.size());
+  } while (start < all.size());
 }
 
 }  // namespace
@@ -111,7 +130,7 @@ std::vector<Glyph> Lettering::glyphs(std::string_view text) const {
     const int columns = charset_ == Charset::utf8 ? columnsOf(character) : -1;
     if (columns > 0) {
       glyphs.push_back({std::string(character), columns});
-    } else if (columns == 0 && first != '\0' && !glyphs.empty()) {
+    } else if (columns == 0 && !glyphs.empty()) {
       glyphs.back().bytes += character;
     } else {
       addEscaped(glyphs, character);
@@ -126,8 +145,9 @@ int Lettering::columns(std::string_view text) const {
 
 std::string Lettering::cut(std::string_view text, int columns) const {
   std::vector<Glyph> shown = glyphs(text);
-  if (columnsOf(shown) <= columns) return joined(shown);
-  while (!shown.empty() && columnsOf(shown) > columns - 1) shown.pop_back();
+  int used = columnsOf(shown);
+  if (used <= columns) return joined(shown);
+  for (; !shown.empty() && used > columns - 1; shown.pop_back()) used -= shown.back().columns;
   return joined(shown) + std::string(columns > 0 ? either("…", "~") : "");
 }
 

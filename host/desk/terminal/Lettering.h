@@ -37,8 +37,8 @@ class Lettering {
   /// Returns the text with its end cut off and marked so, if it takes more columns than `columns`.
   std::string cut(std::string_view text, int columns) const;
 
-  /// Returns the text as lines of at most `columns`: cut at its line breaks, and then at blanks
-  /// where there are some, anywhere else where there are none.
+  /// Returns the text as lines of at most `columns`: cut at its line breaks, and then at blanks,
+  /// which go, or within a word that is longer than a line.
   std::vector<std::string> wrapped(std::string_view text, int columns) const;
 
   /// Returns whichever of the two this terminal can show.

@@ -21,7 +21,8 @@ void Log::draw(Canvas& canvas, const Area& area) const {
   const Area inside = area.inside();
   int y = inside.y + inside.height;
   for (auto entry = entries_.rbegin(); entry != entries_.rend() && y > inside.y; ++entry) {
-    const std::vector<std::string> lines = canvas.lettering().wrapped(entry->text, inside.width);
+    std::vector<std::string> lines = canvas.lettering().wrapped(entry->text, inside.width);
+    if (lines.empty()) lines.emplace_back();
     for (auto line = lines.rbegin(); line != lines.rend() && y > inside.y; ++line) {
       canvas.write(inside.x, --y, *line, entry->ink, inside.width);
     }

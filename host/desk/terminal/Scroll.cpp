@@ -7,6 +7,7 @@ namespace desk::terminal {
 int Scroll::top(int count, int page, int current) {
   count_ = count;
   page_ = std::max(1, page);
+  current_ = current;
   if (follows_) top_ = std::clamp(top_, current - page_ + 1, current);
   top_ = std::clamp(top_, 0, std::max(0, count_ - page_));
   return top_;
@@ -31,11 +32,11 @@ bool Scroll::move(const std::string& action) {
   return true;
 }
 
-/// Moves to a line; at the end the text is followed again.
+/// Moves to a line. At the end the text is followed again, if that is where it is at.
 void Scroll::moveTo(int top) {
   const int last = std::max(0, count_ - page_);
   top_ = std::clamp(top, 0, last);
-  follows_ = top_ == last;
+  follows_ = top_ == last && current_ == count_ - 1;
 }
 
 }  // namespace desk::terminal

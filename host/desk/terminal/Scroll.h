@@ -21,6 +21,7 @@ class Scroll {
 
   bool follows_ = true;
   int top_ = 0;
+  int current_ = 0;
   int count_ = 0;
   int page_ = 1;
 };

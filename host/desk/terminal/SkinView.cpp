@@ -21,7 +21,7 @@ struct Scale {
   /// Returns the scale by which the television picture fills `area`. Where that is too low, text of
   /// the usual size still gets a row a line.
   static Scale filling(const Area& area) {
-    constexpr double kLeastRows = 1 / (kLineSpacing * SkinElement{}.font_size);
+    constexpr double kLeastRows = 1 / (kLineSpacing * SkinElement::kUsualFontSize);
     return {static_cast<double>(area.width) / SkinScreen::kPictureWidth,
             std::max(static_cast<double>(area.height) / SkinScreen::kPictureHeight, kLeastRows)};
   }
@@ -46,9 +46,20 @@ struct Scale {
 Area screenIn(const Area& area, const SkinArea& pixels, const Scale& scale) {
   const int hidden = Scale::cells(SkinScreen::kPictureHeight, scale.rows) - area.height;
   Area screen = scale.area(pixels, {area.x, area.y - hidden / 2, area.width, area.height});
+  screen.width = std::min(screen.width, area.width - 2);
+  screen.height = std::min(screen.height, area.height - 2);
   screen.x = std::max(area.x + 1, std::min(screen.x, area.x + area.width - screen.width - 1));
   screen.y = std::max(area.y + 1, std::min(screen.y, area.y + area.height - screen.height - 1));
   return screen;
+}
+
+/// Returns what the two areas have in common; without width or height where they have nothing.
+Area common(const Area& area, const Area& other) {
+  const int x = std::max(area.x, other.x);
+  const int y = std::max(area.y, other.y);
+  const int right = std::min(area.x + area.width, other.x + other.width);
+  const int bottom = std::min(area.y + area.height, other.y + other.height);
+  return {x, y, std::max(0, right - x), std::max(0, bottom - y)};
 }
 
 int alignedIn(int space, int used, Align align) {
@@ -56,47 +67,64 @@ int alignedIn(int space, int used, Align align) {
   return align == Align::center ? (space - used) / 2 : space - used;
 }
 
-void drawText(Picture& picture, const Area& area, const SkinElement& element, double line_height,
-              const std::string& text) {
-  Canvas& canvas = picture.canvas;
-  const std::vector<std::string> lines = canvas.lettering().wrapped(text, area.width);
+/// Draws an element's text where it is `place`d, as far as that lies in `screen`.
+void drawText(Canvas& canvas, const Area& place, const Area& screen, const SkinElement& element,
+              double line_height, const std::string& text) {
+  const Area seen = common(place, screen);
+  const std::vector<std::string> lines = canvas.lettering().wrapped(text, place.width);
   if (lines.empty()) return;
   const auto offset = [&](std::size_t line) {
     return static_cast<int>(std::lround(static_cast<double>(line) * line_height));
   };
   const int used = offset(lines.size() - 1) + 1;
-  const int top = area.y + std::max(0, alignedIn(area.height, used, element.valign));
-  for (std::size_t line = 0; line < lines.size() && top + offset(line) < area.y + area.height;
-       ++line) {
-    const int x =
-        area.x + alignedIn(area.width, canvas.lettering().columns(lines[line]), element.halign);
-    canvas.write(x, top + offset(line), lines[line], Ink::text, area.x + area.width - x);
+  const int top = place.y + std::max(0, alignedIn(place.height, used, element.valign));
+  for (std::size_t line = 0; line < lines.size(); ++line) {
+    const int y = top + offset(line);
+    const int x = std::max(
+        seen.x,
+        place.x + alignedIn(place.width, canvas.lettering().columns(lines[line]), element.halign));
+    if (seen.contains(x, y)) canvas.write(x, y, lines[line], Ink::text, seen.x + seen.width - x);
   }
 }
 
 /// The pictures that a skin may name, and what stands for them; any other is a plain marker.
 struct Button {
   const char* file;
-  const char* tag;
+  const char* letter;
   Ink ink;
 };
 
 constexpr Button kButtons[] = {
-    {"button_red", " r ", Ink::red},
-    {"button_green", " g ", Ink::green},
-    {"button_yellow", " y ", Ink::yellow},
-    {"button_blue", " b ", Ink::blue},
+    {"button_red", "r", Ink::red},
+    {"button_green", "g", Ink::green},
+    {"button_yellow", "y", Ink::yellow},
+    {"button_blue", "b", Ink::blue},
 };
 
-void drawPicture(Canvas& canvas, const Area& area, const std::string& path) {
+void drawPicture(Canvas& canvas, const Area& place, const Area& screen, const std::string& path) {
   const std::string name = std::filesystem::path(path).stem();
   const auto* button =
       std::ranges::find_if(kButtons, [&](const Button& known) { return name == known.file; });
-  const int middle = area.y + area.height / 2;
+  const Area line = common({place.x, place.y + place.height / 2, place.width, 1}, screen);
+  if (line.width == 0 || line.height == 0) return;
   if (button == std::end(kButtons)) {
-    canvas.write(area.x, middle, canvas.lettering().either("▣", "#"), Ink::picture);
+    canvas.write(line.x, line.y, canvas.lettering().either("▣", "#"), Ink::picture);
   } else {
-    canvas.write(area.x, middle, button->tag, button->ink);
+    canvas.clear(line, button->ink);
+    canvas.write(line.x + line.width / 2, line.y, button->letter, button->ink);
+  }
+}
+
+void drawElement(Picture& picture, const Area& place, const Area& screen,
+                 const SkinElement& element, double line_height, const Json& widgets) {
+  if (element.kind == SkinElement::Kind::picture) {
+    drawPicture(picture.canvas, place, screen, element.name);
+    return;
+  }
+  const std::string text = widgets.value(element.name, std::string());
+  drawText(picture.canvas, place, screen, element, line_height, text);
+  if (element.name.starts_with("key_") && !text.empty()) {
+    picture.targets.push_back({common(place, screen), element.name.substr(4)});
   }
 }
 
@@ -109,15 +137,8 @@ void drawSkin(Picture& picture, const Area& area, const Json& frame) {
   picture.canvas.box({screen.x - 1, screen.y - 1, screen.width + 2, screen.height + 2},
                      frame.at("title").get<std::string>());
   for (const SkinElement& element : skin.elements) {
-    const Area place = scale.area(element.area, screen);
-    if (element.kind == SkinElement::Kind::picture) {
-      drawPicture(picture.canvas, place, element.name);
-      continue;
-    }
-    drawText(picture, place, element, scale.line(element.font_size),
-             frame.at("widgets").value(element.name, std::string()));
-    if (element.name.starts_with("key_"))
-      picture.targets.push_back({place, element.name.substr(4)});
+    drawElement(picture, scale.area(element.area, screen), screen, element,
+                scale.line(element.font_size), frame.at("widgets"));
   }
 }
 

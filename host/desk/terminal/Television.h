@@ -51,7 +51,11 @@ class Television {
   void drawStatus(Picture& picture, int y, Time now) const;
 
   Lettering lettering_;
-  Json frame_ = {{"screen", ""}, {"title", ""}};
+  Json frame_ = {{"screen", ""},
+                 {"title", ""},
+                 {"widgets", Json::object()},
+                 {"rows", Json::array()},
+                 {"selected", 0}};
   Looking looking_;
   Countdown countdown_;
   Log log_;

@@ -49,11 +49,26 @@ void drawList(Picture& picture, const Area& area, const Json& frame, Looking& lo
   looking.rows.draw(picture, {inside.x + 1, inside.y, inside.width - 2, inside.height}, frame);
 }
 
-/// Draws a dialog: its text and, below it, its rows.
+/// Draws as many of the lines as fit in the area, the last of them marked if there are more.
+void drawLines(Canvas& canvas, const Area& area, const Lines& lines) {
+  const int count = static_cast<int>(lines.size());
+  for (int row = 0; row < std::min(count, area.height); ++row) {
+    const bool is_cut = row == area.height - 1 && count > area.height;
+    canvas.write(area.x, area.y + row,
+                 is_cut ? canvas.lettering().either("…", "~")
+                        : std::string_view(lines[static_cast<std::size_t>(row)]),
+                 Ink::text, area.width);
+  }
+}
+
+/// Draws a dialog: its text and, below it, its rows. Where there is no room for all, the rows keep
+/// up to half of it, but never less than two.
 void drawDialog(Picture& picture, const Area& space, const Json& frame, Looking& looking,
                 const std::string& heading, Ink ink, const std::string& note) {
   constexpr int kLeastWidth = 40;
-  constexpr int kEdges = 6;  // the border and two blanks on either side
+  constexpr int kEdges = 6;    // the border and two blanks on either side
+  constexpr int kMargins = 4;  // the border and an empty line above and below
+  constexpr int kBar = 2;
   Canvas& canvas = picture.canvas;
   const Lettering& lettering = canvas.lettering();
   const Lines text = lettering.wrapped(textOf(frame, "text"), space.width - kEdges - 2);
@@ -62,20 +77,23 @@ void drawDialog(Picture& picture, const Area& space, const Json& frame, Looking&
   const int rows = static_cast<int>(frame.at("rows").size());
   const int text_rows = static_cast<int>(text.size());
   const int gap = rows > 0 ? 1 : 0;
+  const int height = text_rows + gap + rows + kMargins;
+  const int bar = height > space.height ? kBar : 0;
   const int width = std::max(
-      {kLeastWidth, widest(lettering, shown) + kEdges, lettering.columns(heading) + kEdges});
-  const Area box = centred(space, width, text_rows + gap + rows + 4);
+      {kLeastWidth, widest(lettering, shown) + bar + kEdges, lettering.columns(heading) + kEdges});
+  const Area box = centred(space, width, height);
   canvas.box(box, heading, ink, ink == Ink::border ? Ink::heading : ink);
   if (!note.empty()) canvas.boxNote(box, note, Ink::notice);
 
-  Area inside = {box.x + 3, box.y + 2, box.width - kEdges, box.height - 4};
-  for (const std::string& line : text) {
-    if (inside.height-- <= 0) break;
-    canvas.write(inside.x, inside.y++, line, Ink::text, inside.width);
+  const Area inside = {box.x + 3, box.y + 2, box.width - kEdges, box.height - kMargins};
+  const int kept = std::min(rows, std::max(2, inside.height / 2));
+  const int text_room = std::min(text_rows, std::max(1, inside.height - gap - kept));
+  drawLines(canvas, {inside.x, inside.y, inside.width, text_room}, text);
+  const int rows_room = inside.height - text_room - gap;
+  if (rows > 0) {
+    looking.rows.draw(picture, {inside.x, inside.y + text_room + gap, inside.width, rows_room},
+                      frame);
   }
-  inside.y += gap;
-  inside.height -= gap;
-  if (rows > 0 && inside.height > 0) looking.rows.draw(picture, inside, frame);
 }
 
 void drawMessage(Picture& picture, const Area& space, const Json& frame, Looking& looking,
@@ -100,18 +118,26 @@ const char* runningNote(const Json& frame) {
   return frame.at("running").get<bool>() ? "running" : "finished";
 }
 
-/// Returns the end of a console's output, from the beginning of a line on, with the line breaks of
-/// other systems as ours.
+bool continuesCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+/// Returns where the shown end of a long output begins: at a line, or at least at a character.
+std::size_t startOfEnd(const std::string& output) {
+  if (output.size() <= kMostOutput) return 0;
+  std::size_t start = output.size() - kMostOutput;
+  const std::size_t line = output.find('\n', start) + 1;
+  if (line != 0 && line != output.size()) return line;
+  while (continuesCharacter(output[start])) ++start;
+  return start;
+}
+
+/// Returns the end of a console's output, with every carriage return as a line break.
 std::string endOfOutput(const std::string& output) {
-  std::size_t start = 0;
-  if (output.size() > kMostOutput) {
-    start = output.find('\n', output.size() - kMostOutput);
-    start = start == std::string::npos ? output.size() - kMostOutput : start + 1;
-  }
   std::string end;
-  for (std::size_t index = start; index < output.size(); ++index) {
-    if (!output.compare(index, 2, "\r\n")) continue;
-    end += output[index];
+  for (std::size_t index = startOfEnd(output); index < output.size(); ++index) {
+    if (output.compare(index, 2, "\r\n") == 0) continue;
+    end += output[index] == '\r' ? '\n' : output[index];
   }
   return end;
 }

@@ -8,7 +8,7 @@
 
 namespace desk::terminal {
 
-/// Where in its screen a viewer looks; anew for every screen that opens.
+/// Where in its screen a viewer looks; anew for every other screen.
 struct Looking {
   RowsView rows;
   Scroll scroll;

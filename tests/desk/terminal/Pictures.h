@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <iosfwd>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "terminal/Television.h"
+
+namespace desk::terminal {
+
+/// When a test begins.
+inline constexpr Time kStart{};
+
+/// The terminal of most tests.
+inline constexpr Size kTerminal = {64, 20};
+
+/// Returns the lettering of a terminal that shows UTF-8.
+Lettering utf8();
+
+/// Returns the lettering of a terminal that knows ASCII alone.
+Lettering ascii();
+
+/// Returns the rows as a frame holds them. A list of pairs would be taken for an object.
+Json rows(const std::vector<std::array<std::string, 2>>& texts);
+
+/// Returns `count` rows, "row 0" and so on.
+Json manyRows(int count);
+
+/// Returns `count` lines, "line 0" and so on, each with its line break.
+std::string manyLines(int count);
+
+/// Returns a frame with nothing in it but `more`.
+Json frame(const Json& more = {});
+
+/// Returns the rows of the canvas after a line break, each with one at its end.
+std::string shown(const Canvas& canvas);
+
+/// Returns what a television that shows nothing but `frame` looks like at its start.
+std::string pictureOf(const Json& frame, Size size = kTerminal,
+                      const Lettering& lettering = utf8());
+
+/// Returns the row's cells that are drawn with `ink` as text, and a blank for every other.
+std::string inInk(const Canvas& canvas, int row, Ink ink);
+
+/// Returns what can be clicked, one "action x,y WxH" each.
+std::vector<std::string> clicks(const Picture& picture);
+
+/// Lets a failed test name the glyph.
+void PrintTo(const Glyph& glyph, std::ostream* stream);
+
+}  // namespace desk::terminal

@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Pictures.h"
+
+namespace desk::terminal {
+namespace {
+
+constexpr int kPage = 5;
+
+Json list(int count, int selected) {
+  return frame({{"rows", manyRows(count)}, {"selected", selected}});
+}
+
+/// Returns what a view of `page` lines makes of the frame.
+Picture drawn(RowsView& view, const Json& frame, int page = kPage) {
+  Picture picture{Canvas({20, page}, utf8())};
+  view.draw(picture, {0, 0, 20, page}, frame);
+  return picture;
+}
+
+/// Returns the row at the top of each picture while the cursor goes along `cursors`.
+std::vector<std::string> tops(RowsView& view, int count, const std::vector<int>& cursors) {
+  std::vector<std::string> actions;
+  for (const int cursor : cursors) {
+    actions.push_back(drawn(view, list(count, cursor)).actionAt(0, 0));
+  }
+  return actions;
+}
+
+using Rows = std::vector<std::string>;
+
+TEST(RowsScrolling, CursorMovesTheRowsOnlyWhenItWouldLeaveThem) {
+  RowsView view;
+  EXPECT_EQ(
+      tops(view, 20, {0, 4, 5, 6, 5, 3, 2, 1, 0}),
+      (Rows{"row:0", "row:0", "row:1", "row:2", "row:2", "row:2", "row:2", "row:1", "row:0"}));
+}
+
+TEST(RowsScrolling, JumpsMoveTheRowsAsLittleAsNeeded) {
+  RowsView view;
+  EXPECT_EQ(tops(view, 20, {19, 10, 14, 0, 10}),
+            (Rows{"row:15", "row:10", "row:10", "row:0", "row:6"}));
+}
+
+TEST(RowsScrolling, RowsFillThePageAgainWhenTheyBecomeFewer) {
+  RowsView view;
+  EXPECT_EQ(tops(view, 20, {19}), Rows{"row:15"});
+  EXPECT_EQ(tops(view, 7, {6}), Rows{"row:2"});
+  EXPECT_EQ(tops(view, 3, {2}), Rows{"row:0"});
+  EXPECT_EQ(tops(view, 0, {0}), Rows{""});
+}
+
+TEST(RowsScrolling, CursorStaysInSightWhenThePageShrinksAndGrows) {
+  RowsView view;
+  const struct {
+    int page;
+    const char* top;
+  } pages[] = {{5, "row:8"}, {3, "row:10"}, {1, "row:12"}, {6, "row:12"}, {20, "row:0"}};
+  for (const auto& [page, top] : pages) {
+    EXPECT_EQ(drawn(view, list(20, 12), page).actionAt(0, 0), top) << page;
+  }
+}
+
+TEST(RowsScrolling, ThousandsOfRowsShowTheOnesAroundTheCursor) {
+  RowsView view;
+  EXPECT_EQ(shown(drawn(view, list(10000, 9999)).canvas), R"(
+  row 9995         ░
+  row 9996         ░
+  row 9997         ░
+  row 9998         ░
+> row 9999         █
+)");
+  EXPECT_EQ(shown(drawn(view, list(10000, 0)).canvas), R"(
+> row 0            █
+  row 1            ░
+  row 2            ░
+  row 3            ░
+  row 4            ░
+)");
+}
+
+/// Returns the bar of each picture while the cursor goes along `cursors`.
+std::vector<std::string> bars(int count, const std::vector<int>& cursors) {
+  RowsView view;
+  std::vector<std::string> results;
+  for (const int cursor : cursors) {
+    const Canvas canvas = drawn(view, list(count, cursor)).canvas;
+    std::string bar;
+    for (int row = 0; row < kPage; ++row) bar += canvas.at(19, row).bytes == "█" ? "#" : ".";
+    results.push_back(bar);
+  }
+  return results;
+}
+
+TEST(RowsScrolling, ThumbIsAsLongAsTheShownPartAndReachesBothEnds) {
+  EXPECT_EQ(bars(6, {0, 5}), (Rows{"####.", ".####"}));
+  EXPECT_EQ(bars(10, {0, 7, 9}), (Rows{"##...", ".##..", "...##"}));
+  EXPECT_EQ(bars(100, {0, 50, 98, 99}), (Rows{"#....", ".#...", "...#.", "....#"}));
+}
+
+TEST(RowsScrolling, PageWordsMoveTheCursorByWhatIsShown) {
+  RowsView view;
+  const struct {
+    const char* action;
+    int selected;
+    const char* word;
+  } table[] = {
+      {action::kPageDown, 0, "row:5"},
+      {action::kPageDown, 14, "row:19"},
+      {action::kPageDown, 17, "row:19"},
+      {action::kPageDown, 19, "row:19"},
+      {action::kPageUp, 19, "row:14"},
+      {action::kPageUp, 5, "row:0"},
+      {action::kPageUp, 3, "row:0"},
+      {action::kPageUp, 0, "row:0"},
+      {action::kFirst, 12, "row:0"},
+      {action::kLast, 12, "row:19"},
+      {action::kHelp, 12, ""},
+      {"up", 12, ""},
+      {"ok", 12, ""},
+  };
+  for (const auto& [action, selected, word] : table) {
+    const Json frame = list(20, selected);
+    drawn(view, frame);
+    EXPECT_EQ(view.wordFor(action, frame), word) << action << " from " << selected;
+  }
+}
+
+TEST(RowsScrolling, PageOfRowsWithDescriptionsIsHalfAsLong) {
+  RowsView view;
+  Json frame = list(20, 0);
+  frame["rows"][19][1] = "described";
+  drawn(view, frame);
+  EXPECT_EQ(view.wordFor(action::kPageDown, frame), "row:2");
+}
+
+TEST(RowsScrolling, NoRowsNoWords) {
+  RowsView view;
+  for (const char* action : {action::kPageUp, action::kPageDown, action::kFirst, action::kLast}) {
+    EXPECT_EQ(view.wordFor(action, list(0, 0)), "") << action;
+  }
+}
+
+}  // namespace
+}  // namespace desk::terminal

@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "Pictures.h"
+#include "terminal/Television.h"
+
+namespace desk::terminal {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+Json menu() {
+  return frame({{"title", "Stowline"},
+                {"widgets", {{"key_red", "Exit"}}},
+                {"rows", rows({{"Backup", ""}, {"Restore", ""}})}});
+}
+
+/// A television that shows a menu on the least terminal.
+class TelevisionTest : public testing::Test {
+ protected:
+  TelevisionTest() { television_.show(menu(), kStart); }
+
+  Picture picture(Time now = kStart) { return television_.picture(kTerminal, now); }
+
+  std::string screen() { return shown(picture().canvas); }
+
+  std::string lastLine(Time now = kStart) { return picture(now).canvas.line(19); }
+
+  Television television_{utf8()};
+};
+
+constexpr const char* kHints = " Enter OK   Esc Exit   l Log   ? Help";
+
+TEST_F(TelevisionTest, IsOpenWhileAScreenIsShown) {
+  EXPECT_FALSE(Television(utf8()).isOpen());
+  EXPECT_TRUE(television_.isOpen());
+  television_.show(frame({{"key", "exit"}, {"screen", ""}}), kStart);
+  EXPECT_FALSE(television_.isOpen());
+}
+
+TEST_F(TelevisionTest, LegendNamesTheLabelledKeysInTheirOrder) {
+  const struct {
+    Json widgets;
+    const char* legend;
+  } legends[] = {
+      {Json::object(), ""},
+      {{{"key_red", ""}, {"status", "x"}}, ""},
+      {{{"key_blue", "Help"}}, " [blue] Help"},
+      {{{"key_blue", "D"}, {"key_yellow", "C"}, {"key_green", "B"}, {"key_red", "A"}},
+       " [red] A   [green] B   [yellow] C   [blue] D"},
+      {{{"key_red", "\u65e5\u672c"}, {"key_green", ""}, {"key_yellow", "b"}},
+       " [red] \u65e5\u672c   [yellow] b"},
+      {{{"key_red", std::string(30, 'r')}, {"key_green", std::string(30, 'g')}},
+       " [red] rrrrrrrrrrrrrrrrrrrrrrrrrrrrrr   [green] ggggggggggggggg…"},
+  };
+  for (const auto& [widgets, legend] : legends) {
+    television_.show(frame({{"widgets", widgets}}), kStart);
+    EXPECT_EQ(picture().canvas.line(18), legend);
+  }
+}
+
+TEST_F(TelevisionTest, WordsOfTheDeskArePassedOn) {
+  for (const char* word : {"up", "down", "left", "right", "ok", "exit", "red", "0", "row:1", ""}) {
+    EXPECT_EQ(television_.take(word), word);
+  }
+}
+
+TEST_F(TelevisionTest, ActionsThatMoveTheCursorBecomeWords) {
+  picture();
+  EXPECT_EQ(television_.take(action::kLast), "row:1");
+  EXPECT_EQ(television_.take(action::kPageDown), "row:1");
+  EXPECT_EQ(television_.take(action::kFirst), "row:0");
+  television_.show(frame(), kStart);
+  EXPECT_EQ(television_.take(action::kLast), "");
+}
+
+TEST_F(TelevisionTest, HelpLiesOverThePicture) {
+  EXPECT_EQ(television_.take(action::kHelp), "");
+  EXPECT_EQ(screen(), R"(
+┌─ Stowline ───────────────────────────────────────────────────┐
+│ > Backup                                                     │
+│   R┌─ Keys ────────────────────────────────────────────┐     │
+│    │ Up Down            move, or scroll a text         │     │
+│    │ Left Right         ten rows back or on            │     │
+│    │ Page Up, Page Down a page back or on              │     │
+│    │ Home End           the first, the last row        │     │
+│    │ Enter              OK                             │     │
+│    │ Esc q Backspace    exit                           │     │
+│    │ F1 r   F2 g        red, green                     │     │
+│    │ F3 y   F4 b        yellow, blue                   │     │
+│    │ 0 to 9             the number keys                │     │
+│    │ l                  log lines and commands, or not │     │
+│    │ Ctrl-L             draw anew                      │     │
+│    │ Ctrl-C             end at once                    │     │
+│    │ mouse              selects a row, presses a key   │     │
+│    └───────────────────────────────── any key goes on ─┘     │
+└──────────────────────────────────────────────────────── 1/2 ─┘
+ [red] Exit
+ Enter OK   Esc Exit   l Log   ? Help
+)");
+}
+
+TEST_F(TelevisionTest, AnyKeyOrClickEndsTheHelpAndDoesNothingElse) {
+  const std::string before = screen();
+  for (const char* action : {action::kHelp, action::kLog, action::kLast, "ok", "row:1", ""}) {
+    television_.take(action::kHelp);
+    EXPECT_EQ(clicks(picture()), std::vector<std::string>{"help 0,0 64x20"});
+    EXPECT_EQ(television_.take(action), "") << action;
+    EXPECT_EQ(screen(), before) << action;
+  }
+}
+
+TEST_F(TelevisionTest, LogTakesAThirdOfTheTerminalAndGoesAgain) {
+  const std::string before = screen();
+  for (int line = 0; line < 5; ++line) {
+    television_.log("$ ", "command " + std::to_string(line), Ink::description);
+  }
+  EXPECT_EQ(screen(), before);
+  EXPECT_EQ(television_.take(action::kLog), "");
+  EXPECT_EQ(screen(), R"(
+┌─ Stowline ───────────────────────────────────────────────────┐
+│ > Backup                                                     │
+│   Restore                                                    │
+│                                                              │
+│                                                              │
+│                                                              │
+│                                                              │
+│                                                              │
+│                                                              │
+│                                                              │
+│                                                              │
+└──────────────────────────────────────────────────────── 1/2 ─┘
+┌─ Log ────────────────────────────────────────────────────────┐
+│$ command 1                                                   │
+│$ command 2                                                   │
+│$ command 3                                                   │
+│$ command 4                                                   │
+└──────────────────────────────────────────────────────────────┘
+ [red] Exit
+ Enter OK   Esc Exit   l Log   ? Help
+)");
+  EXPECT_EQ(television_.take(action::kLog), "");
+  EXPECT_EQ(screen(), before);
+}
+
+TEST_F(TelevisionTest, NoticeStandsInTheLastLineUntilTheNextKey) {
+  television_.say("The GUI has been started again.", Ink::error);
+  EXPECT_EQ(lastLine(), " The GUI has been started again.");
+  EXPECT_EQ(inInk(picture().canvas, 19, Ink::error), " The GUI has been started again.");
+  EXPECT_EQ(picture().actionAt(1, 19), "");
+  EXPECT_EQ(television_.take("down"), "down");
+  EXPECT_EQ(lastLine(), kHints);
+}
+
+TEST_F(TelevisionTest, LaterNoticeReplacesTheOneBeforeAndALongOneIsCut) {
+  television_.say("first", Ink::notice);
+  television_.say(std::string(80, 'x') + "\n", Ink::notice);
+  EXPECT_EQ(lastLine(), " " + std::string(61, 'x') + "…");
+}
+
+TEST_F(TelevisionTest, BusyLineHidesTheNoticeAndCountsFullSeconds) {
+  television_.say("notice", Ink::notice);
+  television_.setBusy(kStart);
+  const struct {
+    int passed;
+    const char* line;
+  } times[] = {
+      {0, " | busy for 0 s"},      {250, " / busy for 0 s"},  {500, " - busy for 0 s"},
+      {750, " \\ busy for 0 s"},   {999, " \\ busy for 0 s"}, {1000, " | busy for 1 s"},
+      {61250, " / busy for 61 s"},
+  };
+  for (const auto& [passed, line] : times) EXPECT_EQ(lastLine(kStart + milliseconds(passed)), line);
+  television_.setBusy({});
+  EXPECT_EQ(lastLine(), " notice");
+}
+
+TEST_F(TelevisionTest, BusyLineNamesTheCommandThatRuns) {
+  television_.setCommand("tar czf " + std::string(80, 'x'));
+  EXPECT_EQ(lastLine(), kHints);
+  television_.setBusy(kStart);
+  EXPECT_EQ(lastLine(kStart + seconds(2)),
+            " | busy for 2 s: tar czf " + std::string(37, 'x') + "…");
+  television_.setCommand("");
+  EXPECT_EQ(lastLine(), " | busy for 0 s");
+}
+
+}  // namespace
+}  // namespace desk::terminal
