@@ -122,11 +122,11 @@ Lines receiveAll(Supervisor& supervisor, std::size_t count) {
   while (received.size() < count) {
     const auto message = supervisor.receive();
     if (!message) continue;
-    const auto& [kind, content] = *message->items().begin();
-    std::string line = kind + ":";
-    if (content.is_object()) {
-      line +=
-          " " + content.at("key").get<std::string>() + " " + content.at("title").get<std::string>();
+    const auto content = message->begin();
+    std::string line = content.key() + ":";
+    if (content->is_object()) {
+      line += " " + content->at("key").get<std::string>() + " " +
+              content->at("title").get<std::string>();
     }
     received.push_back(line);
   }

@@ -115,7 +115,8 @@ class Terminal:
 
     def __init__(self, directory, columns=80, rows=24, term="tmux-256color", **environment):
         self.socket = os.path.join(tempfile.mkdtemp(dir=directory), "socket")
-        variables = {"LC_ALL": "C.UTF-8", "PS1": PROMPT, "HISTFILE": "", **environment}
+        # A build with the address sanitizer crashes like any other.
+        variables = {"LC_ALL": "C.UTF-8", "PS1": PROMPT, "HISTFILE": "", "ASAN_OPTIONS": "handle_segv=0", **environment}
         self._tmux("-f", "/dev/null", "new-session", "-d", "-x", str(columns), "-y", str(rows),
                    "env -i PATH='%s' TERM=%s %s bash --norc --noprofile" % (
                        os.environ["PATH"], term, " ".join("%s='%s'" % item for item in variables.items())))

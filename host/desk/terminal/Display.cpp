@@ -15,6 +15,25 @@ namespace {
 /// terminal sends at once, too short to be felt.
 constexpr int kEscapeDelay = 25;
 
+/// A key as some terminals send it.
+struct Sequence {
+  const char* sequence;
+  int key;
+};
+
+/// What terminals send for the keys that are used here when they are not of the type that TERM
+/// names, or not in the mode that it asks for.
+constexpr Sequence kSequences[] = {
+    {"\033[A", KEY_UP},     {"\033[B", KEY_DOWN},   {"\033[C", KEY_RIGHT},  {"\033[D", KEY_LEFT},
+    {"\033OA", KEY_UP},     {"\033OB", KEY_DOWN},   {"\033OC", KEY_RIGHT},  {"\033OD", KEY_LEFT},
+    {"\033[H", KEY_HOME},   {"\033[F", KEY_END},    {"\033OH", KEY_HOME},   {"\033OF", KEY_END},
+    {"\033[1~", KEY_HOME},  {"\033[4~", KEY_END},   {"\033[7~", KEY_HOME},  {"\033[8~", KEY_END},
+    {"\033[5~", KEY_PPAGE}, {"\033[6~", KEY_NPAGE}, {"\033OP", KEY_F(1)},   {"\033OQ", KEY_F(2)},
+    {"\033OR", KEY_F(3)},   {"\033OS", KEY_F(4)},   {"\033[11~", KEY_F(1)}, {"\033[12~", KEY_F(2)},
+    {"\033[13~", KEY_F(3)}, {"\033[14~", KEY_F(4)}, {"\033[[A", KEY_F(1)},  {"\033[[B", KEY_F(2)},
+    {"\033[[C", KEY_F(3)},  {"\033[[D", KEY_F(4)},
+};
+
 /// Whether the terminal may be given colours.
 bool wantsColours() {
   const char* forbidden = std::getenv("NO_COLOR");
@@ -58,6 +77,7 @@ Display::Display(std::optional<Theme> theme) {
   noecho();
   nonl();
   keypad(stdscr, TRUE);
+  for (const Sequence& known : kSequences) define_key(known.sequence, known.key);
   nodelay(stdscr, TRUE);
   curs_set(0);
   mouseinterval(0);

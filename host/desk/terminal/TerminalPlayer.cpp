@@ -49,6 +49,8 @@ int TerminalPlayer::play(Supervisor& supervisor) {
     }
     takeMessages(supervisor);
     if (has_opened_ && !television_.isOpen()) return 0;
+    // What a key or a click means depends on what is shown.
+    showPicture();
     takeKeys();
     pressKeys(supervisor);
     keepTime(supervisor);

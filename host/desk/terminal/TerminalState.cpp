@@ -10,20 +10,34 @@
 #include <string>
 
 namespace desk::terminal {
+namespace {
+
+/// Reads the description of standard output's terminal (terminfo(5)). Returns whether there is one
+/// of a terminal that can place its cursor. It stays until del_curterm(cur_term).
+bool readDescription() {
+  int error = 0;
+  if (setupterm(nullptr, STDOUT_FILENO, &error) != OK) return false;
+  return cursor_address != nullptr;
+}
+
+void forgetDescription() {
+  if (cur_term) del_curterm(cur_term);
+}
+
+}  // namespace
 
 void requireTerminal() {
   if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) {
     throw std::runtime_error(
         "standard input and output are no terminal; press keys with --play \"WORDS\" without one");
   }
+  const bool is_usable = readDescription();
+  forgetDescription();
+  if (is_usable) return;
   const char* type = std::getenv("TERM");
-  int error = 0;
-  if (setupterm(nullptr, STDOUT_FILENO, &error) != OK || !cursor_address) {
-    throw std::runtime_error(
-        std::string("TERM is '") + (type ? type : "") +
-        "', a terminal that is not known or cannot place its cursor; set it to the terminal's "
-        "type, such as xterm");
-  }
+  throw std::runtime_error(std::string("TERM is '") + (type ? type : "") +
+                           "', a terminal that is not known or cannot place its cursor; set it to "
+                           "the terminal's type, such as xterm");
 }
 
 TerminalState::TerminalState() {
@@ -32,6 +46,7 @@ TerminalState::TerminalState() {
 
 void TerminalState::restore() const {
   tcsetattr(STDIN_FILENO, TCSADRAIN, &modes_);
+  if (!readDescription()) return;
   for (const char* sequence :
        {exit_attribute_mode, orig_pair, cursor_normal, keypad_local, exit_ca_mode}) {
     if (sequence) tputs(sequence, 1, std::putchar);
@@ -39,6 +54,7 @@ void TerminalState::restore() const {
   // DECRST 1000 and 1006 of xterm's, which terminfo(5) has no name for.
   if (key_mouse) std::fputs("\033[?1000l\033[?1006l", stdout);
   std::fflush(stdout);
+  forgetDescription();
 }
 
 }  // namespace desk::terminal
