@@ -108,6 +108,14 @@ class LeavingTest(unittest.TestCase):
         os.kill(self.processes()[2], signal.SIGSEGV)
         self.assert_left("stowline: the GUI has crashed: Segmentation fault")
 
+    def test_killed_gui_whose_menu_does_not_open_again_is_told_by_one_line(self):
+        self.open()
+        os.remove(self.receiver.path("etc/enigma2/settings"))
+        os.mkdir(self.receiver.path("etc/enigma2/settings"))
+        os.kill(self.processes()[2], signal.SIGKILL)
+        self.assert_left("stowline: the menu does not open: OSError: [Errno 21] Is a directory: ",
+                         "'/etc/enigma2/settings'")
+
     def test_interrupted_command_ends_with_it(self):
         self.receiver.hold("bin/tar")
         for key in ("C-c", "C-\\"):

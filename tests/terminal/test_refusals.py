@@ -9,6 +9,7 @@ from terminal import STOWLINE, Directory, desk
 NO_TERMINAL = "stowline: standard input and output are no terminal; press keys with --play \"WORDS\" without one\n"
 UNKNOWN = ("stowline: TERM is '%s', a terminal that is not known or cannot place its cursor; set it to the terminal's "
            "type, such as xterm")
+NO_MENU = "stowline: the menu does not open: OSError: [Errno 21] Is a directory: '/etc/enigma2/settings'"
 
 
 class RefusalTest(unittest.TestCase):
@@ -68,12 +69,16 @@ class RefusalTest(unittest.TestCase):
                 terminal.wait_for("status 1", "stowline: cannot write %s" % path)
                 self.assertEqual(terminal.asked("alternate_on"), "0")
 
-    def test_receiver_without_a_menu(self):
-        self.receiver.write("etc/enigma2/settings", "")
-        os.chmod(self.receiver.path("usr/bin"), 0o755)
+    def test_receiver_without_a_home(self):
         os.rename(self.receiver.path("home/root"), self.receiver.path("home/nobody"))
         terminal = self.directory.terminal(columns=200)
         self.assert_shell_says(terminal, desk(self.receiver), 1, "stowline: the tree has no /home/root")
+
+    def test_menu_that_does_not_open(self):
+        os.remove(self.receiver.path("etc/enigma2/settings"))
+        os.mkdir(self.receiver.path("etc/enigma2/settings"))
+        terminal = self.directory.terminal(columns=200)
+        self.assert_shell_says(terminal, desk(self.receiver), 1, NO_MENU)
 
 
 if __name__ == "__main__":

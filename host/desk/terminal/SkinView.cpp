@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ColourKeys.h"
 #include "Views.h"
 #include "skin/Skin.h"
 
@@ -87,31 +88,20 @@ void drawText(Canvas& canvas, const Area& place, const Area& screen, const SkinE
   }
 }
 
-/// The pictures that a skin may name, and what stands for them; any other is a plain marker.
-struct Button {
-  const char* file;
-  const char* letter;
-  Ink ink;
-};
-
-constexpr Button kButtons[] = {
-    {"button_red", "r", Ink::red},
-    {"button_green", "g", Ink::green},
-    {"button_yellow", "y", Ink::yellow},
-    {"button_blue", "b", Ink::blue},
-};
-
+/// Draws what stands for a picture: the letter of a colour key for its button, a plain marker for
+/// any other.
 void drawPicture(Canvas& canvas, const Area& place, const Area& screen, const std::string& path) {
   const std::string name = std::filesystem::path(path).stem();
-  const auto* button =
-      std::ranges::find_if(kButtons, [&](const Button& known) { return name == known.file; });
+  const auto* key = std::ranges::find_if(kColourKeys, [&](const ColourKey& known) {
+    return name == "button_" + std::string(known.colour);
+  });
   const Area line = common({place.x, place.y + place.height / 2, place.width, 1}, screen);
   if (line.width == 0 || line.height == 0) return;
-  if (button == std::end(kButtons)) {
+  if (key == std::end(kColourKeys)) {
     canvas.write(line.x, line.y, canvas.lettering().either("▣", "#"), Ink::picture);
   } else {
-    canvas.clear(line, button->ink);
-    canvas.write(line.x + line.width / 2, line.y, button->letter, button->ink);
+    canvas.clear(line, key->ink);
+    canvas.write(line.x + line.width / 2, line.y, key->colour.substr(0, 1), key->ink);
   }
 }
 

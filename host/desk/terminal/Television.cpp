@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "ColourKeys.h"
+
 namespace desk::terminal {
 namespace {
 
@@ -18,19 +20,6 @@ constexpr Hint kHints[] = {
     {"Esc", "Exit", "exit"},
     {"l", "Log", action::kLog},
     {"?", "Help", action::kHelp},
-};
-
-struct ColourKey {
-  const char* colour;
-  const char* widget;
-  Ink ink;
-};
-
-constexpr ColourKey kColourKeys[] = {
-    {"red", "key_red", Ink::red},
-    {"green", "key_green", Ink::green},
-    {"yellow", "key_yellow", Ink::yellow},
-    {"blue", "key_blue", Ink::blue},
 };
 
 constexpr const char* kHelp =
@@ -140,12 +129,13 @@ void Television::drawLegend(Picture& picture, int y) const {
   Canvas& canvas = picture.canvas;
   int x = 1;
   for (const ColourKey& key : kColourKeys) {
-    const std::string label = frame_.at("widgets").value(key.widget, std::string());
+    const std::string colour(key.colour);
+    const std::string label = frame_.at("widgets").value("key_" + colour, std::string());
     if (label.empty()) continue;
     const int start = x;
-    x += canvas.write(x, y, std::string("[") + key.colour + "]", key.ink);
+    x += canvas.write(x, y, "[" + colour + "]", key.ink);
     x += 1 + canvas.write(x + 1, y, label);
-    picture.targets.push_back({{start, y, x - start, 1}, key.colour});
+    picture.targets.push_back({{start, y, x - start, 1}, colour});
     x += 3;
   }
 }

@@ -164,6 +164,7 @@ void TerminalPlayer::onEvent(const Channel::Message& event) {
     pressed_.clear();
     television_.log("*** ", "the GUI was killed", Ink::notice);
   } else if (name == "gui-started") {
+    has_opened_ = false;
     television_.log("*** ", "the GUI was started again", Ink::notice);
     television_.say("The GUI was killed and has been started again.", Ink::notice);
   } else {
