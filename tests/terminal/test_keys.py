@@ -85,6 +85,21 @@ class KeysTest(unittest.TestCase):
         self.terminal.wait_for("List of installed plugins was created succesfully")
         self.assert_words("down", "down", "ok", "ok", "row:3", "up", "up", "ok")
 
+    def test_log_and_help_are_shown_at_once_however_busy_the_gui_is(self):
+        self.receiver.hold("bin/tar")
+        self.open()
+        self.terminal.press("Down", "Down", "Enter")
+        self.terminal.wait_for("busy for")
+        self.terminal.press("l")
+        self.terminal.wait_for("─ Log ─", "$ tar czf")
+        self.terminal.press("?")
+        self.terminal.wait_for("─ Keys ─")
+        self.terminal.press("Enter")
+        wait_until(lambda: "─ Keys ─" not in self.terminal.text(), "the help's end", self.terminal.text)
+        self.receiver.go()
+        self.terminal.wait_for("closes in")
+        self.assert_words("down", "down", "ok")
+
     def test_click_selects_a_row_and_a_second_line_of_it_as_well(self):
         self.open()
         self.terminal.click_on("Backup configurations")

@@ -37,6 +37,11 @@ class Television {
   /// Says which command is running while the GUI is busy; "" for none.
   void setCommand(const std::string& command) { command_ = command; }
 
+  /// Whether what a viewer asks for has nothing to do with the GUI, however busy that is.
+  bool takesAtOnce(const std::string& action) const {
+    return help_is_open_ || action == action::kHelp || action == action::kLog;
+  }
+
   /// Takes what a viewer asks for. Returns the word for the GUI, "" when there is none to send.
   std::string take(const std::string& action);
 

@@ -25,11 +25,6 @@ constexpr milliseconds kTick(100);
 /// How much can be pressed ahead of a busy GUI.
 constexpr std::size_t kMostPressed = 32;
 
-/// Whether an action is the terminal's own, to be done at once, however busy the GUI is.
-bool isOfTerminal(const std::string& action) {
-  return action == action::kLog || action == action::kHelp;
-}
-
 }  // namespace
 
 TerminalPlayer::TerminalPlayer(std::optional<Theme> theme, std::ostream* record) : display_(theme) {
@@ -114,7 +109,7 @@ void TerminalPlayer::takeKeys() {
   while (const auto action = display_.read(picture_)) {
     if (*action == action::kRedraw) {
       display_.forget();
-    } else if (isOfTerminal(*action)) {
+    } else if (television_.takesAtOnce(*action)) {
       television_.take(*action);
     } else if (pressed_.size() < kMostPressed) {
       pressed_.push_back(*action);
