@@ -1,13 +1,11 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -75,25 +73,15 @@ void playScript(const Options& options, const std::filesystem::path& tree) {
   player.play(supervisor, words);
 }
 
-/// Opens the file that the viewer's walk is appended to; a stream without a file for none.
-std::ofstream openRecord(const std::filesystem::path& path) {
-  std::ofstream file;
-  if (path.empty()) return file;
-  file.open(path, std::ios::app);
-  if (!file) throw std::runtime_error("cannot write " + path.string());
-  return file;
-}
-
 void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
   namespace terminal = desk::terminal;
   terminal::requireTerminal();
-  std::ofstream record = openRecord(options.record);
   terminal::putGuardBeforeTerminal();
   std::optional<terminal::Theme> theme;
   if (!options.theme.empty()) theme = kThemes.at(options.theme);
   int signal = 0;
   {
-    terminal::TerminalPlayer player(theme, record.is_open() ? &record : nullptr);
+    terminal::TerminalPlayer player(theme, options.record);
     desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
     signal = player.play(supervisor);
   }

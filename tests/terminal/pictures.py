@@ -80,9 +80,9 @@ class Photographer:
         self.terminal.wait_for("Backup/restore device")
         self.receiver.hold("bin/tar")
         self.choose("channel")
-        self.take("A backup that is running", "busy for 1 s: tar czf")
+        self.take("A backup that is running", "busy for ", ": tar czf")
         self.receiver.go()
-        self.take("Its end", "succesfully", "closes in 10 s")
+        self.take("Its end", "succesfully", "closes in ")
         self.terminal.press("Enter")
         self.terminal.wait_for("Backup/restore device")
         self.terminal.press("l")
@@ -148,7 +148,8 @@ class Photographer:
 def same_at_any_time(line):
     """Returns the line with a time of its own for what was made while the pictures were taken."""
     line = re.sub(r"_(?!2024)\d{8}_\d\d-\d\d", "_20240601_20-15", line)
-    return re.sub(r"^ [-|/\\] busy", " | busy", line)
+    line = re.sub(r"^ [-|/\\] busy for \d s", " | busy for 1 s", line)
+    return re.sub(r"─ closes in \d s", " closes in 10 s", line)
 
 
 def take_all(columns, rows):

@@ -4,9 +4,7 @@ STOWLINE_COMMAND names the command.
 """
 
 import os
-import re
 import shutil
-import signal
 import subprocess
 import tempfile
 import time

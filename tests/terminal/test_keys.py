@@ -75,6 +75,18 @@ class KeysTest(unittest.TestCase):
         self.terminal.press("x", "F5", "F12", "C-a", "M-x", "Tab", "IC", "DC", "~", "Down")
         self.assert_words("down")
 
+    def test_escape_pressed_twice_is_exit_twice(self):
+        self.open()
+        self.terminal.press("Enter")
+        self.terminal.wait_for("Please select medium")
+        self.terminal.press("Escape", "Escape")
+        self.assert_words("ok", "exit", "exit")
+
+    def test_hundreds_of_keys_at_once_are_all_taken(self):
+        self.open()
+        self.terminal.press(*["Down", "Up"] * 300)
+        self.assert_words(*["down", "up"] * 300)
+
     def test_keys_pressed_ahead_are_taken_in_order(self):
         self.receiver.hold("bin/tar")
         self.open()

@@ -1,9 +1,7 @@
 """However the terminal is left, it is as it was before, and nothing is left running."""
 
 import os
-import re
 import signal
-import subprocess
 import unittest
 
 from terminal import PROMPT, Directory, desk, wait_until
@@ -13,9 +11,12 @@ class LeavingTest(unittest.TestCase):
     maxDiff = None
 
     def setUp(self):
-        directory = Directory(self)
-        self.receiver = directory.receiver()
-        self.terminal = directory.terminal()
+        self.directory = Directory(self)
+        self.receiver = self.directory.receiver()
+        self.new_terminal()
+
+    def new_terminal(self, **options):
+        self.terminal = self.directory.terminal(**options)
         self.terminal.shell("clear; stty -a; echo 'this stays'")
         self.terminal.wait_for("this stays")
         self.before = [line for line in self.terminal.lines() if line][:-1]
@@ -136,10 +137,8 @@ class LeavingTest(unittest.TestCase):
         self.assert_left("stowline: the terminal's front end was ended by a signal: Killed")
 
     def test_lost_connection_ends_everything(self):
-        self.receiver.hold("bin/tar")
         for busy in (False, True):
             with self.subTest(busy=busy):
-                self.setUp()
                 self.open()
                 if busy:
                     self.receiver.hold("bin/tar")
@@ -148,8 +147,45 @@ class LeavingTest(unittest.TestCase):
                 processes = self.processes()
                 self.terminal.close()
                 for number in processes:
-                    wait_until(lambda: not os.path.exists("/proc/%d" % number), "the end of all processes")
+                    wait_until(lambda one=number: not os.path.exists("/proc/%d" % one), "the end of all processes")
                 wait_until(lambda: not self.receiver.processes(), "the end of all processes")
+                self.new_terminal()
+
+    def test_stopped_output_keeps_no_one_from_ending_it(self):
+        self.open()
+        self.terminal.press("Down", "Enter")
+        self.terminal.wait_for("closes in")
+        self.terminal.press("C-s")
+        # Until the front end waits for its count-down to be written.
+        front_end = self.processes()[1]
+        wait_until(lambda: "write" in waiting_in(front_end), "output that is stopped", lambda: waiting_in(front_end))
+        os.kill(self.processes()[0], signal.SIGTERM)
+        self.assert_left("Terminated")
+
+    def test_record_that_cannot_be_written_any_more_is_told_by_one_line(self):
+        for option in ("--trace", "--record"):
+            with self.subTest(option):
+                self.terminal.shell(desk(self.receiver, "backup", option, "/dev/full"))
+                if option == "--trace":
+                    self.terminal.wait_for("QOR Stowline (")
+                    self.receiver.hold("bin/tar")
+                    self.terminal.press("Down", "Down", "Enter")
+                self.assert_left("stowline: cannot write a record: No space left on device")
+
+    def test_terminal_without_a_screen_of_its_own_gets_an_empty_one(self):
+        self.new_terminal(term="vt100")
+        for kill in (False, True):
+            with self.subTest(kill=kill):
+                self.terminal.shell(desk(self.receiver))
+                self.terminal.wait_for("QOR Stowline (")
+                if kill:
+                    os.kill(self.processes()[1], signal.SIGKILL)
+                else:
+                    self.terminal.press("q")
+                self.terminal.wait_for_end()
+                last = [line for line in self.terminal.lines() if line][-1 - kill:]
+                told = ["stowline: the terminal's front end was ended by a signal: Killed"] if kill else []
+                self.assertEqual(last, told + [PROMPT.strip()])
 
     def test_ctrl_z_gives_the_terminal_back_and_fg_takes_it_again(self):
         self.open()
@@ -176,6 +212,20 @@ class LeavingTest(unittest.TestCase):
         self.terminal.press("q")
         self.assert_left()
 
+    def test_stop_that_it_cannot_see_coming_gives_the_terminal_back_as_well(self):
+        self.open()
+        self.terminal.press("Down")
+        self.terminal.wait_for("> ▣ Backup installed plugins")
+        picture = self.terminal.text()
+        os.kill(self.processes()[1], signal.SIGSTOP)
+        self.terminal.wait_for("Stopped")
+        self.terminal.shell("stty sane; fg")
+        wait_until(lambda: self.terminal.text() == picture, "the picture of before", self.terminal.text)
+        self.terminal.press("Down")
+        self.terminal.wait_for("> ▣ Backup channel settings")
+        self.terminal.press("q")
+        self.terminal.wait_for_end()
+
     def test_job_that_is_stopped_can_be_killed(self):
         self.open()
         self.terminal.press("C-z")
@@ -185,6 +235,12 @@ class LeavingTest(unittest.TestCase):
         self.terminal.shell("kill %1")
         wait_until(lambda: not self.receiver.processes(), "the end of all processes",
                    lambda: str(self.receiver.processes()))
+
+
+def waiting_in(process):
+    """Returns what the kernel says a process waits in."""
+    with open("/proc/%d/stack" % process, encoding="ascii") as stack:
+        return stack.read()
 
 
 if __name__ == "__main__":

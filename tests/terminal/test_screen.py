@@ -124,11 +124,58 @@ class ScreenTest(unittest.TestCase):
     def test_box_counts_down_and_closes_by_itself(self):
         self.open()
         self.terminal.press("Down", "Enter")
-        for seconds in range(10, 0, -1):
-            self.terminal.wait_for("List of installed plugins was created succesfully", "closes in %d s" % seconds)
-            if seconds == 7:
-                self.terminal.press("Up", "x", "l", "l")
+        self.terminal.wait_for("List of installed plugins was created succesfully", "closes in ")
+        seconds = []
+        while True:
+            shown = re.search(r"closes in (\d+) s", self.terminal.text())
+            if not shown:
+                break
+            if int(shown.group(1)) not in seconds:
+                seconds.append(int(shown.group(1)))
+                self.terminal.press("Up", "x", "l")
         self.terminal.wait_for("> ▣ Backup installed plugins")
+        self.assertEqual(seconds, sorted(seconds, reverse=True))
+        self.assertGreater(len(seconds), 2)
+        self.assertLessEqual(max(seconds), 10)
+
+    def test_resize_is_no_key(self):
+        self.receiver.hold("bin/tar")
+        self.open()
+        self.terminal.press("?")
+        self.terminal.wait_for("─ Keys ─")
+        self.terminal.resize(100, 30)
+        self.terminal.wait_for("─" * 70, "─ Keys ─")
+        self.terminal.press("x")
+        os.kill(self.receiver.gui(), 9)
+        self.terminal.wait_for("has been started again")
+        self.terminal.resize(90, 28)
+        wait_until(lambda: len(self.terminal.lines()[0]) == 90, "the new size", self.terminal.text)
+        self.terminal.wait_for("has been started again")
+        self.terminal.press("Down", "Down", "Enter")
+        self.terminal.wait_for("busy for")
+        for columns in range(80, 130):
+            self.terminal.resize(columns, 24)
+        self.terminal.press("Enter", "Down")
+        self.receiver.go()
+        self.terminal.wait_for("> ▣ Backup configurations")
+
+    def test_exported_size_does_not_stay(self):
+        self.open(COLUMNS="80", LINES="24")
+        self.terminal.resize(100, 30)
+        wait_until(lambda: len(self.terminal.lines()[0]) == 100, "the new size", self.terminal.text)
+
+    def test_commands_do_not_get_the_records(self):
+        self.receiver.hold("bin/tar")
+        record = os.path.join(self.directory.path, "record")
+        self.open("backup", "--record", record, "--log", record + ".log", "--trace", record + ".trace")
+        self.terminal.press("Down", "Down", "Enter")
+        self.terminal.wait_for("busy for")
+        commands = set(self.receiver.processes()) - {self.receiver.gui()}
+        self.assertTrue(commands)
+        for number in commands:
+            links = [os.readlink("/proc/%d/fd/%s" % (number, fd)) for fd in os.listdir("/proc/%d/fd" % number)]
+            self.assertEqual([link for link in links if link.startswith(record)], [])
+        self.receiver.go()
 
     def test_consoles_output_is_shown_as_it_comes_and_can_be_scrolled(self):
         self.receiver.write("media/hdd/qor-stowline/restore_me.sh",

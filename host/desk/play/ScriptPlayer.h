@@ -4,24 +4,29 @@
 #include <string>
 #include <vector>
 
-#include "FramePrinter.h"
 #include "supervisor/Supervisor.h"
 
 namespace desk {
 
+/// How frames are printed: as boxes of text, or as one JSON object a line.
+enum class FrameFormat { text, json };
+
 /// A front end that presses the keys of a script and prints what a viewer would see.
 class ScriptPlayer : public Events {
  public:
-  ScriptPlayer(FrameFormat format, std::ostream& output) : printer_(format, output) {}
+  ScriptPlayer(FrameFormat format, std::ostream& output) : format_(format), output_(output) {}
 
   /// Prints the first frame, then one after every word. Raises std::runtime_error when the
   /// shown screen has no row that a word selects, and what the supervisor raises.
   void play(Supervisor& supervisor, const std::vector<std::string>& words);
 
-  void onEvent(const Channel::Message& event) override { printer_.printEvent(event); }
+  void onEvent(const Channel::Message& event) override;
 
  private:
-  FramePrinter printer_;
+  void print(const Channel::Message& frame);
+
+  FrameFormat format_;
+  std::ostream& output_;
 };
 
 }  // namespace desk

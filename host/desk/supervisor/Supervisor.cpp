@@ -1,6 +1,5 @@
 #include "Supervisor.h"
 
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,39 +12,17 @@
 #include <utility>
 
 namespace desk {
-namespace {
-
-/// Opens the record `path` to append to; no command ever sees it.
-native::Descriptor openRecord(const std::filesystem::path& path) {
-  if (path.empty()) return {};
-  native::Descriptor record(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
-  if (record) return record;
-  throw std::runtime_error("cannot write " + path.string() + ": " + std::strerror(errno));
-}
-
-/// Appends `text` as one line, whatever it holds.
-void appendLine(const native::Descriptor& record, const std::string& text) {
-  if (!record) return;
-  std::string line;
-  for (const char character : text) line += character == '\n' ? "\\n" : std::string(1, character);
-  line += '\n';
-  if (write(record.number(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-    throw std::runtime_error(std::string("cannot write a record: ") + std::strerror(errno));
-  }
-}
-
-}  // namespace
-
 Supervisor::Supervisor(std::function<void(Channel)> run_gui, const Records& records, Events& events)
-    : run_gui_(std::move(run_gui)),
-      events_(events),
-      log_(openRecord(records.log)),
-      trace_(openRecord(records.trace)) {
+    : run_gui_(std::move(run_gui)), events_(events), log_(records.log), trace_(records.trace) {
   start();
 }
 
 Supervisor::~Supervisor() {
-  stop();
+  if (unanswered_.empty()) {
+    stop();
+  } else {
+    kill();
+  }
 }
 
 void Supervisor::start() {
@@ -170,15 +147,15 @@ void Supervisor::requireKilled() {
 
 void Supervisor::record(const Channel::Message& message) {
   if (message.contains("log")) {
-    appendLine(log_, message.at("log"));
+    log_.append(message.at("log"));
     events_.onLogLine(message.at("log"));
   }
   if (message.contains("command")) {
-    appendLine(trace_, message.at("command"));
+    trace_.append(message.at("command"));
     events_.onCommand(message.at("command"));
   }
   if (message.contains("error")) {
-    appendLine(log_, "error: " + message.at("error").get<std::string>());
+    log_.append("error: " + message.at("error").get<std::string>());
     events_.onEvent({{"event", "error"}, {"text", message.at("error")}});
   }
   if (message.contains("fatal")) throw std::runtime_error(message.at("fatal").get<std::string>());

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "Record.h"
 #include "gui/Channel.h"
 
 namespace desk {
@@ -41,6 +42,8 @@ class Supervisor {
   /// Starts the GUI: `run_gui` is called in a process of its own with its end of the channel and
   /// does not return. Raises std::runtime_error when a record cannot be written.
   Supervisor(std::function<void(Channel)> run_gui, const Records& records, Events& events);
+
+  /// Ends the GUI, with the command that it is running for a word.
   ~Supervisor();
   Supervisor(const Supervisor&) = delete;
   Supervisor& operator=(const Supervisor&) = delete;
@@ -89,8 +92,8 @@ class Supervisor {
 
   std::function<void(Channel)> run_gui_;
   Events& events_;
-  native::Descriptor log_;
-  native::Descriptor trace_;
+  Record log_;
+  Record trace_;
   std::optional<Channel> channel_;
   std::deque<std::string> unanswered_;
   bool has_shown_a_frame_ = false;

@@ -13,27 +13,20 @@ bool Canvas::has(int column, int row) const {
   return Area{0, 0, size_.columns, size_.rows}.contains(column, row);
 }
 
-const Cell& Canvas::at(int column, int row) const {
-  return cells_[static_cast<std::size_t>(row) * static_cast<std::size_t>(size_.columns) +
-                static_cast<std::size_t>(column)];
-}
-
-Cell& Canvas::cell(int column, int row) {
-  return const_cast<Cell&>(at(column, row));
-}
-
 /// Blanks what would be left of a wide glyph when the cell is written over.
 void Canvas::blankHalves(int column, int row) {
-  if (at(column, row).bytes.empty() && has(column - 1, row)) cell(column - 1, row).bytes = " ";
-  if (has(column + 1, row) && at(column + 1, row).bytes.empty()) cell(column + 1, row).bytes = " ";
+  if (at(column, row).bytes.empty() && has(column - 1, row))
+    cells_[index(column - 1, row)].bytes = " ";
+  if (has(column + 1, row) && at(column + 1, row).bytes.empty())
+    cells_[index(column + 1, row)].bytes = " ";
 }
 
 void Canvas::put(int column, int row, const Glyph& glyph, Ink ink) {
   blankHalves(column, row);
-  cell(column, row) = {glyph.bytes, ink};
+  cells_[index(column, row)] = {glyph.bytes, ink};
   if (glyph.columns == 1) return;
   blankHalves(column + 1, row);
-  cell(column + 1, row) = {"", ink};
+  cells_[index(column + 1, row)] = {"", ink};
 }
 
 int Canvas::write(int x, int y, std::string_view text, Ink ink, int width) {

@@ -26,6 +26,7 @@ enum class Ink {
   hint,
 };
 
+/// The size of a terminal, in cells.
 struct Size {
   int columns;
   int rows;
@@ -63,7 +64,9 @@ class Canvas {
 
   Size size() const { return size_; }
   const Lettering& lettering() const { return lettering_; }
-  const Cell& at(int column, int row) const;
+
+  /// Returns the cell at a place within the canvas.
+  const Cell& at(int column, int row) const { return cells_[index(column, row)]; }
 
   /// Writes `text` as one line from the cell (x, y) on, in at most `width` columns: a longer text
   /// is cut and marked so. Returns how many columns it takes.
@@ -88,7 +91,11 @@ class Canvas {
   std::string line(int row) const;
 
  private:
-  Cell& cell(int column, int row);
+  std::size_t index(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(size_.columns) +
+           static_cast<std::size_t>(column);
+  }
+
   bool has(int column, int row) const;
   void put(int column, int row, const Glyph& glyph, Ink ink);
   void blankHalves(int column, int row);

@@ -45,10 +45,22 @@ bool wantsColours() {
 bool skipRestOfKey() {
   const int second = getch();
   if (second == ERR) return false;
+  if (second == kEscape) {
+    ungetch(second);
+    return false;
+  }
   if (second == 'O') getch();
   if (second != '[') return true;
   for (int next = getch(); next != ERR && (next < '@' || next > '~');) next = getch();
   return true;
+}
+
+/// Returns the next key that has come, ERR for none. A change of size is none: it is seen by what
+/// is drawn next.
+int nextKey() {
+  int key = getch();
+  while (key == KEY_RESIZE) key = getch();
+  return key;
 }
 
 /// Returns what a click asks for; a turn of the wheel moves the cursor.
@@ -66,9 +78,13 @@ std::string actionOfMouse(const Picture& shown) {
 struct Display::Screen {
   SCREEN* handle;
   Theme theme;
+
+  int drawRun(const Canvas& canvas, int row, int column) const;
 };
 
 Display::Display(std::optional<Theme> theme) {
+  // The terminal knows its size better than an environment that was set when it had another.
+  for (const char* variable : {"LINES", "COLUMNS"}) unsetenv(variable);
   SCREEN* handle = newterm(nullptr, stdout, stdin);
   if (!handle) throw std::runtime_error("cannot take the terminal over");
   screen_ = std::make_unique<Screen>(Screen{handle, theme.value_or(Theme::dark)});
@@ -92,6 +108,13 @@ Display::Display(std::optional<Theme> theme) {
 }
 
 Display::~Display() {
+  // What was pasted is not for the shell.
+  flushinp();
+  const bool has_own_screen = tigetstr("rmcup") != nullptr;
+  if (!has_own_screen) {
+    erase();
+    refresh();
+  }
   endwin();
   delscreen(screen_->handle);
 }
@@ -101,27 +124,43 @@ Size Display::size() const {
 }
 
 void Display::show(const Picture& picture) {
-  const bool has_colours = screen_->theme != Theme::plain;
   const Size size = picture.canvas.size();
   for (int row = 0; row < size.rows; ++row) {
-    for (int column = 0; column < size.columns; ++column) {
-      const Cell& cell = picture.canvas.at(column, row);
-      if (cell.bytes.empty()) continue;
-      const Look look = lookOf(screen_->theme, cell.ink);
-      const auto pair = static_cast<short>(has_colours ? static_cast<int>(cell.ink) + 1 : 0);
-      attr_set(look.attributes, pair, nullptr);
-      mvaddstr(row, column, cell.bytes.c_str());
-    }
+    for (int column = 0; column < size.columns;)
+      column = screen_->drawRun(picture.canvas, row, column);
   }
   refresh();
+}
+
+/// Draws the cells of one ink from this one on. Returns the column after them.
+int Display::Screen::drawRun(const Canvas& canvas, int row, int column) const {
+  const Ink ink = canvas.at(column, row).ink;
+  std::string run;
+  int end = column;
+  for (; end < canvas.size().columns && canvas.at(end, row).ink == ink; ++end) {
+    run += canvas.at(end, row).bytes;
+  }
+  const int pair = theme == Theme::plain ? 0 : static_cast<int>(ink) + 1;
+  attr_set(lookOf(theme, ink).attributes, static_cast<short>(pair), nullptr);
+  mvaddstr(row, column, run.c_str());
+  return end;
 }
 
 void Display::forget() {
   clearok(curscr, TRUE);
 }
 
+void Display::takeBack() {
+  reset_prog_mode();
+  forget();
+}
+
+void Display::dropKeys() {
+  flushinp();
+}
+
 std::optional<std::string> Display::read(const Picture& shown) {
-  const int key = getch();
+  const int key = nextKey();
   if (key == ERR) return std::nullopt;
   if (key == KEY_MOUSE) return actionOfMouse(shown);
   if (key == kEscape && skipRestOfKey()) return "";

@@ -27,6 +27,12 @@ class Display {
   /// Draws everything anew with the next picture, whatever the terminal shows.
   void forget();
 
+  /// Takes the terminal over again, after a shell has had it.
+  void takeBack();
+
+  /// Forgets the keys that have come and were not read.
+  void dropKeys();
+
   /// Returns what the next key or click that has come asks for, "" for one without a meaning;
   /// nothing when none has come. Never waits.
   std::optional<std::string> read(const Picture& shown);

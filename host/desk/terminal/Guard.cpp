@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -27,9 +28,18 @@ constexpr int kStopping[] = {SIGTSTP, SIGTTIN, SIGTTOU};
 pid_t child = 0;
 volatile std::sig_atomic_t ending_signal = 0;
 
+/// How long a child that is asked to end may take, in seconds: it may be waiting for a terminal
+/// that nobody reads, and end only by a kill.
+constexpr unsigned kPatience = 2;
+
 void passOn(int signal) {
   ending_signal = signal;
-  kill(child, signal);
+  if (child > 0) kill(child, signal);
+  alarm(kPatience);
+}
+
+void losePatience(int /*signal*/) {
+  if (child > 0) kill(child, SIGKILL);
 }
 
 /// Ends every process that has been left to the guard, as the reaper of its descendants
@@ -38,6 +48,7 @@ void endWhatIsLeft() {
   const std::string list = "/proc/self/task/" + std::to_string(getpid()) + "/children";
   for (;;) {
     std::ifstream children(list);
+    if (!children) return;
     for (pid_t left = 0; children >> left;) {
       kill(-left, SIGKILL);
       kill(left, SIGKILL);
@@ -71,11 +82,17 @@ int waitForChild() {
 [[noreturn]] void endLike(int status, const TerminalState& before) {
   if (WIFEXITED(status)) _exit(WEXITSTATUS(status));
   const int signal = WTERMSIG(status);
-  if (signal == SIGINT || signal == SIGTERM || signal == SIGHUP || signal == SIGQUIT) {
-    std::signal(signal, SIG_DFL);
-    raise(signal);
+  const bool has_left_the_terminal = std::ranges::count(kForTheChild, signal) > 0;
+  if (!has_left_the_terminal) {
+    std::signal(SIGALRM, SIG_DFL);
+    alarm(kPatience);
+    before.restore();
   }
-  before.restore();
+  if (has_left_the_terminal || ending_signal != 0) {
+    const int end = ending_signal != 0 ? ending_signal : signal;
+    std::signal(end, SIG_DFL);
+    raise(end);
+  }
   std::fprintf(stderr, "stowline: the terminal's front end was ended by a signal: %s\n",
                strsignal(signal));
   _exit(EXIT_FAILURE);
@@ -84,7 +101,9 @@ int waitForChild() {
 [[noreturn]] void guard(const TerminalState& before) {
   for (const int signal : kForTheChild) std::signal(signal, passOn);
   for (const int signal : kStopping) std::signal(signal, SIG_IGN);
+  std::signal(SIGALRM, losePatience);
   const int status = waitForChild();
+  child = 0;
   endWhatIsLeft();
   endLike(status, before);
 }

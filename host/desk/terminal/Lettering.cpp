@@ -32,13 +32,19 @@ std::size_t lengthOfFirst(std::string_view text) {
   return length;
 }
 
-/// Characters that are not to be seen themselves but change how others are: a name with them would
-/// not look like what it is (Unicode's general category Cf).
+/// Characters that are not to be seen themselves or that change how others are: a name with them
+/// would not look like what it is. Unicode 15's general category Cf, and the letters that are
+/// blank.
 constexpr struct {
   wchar_t first;
   wchar_t last;
 } kInvisible[] = {
-    {0x00AD, 0x00AD}, {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF},
+    {0x00AD, 0x00AD},   {0x034F, 0x034F},   {0x0600, 0x0605},   {0x061C, 0x061C},
+    {0x06DD, 0x06DD},   {0x070F, 0x070F},   {0x0890, 0x0891},   {0x08E2, 0x08E2},
+    {0x115F, 0x1160},   {0x17B4, 0x17B5},   {0x180E, 0x180E},   {0x200B, 0x200F},
+    {0x202A, 0x202E},   {0x2060, 0x206F},   {0x3164, 0x3164},   {0xFEFF, 0xFEFF},
+    {0xFFA0, 0xFFA0},   {0xFFF9, 0xFFFB},   {0x110BD, 0x110BD}, {0x110CD, 0x110CD},
+    {0x13430, 0x1343F}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0001, 0xE007F},
 };
 
 bool isInvisible(wchar_t character) {

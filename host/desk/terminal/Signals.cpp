@@ -9,9 +9,20 @@ namespace {
 constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 volatile std::sig_atomic_t ending_signal = 0;
+volatile std::sig_atomic_t continued = 0;
 
 void takeNote(int signal) {
   ending_signal = signal;
+}
+
+void takeNoteOfGoingOn(int /*signal*/) {
+  continued = 1;
+}
+
+void handle(int signal, void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  sigaction(signal, &action, nullptr);
 }
 
 }  // namespace
@@ -22,16 +33,15 @@ Signals::Signals() {
   for (const int signal : kEnding) sigaddset(&held, signal);
   sigaddset(&held, SIGWINCH);
   sigaddset(&held, SIGTSTP);
+  sigaddset(&held, SIGCONT);
   sigprocmask(SIG_BLOCK, &held, &before_);
-  for (const int signal : kEnding) {
-    struct sigaction action {};
-    action.sa_handler = takeNote;
-    sigaction(signal, &action, nullptr);
-  }
+  for (const int signal : kEnding) handle(signal, takeNote);
+  handle(SIGCONT, takeNoteOfGoingOn);
 }
 
 Signals::~Signals() {
-  for (const int signal : kEnding) std::signal(signal, SIG_DFL);
+  for (const int signal : kEnding) handle(signal, SIG_DFL);
+  handle(SIGCONT, SIG_DFL);
   sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 
@@ -43,6 +53,12 @@ void Signals::wait(std::vector<pollfd>& watched, std::chrono::milliseconds time)
 
 int Signals::end() {
   return ending_signal;
+}
+
+bool Signals::takeContinued() {
+  const bool has_gone_on = continued != 0;
+  continued = 0;
+  return has_gone_on;
 }
 
 }  // namespace desk::terminal

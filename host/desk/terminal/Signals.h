@@ -26,6 +26,9 @@ class Signals {
   /// Returns the signal that asks the process to end, 0 for none.
   static int end();
 
+  /// Returns whether the process has gone on after a stop since this was last asked.
+  static bool takeContinued();
+
  private:
   sigset_t before_{};
 };

@@ -1,10 +1,8 @@
 #include "TerminalPlayer.h"
 
-#include <curses.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <ostream>
 #include <stdexcept>
 #include <utility>
 
@@ -22,14 +20,13 @@ constexpr milliseconds kBetweenShows(50);
 /// How often a count-down and the sign of being busy are drawn.
 constexpr milliseconds kTick(100);
 
-/// How much can be pressed ahead of a busy GUI.
+/// How much of what is pressed ahead of a busy GUI is read.
 constexpr std::size_t kMostPressed = 32;
 
 }  // namespace
 
-TerminalPlayer::TerminalPlayer(std::optional<Theme> theme, std::ostream* record) : display_(theme) {
-  if (record) record_.emplace(FrameFormat::json, *record);
-}
+TerminalPlayer::TerminalPlayer(std::optional<Theme> theme, const std::filesystem::path& record)
+    : record_(record), display_(theme) {}
 
 int TerminalPlayer::play(Supervisor& supervisor) {
   for (;;) {
@@ -42,6 +39,7 @@ int TerminalPlayer::play(Supervisor& supervisor) {
       supervisor.kill();
       throw std::runtime_error("the terminal has gone");
     }
+    if (Signals::takeContinued()) display_.takeBack();
     takeMessages(supervisor);
     if (has_opened_ && !television_.isOpen()) return 0;
     // What a key or a click means depends on what is shown.
@@ -56,7 +54,7 @@ int TerminalPlayer::play(Supervisor& supervisor) {
 /// Waits until a key, a message or a signal has come, or something that is shown changes by itself.
 void TerminalPlayer::wait(const Supervisor& supervisor) {
   std::vector<pollfd> watched = {
-      {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0},
+      {.fd = STDIN_FILENO, .events = static_cast<short>(takesKeys() ? POLLIN : 0), .revents = 0},
       {.fd = supervisor.descriptor(), .events = POLLIN, .revents = 0},
   };
   signals_.wait(watched, untilNextChange());
@@ -92,7 +90,7 @@ void TerminalPlayer::take(Channel::Message message) {
     showFrame(std::move(message.at("shown")));
   } else if (!message.contains("missing")) {
     Channel::Message& frame = message.at(message.contains("idle") ? "idle" : "frame");
-    if (record_) record_->printFrame(frame);
+    record_.append(frame.dump());
     showFrame(std::move(frame));
   }
 }
@@ -105,16 +103,21 @@ void TerminalPlayer::showFrame(Channel::Message frame) {
   has_opened_ = true;
 }
 
+/// Whether more keys are read now; others stay in the terminal's own buffer.
+bool TerminalPlayer::takesKeys() const {
+  return pressed_.size() < kMostPressed;
+}
+
 void TerminalPlayer::takeKeys() {
-  while (const auto action = display_.read(picture_)) {
+  while (takesKeys()) {
+    const auto action = display_.read(picture_);
+    if (!action) return;
     if (*action == action::kRedraw) {
       display_.forget();
     } else if (television_.takesAtOnce(*action)) {
       television_.take(*action);
-    } else if (pressed_.size() < kMostPressed) {
+    } else if (!action->empty()) {
       pressed_.push_back(*action);
-    } else {
-      beep();
     }
   }
 }
@@ -153,10 +156,11 @@ void TerminalPlayer::showPicture() {
 }
 
 void TerminalPlayer::onEvent(const Channel::Message& event) {
-  if (record_) record_->printEvent(event);
+  record_.append(event.dump());
   const std::string name = event.at("event");
   if (name == "gui-killed") {
     pressed_.clear();
+    display_.dropKeys();
     television_.log("*** ", "the GUI was killed", Ink::notice);
   } else if (name == "gui-started") {
     has_opened_ = false;

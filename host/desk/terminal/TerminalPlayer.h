@@ -2,7 +2,7 @@
 
 #include <chrono>
 #include <deque>
-#include <iosfwd>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -10,7 +10,7 @@
 #include "Lettering.h"
 #include "Signals.h"
 #include "Television.h"
-#include "play/FramePrinter.h"
+#include "supervisor/Record.h"
 #include "supervisor/Supervisor.h"
 
 namespace desk::terminal {
@@ -18,10 +18,10 @@ namespace desk::terminal {
 /// A front end on the terminal: keys and clicks become words, frames become pictures.
 class TerminalPlayer : public Events {
  public:
-  /// Takes the terminal over. `record`, which may be null, gets every frame that answers a word and
-  /// every event, one JSON object a line, as the script player prints them. Raises
-  /// std::runtime_error when there is no terminal that can be used.
-  TerminalPlayer(std::optional<Theme> theme, std::ostream* record);
+  /// Takes the terminal over. The file `record` gets every frame that answers a word and every
+  /// event, one JSON object a line, as the script player prints them; "" for none. Raises
+  /// std::runtime_error when the terminal cannot be taken over or the record not be written.
+  TerminalPlayer(std::optional<Theme> theme, const std::filesystem::path& record);
 
   /// Shows the GUI and hands it what the viewer presses until the menu closes. Returns 0 then, or
   /// the signal that has ended it. Raises what the supervisor raises, and std::runtime_error when
@@ -38,16 +38,17 @@ class TerminalPlayer : public Events {
   void takeMessages(Supervisor& supervisor);
   void take(Channel::Message message);
   void showFrame(Channel::Message frame);
+  bool takesKeys() const;
   void takeKeys();
   void pressKeys(Supervisor& supervisor);
   void keepTime(Supervisor& supervisor);
   std::chrono::milliseconds untilNextChange() const;
 
+  Record record_;
   Signals signals_;
   Lettering lettering_ = Lettering::ofLocale();
   Television television_{lettering_};
   Display display_;
-  std::optional<FramePrinter> record_;
   Picture picture_{Canvas({0, 0}, lettering_)};
   std::deque<std::string> pressed_;  ///< what is to be done once the GUI has answered
   std::string last_error_;

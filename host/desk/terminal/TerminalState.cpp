@@ -45,11 +45,19 @@ TerminalState::TerminalState() {
 }
 
 void TerminalState::restore() const {
-  tcsetattr(STDIN_FILENO, TCSADRAIN, &modes_);
+  // At once, for output may have been stopped (Ctrl-S). Only output that was stopped by tcflow(3)
+  // goes on by it.
+  tcsetattr(STDIN_FILENO, TCSANOW, &modes_);
+  tcflow(STDIN_FILENO, TCOOFF);
+  tcflow(STDIN_FILENO, TCOON);
   if (!readDescription()) return;
   for (const char* sequence :
        {exit_attribute_mode, orig_pair, cursor_normal, keypad_local, exit_ca_mode}) {
     if (sequence) tputs(sequence, 1, std::putchar);
+  }
+  if (!exit_ca_mode) {
+    tputs(tparm(cursor_address, lines - 1, 0), 1, std::putchar);
+    if (clr_eol) tputs(clr_eol, 1, std::putchar);
   }
   // DECRST 1000 and 1006 of xterm's, which terminfo(5) has no name for.
   if (key_mouse) std::fputs("\033[?1000l\033[?1006l", stdout);

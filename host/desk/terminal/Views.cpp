@@ -38,13 +38,16 @@ int widest(const Lettering& lettering, const Lines& lines) {
   return columns;
 }
 
+/// Returns where the cursor is among the rows.
+std::string positionOf(const Json& frame) {
+  const std::size_t count = frame.at("rows").size();
+  if (count == 0) return "nothing here";
+  return std::to_string(frame.at("selected").get<int>() + 1) + "/" + std::to_string(count);
+}
+
 void drawList(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
   picture.canvas.box(area, headingOf(frame));
-  const std::size_t count = frame.at("rows").size();
-  const std::string position = count == 0 ? "nothing here"
-                                          : std::to_string(frame.at("selected").get<int>() + 1) +
-                                                "/" + std::to_string(count);
-  picture.canvas.boxNote(area, position);
+  picture.canvas.boxNote(area, positionOf(frame));
   const Area inside = area.inside();
   looking.rows.draw(picture, {inside.x + 1, inside.y, inside.width - 2, inside.height}, frame);
 }
@@ -107,11 +110,7 @@ void drawMessage(Picture& picture, const Area& space, const Json& frame, Looking
 }
 
 void drawChoice(Picture& picture, const Area& space, const Json& frame, Looking& looking) {
-  const std::size_t count = frame.at("rows").size();
-  const std::string note = count == 0 ? "nothing here"
-                                      : std::to_string(frame.at("selected").get<int>() + 1) + "/" +
-                                            std::to_string(count);
-  drawDialog(picture, space, frame, looking, headingOf(frame), Ink::border, note);
+  drawDialog(picture, space, frame, looking, headingOf(frame), Ink::border, positionOf(frame));
 }
 
 const char* runningNote(const Json& frame) {

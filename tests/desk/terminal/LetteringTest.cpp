@@ -92,7 +92,10 @@ TEST(Lettering, InvisibleCharactersThatChangeOthersAreEscaped) {
   const std::pair<const char*, const char*> names[] = {{"a\u202eb", "a\\xe2\\x80\\xaeb"},
                                                        {"a\u200bb", "a\\xe2\\x80\\x8bb"},
                                                        {"a\u00adb", "a\\xc2\\xadb"},
-                                                       {"\ufeffb", "\\xef\\xbb\\xbfb"}};
+                                                       {"\ufeffb", "\\xef\\xbb\\xbfb"},
+                                                       {"a\u061cb", "a\\xd8\\x9cb"},
+                                                       {"a\u3164b", "a\\xe3\\x85\\xa4b"},
+                                                       {"a\U000e0041b", "a\\xf3\\xa0\\x81\\x81b"}};
   for (const auto& [name, shown_name] : names) EXPECT_EQ(utf8().cut(name, 40), shown_name);
 }
 
