@@ -21,6 +21,7 @@
 #include "terminal/TerminalPlayer.h"
 #include "terminal/TerminalState.h"
 #include "tree/ReceiverTree.h"
+#include "tree/TreeLock.h"
 
 namespace command {
 namespace {
@@ -90,6 +91,7 @@ void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
 
 void runDesk(const Options& options, bool has_words) {
   desk::requireTree(options.receiver);
+  const desk::TreeLock lock(options.receiver);
   const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
   if (has_words) {
     playScript(options, tree);
@@ -102,7 +104,10 @@ void runDesk(const Options& options, bool has_words) {
 
 void addDesk(CLI::App& stowline) {
   const auto options = std::make_shared<Options>();
-  CLI::App* desk = stowline.add_subcommand("desk", "Open the main menu on a stand-in receiver.");
+  CLI::App* desk = stowline.add_subcommand(
+      "desk",
+      "Open the main menu on a stand-in receiver: on this terminal, where ? shows the keys, or\n"
+      "by a script.");
   CLI::Option* receiver =
       desk->add_option("--receiver", options->receiver, "the receiver's directory")
           ->type_name("DIR");

@@ -11,7 +11,7 @@ import time
 
 STOWLINE = os.environ["STOWLINE_COMMAND"]
 BACKUPS = "media/hdd/qor-stowline"
-PATIENCE = 10  # seconds: how long something that has to happen may take on a busy machine
+PATIENCE = 60  # seconds: how long something that has to happen may take on a busy machine
 
 # What a shell shows when it waits for a command, and how a command's end is told.
 PROMPT = "ready> "

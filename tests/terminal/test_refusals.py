@@ -6,7 +6,7 @@ import unittest
 
 from terminal import STOWLINE, Directory, desk
 
-NO_TERMINAL = "stowline: standard input and output are no terminal; press keys with --play \"WORDS\" without one\n"
+NO_TERMINAL = "stowline: standard input and output are not both a terminal; press keys with --play \"WORDS\" without one\n"
 UNKNOWN = ("stowline: TERM is '%s', a terminal that is not known or cannot place its cursor; set it to the terminal's "
            "type, such as xterm")
 NO_MENU = "stowline: the menu does not open: OSError: [Errno 21] Is a directory: '/etc/enigma2/settings'"
@@ -68,6 +68,24 @@ class RefusalTest(unittest.TestCase):
                 terminal.shell("clear; " + desk(self.receiver, "backup", option, path) + "; echo status $?")
                 terminal.wait_for("status 1", "stowline: cannot write %s" % path)
                 self.assertEqual(terminal.asked("alternate_on"), "0")
+
+    def test_receiver_that_is_in_use(self):
+        first = self.directory.terminal()
+        first.shell(desk(self.receiver))
+        first.wait_for("QOR Stowline (")
+        picture = first.text()
+        in_use = "stowline: '%s' is in use by another stowline: close that first" % self.receiver.tree
+        second = self.directory.terminal(columns=200)
+        for command in (desk(self.receiver), desk(self.receiver, "restore", "--play exit"),
+                        STOWLINE + " receiver flash " + self.receiver.tree):
+            second.shell("clear; " + command + "; echo status $?")
+            second.wait_for("status 1", in_use)
+        first.press("l", "l")
+        self.assertEqual(first.text(), picture)
+        first.press("q")
+        first.wait_for_end()
+        second.shell("clear; " + STOWLINE + " receiver flash " + self.receiver.tree + "; echo status $?")
+        second.wait_for("status 0")
 
     def test_receiver_without_a_home(self):
         os.rename(self.receiver.path("home/root"), self.receiver.path("home/nobody"))

@@ -126,14 +126,15 @@ class ScreenTest(unittest.TestCase):
         self.terminal.press("Down", "Enter")
         self.terminal.wait_for("List of installed plugins was created succesfully", "closes in ")
         seconds = []
-        while True:
+
+        def has_closed():
             shown = re.search(r"closes in (\d+) s", self.terminal.text())
-            if not shown:
-                break
-            if int(shown.group(1)) not in seconds:
+            if shown and int(shown.group(1)) not in seconds:
                 seconds.append(int(shown.group(1)))
-                self.terminal.press("Up", "x", "l")
-        self.terminal.wait_for("> ▣ Backup installed plugins")
+                self.terminal.press("1")
+            return "> ▣ Backup installed plugins" in self.terminal.text()
+
+        wait_until(has_closed, "the end of the box", self.terminal.text)
         self.assertEqual(seconds, sorted(seconds, reverse=True))
         self.assertGreater(len(seconds), 2)
         self.assertLessEqual(max(seconds), 10)

@@ -157,6 +157,15 @@ std::string Lettering::cut(std::string_view text, int columns) const {
   return joined(shown) + std::string(columns > 0 ? either("…", "~") : "");
 }
 
+std::string Lettering::cutFront(std::string_view text, int columns) const {
+  const std::vector<Glyph> shown = glyphs(text);
+  int used = columnsOf(shown);
+  if (used <= columns) return joined(shown);
+  std::size_t start = 0;
+  for (; start < shown.size() && used > columns - 1; ++start) used -= shown[start].columns;
+  return std::string(columns > 0 ? either("…", "~") : "") + joined(std::span(shown).subspan(start));
+}
+
 std::vector<std::string> Lettering::wrapped(std::string_view text, int columns) const {
   std::vector<std::string> lines;
   while (!text.empty()) {

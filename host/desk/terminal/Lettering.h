@@ -37,6 +37,10 @@ class Lettering {
   /// Returns the text with its end cut off and marked so, if it takes more columns than `columns`.
   std::string cut(std::string_view text, int columns) const;
 
+  /// Returns the text with its beginning cut off and marked so, if it takes more columns than
+  /// `columns`.
+  std::string cutFront(std::string_view text, int columns) const;
+
   /// Returns the text as lines of at most `columns`: cut at its line breaks, and then at blanks,
   /// which go, or within a word that is longer than a line.
   std::vector<std::string> wrapped(std::string_view text, int columns) const;

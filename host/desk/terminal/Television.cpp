@@ -12,14 +12,15 @@ struct Hint {
   const char* key;
   const char* meaning;
   const char* action;
+  bool is_of_gui;  ///< is for the GUI, which does not take it while something is running
 };
 
 /// What the last line names, and a click on it does.
 constexpr Hint kHints[] = {
-    {"Enter", "OK", "ok"},
-    {"Esc", "Exit", "exit"},
-    {"l", "Log", action::kLog},
-    {"?", "Help", action::kHelp},
+    {"Enter", "OK", "ok", true},
+    {"Esc", "Exit", "exit", true},
+    {"l", "Log", action::kLog, false},
+    {"?", "Help", action::kHelp, false},
 };
 
 constexpr const char* kHelp =
@@ -35,7 +36,7 @@ constexpr const char* kHelp =
     "l                  log lines and commands, or not\n"
     "Ctrl-L             draw anew\n"
     "Ctrl-C             end at once\n"
-    "mouse              selects a row, presses a key";
+    "mouse, wheel       a row or a key, up and down";
 
 void drawHelp(Picture& picture, const Size& size) {
   Canvas& canvas = picture.canvas;
@@ -154,8 +155,10 @@ void Television::drawStatus(Picture& picture, int y, Time now) const {
     canvas.write(1, y, notice_, notice_ink_, canvas.size().columns - 2);
     return;
   }
+  const bool is_running = frame_.value("running", false);
   int x = 1;
   for (const Hint& hint : kHints) {
+    if (is_running && hint.is_of_gui) continue;
     const int start = x;
     x += canvas.write(x, y, hint.key, Ink::hint);
     x += 1 + canvas.write(x + 1, y, hint.meaning);

@@ -29,7 +29,8 @@ void forgetDescription() {
 void requireTerminal() {
   if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) {
     throw std::runtime_error(
-        "standard input and output are no terminal; press keys with --play \"WORDS\" without one");
+        "standard input and output are not both a terminal; press keys with --play \"WORDS\" "
+        "without one");
   }
   const bool is_usable = readDescription();
   forgetDescription();

@@ -144,11 +144,13 @@ std::string endOfOutput(const std::string& output) {
 void drawConsole(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
   Canvas& canvas = picture.canvas;
   canvas.box(area, headingOf(frame));
-  canvas.boxNote(area, runningNote(frame), Ink::notice);
   const Area inside = area.inside();
   const Lines lines = canvas.lettering().wrapped(endOfOutput(textOf(frame, "text")), inside.width);
   const int count = static_cast<int>(lines.size());
   const int top = looking.scroll.top(count, inside.height, count - 1);
+  const int below = std::max(0, count - top - inside.height);
+  const std::string more = below > 0 ? std::to_string(below) + " more below, " : "";
+  canvas.boxNote(area, more + runningNote(frame), Ink::notice);
   for (int row = 0; row < std::min(inside.height, count - top); ++row) {
     canvas.write(inside.x, inside.y + row, lines[static_cast<std::size_t>(top + row)], Ink::text,
                  inside.width);
@@ -208,8 +210,11 @@ void drawPackages(Picture& picture, const Area& area, const Json& frame, Looking
     const int y = inside.y + row;
     canvas.write(inside.x + 1, y, canvas.lettering().either(state->utf8, state->ascii), state->ink);
     canvas.write(inside.x + 3, y, state->name, state->ink);
-    canvas.write(inside.x + 2 + kStateColumns, y, package.at("name").get_ref<const std::string&>(),
-                 Ink::text, inside.width - kStateColumns - 2);
+    // The end of a package file's path tells it from others.
+    const int room = inside.width - kStateColumns - 3;
+    canvas.write(
+        inside.x + 2 + kStateColumns, y,
+        canvas.lettering().cutFront(package.at("name").get_ref<const std::string&>(), room));
   }
 }
 

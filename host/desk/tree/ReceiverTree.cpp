@@ -9,6 +9,7 @@
 #include "Contents.h"
 #include "Files.h"
 #include "Tools.h"
+#include "TreeLock.h"
 
 namespace desk {
 namespace {
@@ -165,6 +166,7 @@ void layOutInto(const fs::path& dir, const std::string& model) {
 
 void flashTree(const fs::path& dir) {
   const std::string model = requireMarker(dir).model;
+  const TreeLock lock(dir);
   requireMachineTools();
   requireNoMounts(dir);
   writeMarker(dir, {model, false});

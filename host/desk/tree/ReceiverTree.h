@@ -24,8 +24,8 @@ std::vector<std::string> models();
 void layOut(const std::filesystem::path& dir, const std::string& model);
 
 /// Puts the receiver tree `dir` back to factory state; its model and its /media stay as they are,
-/// and nothing outside `dir` is touched. Raises TreeError when `dir` is no receiver tree or cannot
-/// be written; a flash that broke off can be repeated, and until then the tree counts as
+/// and nothing outside `dir` is touched. Raises TreeError when `dir` is no receiver tree, is in use
+/// or cannot be written; a flash that broke off can be repeated, and until then the tree counts as
 /// incomplete.
 void flash(const std::filesystem::path& dir);
 

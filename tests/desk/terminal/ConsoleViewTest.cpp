@@ -32,7 +32,7 @@ TEST(ConsoleView, RunningConsoleShowsItsOutput) {
 │                                                              │
 └──────────────────────────────────────────────────── running ─┘
 
- Enter OK   Esc Exit   l Log   ? Help
+ l Log   ? Help
 )");
 }
 
@@ -110,7 +110,7 @@ TEST(ConsoleView, LongLinesAreWrappedAndControlCharactersEscaped) {
 │                                                              │
 └──────────────────────────────────────────────────── running ─┘
 
- Enter OK   Esc Exit   l Log   ? Help
+ l Log   ? Help
 )");
 }
 
@@ -204,6 +204,15 @@ TEST_F(ScrolledConsole, NextConsoleIsAtItsEnd) {
   television_.take(action::kFirst);
   show(100, "Restore");
   EXPECT_EQ(ends(), "line 84 to line 99");
+}
+
+TEST_F(ScrolledConsole, LowerEdgeSaysHowMuchIsBelow) {
+  const auto edge = [&] { return television_.picture(kTerminal, kStart).canvas.line(17); };
+  EXPECT_TRUE(edge().ends_with("─ running ─┘")) << edge();
+  television_.take(action::kFirst);
+  EXPECT_TRUE(edge().ends_with("─ 84 more below, running ─┘")) << edge();
+  television_.take("down");
+  EXPECT_TRUE(edge().ends_with("─ 83 more below, running ─┘")) << edge();
 }
 
 }  // namespace

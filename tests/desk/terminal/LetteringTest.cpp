@@ -149,6 +149,17 @@ TEST(Lettering, CutTextIsEscapedLikeAWholeOne) {
   EXPECT_EQ(cuts(utf8(), "\ta", 7), (Texts{"", "", "…", " …", "  …", "   …", "    a"}));
 }
 
+TEST(Lettering, CutAtTheFrontKeepsTheEnd) {
+  const std::pair<int, const char*> cuts[] = {
+      {9, "plugins/a"}, {8, "…ugins/a"}, {2, "…a"}, {1, "…"}, {0, ""}};
+  for (const auto& [columns, cut] : cuts) {
+    EXPECT_EQ(utf8().cutFront("plugins/a", columns), cut) << columns;
+  }
+  EXPECT_EQ(utf8().cutFront("日本語", 5), "…本語");
+  EXPECT_EQ(utf8().cutFront("日本語", 4), "…語");
+  EXPECT_EQ(ascii().cutFront("plugins/a", 4), "~s/a");
+}
+
 TEST(Lettering, TerminalGetsTheSignThatItCanShow) {
   EXPECT_EQ(utf8().either("─", "-"), "─");
   EXPECT_EQ(ascii().either("─", "-"), "-");

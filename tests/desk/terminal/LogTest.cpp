@@ -78,9 +78,18 @@ TEST(Log, LongEntryIsWrappedAndItsBeginningGivesWay) {
   log.add("$ ", "tar czf backup.tar.gz\n/etc", Ink::text);
   EXPECT_EQ(pictureOfLog(log, {12, 5}), R"(
 ┌─ Log ────┐
-│backup.tar│
-│.gz       │
-│/etc      │
+│  backup.t│
+│  ar.gz   │
+│  /etc    │
+└──────────┘
+)");
+  EXPECT_EQ(pictureOfLog(log, {12, 7}), R"(
+┌─ Log ────┐
+│$ tar     │
+│  czf     │
+│  backup.t│
+│  ar.gz   │
+│  /etc    │
 └──────────┘
 )");
 }
@@ -89,11 +98,11 @@ TEST(Log, EntryHasItsInkOnEveryLine) {
   Log log;
   log.add("*** ", "KeyError: x", Ink::error);
   log.add("", "next", Ink::text);
-  Canvas canvas({12, 6}, utf8());
-  log.draw(canvas, {0, 0, 12, 6});
+  Canvas canvas({14, 6}, utf8());
+  log.draw(canvas, {0, 0, 14, 6});
   EXPECT_EQ(inInk(canvas, 1, Ink::error), " ***");
-  EXPECT_EQ(inInk(canvas, 2, Ink::error), " KeyError:");
-  EXPECT_EQ(inInk(canvas, 3, Ink::error), " x");
+  EXPECT_EQ(inInk(canvas, 2, Ink::error), "   KeyError:");
+  EXPECT_EQ(inInk(canvas, 3, Ink::error), "   x");
   EXPECT_EQ(inInk(canvas, 4, Ink::text), " next");
 }
 

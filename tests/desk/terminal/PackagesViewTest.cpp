@@ -50,7 +50,7 @@ TEST(PackagesView, EveryStateHasItsSignAndTheProgressCountsWhatIsOver) {
 │ ████████████████████████████░░░░░░░░░░░░░░░░░░░░░░░░░░░░ 2/4 │
 └──────────────────────────────────────────────────── running ─┘
 
- Enter OK   Esc Exit   l Log   ? Help
+ l Log   ? Help
 )");
   EXPECT_EQ(pictureOf(installation(packages), kTerminal, ascii()), R"(
 +- Ipkg -------------------------------------------------------+
@@ -72,7 +72,7 @@ TEST(PackagesView, EveryStateHasItsSignAndTheProgressCountsWhatIsOver) {
 | ############################............................ 2/4 |
 +---------------------------------------------------- running -+
 
- Enter OK   Esc Exit   l Log   ? Help
+ l Log   ? Help
 )");
 }
 
@@ -162,7 +162,7 @@ TEST(PackagesView, RunningPackageStaysInSight) {
 │ ███████████████████████████░░░░░░░░░░░░░░░░░░░░░░░░░░░ 20/40 │
 └──────────────────────────────────────────────────── running ─┘
 
- Enter OK   Esc Exit   l Log   ? Help
+ l Log   ? Help
 )");
 }
 

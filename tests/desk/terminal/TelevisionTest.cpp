@@ -96,7 +96,7 @@ TEST_F(TelevisionTest, HelpLiesOverThePicture) {
 │    │ l                  log lines and commands, or not │     │
 │    │ Ctrl-L             draw anew                      │     │
 │    │ Ctrl-C             end at once                    │     │
-│    │ mouse              selects a row, presses a key   │     │
+│    │ mouse, wheel       a row or a key, up and down    │     │
 │    └───────────────────────────────── any key goes on ─┘     │
 └──────────────────────────────────────────────────────── 1/2 ─┘
  [red] Exit
