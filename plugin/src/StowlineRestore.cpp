@@ -186,16 +186,16 @@ void StowlineRestore::reloadChannels() {
 }
 
 void StowlineRestore::openHelpScreen() {
-  session->open(
-      host::ScreenClass{.name = "StowlineHelpScreen",
-                        .arguments = {sel, val},
-                        .create =
-                            [&gui = host(), restorefile = sel.str(), fullrestorepath = val.str()](
-                                host::ScreenPeer& its_peer, host::Session& its_session) {
-                              return std::make_unique<StowlineHelpScreen>(
-                                  gui, its_peer, its_session, restorefile, fullrestorepath);
-                            },
-                        .skin = StowlineHelpScreen::skin});
+  host::ScreenClass screen_class = {
+      .name = "StowlineHelpScreen",
+      .arguments = {sel, val},
+      .create = [&gui = host(), restorefile = sel.str(), fullrestorepath = val.str()](
+                    host::ScreenPeer& its_peer, host::Session& its_session) {
+        return std::make_unique<StowlineHelpScreen>(gui, its_peer, its_session, restorefile,
+                                                    fullrestorepath);
+      }};
+  screen_class.skin = StowlineHelpScreen::skin;
+  session->open(std::move(screen_class));
 }
 
 void StowlineRestore::startRestore(const host::Value& ret) {

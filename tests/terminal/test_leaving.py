@@ -6,6 +6,9 @@ import unittest
 
 from terminal import PROMPT, Directory, desk, wait_until
 
+# Shows the terminal's modes, and a line that is not in the command itself.
+MODES = "clear; stty -a; echo this 'stays'"
+
 
 class LeavingTest(unittest.TestCase):
     maxDiff = None
@@ -17,8 +20,9 @@ class LeavingTest(unittest.TestCase):
 
     def new_terminal(self, **options):
         self.terminal = self.directory.terminal(**options)
-        self.terminal.shell("clear; stty -a; echo 'this stays'")
+        self.terminal.shell(MODES)
         self.terminal.wait_for("this stays")
+        self.terminal.wait_for_end()
         self.before = [line for line in self.terminal.lines() if line][:-1]
 
     def open(self, menu="backup", *options):
@@ -46,7 +50,7 @@ class LeavingTest(unittest.TestCase):
         for variable, value in {"alternate_on": "0", "cursor_flag": "1", "mouse_any_flag": "0",
                                 "keypad_flag": "0", "insert_flag": "0"}.items():
             self.assertEqual((variable, self.terminal.asked(variable)), (variable, value))
-        self.terminal.shell("clear; stty -a; echo 'this stays'")
+        self.terminal.shell(MODES)
         self.terminal.wait_for("this stays")
         wait_until(lambda: [line for line in self.terminal.lines() if line][:-1] == self.before,
                    "the modes of before", lambda: repr(self.terminal.lines())+repr(self.before))
@@ -64,7 +68,7 @@ class LeavingTest(unittest.TestCase):
                 self.terminal.press(key)
                 self.terminal.wait_for_end()
                 self.assert_status(0)
-                self.terminal.shell("clear; stty -a; echo 'this stays'")
+                self.terminal.shell(MODES)
                 self.terminal.wait_for("this stays")
                 self.open()
                 self.terminal.press(key)
@@ -75,7 +79,7 @@ class LeavingTest(unittest.TestCase):
         self.terminal.press("C-c")
         self.terminal.wait_for_end()
         self.assert_status(128 + signal.SIGINT)
-        self.terminal.shell("clear; stty -a; echo 'this stays'")
+        self.terminal.shell(MODES)
         self.terminal.wait_for("this stays")
         self.open()
         self.terminal.press("C-c")
@@ -199,7 +203,7 @@ class LeavingTest(unittest.TestCase):
             self.assertIn("Stopped", self.terminal.text())
             self.assertEqual(self.terminal.asked("alternate_on"), "0")
             self.assertEqual(self.terminal.asked("cursor_flag"), "1")
-            self.terminal.shell("clear; stty -a; echo 'this stays'")
+            self.terminal.shell(MODES)
             self.terminal.wait_for("this stays")
             wait_until(lambda: [line for line in self.terminal.lines() if line][:-1] == self.before,
                        "the modes of before", self.terminal.text)
@@ -230,7 +234,7 @@ class LeavingTest(unittest.TestCase):
         self.open()
         self.terminal.press("C-z")
         self.terminal.wait_for("Stopped")
-        self.terminal.shell("clear; stty -a; echo 'this stays'")
+        self.terminal.shell(MODES)
         self.terminal.wait_for("this stays")
         self.terminal.shell("kill %1")
         wait_until(lambda: not self.receiver.processes(), "the end of all processes",
