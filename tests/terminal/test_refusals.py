@@ -18,6 +18,7 @@ class RefusalTest(unittest.TestCase):
     def setUp(self):
         self.directory = Directory(self)
         self.receiver = self.directory.receiver()
+        self.commands = 0
 
     def run_desk(self, *options, **streams):
         done = subprocess.run([STOWLINE, "desk", "--receiver", self.receiver.tree, *options], stderr=subprocess.PIPE,
@@ -25,12 +26,13 @@ class RefusalTest(unittest.TestCase):
         return done.returncode, done.stderr.decode()
 
     def assert_shell_says(self, terminal, command, status, text):
-        terminal.shell("clear; " + command + "; echo status $?")
-        terminal.wait_for("status %d" % status)
-        shown = "".join(line.ljust(terminal.columns) for line in terminal.lines())
-        said = shown[:shown.index("status %d" % status)].rstrip()
-        self.assertEqual(said, text)
-        self.assertEqual(self.receiver.processes(), {})
+        """The command, typed into a shell, prints the text and ends with the status; it has no screen of its own."""
+        self.commands += 1
+        end = "status %d of command %d" % (status, self.commands)
+        terminal.shell("clear; %s; echo status $? of command %d" % (command, self.commands))
+        shown = "".join(line.ljust(terminal.columns) for line in terminal.wait_for(end))
+        self.assertEqual(shown[:shown.index(end)].rstrip(), text)
+        self.assertEqual(terminal.asked("alternate_on"), "0")
 
     def test_without_a_terminal(self):
         null = subprocess.DEVNULL
@@ -44,6 +46,7 @@ class RefusalTest(unittest.TestCase):
             with self.subTest(redirection):
                 status = 0 if redirection == "| cat" else 1
                 self.assert_shell_says(terminal, desk(self.receiver) + " " + redirection, status, NO_TERMINAL.strip())
+                self.assertEqual(self.receiver.processes(), {})
 
     def test_with_a_terminal_that_is_not_known(self):
         terminal = self.directory.terminal(columns=200)
@@ -65,9 +68,8 @@ class RefusalTest(unittest.TestCase):
         for option in ("--record", "--log", "--trace"):
             with self.subTest(option):
                 path = os.path.join(self.directory.path, "missing", "file")
-                terminal.shell("clear; " + desk(self.receiver, "backup", option, path) + "; echo status $?")
-                terminal.wait_for("status 1", "stowline: cannot write %s" % path)
-                self.assertEqual(terminal.asked("alternate_on"), "0")
+                self.assert_shell_says(terminal, desk(self.receiver, "backup", option, path), 1,
+                                       "stowline: cannot write %s: No such file or directory" % path)
 
     def test_receiver_that_is_in_use(self):
         first = self.directory.terminal()
@@ -78,14 +80,12 @@ class RefusalTest(unittest.TestCase):
         second = self.directory.terminal(columns=200)
         for command in (desk(self.receiver), desk(self.receiver, "restore", "--play exit"),
                         STOWLINE + " receiver flash " + self.receiver.tree):
-            second.shell("clear; " + command + "; echo status $?")
-            second.wait_for("status 1", in_use)
+            self.assert_shell_says(second, command, 1, in_use)
         first.press("l", "l")
         self.assertEqual(first.text(), picture)
         first.press("q")
         first.wait_for_end()
-        second.shell("clear; " + STOWLINE + " receiver flash " + self.receiver.tree + "; echo status $?")
-        second.wait_for("status 0")
+        self.assert_shell_says(second, STOWLINE + " receiver flash " + self.receiver.tree, 0, "")
 
     def test_receiver_without_a_home(self):
         os.rename(self.receiver.path("home/root"), self.receiver.path("home/nobody"))
