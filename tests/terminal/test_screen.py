@@ -257,9 +257,9 @@ class ScreenTest(unittest.TestCase):
             return [memory_of(process) for process in processes]
 
         keys = ["Up"] * 10 + ["PageUp"] * 5 + ["Down"] * 5 + ["PageDown"] * 5
-        for _ in range(5):
+        for _ in range(3):
             before = walk(keys)
-        for _ in range(30):
+        for _ in range(12):
             after = walk(keys)
         for process, (first, last) in enumerate(zip(before, after)):
             self.assertLess(last - first, 2000, "process %d has grown from %d to %d KiB" % (process, first, last))
