@@ -17,6 +17,9 @@ class Record {
   /// std::runtime_error when it cannot be opened.
   explicit Record(const std::filesystem::path& path);
 
+  /// Whether something is recorded at all.
+  explicit operator bool() const { return static_cast<bool>(file_); }
+
   /// Appends `text` as one line, with a line break within it as "\n". Raises std::runtime_error
   /// when it cannot be written.
   void append(const std::string& text) const;

@@ -90,7 +90,7 @@ void TerminalPlayer::take(Channel::Message message) {
     showFrame(std::move(message.at("shown")));
   } else if (!message.contains("missing")) {
     Channel::Message& frame = message.at(message.contains("idle") ? "idle" : "frame");
-    record_.append(frame.dump());
+    if (record_) record_.append(frame.dump());
     showFrame(std::move(frame));
   }
 }
