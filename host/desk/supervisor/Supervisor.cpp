@@ -76,8 +76,8 @@ void Supervisor::send(const std::string& word) {
 /// Waits for the answer to a word: its frame, or nothing when the row is missing.
 std::optional<Channel::Message> Supervisor::nextAnswer() {
   for (;;) {
-    const std::optional<Channel::Message> message = receive();
-    if (message && message->contains("frame")) return message->at("frame");
+    std::optional<Channel::Message> message = receive();
+    if (message && message->contains("frame")) return std::move(message->at("frame"));
     if (message && message->contains("missing")) return std::nullopt;
   }
 }

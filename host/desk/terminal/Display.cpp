@@ -34,10 +34,10 @@ constexpr Sequence kSequences[] = {
     {"\033[[C", KEY_F(3)},  {"\033[[D", KEY_F(4)},
 };
 
-/// Whether the terminal may be given colours.
-bool wantsColours() {
+/// Whether the user wants no colours.
+bool forbidsColours() {
   const char* forbidden = std::getenv("NO_COLOR");
-  return has_colors() && (!forbidden || *forbidden == '\0');
+  return forbidden && *forbidden != '\0';
 }
 
 /// Reads what follows an escape. Returns whether it is the rest of a key that this terminal's
@@ -98,7 +98,7 @@ Display::Display(std::optional<Theme> theme) {
   curs_set(0);
   mouseinterval(0);
   mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
-  if (!has_colors() || (!theme && !wantsColours())) screen_->theme = Theme::plain;
+  if (!has_colors() || (!theme && forbidsColours())) screen_->theme = Theme::plain;
   if (screen_->theme == Theme::plain) return;
   start_color();
   for (int ink = 0; ink < kInks; ++ink) {

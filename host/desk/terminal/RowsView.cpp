@@ -30,10 +30,6 @@ void drawBar(Canvas& canvas, const Area& area, int top, int page, int count) {
 
 }  // namespace
 
-int RowsView::lines(const Json& frame) {
-  return countOf(frame) * (hasDescriptions(frame) ? 2 : 1);
-}
-
 void RowsView::draw(Picture& picture, const Area& area, const Json& frame) {
   const Json& rows = frame.at("rows");
   const bool has_pictures = frame.contains("pictures");

@@ -20,9 +20,6 @@ class RowsView {
   /// action does not move it.
   std::string wordFor(const std::string& action, const Json& frame) const;
 
-  /// Returns how many lines all rows of the frame take.
-  static int lines(const Json& frame);
-
  private:
   int top_ = 0;
   int page_ = 1;

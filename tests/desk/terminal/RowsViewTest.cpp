@@ -85,9 +85,6 @@ TEST(RowsView, DescriptionsGiveEveryRowASecondLine) {
                ░
                ░
 )");
-  EXPECT_EQ(RowsView::lines(frame_with), 6);
-  EXPECT_EQ(RowsView::lines(list(3, 0)), 3);
-  EXPECT_EQ(RowsView::lines(list(0, 0)), 0);
 }
 
 TEST(RowsView, PicturesStandBeforeTheTextsAndRowsWithoutOneAreIndentedAlike) {
