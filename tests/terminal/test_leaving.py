@@ -40,6 +40,12 @@ class LeavingTest(unittest.TestCase):
             chain.append(guard)
         return chain
 
+    def show_modes(self):
+        """Leaves the screen with nothing but the terminal's modes, which are those of before, and the prompt."""
+        self.terminal.shell(MODES)
+        wait_until(lambda: [line for line in self.terminal.lines() if line][:-1] == self.before,
+                   "the modes of before", lambda: repr(self.terminal.lines()) + repr(self.before))
+
     def assert_left(self, *messages):
         """The terminal is as it was, but for the command line and the messages, and nothing runs."""
         self.terminal.wait_for_end()
@@ -50,10 +56,7 @@ class LeavingTest(unittest.TestCase):
         for variable, value in {"alternate_on": "0", "cursor_flag": "1", "mouse_any_flag": "0",
                                 "keypad_flag": "0", "insert_flag": "0"}.items():
             self.assertEqual((variable, self.terminal.asked(variable)), (variable, value))
-        self.terminal.shell(MODES)
-        self.terminal.wait_for("this stays")
-        wait_until(lambda: [line for line in self.terminal.lines() if line][:-1] == self.before,
-                   "the modes of before", lambda: repr(self.terminal.lines())+repr(self.before))
+        self.show_modes()
         wait_until(lambda: not self.receiver.processes(), "the end of all processes",
                    lambda: str(self.receiver.processes()))
 
@@ -68,8 +71,7 @@ class LeavingTest(unittest.TestCase):
                 self.terminal.press(key)
                 self.terminal.wait_for_end()
                 self.assert_status(0)
-                self.terminal.shell(MODES)
-                self.terminal.wait_for("this stays")
+                self.show_modes()
                 self.open()
                 self.terminal.press(key)
                 self.assert_left()
@@ -79,8 +81,7 @@ class LeavingTest(unittest.TestCase):
         self.terminal.press("C-c")
         self.terminal.wait_for_end()
         self.assert_status(128 + signal.SIGINT)
-        self.terminal.shell(MODES)
-        self.terminal.wait_for("this stays")
+        self.show_modes()
         self.open()
         self.terminal.press("C-c")
         self.assert_left()
@@ -203,10 +204,7 @@ class LeavingTest(unittest.TestCase):
             self.assertIn("Stopped", self.terminal.text())
             self.assertEqual(self.terminal.asked("alternate_on"), "0")
             self.assertEqual(self.terminal.asked("cursor_flag"), "1")
-            self.terminal.shell(MODES)
-            self.terminal.wait_for("this stays")
-            wait_until(lambda: [line for line in self.terminal.lines() if line][:-1] == self.before,
-                       "the modes of before", self.terminal.text)
+            self.show_modes()
             self.terminal.shell("fg")
             wait_until(lambda: self.terminal.text() == picture, "the picture of before", self.terminal.text)
             self.terminal.press("Down")
@@ -234,8 +232,7 @@ class LeavingTest(unittest.TestCase):
         self.open()
         self.terminal.press("C-z")
         self.terminal.wait_for("Stopped")
-        self.terminal.shell(MODES)
-        self.terminal.wait_for("this stays")
+        self.show_modes()
         self.terminal.shell("kill %1")
         wait_until(lambda: not self.receiver.processes(), "the end of all processes",
                    lambda: str(self.receiver.processes()))

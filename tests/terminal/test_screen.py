@@ -147,6 +147,7 @@ class ScreenTest(unittest.TestCase):
         self.terminal.resize(100, 30)
         self.terminal.wait_for("─" * 70, "─ Keys ─")
         self.terminal.press("x")
+        wait_until(lambda: "─ Keys ─" not in self.terminal.text(), "the end of the help", self.terminal.text)
         os.kill(self.receiver.gui(), 9)
         self.terminal.wait_for("has been started again")
         self.terminal.resize(90, 28)

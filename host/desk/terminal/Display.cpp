@@ -150,7 +150,13 @@ void Display::forget() {
   clearok(curscr, TRUE);
 }
 
+void Display::giveBack() {
+  endwin();
+}
+
 void Display::takeBack() {
+  // Modes that were set while the shell had the terminal are to stay.
+  if (isendwin()) def_shell_mode();
   reset_prog_mode();
   forget();
 }

@@ -27,6 +27,9 @@ class Display {
   /// Draws everything anew with the next picture, whatever the terminal shows.
   void forget();
 
+  /// Leaves the terminal to the shell for a while.
+  void giveBack();
+
   /// Takes the terminal over again, after a shell has had it.
   void takeBack();
 

@@ -57,8 +57,9 @@ void endWhatIsLeft() {
   }
 }
 
-/// Waits for the child's end, stopping and going on with it. Returns its status as of waitpid(2).
-/// A child that is to end but stops, because the terminal is the shell's, is ended here.
+/// Waits for the child's end, stopping with it; what lets the process group go on lets both go on.
+/// Returns the child's status as of waitpid(2). A child that is to end but stops, because the
+/// terminal is the shell's, is ended here.
 int waitForChild() {
   int status = 0;
   for (;;) {
@@ -74,7 +75,6 @@ int waitForChild() {
     std::signal(SIGTSTP, SIG_DFL);
     raise(SIGTSTP);
     std::signal(SIGTSTP, SIG_IGN);
-    kill(child, SIGCONT);
   }
 }
 

@@ -9,10 +9,15 @@ namespace {
 constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 volatile std::sig_atomic_t ending_signal = 0;
+volatile std::sig_atomic_t asked_to_stop = 0;
 volatile std::sig_atomic_t continued = 0;
 
 void takeNote(int signal) {
   ending_signal = signal;
+}
+
+void takeNoteOfStop(int /*signal*/) {
+  asked_to_stop = 1;
 }
 
 void takeNoteOfGoingOn(int /*signal*/) {
@@ -23,6 +28,13 @@ void handle(int signal, void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   sigaction(signal, &action, nullptr);
+}
+
+/// Returns whether the note was taken, and forgets it.
+bool take(volatile std::sig_atomic_t& note) {
+  const bool is_taken = note != 0;
+  note = 0;
+  return is_taken;
 }
 
 }  // namespace
@@ -36,11 +48,13 @@ Signals::Signals() {
   sigaddset(&held, SIGCONT);
   sigprocmask(SIG_BLOCK, &held, &before_);
   for (const int signal : kEnding) handle(signal, takeNote);
+  handle(SIGTSTP, takeNoteOfStop);
   handle(SIGCONT, takeNoteOfGoingOn);
 }
 
 Signals::~Signals() {
   for (const int signal : kEnding) handle(signal, SIG_DFL);
+  handle(SIGTSTP, SIG_DFL);
   handle(SIGCONT, SIG_DFL);
   sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
@@ -55,10 +69,23 @@ int Signals::end() {
   return ending_signal;
 }
 
+bool Signals::takeStop() {
+  return take(asked_to_stop);
+}
+
+void Signals::stop() {
+  handle(SIGTSTP, SIG_DFL);
+  sigset_t stops{};
+  sigemptyset(&stops);
+  sigaddset(&stops, SIGTSTP);
+  raise(SIGTSTP);
+  sigprocmask(SIG_UNBLOCK, &stops, nullptr);
+  sigprocmask(SIG_BLOCK, &stops, nullptr);
+  handle(SIGTSTP, takeNoteOfStop);
+}
+
 bool Signals::takeContinued() {
-  const bool has_gone_on = continued != 0;
-  continued = 0;
-  return has_gone_on;
+  return take(continued);
 }
 
 }  // namespace desk::terminal

@@ -10,7 +10,7 @@ namespace desk::terminal {
 
 /// Lets signals through only while the front end waits, so that whatever their handlers do,
 /// curses's own among them, happens between two steps and never within one. A signal that asks the
-/// process to end is taken note of.
+/// process to end or to stop is taken note of.
 class Signals {
  public:
   /// Holds the signals back. To be made before curses is started, which leaves handlers alone that
@@ -25,6 +25,13 @@ class Signals {
 
   /// Returns the signal that asks the process to end, 0 for none.
   static int end();
+
+  /// Returns whether the terminal has asked the process to stop since this was last asked. Curses's
+  /// own handler would not do: what comes while it draws is lost.
+  static bool takeStop();
+
+  /// Stops the process, as it would have stopped at once. Returns when it goes on.
+  static void stop();
 
   /// Returns whether the process has gone on after a stop since this was last asked.
   static bool takeContinued();

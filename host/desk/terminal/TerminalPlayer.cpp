@@ -39,6 +39,11 @@ int TerminalPlayer::play(Supervisor& supervisor) {
       supervisor.kill();
       throw std::runtime_error("the terminal has gone");
     }
+    if (Signals::takeStop()) {
+      display_.giveBack();
+      Signals::stop();
+      display_.takeBack();
+    }
     if (Signals::takeContinued()) display_.takeBack();
     takeMessages(supervisor);
     if (has_opened_ && !television_.isOpen()) return 0;
