@@ -181,6 +181,10 @@ class Terminal:
         wait_until(lambda: all(one in self.text() for one in (text, *others)), repr((text, *others)), self.text)
         return self.lines()
 
+    def wait_until_gone(self, text):
+        """Waits until the text is not shown any more."""
+        wait_until(lambda: text not in self.text(), "the end of " + repr(text), self.text)
+
     def wait_for_end(self):
         """Waits until the shell asks for the next command; returns the lines."""
         wait_until(lambda: [line for line in self.lines() if line][-1:] == [PROMPT.strip()], "the shell's prompt",

@@ -107,7 +107,7 @@ class KeysTest(unittest.TestCase):
         self.terminal.press("?")
         self.terminal.wait_for("─ Keys ─")
         self.terminal.press("Enter")
-        wait_until(lambda: "─ Keys ─" not in self.terminal.text(), "the help's end", self.terminal.text)
+        self.terminal.wait_until_gone("─ Keys ─")
         self.receiver.go()
         self.terminal.wait_for("closes in")
         self.assert_words("down", "down", "ok")
@@ -137,7 +137,7 @@ class KeysTest(unittest.TestCase):
         self.terminal.click_on("Help")
         self.terminal.wait_for("─ Keys ─")
         self.terminal.click_on("Run per")
-        wait_until(lambda: "─ Keys ─" not in self.terminal.text(), "the help's end")
+        self.terminal.wait_until_gone("─ Keys ─")
         self.terminal.click_on("Esc")
         self.assert_words("down", "down", "ok", "yellow", "green", "red", "exit")
 

@@ -147,7 +147,7 @@ class ScreenTest(unittest.TestCase):
         self.terminal.resize(100, 30)
         self.terminal.wait_for("─" * 70, "─ Keys ─")
         self.terminal.press("x")
-        wait_until(lambda: "─ Keys ─" not in self.terminal.text(), "the end of the help", self.terminal.text)
+        self.terminal.wait_until_gone("─ Keys ─")
         os.kill(self.receiver.gui(), 9)
         self.terminal.wait_for("has been started again")
         self.terminal.resize(90, 28)
@@ -223,7 +223,7 @@ class ScreenTest(unittest.TestCase):
         self.terminal.wait_for("[Qor Stowline] do not restore old OE tree configuration files",
                                "$ cat /etc/fstab > /etc/fstab_backup", "busy for")
         self.terminal.press("l")
-        wait_until(lambda: "─ Log ─" not in self.terminal.text(), "the end of the log pane", self.terminal.text)
+        self.terminal.wait_until_gone("─ Log ─")
         self.terminal.press("l")
         self.terminal.wait_for("─ Log ─")
         self.receiver.go()
