@@ -25,6 +25,9 @@ class Descriptor {
   int number() const { return number_; }
   explicit operator bool() const { return number_ >= 0; }
 
+  /// Gives the descriptor away: whoever takes the number closes it.
+  int release() { return std::exchange(number_, -1); }
+
   /// Closes the descriptor, if there is one.
   void reset() {
     if (number_ >= 0) close(number_);

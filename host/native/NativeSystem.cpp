@@ -1,57 +1,21 @@
 #include "NativeSystem.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <memory>
+#include <utility>
 
 #include "Descriptor.h"
 #include "OsError.h"
+#include "Reading.h"
 
 namespace native {
-namespace {
-
-struct CloseDirectory {
-  void operator()(DIR* directory) const { closedir(directory); }
-};
-
-/// Reads the open file `descriptor` to its end. `path` names it in an error.
-std::string readAll(int descriptor, const std::string& path) {
-  std::string text;
-  std::array<char, 65536> buffer{};
-  for (;;) {
-    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
-    if (count == 0) return text;
-    if (count > 0) {
-      text.append(buffer.data(), static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
-      throw osError(errno, path);
-    }
-  }
-}
-
-/// Cuts `text` behind every newline.
-std::vector<std::string> lines(const std::string& text) {
-  std::vector<std::string> result;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t newline = text.find('\n', start);
-    const std::size_t end = newline == std::string::npos ? text.size() : newline + 1;
-    result.push_back(text.substr(start, end - start));
-    start = end;
-  }
-  return result;
-}
-
-}  // namespace
-
 int NativeSystem::system(const std::string& command) {
   return std::system(command.c_str());
 }
@@ -60,29 +24,19 @@ std::vector<std::string> NativeSystem::popen(const std::string& command) {
   FILE* pipe = ::popen(command.c_str(), "re");
   if (!pipe) throw osError(errno, command);
   const std::unique_ptr<FILE, int (*)(FILE*)> closing(pipe, pclose);
-  return lines(readAll(fileno(pipe), command));
+  return linesOf(readAll(fileno(pipe), command));
 }
 
 std::vector<std::string> NativeSystem::open(const std::string& path) {
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file) throw osError(errno, path);
-  return lines(readAll(file.number(), path));
+  return linesOf(readAll(file.number(), path));
 }
 
 std::vector<std::string> NativeSystem::listdir(const std::string& path) {
-  const std::unique_ptr<DIR, CloseDirectory> directory(opendir(path.c_str()));
+  Descriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!directory) throw osError(errno, path);
-  std::vector<std::string> names;
-  for (;;) {
-    errno = 0;
-    const dirent* entry = readdir(directory.get());
-    if (!entry) break;
-    if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
-      names.emplace_back(entry->d_name);
-    }
-  }
-  if (errno != 0) throw osError(errno, path);
-  return names;
+  return namesIn(std::move(directory), path);
 }
 
 bool NativeSystem::exists(const std::string& path) {

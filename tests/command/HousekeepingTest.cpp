@@ -11,8 +11,8 @@
 #include "BackupActions.h"
 #include "DeskTest.h"
 #include "Setup.h"
-#include "gui/Enclosure.h"
 #include "model/Host.h"
+#include "native/Enclosure.h"
 
 namespace command_test {
 namespace {
@@ -29,7 +29,7 @@ class Nobody : public desk::Observer {
 
 /// What a scheduled backup runs, in this process and for good inside the tree.
 void runScheduledBackup(const std::filesystem::path& tree) {
-  desk::enterTree(tree);
+  native::enterTree(tree);
   if (chdir("/home/root") != 0) throw std::runtime_error("no home");
   setenv("PATH", "/bin:/sbin:/usr/bin:/usr/sbin", 1);
   Nobody observer;

@@ -16,9 +16,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Enclosure.h"
-#include "model/ShownText.h"
+#include "native/Enclosure.h"
 #include "native/OsError.h"
+#include "native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -33,11 +33,15 @@ constexpr const char* kGuiLog = "/var/log/enigma2.log";
 class Reporter : public Observer {
  public:
   explicit Reporter(Channel& channel) : channel_(channel) {}
-  void onLogLine(const std::string& line) override { channel_.send({{"log", shownText(line)}}); }
-  void onCommand(const std::string& command) override {
-    channel_.send({{"command", shownText(command)}});
+  void onLogLine(const std::string& line) override {
+    channel_.send({{"log", native::shownText(line)}});
   }
-  void onError(const std::string& text) override { channel_.send({{"error", shownText(text)}}); }
+  void onCommand(const std::string& command) override {
+    channel_.send({{"command", native::shownText(command)}});
+  }
+  void onError(const std::string& text) override {
+    channel_.send({{"error", native::shownText(text)}});
+  }
 
  private:
   Channel& channel_;
@@ -176,7 +180,7 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
   resetSignals();
   try {
     leaveStandardStreams();
-    enterTree(dir);
+    native::enterTree(dir);
     setEnvironment();
     redirectOutput();
     writePidFile();
@@ -190,7 +194,7 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
     // Whatever a command has left running goes with the GUI.
     kill(0, SIGKILL);
   } catch (const std::exception& error) {
-    channel.send({{"fatal", shownText(error.what())}});
+    channel.send({{"fatal", native::shownText(error.what())}});
   }
   // Not exit(): what the supervisor has registered to run at its own exit is not this process's.
   _exit(EXIT_FAILURE);

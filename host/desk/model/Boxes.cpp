@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ShownText.h"
+#include "native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -45,7 +45,7 @@ RowList* MessageBoxLayer::rowList() {
 
 void MessageBoxLayer::addTo(Json& frame) const {
   frame["type"] = typeName(box_.type);
-  frame["text"] = shownText(box_.text);
+  frame["text"] = native::shownText(box_.text);
   frame["timeout"] = box_.timeout;
 }
 
@@ -53,13 +53,13 @@ ChoiceBoxLayer::ChoiceBoxLayer(const host::ChoiceBox& box)
     : Layer("ChoiceBox"), question_(box.title), choices_(box.list) {
   std::vector<Row> rows;
   for (const host::Value& choice : choices_) {
-    rows.push_back({shownText(choice.list()->front().str())});
+    rows.push_back({native::shownText(choice.list()->front().str())});
   }
   rows_.setRows(std::move(rows));
 }
 
 void ChoiceBoxLayer::addTo(Json& frame) const {
-  frame["text"] = shownText(question_);
+  frame["text"] = native::shownText(question_);
 }
 
 void ChoiceBoxLayer::handleKey(const std::string& key) {

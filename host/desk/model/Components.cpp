@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "KeyMap.h"
-#include "ShownText.h"
+#include "native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 /// Returns the path of the picture in a row's tuple, "" for none.
 std::string pictureOf(const host::Value::List& items) {
   const host::ObjectRef picture = items.size() > 3 ? items[3].object() : nullptr;
-  return picture ? shownText(picture->str()) : "";
+  return picture ? native::shownText(picture->str()) : "";
 }
 
 }  // namespace
@@ -21,8 +21,8 @@ void List::setList(const host::Value::List& entries) {
   std::vector<Row> rows;
   for (const host::Value& entry : entries_) {
     const host::Value::List& items = *entry.list();
-    rows.push_back({.text = shownText(items.at(1).str()),
-                    .description = shownText(items.at(2).str()),
+    rows.push_back({.text = native::shownText(items.at(1).str()),
+                    .description = native::shownText(items.at(2).str()),
                     .picture = pictureOf(items)});
   }
   setRows(std::move(rows));
@@ -36,7 +36,7 @@ host::Value List::getCurrent() {
 void MenuList::setList(const std::vector<std::string>& rows) {
   names_ = rows;
   std::vector<Row> shown;
-  for (const std::string& name : names_) shown.push_back({shownText(name)});
+  for (const std::string& name : names_) shown.push_back({native::shownText(name)});
   setRows(std::move(shown));
 }
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "ShownText.h"
 #include "host/Error.h"
+#include "native/ShownText.h"
 
 namespace desk {
 
@@ -37,7 +37,7 @@ void ConsoleLayer::handleKey(const std::string& key) {
 }
 
 void ConsoleLayer::addTo(Json& frame) const {
-  frame["text"] = shownText(output_);
+  frame["text"] = native::shownText(output_);
   frame["running"] = running_;
 }
 

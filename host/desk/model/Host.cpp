@@ -5,7 +5,6 @@
 
 #include "Components.h"
 #include "Opkg.h"
-#include "native/Model.h"
 
 namespace desk {
 namespace {
@@ -40,27 +39,11 @@ std::vector<std::string> System::popen(const std::string& command) {
 }
 
 Host::Host(Jobs& jobs, Observer& observer)
-    : jobs_(jobs),
-      observer_(observer),
-      os_(observer),
-      config_("/etc/enigma2/settings", {"plugins.qorpanel"}),
-      channels_(os_) {}
-
-void Host::bind(const host::Binding& /*binding*/) {
-  // The stand-in is linked with the module: it has every name, or neither would be here.
-}
+    : native::Host(os_), jobs_(jobs), observer_(observer), os_(observer), channels_(os_) {}
 
 void Host::print(const std::string& line) {
-  std::cout << line << std::endl;
+  native::Host::print(line);
   observer_.onLogLine(line);
-}
-
-std::string Host::resolveFilename(host::Scope /*scope*/, const std::string& relative) {
-  return "/usr/lib/enigma2/python/Plugins/" + relative;
-}
-
-std::string Host::deviceName() {
-  return native::readModel(os_);
 }
 
 void Host::clearPluginList() {

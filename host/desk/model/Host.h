@@ -2,15 +2,13 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Channels.h"
 #include "Jobs.h"
 #include "Observer.h"
-#include "host/Host.h"
+#include "native/Host.h"
 #include "native/NativeSystem.h"
-#include "native/SettingsConfig.h"
 
 namespace desk {
 
@@ -26,20 +24,13 @@ class System : public native::NativeSystem {
 };
 
 /// The stand-in receiver, as the module sees it.
-class Host : public host::Host, private host::Components {
+class Host : public native::Host, private host::Components {
  public:
   Host(Jobs& jobs, Observer& observer);
 
-  void bind(const host::Binding& binding) override;
-  host::OperatingSystem& os() override { return os_; }
   host::Components& components() override { return *this; }
-  host::Config& config() override { return config_; }
   host::ChannelDatabase& channels() override { return channels_; }
-  std::string translate(std::string_view text) override { return std::string(text); }
   void print(const std::string& line) override;
-  bool fileExists(const std::string& path) override { return os_.exists(path); }
-  std::string resolveFilename(host::Scope scope, const std::string& relative) override;
-  std::string deviceName() override;
   void clearPluginList() override;
   void readPluginList(const std::string& directory) override;
 
@@ -57,7 +48,6 @@ class Host : public host::Host, private host::Components {
   Jobs& jobs_;
   Observer& observer_;
   System os_;
-  native::SettingsConfig config_;
   Channels channels_;
   std::vector<std::string> plugins_;
 };

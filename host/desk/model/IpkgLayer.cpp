@@ -1,8 +1,8 @@
 #include "IpkgLayer.h"
 
 #include "Opkg.h"
-#include "ShownText.h"
 #include "host/Error.h"
+#include "native/ShownText.h"
 
 namespace desk {
 
@@ -38,7 +38,8 @@ void IpkgLayer::handleKey(const std::string& key) {
 void IpkgLayer::addTo(Json& frame) const {
   frame["packages"] = Json::array();
   for (const Package& package : packages_) {
-    frame["packages"].push_back({{"name", shownText(package.name)}, {"state", package.state}});
+    frame["packages"].push_back(
+        {{"name", native::shownText(package.name)}, {"state", package.state}});
   }
   frame["running"] = running_;
 }

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "ShownText.h"
+#include "native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -107,7 +107,7 @@ Json Receiver::frame(const std::string& word, const Rows* shown_rows) const {
   Layer* top = session_.top();
   if (!top) return frame;
   frame["screen"] = top->className();
-  frame["title"] = shownText(top->shown_title);
+  frame["title"] = native::shownText(top->shown_title);
   if (const RowList* list = rowList()) {
     const bool are_shown = &list->rows() == shown_rows;
     frame["rows"] = are_shown ? Json() : textsOf(list->rows());

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "Components.h"
-#include "ShownText.h"
 #include "host/Error.h"
+#include "native/ShownText.h"
 
 namespace desk {
 
@@ -41,7 +41,7 @@ RowList* ScreenLayer::rowList() {
 void ScreenLayer::addTo(Json& frame) const {
   for (const auto& [name, widget] : widgets_) {
     if (const auto* text = dynamic_cast<const TextWidget*>(widget.get())) {
-      frame["widgets"][name] = shownText(text->shown);
+      frame["widgets"][name] = native::shownText(text->shown);
     }
   }
   if (!skin_.empty()) frame["skin"] = skin_;

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "model/KeyMap.h"
-#include "model/ShownText.h"
+#include "native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -51,8 +51,8 @@ std::vector<std::string> split(const std::string& script) {
 std::vector<std::string> parseWords(const std::string& script) {
   std::vector<std::string> words = split(script);
   for (const std::string& word : words) {
-    if (shownText(word) != word) {
-      throw UnknownWord("'" + shownText(word) +
+    if (native::shownText(word) != word) {
+      throw UnknownWord("'" + native::shownText(word) +
                         "' is not valid UTF-8; rows show such bytes as \\xNN");
     }
     if (word == kSelect) {

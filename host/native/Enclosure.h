@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace desk {
+namespace native {
 
 /// Moves this process into the receiver tree `dir`, so that "/" and every path below it mean the
 /// tree: by chroot(2), for an ordinary user within a user namespace of its own
@@ -10,4 +10,4 @@ namespace desk {
 /// system does not allow it.
 void enterTree(const std::filesystem::path& dir);
 
-}  // namespace desk
+}  // namespace native

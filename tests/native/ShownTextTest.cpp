@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "model/ShownText.h"
+#include "native/ShownText.h"
 
-namespace desk {
+namespace native {
 namespace {
 
 /// Returns the code point in UTF-8 of `length` bytes, whether or not it is the proper length.
@@ -112,4 +112,4 @@ TEST(ShownText, NothingIsLostOfAMixedName) {
 }
 
 }  // namespace
-}  // namespace desk
+}  // namespace native

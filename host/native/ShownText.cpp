@@ -1,6 +1,6 @@
 #include "ShownText.h"
 
-namespace desk {
+namespace native {
 namespace {
 
 bool isContinuation(unsigned char byte) {
@@ -59,4 +59,4 @@ std::string shownText(const std::string& bytes) {
   return shown;
 }
 
-}  // namespace desk
+}  // namespace native

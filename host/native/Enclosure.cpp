@@ -9,9 +9,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "native/Descriptor.h"
+#include "Descriptor.h"
 
-namespace desk {
+namespace native {
 namespace {
 
 bool writeTo(const char* path, const std::string& text) {
@@ -43,4 +43,4 @@ void enterTree(const std::filesystem::path& dir) {
   }
 }
 
-}  // namespace desk
+}  // namespace native

@@ -1,0 +1,98 @@
+#include "System.h"
+
+#include <cerrno>
+#include <utility>
+
+#include "native/OsError.h"
+#include "native/Reading.h"
+
+namespace look {
+namespace {
+
+/// Whether `path` is `directory` or lies below it.
+bool isWithin(const std::string& path, const std::string& directory) {
+  return path.starts_with(directory) &&
+         (path.size() == directory.size() || path[directory.size()] == '/');
+}
+
+}  // namespace
+
+/// Where a receiver's path is found: the directory that holds it, null for none, and the path
+/// there.
+struct System::Place {
+  const native::Root* root;
+  std::string path;
+};
+
+System::Place System::placeOf(const std::string& path) const {
+  for (const auto& [mount_point, directory] : mounted_) {
+    if (isWithin(path, mount_point)) return {&directory, "/" + path.substr(mount_point.size())};
+  }
+  return {receiver_ ? &*receiver_ : nullptr, path};
+}
+
+void System::mount(const std::string& path, native::Root directory) {
+  mounted_.insert_or_assign(path, std::move(directory));
+}
+
+int System::system(const std::string& command) {
+  commands_.push_back(command);
+  return 0;
+}
+
+std::vector<std::string> System::popen(const std::string& command) {
+  commands_.push_back(command);
+  return {};
+}
+
+std::vector<std::string> System::open(const std::string& path) {
+  const Place place = placeOf(path);
+  if (!place.root) return {};
+  return native::linesOf(native::readAll(place.root->open(place.path).number(), path));
+}
+
+const std::vector<std::string>& System::namesIn(const std::string& path) {
+  const auto known = names_.find(path);
+  if (known != names_.end()) return known->second;
+  const Place place = placeOf(path);
+  return names_[path] = place.root ? place.root->names(place.path) : std::vector<std::string>();
+}
+
+std::vector<std::string> System::listdir(const std::string& path) {
+  std::vector<std::string> names = namesIn(path);
+  for (const std::string& file : pretended_) {
+    const std::size_t slash = file.rfind('/');
+    if (file.substr(0, slash) == path) names.push_back(file.substr(slash + 1));
+  }
+  return names;
+}
+
+/// Returns a file's size in bytes, nothing where there is none of that name.
+const std::optional<long long>& System::sizeOf(const std::string& path) {
+  const auto known = sizes_.find(path);
+  if (known != sizes_.end()) return known->second;
+  const Place place = placeOf(path);
+  if (!place.root) return sizes_[path] = 0;
+  const auto status = place.root->status(place.path);
+  return sizes_[path] = status ? std::optional<long long>(status->st_size) : std::nullopt;
+}
+
+bool System::exists(const std::string& path) {
+  return pretended_.contains(path) || sizeOf(path);
+}
+
+std::string System::join(const std::string& directory, const std::string& name) {
+  return native_.join(directory, name);
+}
+
+long long System::fileSize(const std::string& path) {
+  const std::optional<long long>& size = sizeOf(path);
+  if (!size) throw native::osError(ENOENT, path);
+  return *size;
+}
+
+host::LocalTime System::localtime() {
+  return native_.localtime();
+}
+
+}  // namespace look

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "host/OperatingSystem.h"
+#include "native/NativeSystem.h"
+#include "native/Root.h"
+
+namespace look {
+
+/// An operating system whose files can be read and where nothing happens: commands, removals and
+/// what else would change something are written down.
+class System : public host::OperatingSystem {
+ public:
+  /// `receiver`: the receiver's files. Without one, every file is taken to be there and to be
+  /// empty, but for those of a mounted directory.
+  explicit System(std::optional<native::Root> receiver) : receiver_(std::move(receiver)) {}
+
+  /// From now on the receiver's `path` and what is below it is found in `directory`.
+  void mount(const std::string& path, native::Root directory);
+
+  /// From now on an empty file `path` is taken to be there.
+  void pretend(const std::string& path) { pretended_.insert(path); }
+
+  /// Returns the shell commands that would have run, in order, and forgets them.
+  std::vector<std::string> takeCommands() { return std::exchange(commands_, {}); }
+
+  /// Returns the files that would have been removed, in order, and forgets them.
+  std::vector<std::string> takeRemoved() { return std::exchange(removed_, {}); }
+
+  /// Takes note of the command. Returns 0.
+  int system(const std::string& command) override;
+
+  /// Takes note of the command. Returns no lines.
+  std::vector<std::string> popen(const std::string& command) override;
+
+  std::vector<std::string> open(const std::string& path) override;
+
+  /// As the interface says; each directory and file is asked for once, whatever happens to it
+  /// afterwards.
+  std::vector<std::string> listdir(const std::string& path) override;
+  bool exists(const std::string& path) override;
+  std::string join(const std::string& directory, const std::string& name) override;
+  long long fileSize(const std::string& path) override;
+
+  /// Do nothing.
+  void makedirs(const std::string& /*path*/) override {}
+  void chmod(const std::string& /*path*/, int /*mode*/) override {}
+
+  void remove(const std::string& path) override { removed_.push_back(path); }
+  host::LocalTime localtime() override;
+
+ private:
+  struct Place;
+  Place placeOf(const std::string& path) const;
+  const std::vector<std::string>& namesIn(const std::string& path);
+  const std::optional<long long>& sizeOf(const std::string& path);
+
+  std::optional<native::Root> receiver_;
+  std::map<std::string, native::Root> mounted_;
+  std::unordered_map<std::string, std::vector<std::string>> names_;
+  std::unordered_map<std::string, std::optional<long long>> sizes_;
+  std::set<std::string> pretended_;
+  std::vector<std::string> commands_;
+  std::vector<std::string> removed_;
+  native::NativeSystem native_;  ///< for what reads no file
+};
+
+}  // namespace look

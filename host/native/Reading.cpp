@@ -1,0 +1,64 @@
+#include "Reading.h"
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+#include "OsError.h"
+
+namespace native {
+namespace {
+
+struct CloseDirectory {
+  void operator()(DIR* directory) const { closedir(directory); }
+};
+
+}  // namespace
+
+std::string readAll(int descriptor, const std::string& path) {
+  std::string text;
+  std::array<char, 65536> buffer{};
+  for (;;) {
+    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    if (count == 0) return text;
+    if (count > 0) {
+      text.append(buffer.data(), static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      throw osError(errno, path);
+    }
+  }
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> result;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t newline = text.find('\n', start);
+    const std::size_t end = newline == std::string::npos ? text.size() : newline + 1;
+    result.push_back(text.substr(start, end - start));
+    start = end;
+  }
+  return result;
+}
+
+std::vector<std::string> namesIn(Descriptor directory, const std::string& path) {
+  const std::unique_ptr<DIR, CloseDirectory> entries(fdopendir(directory.number()));
+  if (!entries) throw osError(errno, path);
+  directory.release();
+  std::vector<std::string> names;
+  for (;;) {
+    errno = 0;
+    const dirent* entry = readdir(entries.get());
+    if (!entry) break;
+    if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
+      names.emplace_back(entry->d_name);
+    }
+  }
+  if (errno != 0) throw osError(errno, path);
+  return names;
+}
+
+}  // namespace native

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Descriptor.h"
+
+namespace native {
+
+/// Reads the open file `descriptor` to its end. `path` names it in an error. Raises host::Error
+/// ("OSError").
+std::string readAll(int descriptor, const std::string& path);
+
+/// Cuts `text` behind every newline.
+std::vector<std::string> linesOf(const std::string& text);
+
+/// Returns the names in the open directory, without "." and "..", in the directory's own order.
+/// `path` names it in an error. Raises host::Error ("OSError").
+std::vector<std::string> namesIn(Descriptor directory, const std::string& path);
+
+}  // namespace native
