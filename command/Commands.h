@@ -18,4 +18,7 @@ void addReceiver(CLI::App& stowline);
 /// Adds `stowline desk`.
 void addDesk(CLI::App& stowline);
 
+/// Adds `stowline list`.
+void addList(CLI::App& stowline);
+
 }  // namespace command

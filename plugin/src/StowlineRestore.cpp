@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "BoxTypes.h"
 #include "ChannelFiles.h"
 #include "Packages.h"
 #include "Setup.h"
@@ -13,11 +14,6 @@
 
 namespace stowline {
 namespace {
-
-/// The models whose tag in a name keeps it to receivers of that model, in the order in which the
-/// tags are looked for.
-constexpr const char* kBoxTypes[] = {"solo",  "duo",  "uno",    "ultimo",
-                                     "solo2", "duo2", "solose", "zero"};
 
 /// What a restore type lists: names that begin and end so.
 struct ListedKind {

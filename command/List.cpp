@@ -1,0 +1,174 @@
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "Commands.h"
+#include "backups/Catalogue.h"
+#include "native/Model.h"
+#include "native/NativeSystem.h"
+#include "native/ShownText.h"
+#include "output/Table.h"
+
+namespace command {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using backups::BackupSet;
+using backups::Catalogue;
+using backups::Restore;
+
+struct Options {
+  std::filesystem::path medium;
+  std::string model;
+  bool json = false;
+};
+
+/// Returns the word for what a restore list makes of a backup.
+const char* wordOf(Restore restore) {
+  switch (restore) {
+    case Restore::yes:
+      return "yes";
+    case Restore::too_small:
+      return "too small";
+    default:
+      return "other model";
+  }
+}
+
+template <class Items, class Text>
+std::string joined(const Items& items, const char* separator, Text text) {
+  std::string all;
+  for (const auto& item : items) all += (all.empty() ? "" : separator) + text(item);
+  return all;
+}
+
+/// Returns a companion by what tells it from its archive: "user_files".
+std::string companionText(const BackupSet& set, const backups::File& companion) {
+  return companion.name.substr(set.file.name.size() + 1);
+}
+
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+std::string keptText(const BackupSet& set) {
+  if (set.kind != std::string_view("configuration")) return "";
+  return set.keeps.empty() ? "nothing" : joined(set.keeps, " ", baseName);
+}
+
+void printTable(const Catalogue& catalogue) {
+  output::Table table({{"KIND"},
+                       {"DATE"},
+                       {"MODEL"},
+                       {"BY"},
+                       {"VERSION"},
+                       {"RESTORE KEEPS"},
+                       {"SIZE", true},
+                       {"RESTORABLE"},
+                       {"FILE"},
+                       {"WITH"}});
+  for (const BackupSet& set : catalogue.sets) {
+    const backups::SetName said = set.said.value_or(backups::SetName{});
+    table.add({set.kind, said.time, said.model,
+               set.said ? (said.is_scheduled ? "timer" : "hand") : "", said.version, keptText(set),
+               output::sizeText(set.file.size), wordOf(set.restore), output::lineOf(set.file.name),
+               joined(set.companions, " ", [&](const backups::File& companion) {
+                 return companionText(set, companion);
+               })});
+  }
+  if (!catalogue.sets.empty()) table.print(std::cout);
+}
+
+void printText(const Catalogue& catalogue) {
+  printTable(catalogue);
+  std::cout << catalogue.sets.size() << " backups, " << output::sizeText(catalogue.size) << " in "
+            << output::lineOf(catalogue.directory) << "\n";
+  if (!catalogue.others.empty()) {
+    std::cout << "other files: " << joined(catalogue.others, " ", output::lineOf) << "\n";
+  }
+  if (catalogue.outdated.empty()) {
+    std::cout << "the next scheduled backup deletes nothing\n";
+  } else {
+    std::cout << "the next scheduled backup deletes:\n";
+    for (const std::string& name : catalogue.outdated) {
+      std::cout << "  " << output::lineOf(name) << "\n";
+    }
+  }
+}
+
+Json jsonOf(const backups::File& file) {
+  return {{"name", native::shownText(file.name)}, {"size", file.size}};
+}
+
+Json textsOf(const std::vector<std::string>& texts) {
+  Json all = Json::array();
+  for (const std::string& text : texts) all.push_back(native::shownText(text));
+  return all;
+}
+
+Json jsonOf(const BackupSet& set) {
+  Json json = {{"kind", set.kind}, {"name", native::shownText(set.file.name)}};
+  json["size"] = set.file.size;
+  json["time"] = set.said ? Json(set.said->time) : Json();
+  json["model"] = set.said ? Json(set.said->model) : Json();
+  json["scheduled"] = set.said ? Json(set.said->is_scheduled) : Json();
+  json["version"] = set.said && !set.said->version.empty() ? Json(set.said->version) : Json();
+  json["keeps"] = textsOf(set.keeps);
+  json["companions"] = Json::array();
+  for (const backups::File& companion : set.companions) {
+    json["companions"].push_back(jsonOf(companion));
+  }
+  json["restorable"] = wordOf(set.restore);
+  return json;
+}
+
+Json jsonOf(const Catalogue& catalogue, const std::string& model) {
+  Json json = {{"directory", native::shownText(catalogue.directory)}};
+  json["model"] = model.empty() ? Json() : Json(model);
+  json["sets"] = Json::array();
+  for (const BackupSet& set : catalogue.sets) json["sets"].push_back(jsonOf(set));
+  json["others"] = textsOf(catalogue.others);
+  json["size"] = catalogue.size;
+  json["next_scheduled_deletes"] = textsOf(catalogue.outdated);
+  return json;
+}
+
+/// Returns the model of the receiver that this runs on, "" where there is none.
+std::string ownModel() {
+  native::NativeSystem os;
+  return os.exists(native::kModelFile) ? native::readModel(os) : "";
+}
+
+void runList(const Options& options) {
+  const std::string model = options.model.empty() ? ownModel() : options.model;
+  const Catalogue catalogue = backups::readCatalogue(options.medium, model);
+  if (options.json) {
+    std::cout << jsonOf(catalogue, model).dump(2) << "\n";
+  } else {
+    printText(catalogue);
+  }
+}
+
+}  // namespace
+
+void addList(CLI::App& stowline) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* list = stowline.add_subcommand(
+      "list", "List the backups on a medium, and what a receiver's restore list makes of them.");
+  CLI::Option* medium =
+      list->add_option("MEDIUM", options->medium, "the medium's directory, such as /media/hdd");
+  list->add_option(
+      "--model", options->model,
+      "the receiver's model; by default that of the receiver this runs on, if it is one");
+  list->add_flag("--json", options->json, "print JSON");
+  list->callback([=] {
+    require({medium});
+    runList(*options);
+  });
+}
+
+}  // namespace command

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "SetName.h"
+
+namespace backups {
+
+/// A kind of backup: what it is called here and which list of the restore menu it is in.
+struct Kind {
+  const char* name;
+  const char* restoretype;
+};
+
+inline constexpr Kind kKinds[] = {
+    {"settings", "settingrestore"},
+    {"configuration", "configrestore"},
+    {"plugins", "plugininstall"},
+};
+
+/// A file in a backup directory.
+struct File {
+  std::string name;
+  long long size;  ///< in bytes
+};
+
+/// What the restore list of a receiver makes of a backup.
+enum class Restore {
+  yes,
+  too_small,    ///< it is listed, and OK does nothing
+  other_model,  ///< it is not listed
+};
+
+/// A backup with what belongs to it.
+struct BackupSet {
+  const char* kind;
+  File file;
+  std::optional<SetName> said;     ///< what its name says, where it says anything
+  std::vector<std::string> keeps;  ///< the files that a restore of it leaves as they are
+  std::vector<File> companions;    ///< the archives that are restored with it
+  Restore restore;                 ///< other_model only where a model was asked for
+};
+
+/// What lies in the backup directory of a medium.
+struct Catalogue {
+  std::string directory;              ///< the backup directory
+  std::vector<BackupSet> sets;        ///< by kind, each as the restore list orders them
+  std::vector<std::string> others;    ///< the other files, sorted
+  std::vector<std::string> outdated;  ///< what the next scheduled backup will delete, in order
+  long long size = 0;                 ///< of all sets with their companions, in bytes
+};
+
+/// Reads the catalogue of the medium that is found in the directory `medium`. `model`: the model to
+/// decide for; "" for none, then the next scheduled backup is one of each model. Nothing is
+/// written. Raises std::runtime_error when there is no backup directory, and host::Error
+/// ("OSError") when it cannot be read.
+Catalogue readCatalogue(const std::filesystem::path& medium, const std::string& model);
+
+}  // namespace backups

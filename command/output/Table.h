@@ -1,0 +1,41 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace output {
+
+/// Text in columns, each as wide as its widest cell, for a terminal or a pipe.
+class Table {
+ public:
+  /// A column: its heading, and whether its cells stand at its right edge.
+  struct Column {
+    std::string heading;
+    bool is_number = false;
+  };
+
+  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+  /// Adds a row with one cell a column.
+  void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+
+  /// Prints the headings and the rows, a line each.
+  void print(std::ostream& out) const;
+
+ private:
+  void printLine(std::ostream& out, const std::vector<std::string>& cells,
+                 const std::vector<std::size_t>& widths) const;
+
+  std::vector<Column> columns_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+/// Returns `bytes`, a name from a medium, as text on one line: what is no text, and control
+/// characters, as "\xNN".
+std::string lineOf(const std::string& bytes);
+
+/// Returns a number of bytes for people, in units of 1024: "812 B", "12.3 KiB".
+std::string sizeText(long long bytes);
+
+}  // namespace output

@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "backups/SetName.h"
+
+namespace backups {
+namespace {
+
+struct Case {
+  const char* name;
+  const char* said;  ///< time, model, who wrote it and version; "" for nothing
+};
+
+constexpr Case kCases[] = {
+    {"settings_20240305_07-04_solo2.tar.gz", "2024-03-05 07:04 solo2 hand "},
+    {"settings_20240305_07-04_solo2.auto.tar.gz", "2024-03-05 07:04 solo2 timer "},
+    {"configuration_ver_c_20240305_07-04_uno.tar.gz", "2024-03-05 07:04 uno hand c"},
+    {"configuration_ver_a_20240305_07-04_uno.auto.tar.gz", "2024-03-05 07:04 uno timer a"},
+    {"configuration_20240305_07-04_duo.tar.gz", "2024-03-05 07:04 duo hand "},
+    {"pluginlist_20240305_07-04_zero.auto.lst", "2024-03-05 07:04 zero timer "},
+    {"pluginlist_20240305_07-04_other box.lst", "2024-03-05 07:04 other box hand "},
+    {"settings_my own.tar.gz", ""},
+    {"settings_20240305_07-04_solo2", ""},
+    {"settings_20240305_07-04_.tar.gz", ""},
+    {"settings_20240305_7-04_solo2.tar.gz", ""},
+    {"settings_2024-03-05_07-04_solo2.tar.gz", ""},
+    {"settings_20240305_07-04_solo2.tar.gz.part", ""},
+    {"configuration_ver_c_20240305_07-04_uno.tar.gz_user_files", ""},
+    {"backup_20240305_07-04_uno.tar.gz", ""},
+    {"settings_", ""},
+    {"", ""},
+};
+
+TEST(SetName, SaysWhenAndOnWhichModelABackupWasMadeAndWhetherByATimer) {
+  for (const Case& one : kCases) {
+    const auto said = parseSetName(one.name);
+    const std::string text = said ? said->time + " " + said->model +
+                                        (said->is_scheduled ? " timer " : " hand ") + said->version
+                                  : "";
+    EXPECT_EQ(text, one.said) << one.name;
+  }
+}
+
+}  // namespace
+}  // namespace backups

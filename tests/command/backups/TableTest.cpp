@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "output/Table.h"
+
+namespace output {
+namespace {
+
+TEST(Table, ColumnsAreAsWideAsTheirWidestCellAndNumbersStandRight) {
+  Table table({{"NAME"}, {"SIZE", true}, {"NOTE"}});
+  table.add({"a", "1", ""});
+  table.add({"h\xc3\xa9llo", "12345", "x"});
+  std::ostringstream out;
+  table.print(out);
+  EXPECT_EQ(out.str(),
+            "NAME    SIZE  NOTE\n"
+            "a          1\n"
+            "h\xc3\xa9llo  12345  x\n");
+}
+
+TEST(Line, NameIsShownOnOneLineAndNothingOfItReachesTheTerminalAsACommand) {
+  EXPECT_EQ(lineOf("a b\n\x1b[2J\x7f\xff\xc3\xa9"), "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9");
+}
+
+TEST(Size, IsShownInUnitsOf1024) {
+  struct Case {
+    long long bytes;
+    const char* text;
+  };
+  constexpr Case kCases[] = {
+      {0, "0 B"},
+      {1023, "1023 B"},
+      {1024, "1.0 KiB"},
+      {16452, "16.1 KiB"},
+      {1024 * 1024 - 1, "1.0 MiB"},
+      {1536LL * 1024 * 1024, "1.5 GiB"},
+      {5LL << 40, "5.0 TiB"},
+  };
+  for (const Case& one : kCases) EXPECT_EQ(sizeText(one.bytes), one.text);
+}
+
+}  // namespace
+}  // namespace output
