@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarball {
+
+/// Returns the names that a path is made of, without empty ones and "."; ".." is one of them.
+std::vector<std::string_view> componentsOf(std::string_view path);
+
+/// Returns the path of these components: with "/" between them, none before and behind.
+std::string joined(const std::vector<std::string_view>& components);
+
+/// Returns a path as it can be shown on one line of a terminal: what is no UTF-8 and every control
+/// character as "\xNN", and "..." for what is longer than any path may be.
+std::string shownPath(const std::string& path);
+
+}  // namespace tarball

@@ -1,0 +1,205 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <clocale>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Archives.h"
+#include "TarWriter.h"
+#include "host/Error.h"
+#include "support/TemporaryDirectory.h"
+
+namespace archive_test {
+namespace {
+
+const std::string kHostname = member({.name = "etc/hostname"}, "receiver\n");
+const std::string kHostnameLine = "file 644 0:0 9 1700000000 etc/hostname: receiver\n";
+
+TEST(Reader, TakesSeveralGzipMembersForOneStream) {
+  const std::string tar = kHostname + kEndMark;
+  std::string packed;
+  for (std::size_t start = 0; start < tar.size(); start += 100) {
+    packed += gzipped(tar.substr(start, 100));
+  }
+  EXPECT_EQ(ArchiveFile(packed).listed(), Lines{kHostnameLine});
+  EXPECT_EQ(ArchiveFile(gzipped(tar) + gzipped("") + gzipped("")).listed(), Lines{kHostnameLine});
+}
+
+TEST(Reader, TakesZerosBehindTheArchiveAndBehindTheGzipData) {
+  const std::string tar = kHostname + kEndMark + std::string(300001, '\0');
+  EXPECT_EQ(ArchiveFile(gzipped(tar) + std::string(300001, '\0')).listed(), Lines{kHostnameLine});
+}
+
+TEST(Reader, GivesNoMemberOfAnEmptyArchive) {
+  EXPECT_EQ(ArchiveFile(gzipped(kEndMark)).listed(), Lines{});
+}
+
+TEST(Reader, GivesContentsOfAnySize) {
+  std::string tar;
+  Lines expected;
+  for (const std::size_t size : {0U, 1U, 511U, 512U, 513U, 16384U, 131071U, 131072U, 1000000U}) {
+    std::string content;
+    while (content.size() < size) content += std::to_string(content.size());
+    content.resize(size);
+    tar += member({.name = "etc/hostname"}, content);
+    expected.push_back("file 644 0:0 " + std::to_string(size) +
+                       " 1700000000 etc/hostname: " + content);
+  }
+  EXPECT_EQ(ArchiveFile(gzipped(tar + kEndMark)).listed(), expected);
+}
+
+TEST(Reader, GoesOnPastContentsThatNobodyHasRead) {
+  const ArchiveFile file(
+      gzipped(member({.name = "etc/CCcam.cfg"}, std::string(1000000, 'x')) + kHostname + kEndMark));
+  tarball::Reader reader(file.path());
+  EXPECT_EQ(reader.read(), "");
+  ASSERT_EQ(reader.next().value().path, "etc/CCcam.cfg");
+  EXPECT_EQ(listed(reader), Lines{kHostnameLine});
+  EXPECT_EQ(reader.next(), std::nullopt);
+  EXPECT_EQ(reader.read(), "");
+  EXPECT_EQ(reader.unpacked(), 512U + 1000448 + 1024 + 1024);
+}
+
+TEST(Reader, TellsHowFarItHasReadTheFile) {
+  std::string packed;
+  for (int round = 0; round < 2000; ++round) packed += gzipped(kHostname);
+  packed += gzipped(kEndMark);
+  const ArchiveFile file(packed);
+  std::vector<std::uint64_t> progress;
+  tarball::Reader reader(file.path(), [&](std::uint64_t bytes) { progress.push_back(bytes); });
+  EXPECT_EQ(listed(reader).size(), 2000U);
+  std::vector<std::uint64_t> expected;
+  for (std::uint64_t bytes = 65536; bytes < packed.size(); bytes += 65536) {
+    expected.push_back(bytes);
+  }
+  ASSERT_GE(expected.size(), 2U);
+  expected.push_back(packed.size());
+  EXPECT_EQ(progress, expected);
+}
+
+TEST(Reader, ReadsAnOpenFileFromWhereItStands) {
+  const ArchiveFile file("begin" + gzipped(kHostname + kEndMark));
+  native::Descriptor descriptor(open(file.path().c_str(), O_RDONLY));
+  ASSERT_EQ(lseek(descriptor.number(), 5, SEEK_SET), 5);
+  tarball::Reader reader(std::move(descriptor), "archive");
+  EXPECT_EQ(listed(reader), Lines{kHostnameLine});
+}
+
+/// A tar archive that nobody has compressed, in pieces of any size.
+class Pieces : public tarball::Stream {
+ public:
+  Pieces(std::string bytes, std::size_t size) : bytes_(std::move(bytes)), size_(size) {}
+  std::string_view read() override {
+    const std::string_view piece = std::string_view(bytes_).substr(at_, size_);
+    at_ += piece.size();
+    return piece;
+  }
+  std::uint64_t compressed() const override { return at_; }
+
+ private:
+  std::string bytes_;
+  std::size_t size_;
+  std::size_t at_ = 0;
+};
+
+TEST(Reader, ReadsAnyStreamInPiecesOfAnySize) {
+  const std::string tar = kHostname + kHostname + kEndMark;
+  for (std::size_t size = 1; size <= tar.size(); size += 7) {
+    tarball::Reader reader(std::make_unique<Pieces>(tar, size));
+    ASSERT_EQ(listed(reader), (Lines{kHostnameLine, kHostnameLine})) << size;
+    tarball::Reader followed(std::make_unique<Pieces>(tar + "x", size));
+    EXPECT_THROW(listed(followed), tarball::Damaged) << size;
+  }
+}
+
+TEST(Reader, GivesTheTypeOfEveryMember) {
+  const std::string sparse_tail = std::string(
+                                      "00000001000\0"
+                                      "00000001000\0",
+                                      24) +
+                                  std::string(73, '\0') + "00000002000";
+  const std::string tar =
+      block({.name = "file"}) + block({.name = "old", .type = '\0'}) +
+      block({.name = "contiguous", .type = '7'}) + block({.name = "directory/", .type = '5'}) +
+      block({.name = "symbolic", .type = '2', .link = "target"}) +
+      block({.name = "hard", .type = '1', .link = "file"}) +
+      block({.name = "character", .type = '3'}) + block({.name = "block", .type = '4'}) +
+      block({.name = "fifo", .type = '6'}) +
+      block({.name = "sparse", .type = 'S', .size = 512, .tail = sparse_tail}) +
+      std::string(512, 's') + kEndMark;
+  EXPECT_EQ(ArchiveFile(gzipped(tar)).listed(),
+            (Lines{"file 644 0:0 0 1700000000 file: ", "file 644 0:0 0 1700000000 old: ",
+                   "file 644 0:0 0 1700000000 contiguous: ",
+                   "directory 644 0:0 0 1700000000 directory/: ",
+                   "symbolic link 644 0:0 0 1700000000 symbolic -> target: ",
+                   "hard link 644 0:0 0 1700000000 hard -> file: ",
+                   "device 644 0:0 0 1700000000 character: ", "device 644 0:0 0 1700000000 block: ",
+                   "FIFO 644 0:0 0 1700000000 fifo: ",
+                   "sparse file 644 0:0 1024 1700000000 sparse: " + std::string(512, 's')}));
+}
+
+TEST(Reader, RaisesWhatTheSystemRefuses) {
+  const support::TemporaryDirectory directory;
+  EXPECT_THROW(
+      {
+        try {
+          tarball::Reader reader(directory / "missing");
+        } catch (const host::Error& error) {
+          EXPECT_EQ(error.message(),
+                    "[Errno 2] No such file or directory: '" + (directory / "missing") + "'");
+          throw;
+        }
+      },
+      host::Error);
+  tarball::Reader reader(directory.path());
+  EXPECT_THROW(
+      {
+        try {
+          reader.next();
+        } catch (const host::Error& error) {
+          EXPECT_EQ(error.message(), "[Errno 21] Is a directory: '" + directory.path() + "'");
+          throw;
+        }
+      },
+      host::Error);
+}
+
+TEST(Reader, DoesNotWaitForAFifo) {
+  const support::TemporaryDirectory directory;
+  ASSERT_EQ(mkfifo((directory / "fifo").c_str(), 0600), 0);
+  tarball::Reader reader(directory / "fifo");
+  EXPECT_THROW(reader.next(), tarball::Damaged);
+}
+
+/// Names of which a locale may make others: composed, decomposed, Latin-1.
+const Lines kNames = {"caf\xc3\xa9", "cafe\xcc\x81", "caf\xe9"};
+
+class NamesInLocale : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override { ASSERT_NE(std::setlocale(LC_ALL, GetParam()), nullptr); }
+  void TearDown() override { std::setlocale(LC_ALL, "C"); }
+};
+
+TEST_P(NamesInLocale, AreTheBytesOfTheArchive) {
+  std::string tar;
+  Lines expected;
+  for (const std::string& name : kNames) {
+    const std::string line = "symbolic link 644 0:0 0 1700000000 " + name + " -> " + name + ": ";
+    const Header header{.name = name, .type = '2', .link = name};
+    tar +=
+        block(header) + extended(record("path", name) + record("linkpath", name)) + block(header);
+    expected.insert(expected.end(), 2, line);
+  }
+  EXPECT_EQ(ArchiveFile(gzipped(tar + kEndMark)).listed(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, NamesInLocale, testing::Values("C", "C.UTF-8"),
+                         [](const auto& info) {
+                           return std::string(info.param) == "C" ? "Bytes" : "Utf8";
+                         });
+
+}  // namespace
+}  // namespace archive_test

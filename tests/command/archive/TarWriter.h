@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace archive_test {
+
+/// The fields of a tar header that tests are about.
+struct Header {
+  std::string name = {};
+  char type = '0';
+  std::uint64_t size = 0;
+  std::string link = {};
+  std::string size_field = {};  // the field of the size itself, instead of `size`; 12 bytes
+  std::string tail = {};        // the header's bytes from 386 on, instead of zeros
+};
+
+/// Returns the block of a header, with its checksum.
+std::string block(const Header& header);
+
+/// Returns `content` with zeros up to a whole number of blocks.
+std::string padded(std::string content);
+
+/// Returns a member: its header, which says the size of `content`, and the content.
+std::string member(Header header, const std::string& content = "");
+
+/// Returns a record of an extended header.
+std::string record(const std::string& key, const std::string& value);
+
+/// Returns an extended header of such records, which is about the member that follows.
+std::string extended(const std::string& records);
+
+/// The two blocks of zeros at the end of a tar archive.
+extern const std::string kEndMark;
+
+/// Returns `bytes` as gzip data, compressed as well as zlib does at this level; 0 stores them.
+std::string gzipped(const std::string& bytes, int level = 6);
+
+/// Returns `text` so many times.
+std::string repeated(const std::string& text, std::size_t times);
+
+}  // namespace archive_test
