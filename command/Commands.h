@@ -21,4 +21,7 @@ void addDesk(CLI::App& stowline);
 /// Adds `stowline list`.
 void addList(CLI::App& stowline);
 
+/// Adds `stowline verify`.
+void addVerify(CLI::App& stowline);
+
 }  // namespace command

@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
   command::addReceiver(stowline);
   command::addDesk(stowline);
   command::addList(stowline);
+  command::addVerify(stowline);
   try {
     return run(stowline, argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -23,14 +23,24 @@ std::string readAll(int descriptor, const std::string& path) {
   std::string text;
   std::array<char, 65536> buffer{};
   for (;;) {
-    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
-    if (count == 0) return text;
+    const std::size_t count = readSome(descriptor, buffer.data(), buffer.size(), path);
+    text.append(buffer.data(), count);
+    if (count < buffer.size()) return text;
+  }
+}
+
+std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::string& path) {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t count = read(descriptor, bytes + done, size - done);
+    if (count == 0) break;
     if (count > 0) {
-      text.append(buffer.data(), static_cast<std::size_t>(count));
+      done += static_cast<std::size_t>(count);
     } else if (errno != EINTR) {
       throw osError(errno, path);
     }
   }
+  return done;
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

@@ -11,6 +11,10 @@ namespace native {
 /// ("OSError").
 std::string readAll(int descriptor, const std::string& path);
 
+/// Reads at most `size` bytes of the open file `descriptor` into `bytes`, less only where the file
+/// ends. Returns how many. `path` names it in an error. Raises host::Error ("OSError").
+std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::string& path);
+
 /// Cuts `text` behind every newline.
 std::vector<std::string> linesOf(const std::string& text);
 

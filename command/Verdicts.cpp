@@ -1,0 +1,82 @@
+#include "Verdicts.h"
+
+#include <ostream>
+#include <system_error>
+
+#include "backups/VerifyFile.h"
+#include "host/Error.h"
+#include "native/ShownText.h"
+#include "output/Progress.h"
+#include "output/Table.h"
+
+namespace command {
+namespace {
+
+void print(std::ostream& out, const char* title, const std::vector<tarball::Finding>& findings,
+           std::uint64_t count) {
+  for (const tarball::Finding& finding : findings) {
+    out << "  " << title << finding.what;
+    if (!finding.member.empty()) out << ": " << output::lineOf(finding.member);
+    out << "\n";
+  }
+  if (count > findings.size()) {
+    out << "  " << title << "and " << count - findings.size() << " more\n";
+  }
+}
+
+Json jsonOf(const std::vector<tarball::Finding>& findings) {
+  Json all = Json::array();
+  for (const tarball::Finding& finding : findings) {
+    all.push_back({{"what", finding.what},
+                   {"member", finding.member.empty() ? Json() : Json(finding.member)}});
+  }
+  return all;
+}
+
+}  // namespace
+
+Verified verifyOne(const std::filesystem::path& file, bool shows_progress) {
+  Verified verified{
+      .file = file, .kind = backups::kindOf(file.filename().string()), .error = {}, .verdict = {}};
+  std::error_code unknown;
+  const std::uintmax_t size = std::filesystem::file_size(file, unknown);
+  output::Progress progress(file.filename().string(), unknown ? 0 : size, shows_progress);
+  try {
+    verified.verdict = backups::verifyFile(file.string(), verified.kind,
+                                           [&](std::uint64_t done) { progress.show(done); });
+  } catch (const host::Error& error) {
+    verified.error = error.message();
+  }
+  return verified;
+}
+
+void print(std::ostream& out, const Verified& verified) {
+  const tarball::Verdict& verdict = verified.verdict;
+  out << output::lineOf(verified.file.string()) << ": ";
+  if (!verified.error.empty()) {
+    out << "cannot be read: " << output::lineOf(verified.error) << "\n";
+    return;
+  }
+  const bool is_list = verified.kind == backups::FileKind::plugin_list;
+  out << (verified.isSound() ? "sound" : "NOT SOUND") << ", " << wordOf(verified.kind) << ", "
+      << verdict.members << (is_list ? " packages, " : " members, ")
+      << output::sizeText(static_cast<long long>(verdict.unpacked)) << "\n";
+  print(out, "", verdict.findings, verdict.found);
+  print(out, "note: ", verdict.notes, verdict.noted);
+}
+
+Json jsonOf(const Verified& verified) {
+  const tarball::Verdict& verdict = verified.verdict;
+  return {{"file", native::shownText(verified.file.string())},
+          {"kind", wordOf(verified.kind)},
+          {"sound", verified.isSound()},
+          {"error", verified.error.empty() ? Json() : Json(native::shownText(verified.error))},
+          {"members", verdict.members},
+          {"unpacked", verdict.unpacked},
+          {"findings", jsonOf(verdict.findings)},
+          {"findings_total", verdict.found},
+          {"notes", jsonOf(verdict.notes)},
+          {"notes_total", verdict.noted}};
+}
+
+}  // namespace command

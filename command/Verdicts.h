@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "archive/Verify.h"
+#include "backups/FileKind.h"
+
+namespace command {
+
+using Json = nlohmann::ordered_json;
+
+/// A backup that was read to its end, or could not be read.
+struct Verified {
+  std::filesystem::path file;
+  backups::FileKind kind;
+  std::string error;  ///< why it could not be read; "" when it could
+  tarball::Verdict verdict;
+
+  bool isSound() const { return error.empty() && verdict.sound(); }
+};
+
+/// Reads a backup to its end. `shows_progress`: whether a bar is shown where there is a terminal.
+Verified verifyOne(const std::filesystem::path& file, bool shows_progress);
+
+/// Prints what was found, for people.
+void print(std::ostream& out, const Verified& verified);
+
+/// Returns the same for programs.
+Json jsonOf(const Verified& verified);
+
+}  // namespace command

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "archive/Places.h"
+
+namespace backups {
+
+/// The places of each kind of archive, as the module's engine archives them.
+struct EnginePlaces {
+  tarball::Places settings;
+  tarball::Places configuration;
+  tarball::Places user_files;         ///< of the two skins
+  tarball::Places any;                ///< those of all kinds
+  std::vector<std::string> patterns;  ///< those of `any`, as shell patterns
+};
+
+/// Asks the engine, on a receiver where nothing happens.
+EnginePlaces askEngine();
+
+}  // namespace backups

@@ -1,0 +1,76 @@
+#include "VerifyFile.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <string_view>
+
+#include "Engine.h"
+#include "archive/Paths.h"
+#include "native/Descriptor.h"
+#include "native/OsError.h"
+#include "native/Reading.h"
+
+namespace backups {
+namespace {
+
+/// The most bytes of a list of packages: no receiver has so many.
+constexpr std::size_t kMostOfList = 1024 * 1024;
+
+/// Whether `line` is the name of a package (deb-control(5), "Package") with its newline.
+bool isPackageLine(std::string_view line) {
+  if (!line.ends_with('\n')) return false;
+  line.remove_suffix(1);
+  constexpr std::string_view kCharacters =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-._";
+  return !line.empty() && line.find_first_not_of(kCharacters) == std::string_view::npos;
+}
+
+void find(tarball::Verdict& verdict, const char* what, const std::string& line) {
+  ++verdict.found;
+  if (verdict.findings.size() < tarball::kMostFindings) {
+    verdict.findings.push_back({what, tarball::shownPath(line)});
+  }
+}
+
+tarball::Verdict verifyList(const std::string& path) {
+  const native::Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!file) throw native::osError(errno, path);
+  tarball::Verdict verdict;
+  std::string text(kMostOfList + 1, '\0');
+  text.resize(native::readSome(file.number(), text.data(), text.size(), path));
+  if (text.size() > kMostOfList) find(verdict, "too long for a list of packages", "");
+  verdict.unpacked = text.size();
+  for (const std::string& line : native::linesOf(text)) {
+    ++verdict.members;
+    if (!isPackageLine(line)) find(verdict, "not the name of a package", line);
+  }
+  return verdict;
+}
+
+tarball::Places placesOf(FileKind kind) {
+  EnginePlaces engine = askEngine();
+  switch (kind) {
+    case FileKind::settings:
+      return engine.settings;
+    case FileKind::configuration:
+      return engine.configuration;
+    case FileKind::user_files:
+      return engine.user_files;
+    default:
+      return engine.any;
+  }
+}
+
+}  // namespace
+
+tarball::Verdict verifyFile(const std::string& path, FileKind kind,
+                            const tarball::Progress& progress) {
+  if (kind == FileKind::plugin_list) return verifyList(path);
+  tarball::Reader reader(path, progress);
+  return tarball::verify(reader, placesOf(kind));
+}
+
+}  // namespace backups

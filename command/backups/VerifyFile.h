@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "FileKind.h"
+#include "archive/GzipFile.h"
+#include "archive/Verify.h"
+
+namespace backups {
+
+/// Reads a backup to its end and says whether it is sound: an archive that holds what its kind may
+/// hold (of an unknown kind, what any kind may hold), or a list of package names. `progress` hears
+/// how far the file has been read. Raises host::Error ("OSError") when it cannot be read.
+tarball::Verdict verifyFile(const std::string& path, FileKind kind,
+                            const tarball::Progress& progress = {});
+
+}  // namespace backups

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "backups/VerifyFile.h"
+#include "host/Error.h"
+#include "support/TemporaryDirectory.h"
+
+namespace backups {
+namespace {
+
+struct PluginListTest : testing::Test {
+  tarball::Verdict verify(const std::string& content) const {
+    directory.write("list", content);
+    return verifyFile(directory / "list", FileKind::plugin_list);
+  }
+
+  support::TemporaryDirectory directory;
+};
+
+TEST_F(PluginListTest, NamesOfPackagesALineEachAreSound) {
+  const tarball::Verdict verdict =
+      verify("enigma2-plugin-extensions-one\nenigma2-plugin-skin-2.0+r1\n");
+  EXPECT_TRUE(verdict.sound());
+  EXPECT_EQ(verdict.members, 2U);
+  EXPECT_TRUE(verify("").sound());
+}
+
+TEST_F(PluginListTest, AnythingElseIsNamed) {
+  struct Case {
+    const char* content;
+    std::vector<tarball::Finding> findings;
+  };
+  const Case cases[] = {
+      {"one\ntwo", {{"not the name of a package", "two"}}},
+      {"one\n\n", {{"not the name of a package", "\\x0a"}}},
+      {"one\r\n", {{"not the name of a package", "one\\x0d\\x0a"}}},
+      {"; reboot\nab cd\n",
+       {{"not the name of a package", "; reboot\\x0a"},
+        {"not the name of a package", "ab cd\\x0a"}}},
+  };
+  for (const Case& one : cases) {
+    const tarball::Verdict verdict = verify(one.content);
+    EXPECT_EQ(verdict.findings, one.findings);
+    EXPECT_EQ(verdict.found, one.findings.size());
+  }
+}
+
+TEST_F(PluginListTest, ManyFindingsAreCounted) {
+  std::string content;
+  for (int line = 0; line < 1000; ++line) content += "!\n";
+  const tarball::Verdict verdict = verify(content);
+  EXPECT_EQ(verdict.findings.size(), tarball::kMostFindings);
+  EXPECT_EQ(verdict.found, 1000U);
+}
+
+TEST_F(PluginListTest, EndlessListIsNotReadToItsEnd) {
+  const tarball::Verdict verdict = verifyFile("/dev/zero", FileKind::plugin_list);
+  EXPECT_EQ(verdict.findings.front(), (tarball::Finding{"too long for a list of packages", ""}));
+}
+
+TEST_F(PluginListTest, ListThatIsNotThereRaises) {
+  EXPECT_THROW(verifyFile(directory / "none", FileKind::plugin_list), host::Error);
+}
+
+}  // namespace
+}  // namespace backups
