@@ -15,6 +15,9 @@ inline void require(std::initializer_list<const CLI::Option*> options) {
 /// Adds `stowline receiver new` and `stowline receiver flash`.
 void addReceiver(CLI::App& stowline);
 
+/// Adds `stowline auto`.
+void addAuto(CLI::App& stowline);
+
 /// Adds `stowline desk`.
 void addDesk(CLI::App& stowline);
 

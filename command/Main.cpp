@@ -71,6 +71,7 @@ int main(int argc, char** argv) {
     }
   });
   command::addReceiver(stowline);
+  command::addAuto(stowline);
   command::addDesk(stowline);
   command::addList(stowline);
   command::addVerify(stowline);

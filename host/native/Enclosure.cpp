@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <sched.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -13,6 +15,10 @@
 
 namespace native {
 namespace {
+
+/// Where the GUI works. Not "/": there the shell would expand the relative patterns of the
+/// configuration backup's exclusions.
+constexpr const char* kHome = "/home/root";
 
 bool writeTo(const char* path, const std::string& text) {
   const native::Descriptor file(open(path, O_WRONLY | O_CLOEXEC));
@@ -41,6 +47,15 @@ void enterTree(const std::filesystem::path& dir) {
     throw std::runtime_error("cannot move into " + dir.string() + ": " + std::strerror(errno) +
                              " (run stowline as root, or as an ordinary user of the tree)");
   }
+}
+
+void setReceiverEnvironment() {
+  clearenv();
+  setenv("PATH", "/bin:/sbin:/usr/bin:/usr/sbin", 1);
+  setenv("HOME", kHome, 1);
+  setenv("LANG", "C", 1);
+  umask(022);
+  if (chdir(kHome) != 0) throw std::runtime_error(std::string("the receiver has no ") + kHome);
 }
 
 }  // namespace native

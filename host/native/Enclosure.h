@@ -10,4 +10,8 @@ namespace native {
 /// system does not allow it.
 void enterTree(const std::filesystem::path& dir);
 
+/// Lets this process and its commands see no environment but what a receiver's GUI has, and work in
+/// its directory. Raises std::runtime_error when that is not there.
+void setReceiverEnvironment();
+
 }  // namespace native

@@ -90,7 +90,7 @@ class RefusalTest(unittest.TestCase):
     def test_receiver_without_a_home(self):
         os.rename(self.receiver.path("home/root"), self.receiver.path("home/nobody"))
         terminal = self.directory.terminal(columns=200)
-        self.assert_shell_says(terminal, desk(self.receiver), 1, "stowline: the tree has no /home/root")
+        self.assert_shell_says(terminal, desk(self.receiver), 1, "stowline: the receiver has no /home/root")
 
     def test_menu_that_does_not_open(self):
         os.remove(self.receiver.path("etc/enigma2/settings"))

@@ -24,9 +24,6 @@ namespace desk {
 namespace {
 
 constexpr const char* kPidFile = "/var/run/enigma2.pid";
-/// Where the GUI works. Not "/": there the shell would expand the relative patterns of the
-/// configuration backup's exclusions.
-constexpr const char* kHome = "/home/root";
 constexpr const char* kGuiLog = "/var/log/enigma2.log";
 
 /// Sends what happens to the supervisor.
@@ -46,16 +43,6 @@ class Reporter : public Observer {
  private:
   Channel& channel_;
 };
-
-/// Lets this process and its commands see nothing but what a receiver's GUI would.
-void setEnvironment() {
-  clearenv();
-  setenv("PATH", "/bin:/sbin:/usr/bin:/usr/sbin", 1);
-  setenv("HOME", kHome, 1);
-  setenv("LANG", "C", 1);
-  umask(022);
-  if (chdir(kHome) != 0) throw std::runtime_error(std::string("the tree has no ") + kHome);
-}
 
 /// Gives signals the meaning that they have for a program that has just been started, whatever the
 /// front end has made of them: commands would inherit that.
@@ -181,7 +168,7 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
   try {
     leaveStandardStreams();
     native::enterTree(dir);
-    setEnvironment();
+    native::setReceiverEnvironment();
     redirectOutput();
     writePidFile();
     Reporter reporter(channel);

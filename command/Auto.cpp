@@ -1,0 +1,112 @@
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Commands.h"
+#include "OnReceiver.h"
+#include "Verdicts.h"
+#include "native/ShownText.h"
+#include "output/Progress.h"
+#include "output/Table.h"
+#include "scheduled/ScheduledBackup.h"
+
+namespace command {
+namespace {
+
+struct Options {
+  std::filesystem::path receiver;
+  std::vector<std::string> jobs = scheduled::jobNames();
+  bool json = false;
+  bool quiet = false;
+};
+
+/// Returns what draws a bar while a backup is read.
+scheduled::Begin bars(bool are_wanted) {
+  return [are_wanted](const std::string& file, std::uint64_t size) -> tarball::Progress {
+    const auto bar = std::make_shared<output::Progress>(file, size, are_wanted);
+    return [bar](std::uint64_t done) { bar->show(done); };
+  };
+}
+
+void printText(const scheduled::Report& report) {
+  for (const scheduled::JobReport& job : report.jobs) {
+    for (const scheduled::Written& written : job.written) {
+      std::cout << job.job << ": " << written.file << ", ";
+      if (written.error.empty()) {
+        std::cout << output::sizeText(static_cast<long long>(written.size)) << ", sound\n";
+      } else {
+        std::cout << output::lineOf(written.error) << "\n";
+      }
+      if (written.verdict.noted > 0) {
+        std::cout << "  " << written.verdict.noted << " notes, see stowline verify\n";
+      }
+    }
+  }
+  for (const std::string& file : report.deleted) {
+    std::cout << "deleted: " << output::lineOf(file) << "\n";
+  }
+}
+
+Json jsonOf(const scheduled::Report& report) {
+  Json json = {{"ok", report.failure.empty()}};
+  json["failure"] = report.failure.empty() ? Json() : Json(native::shownText(report.failure));
+  json["files"] = Json::array();
+  for (const scheduled::JobReport& job : report.jobs) {
+    for (const scheduled::Written& written : job.written) {
+      const std::string error = native::shownText(written.error);
+      json["files"].push_back({{"job", job.job},
+                               {"file", native::shownText(written.file)},
+                               {"size", written.size},
+                               {"members", written.verdict.members},
+                               {"unpacked", written.verdict.unpacked},
+                               {"sound", error.empty()},
+                               {"error", error.empty() ? Json() : Json(error)},
+                               {"notes_total", written.verdict.noted}});
+    }
+  }
+  json["deleted"] = Json::array();
+  for (const std::string& file : report.deleted) {
+    json["deleted"].push_back(native::shownText(file));
+  }
+  return json;
+}
+
+void runAuto(const Options& options) {
+  moveOntoReceiver(options.receiver);
+  const scheduled::Report report = scheduled::run(options.jobs, bars(!options.quiet));
+  if (options.json) {
+    std::cout << jsonOf(report).dump(2) << "\n";
+  } else if (!options.quiet) {
+    printText(report);
+  }
+  if (!report.failure.empty()) {
+    throw std::runtime_error("nothing old was deleted: " + output::lineOf(report.failure));
+  }
+}
+
+}  // namespace
+
+void addAuto(CLI::App& stowline) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* scheduled = stowline.add_subcommand(
+      "auto",
+      "Write a scheduled backup, read it again, and delete the oldest ones only when all is well.");
+  scheduled
+      ->add_option("--receiver", options->receiver,
+                   "a receiver tree; by default the receiver that this runs on")
+      ->type_name("DIR");
+  scheduled->add_option("--jobs", options->jobs, "what to back up")
+      ->delimiter(',')
+      ->check(CLI::IsMember(scheduled::jobNames()))
+      ->capture_default_str();
+  scheduled->add_flag("--json", options->json, "print JSON");
+  scheduled->add_flag("--quiet", options->quiet, "print nothing but what has failed");
+  scheduled->callback([=] { runAuto(*options); });
+}
+
+}  // namespace command

@@ -1,0 +1,54 @@
+#include "Medium.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <vector>
+
+#include "Media.h"
+#include "Setup.h"
+#include "native/Descriptor.h"
+
+namespace scheduled {
+namespace {
+
+/// What is written to see whether a medium takes anything: more than the blocks that a file system
+/// keeps back within a file's own record.
+constexpr std::size_t kProbe = 65536;
+
+/// Writes and syncs the probe. Returns whether it has all been taken; errno says why not.
+bool writeProbe(int file) {
+  const std::string bytes(kProbe, 'x');
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t count = write(file, bytes.data() + done, bytes.size() - done);
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) done += static_cast<std::size_t>(count);
+  }
+  return fsync(file) == 0;
+}
+
+}  // namespace
+
+void requireMounted(host::Host& host) {
+  const std::string setting = stowline::backupRestorePathSetting(host).value();
+  const std::string medium = setting.substr(0, setting.find_last_not_of('/') + 1);
+  const std::vector<std::string> mounted = stowline::mountedMedia(host.os());
+  if (std::ranges::find(mounted, medium) != mounted.end()) return;
+  throw std::runtime_error("the medium " + medium + " is not mounted");
+}
+
+std::string whyNotWritable(const std::string& directory) {
+  std::string path = directory + "/.stowline-XXXXXX";
+  const native::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
+  if (!file) return std::strerror(errno);
+  const std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
+  unlink(path.c_str());
+  return reason;
+}
+
+}  // namespace scheduled

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "host/Host.h"
+
+namespace scheduled {
+
+/// Raises std::runtime_error, in one line, unless the medium that the receiver's settings name is
+/// mounted.
+void requireMounted(host::Host& host);
+
+/// Writes a file of some size into `directory`, and removes it. Returns why it cannot be written,
+/// as strerror(3) has it, "" when it can.
+std::string whyNotWritable(const std::string& directory);
+
+}  // namespace scheduled

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "archive/GzipFile.h"
+#include "archive/Verify.h"
+
+namespace scheduled {
+
+/// A file that a job has written.
+struct Written {
+  std::string file;
+  std::uint64_t size = 0;  ///< bytes; 0 for one that is not there
+  tarball::Verdict verdict;
+  std::string error;  ///< why it is no backup; "" when it was read and is sound
+};
+
+/// What came of a job.
+struct JobReport {
+  std::string job;
+  std::vector<Written> written;
+};
+
+/// What came of a run.
+struct Report {
+  std::vector<JobReport> jobs;
+  std::vector<std::string> deleted;  ///< the old backups that went, in order
+  std::string failure;               ///< why nothing old was deleted; "" when all went well
+};
+
+/// The jobs that there are, in their order.
+std::vector<std::string> jobNames();
+
+/// Runs a scheduled backup on the receiver that this process is in: each of `jobs` with one stamp,
+/// each result read to its end; then the oldest scheduled backups go, but only when every job has
+/// brought a sound backup. What is not sound is removed again, so that it is never taken for the
+/// newest. `begin` hears of each file that is about to be read, with its size, and returns who
+/// hears how far. One run at a time: raises std::runtime_error while another runs, and for what
+/// keeps any backup from being made: no receiver, no medium, a medium that cannot be written.
+using Begin = std::function<tarball::Progress(const std::string& file, std::uint64_t size)>;
+Report run(const std::vector<std::string>& jobs, const Begin& begin);
+
+}  // namespace scheduled

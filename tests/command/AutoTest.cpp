@@ -1,0 +1,305 @@
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "DeskTest.h"
+#include "Namespace.h"
+#include "native/Descriptor.h"
+
+namespace command_test {
+namespace {
+
+namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
+
+/// The scheduled backup: what it writes, what it trusts, and what it deletes.
+class AutoTest : public DeskTest {
+ protected:
+  Outcome backup(const Strings& options = {}, const Strings& wrapper = {}) {
+    Strings argv = wrapper;
+    for (const std::string& word : {std::string(kStowline), std::string("auto"),
+                                    std::string("--receiver"), receiver().tree().string()}) {
+      argv.push_back(word);
+    }
+    argv.insert(argv.end(), options.begin(), options.end());
+    return run(argv);
+  }
+
+  /// Puts four old scheduled backups of each kind onto the medium, and returns the files' names.
+  Strings putOldBackups() {
+    Strings names;
+    for (const char* day : {"01", "02", "03", "04"}) {
+      const std::string stamp = std::string("_202403") + day + "_07-04_solo2.auto";
+      names.push_back("settings" + stamp + ".tar.gz");
+      names.push_back("configuration_ver_c" + stamp + ".tar.gz");
+      names.push_back("pluginlist" + stamp + ".lst");
+    }
+    for (const std::string& name : names) receiver().write(kBackups + "/" + name, "old");
+    return names;
+  }
+
+  Strings namesOnMedium() { return namesIn(receiver().at(kBackups)); }
+
+  /// Returns the names that were not on the medium before.
+  Strings newNames(const Strings& before) {
+    Strings names = namesOnMedium();
+    std::erase_if(names,
+                  [&](const std::string& name) { return std::ranges::count(before, name) > 0; });
+    return names;
+  }
+
+  /// Expects that the run has failed for this reason, and that nothing old is gone.
+  void expectKept(const Outcome& outcome, const std::string& reason, const Strings& before) {
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(linesOf(outcome.errors).size(), 1U);
+    EXPECT_NE(outcome.errors.find(reason), std::string::npos) << outcome.errors;
+    const Strings after = namesOnMedium();
+    EXPECT_TRUE(std::ranges::includes(after, before));
+  }
+
+  void makeTool(const std::string& path, const std::string& body) {
+    if (!receiver().exists(path + ".real"))
+      fs::rename(receiver().at(path), receiver().at(path + ".real"));
+    receiver().makeScript(path, body);
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(, AutoTest, kAccounts, nameOfAccount);
+
+/// Returns `name` with its time as "STAMP".
+std::string withoutTime(std::string name) {
+  const std::size_t model = name.find("_solo2");
+  return name.replace(model - 14, 14, "STAMP");
+}
+
+TEST_P(AutoTest, WritesEveryKindWithOneStampAndSaysSo) {
+  const Strings before = namesOnMedium();
+  const Outcome outcome = backup();
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_EQ(outcome.errors, "");
+  Strings names = newNames(before);
+  ASSERT_EQ(names.size(), 4U);
+  const std::string stamp = names[0].substr(names[0].find("_solo2") - 14, 14);
+  for (std::string& name : names) {
+    EXPECT_NE(name.find(stamp), std::string::npos);
+    name = withoutTime(name);
+  }
+  EXPECT_EQ(names,
+            (Strings{"configuration_ver_c_STAMP_solo2.auto.tar.gz",
+                     "configuration_ver_c_STAMP_solo2.auto.tar.gz_user_files",
+                     "pluginlist_STAMP_solo2.auto.lst", "settings_STAMP_solo2.auto.tar.gz"}));
+  Strings said = linesOf(outcome.output);
+  for (std::string& line : said) {
+    line = withoutTime(line);
+    line = line.substr(0, line.find(',')) + line.substr(line.rfind(','));
+  }
+  EXPECT_EQ(said, (Strings{"settings: " + kBackups + "/" + names[3] + ", sound",
+                           "config: " + kBackups + "/" + names[0] + ", sound",
+                           "config: " + kBackups + "/" + names[1] + ", sound",
+                           "plugins: " + kBackups + "/" + names[2] + ", sound"}));
+}
+
+TEST_P(AutoTest, DeletesTheOldestWhenAllIsWellAndJsonSaysWhich) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  const Outcome outcome = backup({"--json"});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  const Json json = Json::parse(outcome.output);
+  EXPECT_EQ(json["ok"], true);
+  EXPECT_EQ(json["failure"], nullptr);
+  const Strings written = newNames(before);
+  ASSERT_EQ(json["files"].size(), written.size());
+  for (const Json& file : json["files"]) {
+    const fs::path path = receiver().at(file["file"]);
+    EXPECT_EQ(file["size"], fs::file_size(path));
+    EXPECT_EQ(file["sound"], true);
+    EXPECT_EQ(file["error"], nullptr);
+    EXPECT_EQ(file["notes_total"], 0);
+    const std::size_t members =
+        path.extension() == ".lst" ? receiver().lines(file["file"]).size() : membersOf(path).size();
+    EXPECT_EQ(file["members"], members);
+  }
+  Strings gone;
+  for (const char* kind : {"settings", "configuration_ver_c", "pluginlist"}) {
+    for (const char* day : {"02", "01"}) {
+      gone.push_back(kBackups + "/" + kind + "_202403" + day + "_07-04_solo2.auto" +
+                     (kind == std::string("pluginlist") ? ".lst" : ".tar.gz"));
+    }
+  }
+  EXPECT_EQ(json["deleted"], Json(gone));
+  for (const std::string& file : gone) EXPECT_FALSE(receiver().exists(file)) << file;
+  EXPECT_EQ(namesOnMedium().size(), before.size() + written.size() - gone.size());
+}
+
+TEST_P(AutoTest, JobsAreThoseThatAreAskedFor) {
+  const Strings before = namesOnMedium();
+  const Outcome outcome = backup({"--jobs", "plugins,settings", "--quiet"});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_EQ(outcome.output + outcome.errors, "");
+  Strings names = newNames(before);
+  for (std::string& name : names) name = withoutTime(name);
+  EXPECT_EQ(names,
+            (Strings{"pluginlist_STAMP_solo2.auto.lst", "settings_STAMP_solo2.auto.tar.gz"}));
+}
+
+TEST_P(AutoTest, ArchiveThatIsNotSoundIsRemovedAndNothingOldGoes) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  // Cut off, as on a medium that is full.
+  makeTool("/bin/tar",
+           "/bin/tar.real \"$@\"; echo no room >&2; head -c 12000 \"$2\" > /tmp/cut; cp /tmp/cut "
+           "\"$2\"");
+  const Outcome outcome = backup({"--jobs", "settings"});
+  expectKept(outcome, "is not sound: the file is cut off", before);
+  EXPECT_NE(outcome.errors.find("(no room)"), std::string::npos) << outcome.errors;
+  EXPECT_EQ(namesOnMedium(), before);
+}
+
+TEST_P(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  makeTool("/bin/tar", "case \"$2\" in *settings*) exit 1;; esac; exec /bin/tar.real \"$@\"");
+  const Outcome outcome = backup({"--json"});
+  expectKept(outcome, ".auto.tar.gz was not written", before);
+  EXPECT_EQ(newNames(before).size(), 3U);
+  const Json json = Json::parse(outcome.output);
+  EXPECT_EQ(json["ok"], false);
+  EXPECT_EQ(json["deleted"], Json::array());
+  EXPECT_EQ("stowline: nothing old was deleted: " + json["failure"].get<std::string>() + "\n",
+            outcome.errors);
+}
+
+TEST_P(AutoTest, EmptyPluginListIsTrustedOnlyWhenThePackageManagerAnswers) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  makeTool("/usr/bin/opkg", "echo locked >&2; exit 255");
+  expectKept(backup({"--jobs", "plugins"}), "is empty, and opkg does not answer", before);
+  EXPECT_EQ(namesOnMedium(), before);
+
+  makeTool("/usr/bin/opkg", "echo 'base-files - 3.0'");
+  const Outcome outcome = backup({"--jobs", "plugins"});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_EQ(newNames(before).size(), 1U);
+}
+
+TEST_P(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
+  receiver().write(kBackups + "/settings_20240301_07-04_solo2.auto.tar.gz/in the way", "");
+  for (const char* day : {"02", "03", "04"}) {
+    receiver().write(kBackups + "/settings_202403" + day + "_07-04_solo2.auto.tar.gz", "old");
+  }
+  const Strings before = namesOnMedium();
+  const Outcome outcome = backup({"--jobs", "settings"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.errors.find("an old backup cannot be deleted: "), std::string::npos);
+  EXPECT_EQ(newNames(before).size(), 1U);
+}
+
+TEST_P(AutoTest, SecondRunWaitsForNobody) {
+  const std::string lock = receiver().at("/var/run/stowline-auto.lock");
+  writeFile(lock, "");
+  const native::Descriptor file(open(lock.c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(flock(file.number(), LOCK_EX | LOCK_NB), 0);
+  const Strings before = namesOnMedium();
+  expectKept(backup(), "stowline: another scheduled backup is running", before);
+  EXPECT_EQ(namesOnMedium(), before);
+}
+
+TEST_P(AutoTest, BackupOfTheSameMinuteIsNotReplaced) {
+  const std::time_t now = std::time(nullptr);
+  for (const std::time_t minute : {now, now + 60}) {
+    char stamp[32];
+    std::strftime(stamp, sizeof stamp, "%Y%m%d_%H-%M", std::localtime(&minute));
+    receiver().write(kBackups + "/settings_" + stamp + "_solo2.auto.tar.gz", "good");
+  }
+  const Strings before = namesOnMedium();
+  expectKept(backup(), "there is a scheduled backup of this minute already: settings_", before);
+  EXPECT_EQ(namesOnMedium(), before);
+}
+
+TEST_P(AutoTest, MediumThatIsNotMountedIsSaidAndNotMade) {
+  receiver().write("/proc/mounts", "rootfs / rootfs rw 0 0\n");
+  fs::remove_all(receiver().at(kBackups));
+  const Outcome outcome = backup();
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "stowline: the medium /media/hdd is not mounted\n");
+  EXPECT_FALSE(receiver().exists(kBackups));
+}
+
+/// Returns bytes that do not get fewer by being compressed.
+std::string noise(std::size_t size) {
+  std::mt19937 random(1);
+  std::string bytes(size, '\0');
+  for (char& byte : bytes) byte = static_cast<char>(random());
+  return bytes;
+}
+
+/// A medium of its own, of which something is wrong.
+class AutoMediumTest : public AutoTest {
+ protected:
+  void SetUp() override {
+    AutoTest::SetUp();
+    if (IsSkipped()) return;
+    if (const auto reason = whyNoMounts(usb())) GTEST_SKIP() << *reason;
+    receiver().write("/etc/enigma2/settings",
+                     "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
+  }
+
+  fs::path usb() { return receiver().at("/media/usb"); }
+};
+
+INSTANTIATE_TEST_SUITE_P(, AutoMediumTest, kAccounts, nameOfAccount);
+
+TEST_P(AutoMediumTest, FullMediumIsSaid) {
+  struct Case {
+    const char* options;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"size=4k,nr_inodes=1", "there is no backup directory: [Errno 28] No space left on device"},
+      {"size=4k,nr_inodes=2", "cannot write to /media/usb/qor-stowline: No space left on device"},
+      {"size=8k", "cannot write to /media/usb/qor-stowline: No space left on device"},
+      {"size=68k", "is not sound: the file is cut off"},
+  };
+  receiver().write("/etc/enigma2/lamedb", noise(100000));
+  for (const Case& one : cases) {
+    const Outcome outcome = backup({}, inMountNamespace(mountSmall(usb(), one.options)));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(linesOf(outcome.errors).size(), 1U) << outcome.errors;
+    EXPECT_NE(outcome.errors.find(one.reason), std::string::npos) << outcome.errors;
+  }
+}
+
+TEST_P(AutoMediumTest, ReadOnlyMediumIsSaid) {
+  fs::create_directories(usb() / "qor-stowline");
+  const Outcome outcome = backup({}, inMountNamespace(mountReadOnly(usb())));
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            "stowline: cannot write to /media/usb/qor-stowline: Read-only file system\n");
+}
+
+TEST(AutoRefusals, WithoutAReceiverOneLineSaysHowToNameOne) {
+  if (fs::exists("/proc/stb/info/model")) GTEST_SKIP() << "this machine is a receiver";
+  const Outcome outcome = run({kStowline, "auto"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(linesOf(outcome.errors).size(), 1U);
+  EXPECT_NE(outcome.errors.find("name a receiver tree with --receiver DIR"), std::string::npos)
+      << outcome.errors;
+}
+
+TEST(AutoRefusals, UnknownJobIsAUsageErrorThatNamesThem) {
+  const Outcome outcome = run({kStowline, "auto", "--jobs", "settings,all"});
+  EXPECT_EQ(outcome.status, 2);
+  for (const char* word : {"--jobs", "all", "settings", "config", "plugins"}) {
+    EXPECT_NE(outcome.errors.find(word), std::string::npos) << outcome.errors;
+  }
+}
+
+}  // namespace
+}  // namespace command_test
