@@ -21,6 +21,9 @@ void addAuto(CLI::App& stowline);
 /// Adds `stowline desk`.
 void addDesk(CLI::App& stowline);
 
+/// Adds `stowline doctor`.
+void addDoctor(CLI::App& stowline);
+
 /// Adds `stowline list`.
 void addList(CLI::App& stowline);
 

@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
   command::addReceiver(stowline);
   command::addAuto(stowline);
   command::addDesk(stowline);
+  command::addDoctor(stowline);
   command::addList(stowline);
   command::addVerify(stowline);
   try {

@@ -13,12 +13,13 @@ namespace backups {
 struct Kind {
   const char* name;
   const char* restoretype;
+  const char* last_good;  ///< what the newest good backup of it is called
 };
 
 inline constexpr Kind kKinds[] = {
-    {"settings", "settingrestore"},
-    {"configuration", "configrestore"},
-    {"plugins", "plugininstall"},
+    {"settings", "settingrestore", "last good settings"},
+    {"configuration", "configrestore", "last good configuration"},
+    {"plugins", "plugininstall", "last good plugins"},
 };
 
 /// A file in a backup directory.

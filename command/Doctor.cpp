@@ -1,0 +1,79 @@
+#include "doctor/Doctor.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "OnReceiver.h"
+#include "native/ShownText.h"
+#include "output/Table.h"
+
+namespace command {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using doctor::Check;
+using doctor::State;
+
+struct Options {
+  std::filesystem::path receiver;
+  bool json = false;
+  bool quiet = false;
+};
+
+Json jsonOf(const std::vector<Check>& checks) {
+  Json json = Json::array();
+  for (const Check& check : checks) {
+    json.push_back({{"name", check.name},
+                    {"state", wordOf(check.state)},
+                    {"detail", native::shownText(check.detail)}});
+  }
+  return json;
+}
+
+void printTable(const std::vector<Check>& checks, bool is_quiet) {
+  output::Table table({{"CHECK"}, {"STATE"}, {"FOUND"}});
+  bool has_rows = false;
+  for (const Check& check : checks) {
+    if (is_quiet && check.state == State::ok) continue;
+    table.add({check.name, wordOf(check.state), output::lineOf(check.detail)});
+    has_rows = true;
+  }
+  if (has_rows) table.print(std::cout);
+}
+
+void runDoctor(const Options& options) {
+  moveOntoReceiver(options.receiver);
+  const std::vector<Check> checks = doctor::examine();
+  if (options.json) {
+    std::cout << Json{{"checks", jsonOf(checks)}}.dump(2) << "\n";
+  } else {
+    printTable(checks, options.quiet);
+  }
+  const auto failed = std::ranges::count(checks, State::failed, &Check::state);
+  if (failed > 0) throw std::runtime_error(std::to_string(failed) + " checks have failed");
+}
+
+}  // namespace
+
+void addDoctor(CLI::App& stowline) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* doctor = stowline.add_subcommand(
+      "doctor", "Look whether a receiver can back itself up and be restored.");
+  doctor
+      ->add_option("--receiver", options->receiver,
+                   "a receiver tree; by default the receiver that this runs on")
+      ->type_name("DIR");
+  doctor->add_flag("--json", options->json, "print JSON");
+  doctor->add_flag("--quiet", options->quiet, "print only what is not well");
+  doctor->callback([=] { runDoctor(*options); });
+}
+
+}  // namespace command

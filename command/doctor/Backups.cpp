@@ -1,0 +1,154 @@
+#include "Backups.h"
+
+#include <ftw.h>
+#include <glob.h>
+#include <sys/statvfs.h>
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "Setup.h"
+#include "backups/Catalogue.h"
+#include "backups/Engine.h"
+#include "backups/FileKind.h"
+#include "backups/VerifyFile.h"
+#include "host/Error.h"
+#include "output/Table.h"
+#include "scheduled/Medium.h"
+
+namespace doctor {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A clock before this has not been set: the component is no older.
+constexpr int kFirstYear = 2026;
+
+/// Returns how many bytes there are in what `path` names and below it. What cannot be read has
+/// none.
+std::uint64_t sizeBelow(const fs::path& path) {
+  std::error_code ignored;
+  if (!fs::is_directory(fs::symlink_status(path, ignored))) {
+    const std::uintmax_t size = fs::file_size(path, ignored);
+    return ignored ? 0 : size;
+  }
+  std::uint64_t size = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(
+           path, fs::directory_options::skip_permission_denied, ignored)) {
+    const std::uintmax_t bytes = entry.is_regular_file(ignored) ? entry.file_size(ignored) : 0;
+    if (!ignored) size += bytes;
+  }
+  return size;
+}
+
+/// Returns how many bytes the next backup takes at most: all that it would hold, not compressed.
+std::uint64_t sizeOfNextBackup() {
+  std::uint64_t size = 0;
+  for (const std::string& pattern : backups::askEngine().patterns) {
+    glob_t found{};
+    if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
+      for (std::size_t at = 0; at < found.gl_pathc; ++at) size += sizeBelow(found.gl_pathv[at]);
+    }
+    globfree(&found);
+  }
+  return size;
+}
+
+std::string sizeText(std::uint64_t bytes) {
+  return output::sizeText(static_cast<long long>(bytes));
+}
+
+Check checkRoom(const std::string& directory) {
+  struct statvfs status {};
+  if (statvfs(directory.c_str(), &status) != 0) {
+    return {"room", State::failed, "cannot be told"};
+  }
+  const std::uint64_t room = std::uint64_t{status.f_bavail} * status.f_frsize;
+  const std::uint64_t needed = sizeOfNextBackup();
+  const std::string text =
+      sizeText(room) + " free, the next backup takes at most " + sizeText(needed);
+  return {"room", room >= needed ? State::ok : State::warning, text};
+}
+
+/// Returns the local time as a backup's name has it, "2024-03-05 07:04".
+std::string timeText(std::time_t time) {
+  std::tm fields{};
+  localtime_r(&time, &fields);
+  std::string text(32, '\0');
+  text.resize(std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &fields));
+  return text;
+}
+
+Check checkClock(const backups::Catalogue& catalogue) {
+  const std::string now = timeText(std::time(nullptr));
+  std::string newest;
+  for (const backups::BackupSet& set : catalogue.sets) {
+    if (set.said) newest = std::max(newest, set.said->time);
+  }
+  if (std::stoi(now) < kFirstYear) return {"clock", State::failed, now + " cannot be right"};
+  if (newest > now) {
+    return {"clock", State::warning, now + " is before the newest backup, " + newest};
+  }
+  return {"clock", State::ok, now};
+}
+
+/// Returns how long ago a backup was made, in days, by its name; nothing where that does not say.
+std::optional<long> ageInDays(const backups::BackupSet& set) {
+  std::tm fields{};
+  if (!set.said || !strptime(set.said->time.c_str(), "%Y-%m-%d %H:%M", &fields)) return {};
+  fields.tm_isdst = -1;
+  constexpr double kDay = 24 * 60 * 60;
+  return static_cast<long>(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay);
+}
+
+/// Looks for the newest backup of a kind that can be restored here and is sound.
+Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& kind) {
+  int unsound = 0;
+  for (const backups::BackupSet& set : catalogue.sets) {
+    if (set.kind != std::string(kind.name) || set.restore != backups::Restore::yes) continue;
+    const std::string file = catalogue.directory + "/" + set.file.name;
+    if (!backups::verifyFile(file, backups::kindOf(set.file.name)).sound()) {
+      ++unsound;
+      continue;
+    }
+    const auto days = ageInDays(set);
+    std::string text = output::lineOf(set.file.name);
+    if (days) text += ", " + std::to_string(*days) + " days old";
+    if (unsound > 0) text += "; " + std::to_string(unsound) + " newer ones are not sound";
+    return {kind.last_good, unsound > 0 ? State::warning : State::ok, text};
+  }
+  return {kind.last_good, State::warning, "there is none"};
+}
+
+}  // namespace
+
+std::vector<Check> checkBackups(host::Host& host) {
+  try {
+    scheduled::requireMounted(host);
+  } catch (const std::exception& error) {
+    return {{"medium", State::failed, error.what()}};
+  }
+  const auto directory = stowline::getBackupRestorePath(host);
+  if (!directory) return {{"medium", State::failed, "the backup directory cannot be made"}};
+  std::vector<Check> checks;
+  const std::string reason = scheduled::whyNotWritable(*directory);
+  if (reason.empty()) {
+    checks.push_back({"medium", State::ok, *directory + " can be written"});
+  } else {
+    checks.push_back({"medium", State::failed, *directory + " cannot be written: " + reason});
+  }
+  checks.push_back(checkRoom(*directory));
+  const backups::Catalogue catalogue =
+      backups::readCatalogue(fs::path(*directory).parent_path(), host.deviceName());
+  checks.push_back(checkClock(catalogue));
+  for (const backups::Kind& kind : backups::kKinds) {
+    checks.push_back(checkLastGood(catalogue, kind));
+  }
+  return checks;
+}
+
+}  // namespace doctor

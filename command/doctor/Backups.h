@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+#include "Doctor.h"
+#include "host/Host.h"
+
+namespace doctor {
+
+/// Whether the medium is mounted, can be written, and has room for the next backup; what the last
+/// good backup of each kind is and how old; and whether the clock can be right.
+std::vector<Check> checkBackups(host::Host& host);
+
+}  // namespace doctor

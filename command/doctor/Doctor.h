@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace doctor {
+
+/// What a check has come to.
+enum class State {
+  ok,
+  warning,  ///< backups can be made, but there is something to know
+  failed,   ///< no backup can be made, or none be restored
+};
+
+/// Something that was looked at.
+struct Check {
+  const char* name;
+  State state;
+  std::string detail;  ///< what was found, in words
+};
+
+/// Returns the word for a state.
+const char* wordOf(State state);
+
+/// Looks whether the receiver that this process is in can back itself up and be restored. Nothing
+/// stays changed but that the backup directory is made where its medium is mounted. Raises
+/// host::Error when the receiver has no model.
+std::vector<Check> examine();
+
+}  // namespace doctor

@@ -1,0 +1,100 @@
+#include "Tools.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <stdexcept>
+
+#include "archive/Damaged.h"
+#include "archive/Reader.h"
+#include "native/OsError.h"
+#include "scheduled/CapturedOutput.h"
+
+namespace doctor {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What the module's commands run, by name.
+constexpr const char* kTools[] = {"sh", "tar",   "opkg",  "grep", "cut",     "cat",  "mv",
+                                  "rm", "mkdir", "chmod", "ln",   "killall", "sync", "sleep"};
+
+/// What it runs by path.
+constexpr const char* kScripts[] = {"/etc/init.d/networking", "/etc/init.d/current_cam.sh"};
+
+/// A directory that goes with all that is in it.
+class Scratch {
+ public:
+  Scratch() {
+    std::string path = "/tmp/stowline-XXXXXX";
+    if (!mkdtemp(path.data())) throw native::osError(errno, "/tmp");
+    path_ = path;
+  }
+  ~Scratch() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+std::set<std::string> membersOf(const std::string& archive) {
+  std::set<std::string> members;
+  tarball::Reader reader(archive);
+  while (const auto member = reader.next()) members.insert(member->path);
+  return members;
+}
+
+}  // namespace
+
+Check checkTools(host::OperatingSystem& os) {
+  std::string missing;
+  for (const char* tool : kTools) {
+    if (os.popen(std::string("command -v ") + tool).empty()) missing += std::string(" ") + tool;
+  }
+  for (const char* script : kScripts) {
+    if (!os.exists(script)) missing += std::string(" ") + script;
+  }
+  if (missing.empty()) return {"tools", State::ok, "all there"};
+  return {"tools", State::failed, "missing:" + missing};
+}
+
+Check checkExclusions(host::OperatingSystem& os) {
+  constexpr const char* kName = "tar's exclusions";
+  try {
+    const Scratch scratch;
+    for (const char* name : {"kept", "left_out"})
+      std::ofstream(scratch.path() + "/" + name) << name;
+    const std::string archive = scratch.path() + ".tar.gz";
+    const std::string members = scratch.path().substr(1);
+    {
+      const scheduled::CapturedOutput output;
+      os.system("tar czf " + archive + " " + scratch.path() + "/* --exclude " + members + "/left*");
+    }
+    const std::set<std::string> found = membersOf(archive);
+    fs::remove(archive);
+    if (!found.contains(members + "/kept")) return {kName, State::failed, "tar archives nothing"};
+    if (!found.contains(members + "/left_out")) return {kName, State::ok, "honoured"};
+  } catch (const std::exception& error) {
+    return {kName, State::failed, error.what()};
+  }
+  return {kName, State::warning,
+          "not honoured after the file list: configuration backups will hold channel data and "
+          "keys"};
+}
+
+Check checkPackageManager(host::OperatingSystem& os) {
+  const scheduled::CapturedOutput output;
+  const int status = os.system("opkg list-installed");
+  if (status == 0) return {"package manager", State::ok, "answers"};
+  return {"package manager", State::failed, "opkg does not answer: " + output.lastLine()};
+}
+
+}  // namespace doctor
