@@ -27,6 +27,9 @@ void addDoctor(CLI::App& stowline);
 /// Adds `stowline list`.
 void addList(CLI::App& stowline);
 
+/// Adds `stowline show`.
+void addShow(CLI::App& stowline);
+
 /// Adds `stowline verify`.
 void addVerify(CLI::App& stowline);
 

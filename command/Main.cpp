@@ -75,6 +75,7 @@ int main(int argc, char** argv) {
   command::addDesk(stowline);
   command::addDoctor(stowline);
   command::addList(stowline);
+  command::addShow(stowline);
   command::addVerify(stowline);
   try {
     return run(stowline, argc, argv);

@@ -1,0 +1,84 @@
+#include "Change.h"
+
+#include <sys/stat.h>
+
+namespace preview {
+namespace {
+
+constexpr unsigned kPermissions = 07777;
+
+tarball::Type typeOf(mode_t mode) {
+  if (S_ISREG(mode)) return tarball::Type::kFile;
+  if (S_ISDIR(mode)) return tarball::Type::kDirectory;
+  if (S_ISLNK(mode)) return tarball::Type::kSymbolicLink;
+  if (S_ISCHR(mode) || S_ISBLK(mode)) return tarball::Type::kDevice;
+  if (S_ISFIFO(mode)) return tarball::Type::kFifo;
+  return tarball::Type::kOther;
+}
+
+/// The types by their words.
+constexpr struct {
+  tarball::Type type;
+  const char* word;
+} kTypes[] = {
+    {tarball::Type::kFile, "file"},           {tarball::Type::kSparseFile, "sparse file"},
+    {tarball::Type::kDirectory, "directory"}, {tarball::Type::kSymbolicLink, "link"},
+    {tarball::Type::kHardLink, "hard link"},  {tarball::Type::kDevice, "device"},
+    {tarball::Type::kFifo, "FIFO"},
+};
+
+}  // namespace
+
+bool isFile(const std::optional<State>& state) {
+  return state && state->type == tarball::Type::kFile;
+}
+
+std::optional<State> stateOf(const native::Root& receiver, const std::string& path) {
+  const auto status = receiver.linkStatus(path);
+  if (!status) return std::nullopt;
+  State state{.type = typeOf(status->st_mode), .size = 0, .mode = 0, .link = ""};
+  if (isFile(state)) state.size = static_cast<std::uint64_t>(status->st_size);
+  if (state.type == tarball::Type::kSymbolicLink) {
+    state.link = receiver.linkTarget(path);
+  } else {
+    state.mode = status->st_mode & kPermissions;
+  }
+  return state;
+}
+
+State stateOf(const tarball::Member& member) {
+  const bool has_content =
+      member.type == tarball::Type::kFile || member.type == tarball::Type::kSparseFile;
+  const bool is_link = member.type == tarball::Type::kSymbolicLink;
+  return {.type = member.type,
+          .size = has_content ? member.size : 0,
+          .mode = is_link ? 0 : member.mode & kPermissions,
+          .link = member.link};
+}
+
+const char* wordOf(Action action) {
+  for (const auto& [known, word] : kActions) {
+    if (known == action) return word;
+  }
+  return "";
+}
+
+const char* wordOf(tarball::Type type) {
+  for (const auto& [known, word] : kTypes) {
+    if (known == type) return word;
+  }
+  return "other";
+}
+
+Total totalOf(const std::vector<Change>& changes, Action action) {
+  Total total;
+  for (const Change& change : changes) {
+    if (change.action != action) continue;
+    ++total.count;
+    if (change.before) total.before += change.before->size;
+    if (change.after) total.after += change.after->size;
+  }
+  return total;
+}
+
+}  // namespace preview

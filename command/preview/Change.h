@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "archive/Member.h"
+#include "native/Root.h"
+
+namespace preview {
+
+/// What lies at a path.
+struct State {
+  tarball::Type type;
+  std::uint64_t size;  ///< bytes of a file, 0 for all else
+  unsigned mode;       ///< permissions as of tarball::Member
+  std::string link;    ///< where a link points
+
+  bool operator==(const State&) const = default;
+};
+
+/// Whether it is a file with content of its own.
+bool isFile(const std::optional<State>& state);
+
+/// Returns what lies at `path` on the receiver, links not followed; nothing where nothing does.
+/// Raises host::Error ("OSError").
+std::optional<State> stateOf(const native::Root& receiver, const std::string& path);
+
+/// Returns what a member becomes when it is unpacked.
+State stateOf(const tarball::Member& member);
+
+/// What a restore does with a path.
+enum class Action { add, change, same, keep, remove, remove_again, unreadable };
+
+/// All actions, in the order in which they are counted up, with their words.
+inline constexpr struct {
+  Action action;
+  const char* word;
+} kActions[] = {
+    {Action::add, "add"},
+    {Action::change, "change"},
+    {Action::same, "same"},
+    {Action::keep, "keep"},
+    {Action::remove, "delete"},
+    {Action::remove_again, "removed again"},
+    {Action::unreadable, "unreadable"},
+};
+
+/// Returns the word for an action.
+const char* wordOf(Action action);
+
+/// Returns the word for a type, such as "hard link".
+const char* wordOf(tarball::Type type);
+
+/// What a restore does at one path.
+struct Change {
+  std::string path;  ///< absolute
+  Action action;
+  std::optional<State> before;  ///< nothing where there was nothing, or where it cannot be read
+  std::optional<State> after;   ///< nothing where there is nothing in the end
+  std::uint64_t member = 0;     ///< the number of the member that decides, from 1; 0 for none
+
+  bool operator==(const Change&) const = default;
+};
+
+/// How many paths an action is taken with, and the bytes of the files among them.
+struct Total {
+  std::uint64_t count = 0;
+  std::uint64_t before = 0;
+  std::uint64_t after = 0;
+
+  bool operator==(const Total&) const = default;
+};
+
+/// Counts up the changes of one action.
+Total totalOf(const std::vector<Change>& changes, Action action);
+
+}  // namespace preview

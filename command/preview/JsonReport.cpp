@@ -1,0 +1,89 @@
+#include "JsonReport.h"
+
+#include <array>
+#include <cstdio>
+
+#include "native/ShownText.h"
+
+namespace preview {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using native::shownText;
+
+std::string modeText(unsigned mode) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%04o", mode);
+  return text.data();
+}
+
+/// Returns `text`, null when there is none.
+Json textOrNull(const std::string& text) {
+  return text.empty() ? Json() : Json(shownText(text));
+}
+
+Json jsonOf(const tarball::Member& member) {
+  return {{"path", shownText(member.path)}, {"type", wordOf(member.type)},
+          {"mode", modeText(member.mode)},  {"size", stateOf(member).size},
+          {"modified", member.modified},    {"link", textOrNull(member.link)}};
+}
+
+Json jsonOf(const std::optional<State>& state) {
+  if (!state) return {};
+  return {{"type", wordOf(state->type)},
+          {"size", state->size},
+          {"mode", modeText(state->mode)},
+          {"link", textOrNull(state->link)}};
+}
+
+Json jsonOf(const Change& change) {
+  return {{"action", wordOf(change.action)},
+          {"path", shownText(change.path)},
+          {"old", jsonOf(change.before)},
+          {"new", jsonOf(change.after)}};
+}
+
+Json totalsOf(const std::vector<Change>& changes) {
+  Json totals = Json::object();
+  for (const auto& [action, word] : kActions) {
+    const Total total = totalOf(changes, action);
+    totals[word] = {{"paths", total.count}, {"old_size", total.before}, {"new_size", total.after}};
+  }
+  return totals;
+}
+
+Json jsonOf(const Restore& restore) {
+  Json json = {{"receiver", shownText(restore.receiver.string())}};
+  json["model"] = shownText(restore.rehearsal.model);
+  json["archive"] = shownText(restore.rehearsal.archive);
+  json["refused"] = textOrNull(restore.rehearsal.refusal);
+  json["changes"] = Json::array();
+  for (const Change& change : restore.changes) json["changes"].push_back(jsonOf(change));
+  json["totals"] = totalsOf(restore.changes);
+  json["commands"] = Json::array();
+  for (const std::string& command : restore.rehearsal.commands) {
+    json["commands"].push_back(shownText(command));
+  }
+  return json;
+}
+
+}  // namespace
+
+Json jsonOf(const Preview& preview) {
+  Json json = {{"file", shownText(preview.file.string())}};
+  json["members"] = Json::array();
+  for (const tarball::Member& member : preview.members) json["members"].push_back(jsonOf(member));
+  json["count"] = preview.members.size();
+  json["unpacked"] = preview.unpacked;
+  json["damage"] = textOrNull(preview.damage);
+  json["restore"] = preview.restore ? jsonOf(*preview.restore) : Json();
+  return json;
+}
+
+Json jsonOf(const Difference& difference) {
+  return {{"path", shownText(difference.path)},
+          {"diff", textOrNull(difference.text)},
+          {"unshown", textOrNull(difference.reason)}};
+}
+
+}  // namespace preview

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "Differences.h"
+
+namespace preview {
+
+/// Return the same as printText() prints, as JSON. The members' "size" is 0 for all but files.
+nlohmann::ordered_json jsonOf(const Preview& preview);
+nlohmann::ordered_json jsonOf(const Difference& difference);
+
+}  // namespace preview

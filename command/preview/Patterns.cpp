@@ -1,0 +1,69 @@
+#include "Patterns.h"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+
+#include "archive/ByteLocale.h"
+#include "archive/Paths.h"
+#include "host/Error.h"
+
+namespace preview {
+namespace {
+
+/// Whether the error says that there is no such directory.
+bool saysNoDirectory(const host::Error& error) {
+  return error.number() == ENOENT || error.number() == ENOTDIR || error.number() == ELOOP;
+}
+
+/// Returns the names in `directory` that match the component, sorted.
+std::vector<std::string> matchesIn(const native::Root& receiver, const std::string& directory,
+                                   const std::string& component) {
+  std::vector<std::string> names = receiver.names(directory + "/");
+  std::erase_if(names, [&](const std::string& name) {
+    return fnmatch(component.c_str(), name.c_str(), FNM_PERIOD) != 0;
+  });
+  std::ranges::sort(names);
+  return names;
+}
+
+/// Takes out of the paths those that name nothing.
+void keepWhatIsThere(const native::Root& receiver, Expansion& expansion) {
+  std::erase_if(expansion.paths, [&](const std::string& path) {
+    try {
+      return !receiver.linkStatus(path);
+    } catch (const host::Error&) {
+      expansion.unreadable.push_back(path);
+      return true;
+    }
+  });
+}
+
+}  // namespace
+
+Expansion expand(const native::Root& receiver, const std::string& pattern) {
+  const tarball::ByteLocale bytes;
+  Expansion expansion{.paths = {""}, .unreadable = {}};
+  for (const std::string_view name : tarball::componentsOf(pattern)) {
+    const std::string component(name);
+    const bool is_plain = component.find_first_of("*?[\\") == std::string::npos;
+    std::vector<std::string> paths;
+    for (const std::string& directory : expansion.paths) {
+      try {
+        for (const std::string& match : is_plain ? std::vector<std::string>{component}
+                                                 : matchesIn(receiver, directory, component)) {
+          paths.push_back(directory + "/" + match);
+        }
+      } catch (const host::Error& error) {
+        if (!saysNoDirectory(error)) expansion.unreadable.push_back(directory);
+      }
+    }
+    expansion.paths = std::move(paths);
+  }
+  keepWhatIsThere(receiver, expansion);
+  return expansion;
+}
+
+}  // namespace preview

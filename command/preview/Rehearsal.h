@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "native/Descriptor.h"
+#include "native/Root.h"
+
+namespace preview {
+
+/// The directory that an archive lies in, as the receiver finds it.
+struct Medium {
+  native::Root root;      ///< what holds it: the receiver's files, or the directory itself
+  std::string mounted;    ///< the receiver's path of that: "" for the receiver's own files
+  std::string directory;  ///< the receiver's path of the directory
+
+  /// Opens the file that the receiver names `path`. Raises host::Error ("OSError").
+  native::Descriptor open(const std::string& path) const {
+    return root.open(path.substr(mounted.size()));
+  }
+};
+
+/// What comes of a restore that the module does where nothing happens.
+struct Rehearsal {
+  std::string model;                  ///< the receiver's
+  Medium medium;                      ///< where the archive lies
+  std::string archive;                ///< the archive's path on the receiver
+  std::string refusal;                ///< why it is not restored, in a line; "" when it is
+  std::vector<std::string> commands;  ///< the shell commands, in order
+};
+
+/// Lets the module restore the archive `file` on the receiver whose files lie below `receiver`: out
+/// of that directory when it is one of the receiver's backup directories, or else as if it were
+/// the receiver's own backup directory. Nothing is written. Raises std::runtime_error when there is
+/// no receiver, and host::Error ("OSError") for what cannot be read.
+Rehearsal rehearse(const std::filesystem::path& file, const std::filesystem::path& receiver);
+
+}  // namespace preview

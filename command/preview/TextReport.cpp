@@ -1,0 +1,164 @@
+#include "TextReport.h"
+
+#include <array>
+#include <ctime>
+#include <ostream>
+
+#include "archive/Paths.h"
+#include "native/Reading.h"
+#include "output/Table.h"
+
+namespace preview {
+namespace {
+
+using tarball::shownPath;
+
+/// Returns permissions as ls(1) shows them: "rwxr-xr-x".
+std::string modeText(unsigned mode) {
+  std::string text = "rwxrwxrwx";
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if ((mode & (0400U >> at)) == 0) text[at] = '-';
+  }
+  constexpr struct {
+    unsigned bit;
+    std::size_t place;
+    const char* shown;  // without and with the right to execute
+  } kSpecial[] = {{04000, 2, "Ss"}, {02000, 5, "Ss"}, {01000, 8, "Tt"}};
+  for (const auto& [bit, place, shown] : kSpecial) {
+    if ((mode & bit) != 0) text[place] = shown[text[place] == 'x' ? 1 : 0];
+  }
+  return text;
+}
+
+/// The character that ls(1) puts before the permissions; a hard link is "h", as tar(1) has it.
+char typeCharacter(tarball::Type type) {
+  using tarball::Type;
+  switch (type) {
+    case Type::kFile:
+    case Type::kSparseFile:
+      return '-';
+    case Type::kDirectory:
+      return 'd';
+    case Type::kSymbolicLink:
+      return 'l';
+    case Type::kHardLink:
+      return 'h';
+    case Type::kFifo:
+      return 'p';
+    case Type::kDevice:
+      return 'c';
+    case Type::kOther:
+      return '?';
+  }
+  return '?';
+}
+
+/// Returns a time as local time, or as its seconds where no calendar has it.
+std::string timeText(std::int64_t seconds) {
+  const std::time_t time = seconds;
+  std::tm local{};
+  std::array<char, 64> text{};
+  if (!localtime_r(&time, &local) ||
+      std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &local) == 0) {
+    return std::to_string(seconds);
+  }
+  return text.data();
+}
+
+std::string sizeText(std::uint64_t bytes) {
+  return output::sizeText(static_cast<long long>(bytes));
+}
+
+void printMembers(const Preview& preview, std::ostream& out) {
+  output::Table table({{"MODE"}, {"SIZE", true}, {"TIME"}, {"PATH"}});
+  for (const tarball::Member& member : preview.members) {
+    table.add(
+        {typeCharacter(member.type) + modeText(member.mode), sizeText(stateOf(member).size),
+         timeText(member.modified),
+         shownPath(member.path) + (member.link.empty() ? "" : " -> " + shownPath(member.link))});
+  }
+  if (!preview.members.empty()) table.print(out);
+  out << preview.members.size() << " members, " << sizeText(preview.unpacked) << " unpacked\n";
+}
+
+/// Returns what is on one side of a change; its permissions only where they are what changes.
+std::string sideText(const std::optional<State>& side, const std::optional<State>& other) {
+  if (!side) return "-";
+  std::string text = isFile(side) ? sizeText(side->size) : wordOf(side->type);
+  if (other && side->type == other->type && side->mode != other->mode) {
+    text += " " + modeText(side->mode);
+  }
+  return text;
+}
+
+void printChanges(const std::vector<Change>& changes, std::ostream& out) {
+  output::Table table({{"ACTION"}, {"OLD", true}, {"NEW", true}, {"PATH"}});
+  for (const Change& change : changes) {
+    const bool is_changed = change.action == Action::change;
+    table.add({wordOf(change.action),
+               sideText(change.before, is_changed ? change.after : change.before),
+               sideText(change.after, is_changed ? change.before : change.after),
+               shownPath(change.path)});
+  }
+  if (!changes.empty()) table.print(out);
+  output::Table totals({{"TOTAL"}, {"PATHS", true}, {"OLD", true}, {"NEW", true}});
+  for (const auto& [action, word] : kActions) {
+    const Total total = totalOf(changes, action);
+    if (total.count == 0) continue;
+    totals.add({word, std::to_string(total.count), sizeText(total.before), sizeText(total.after)});
+  }
+  out << "\n";
+  totals.print(out);
+}
+
+void printRestore(const Restore& restore, std::ostream& out) {
+  out << "\non " << output::lineOf(restore.receiver.string()) << ", a "
+      << output::lineOf(restore.rehearsal.model) << ", as "
+      << output::lineOf(restore.rehearsal.archive) << ":\n";
+  if (!restore.rehearsal.refusal.empty()) {
+    out << restore.rehearsal.refusal << "\n";
+    return;
+  }
+  printChanges(restore.changes, out);
+  out << "\nthe restore runs (what commands but rm and tar change is not shown above):\n";
+  for (const std::string& command : restore.rehearsal.commands) {
+    out << "  " << output::lineOf(command) << "\n";
+  }
+}
+
+/// Returns a line, with its tabs, as it can be shown on a terminal.
+std::string escaped(std::string line) {
+  const bool ends = line.ends_with('\n');
+  if (ends) line.pop_back();
+  std::string shown;
+  for (std::size_t start = 0;;) {
+    const std::size_t tab = line.find('\t', start);
+    shown += output::lineOf(line.substr(start, tab - start));
+    if (tab == std::string::npos) return shown + (ends ? "\n" : "");
+    shown += '\t';
+    start = tab + 1;
+  }
+}
+
+}  // namespace
+
+void printText(const Preview& preview, std::ostream& out) {
+  printMembers(preview, out);
+  if (preview.restore) {
+    printRestore(*preview.restore, out);
+  } else {
+    out << "what a restore would do on a receiver is shown with --against DIR\n";
+  }
+}
+
+void printText(const Difference& difference, bool escape, std::ostream& out) {
+  if (!difference.reason.empty()) {
+    out << "# " << shownPath(difference.path) << ": " << difference.reason << "\n";
+  } else if (escape) {
+    for (const std::string& line : native::linesOf(difference.text)) out << escaped(line);
+  } else {
+    out << difference.text;
+  }
+}
+
+}  // namespace preview

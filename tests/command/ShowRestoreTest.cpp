@@ -1,0 +1,142 @@
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "Expected.h"
+#include "ShowTest.h"
+
+namespace command_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ShowRestoreTest : public ShowTest {};
+INSTANTIATE_TEST_SUITE_P(, ShowRestoreTest, kAccounts, nameOfAccount);
+
+/// Returns what `restore` says will differ, as changes() tells it of two snapshots.
+std::set<std::string> saidOf(const Json& restore) {
+  std::set<std::string> lines;
+  for (const Json& change : restore["changes"]) {
+    const std::string action = change["action"];
+    const std::string path = change["path"].get<std::string>().substr(1);
+    if (action == "add") lines.insert("+ " + path);
+    if (action == "change") lines.insert("~ " + path);
+    if (!change["old"].is_null() && change["new"].is_null()) lines.insert("- " + path);
+  }
+  return lines;
+}
+
+/// Returns what differs between two snapshots, without directories that new files need and
+/// without the logs.
+std::set<std::string> doneBetween(Snapshot before, Snapshot after) {
+  forget(before, "var/log");
+  forget(after, "var/log");
+  std::set<std::string> lines;
+  for (const std::string& line : changes(before, after)) {
+    const std::string path = line.substr(2);
+    if (line[0] != '+' || after.at(path).type != 'd') lines.insert(line);
+  }
+  return lines;
+}
+
+/// What commands other than those that unpack and delete do to the lines: the spinner's pictures
+/// that the archive does not bring go, the resolver file becomes a link, the video window full.
+void addWhatOtherCommandsDo(std::set<std::string>& lines, const Snapshot& before) {
+  for (const auto& [path, entry] : before) {
+    if (path.starts_with("usr/share/enigma2/skin_default/spinner/") &&
+        !lines.contains("~ " + path)) {
+      lines.insert("- " + path);
+    }
+  }
+  lines.erase("~ etc/resolv.conf");
+  lines.insert("~ var/run/resolv.conf");
+  for (const char* file : {"dst_height", "dst_left", "dst_top", "dst_width"}) {
+    if (before.at(std::string("proc/stb/vmpeg/0/") + file).content != "00000000\n") {
+      lines.insert(std::string("~ proc/stb/vmpeg/0/") + file);
+    }
+  }
+}
+
+TEST_P(ShowRestoreTest, SettingsRestoreDoesWhatWasShownAndShowingDoesNothing) {
+  receiver().write("/etc/tuxbox/config/other", "stays\n");
+  const Snapshot before = receiver().content();
+  const Json restore = restoreOf(settings_);
+  EXPECT_EQ(changes(before, receiver().content()), Lines());
+  EXPECT_EQ(pathsOf(restore, "delete"), Lines{"/etc/enigma2/userbouquet.later.tv"});
+
+  const Play play = receiver().play("restore", "select:channel ok ok timeout");
+
+  EXPECT_EQ(restore["commands"], Json(play.trace));
+  EXPECT_EQ(doneBetween(before, receiver().content()), saidOf(restore));
+  EXPECT_FALSE(saidOf(restore).empty());
+  EXPECT_EQ(pathsOf(restoreOf(settings_), "same").size(), membersOf(pathOf(settings_)).size());
+}
+
+TEST_P(ShowRestoreTest, ConfigurationRestoreDoesWhatWasShownAndShowingDoesNothing) {
+  const Snapshot before = receiver().content();
+  const Json restore = restoreOf(configuration_);
+  EXPECT_EQ(changes(before, receiver().content()), Lines());
+  EXPECT_EQ(pathsOf(restore, "removed again"), Lines{"/.qws/share/data/Arora/bookmarks.xbel"});
+  EXPECT_EQ(pathsOf(restore, "delete"),
+            (Lines{"/.qws", "/.qws/share", "/.qws/share/data", "/.qws/share/data/Arora",
+                   "/.qws/share/data/Arora/history"}));
+  EXPECT_EQ(pathsOf(restore, "keep"), Lines());
+
+  const Play play = receiver().play("restore", "select:configurations ok ok ok exit");
+
+  EXPECT_EQ(restore["commands"], Json(play.trace));
+  std::set<std::string> said = saidOf(restore);
+  addWhatOtherCommandsDo(said, before);
+  EXPECT_EQ(doneBetween(before, receiver().content()), said);
+}
+
+TEST_P(ShowRestoreTest, VersionInTheNameDecidesWhatIsKept) {
+  const struct {
+    const char* name;
+    Lines kept;
+  } kCases[] = {
+      {"configuration_20240305_07-04_solo2.tar.gz",
+       {"/etc/samba/smb.conf", "/etc/passwd", "/etc/shadow", "/etc/fstab"}},
+      {"configuration_ver_a_20240305_07-04_solo2.tar.gz",
+       {"/etc/samba/smb.conf", "/etc/passwd", "/etc/shadow", "/etc/fstab"}},
+      {"configuration_ver_b_20240305_07-04_solo2.tar.gz", {"/etc/samba/smb.conf"}},
+  };
+  for (const auto& [name, kept] : kCases) {
+    fs::copy_file(pathOf(configuration_), pathOf(name));
+    const Json restore = restoreOf(name);
+    EXPECT_EQ(pathsOf(restore, "keep"), kept) << name;
+    EXPECT_EQ(restore["commands"],
+              Json(configurationRestoreCommands({.archive = kBackups + "/" + name,
+                                                 .keeps_system_files = kept.size() == 4,
+                                                 .keeps_samba = true,
+                                                 .has_atile_hd = false,
+                                                 .has_user_files = false,
+                                                 .has_video_window = true})))
+        << name;
+    fs::remove(pathOf(name));
+  }
+}
+
+TEST_P(ShowRestoreTest, DifferencesAreWhatPatchNeedsToMakeTheFilesOfTheArchive) {
+  const std::string diff = receiver().outside() / "diff";
+  const fs::path copy = receiver().outside() / "copy";
+  const Outcome outcome = showHere(settings_, {"--diff"});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  writeFile(diff, outcome.output.substr(outcome.output.find("\n--- /") + 1));
+  fs::create_directories(copy / "restored");
+  fs::copy(receiver().at("/etc"), copy / "etc",
+           fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+  const Outcome tar = run({"tar", "xzf", pathOf(settings_), "-C", copy / "restored"});
+  ASSERT_EQ(tar.status, 0) << tar.errors;
+
+  const Outcome patch = run({"patch", "-s", "-p1", "-d", copy, "-i", diff});
+
+  EXPECT_EQ(patch.status, 0) << patch.output << patch.errors;
+  for (const std::string& member : membersOf(pathOf(settings_))) {
+    EXPECT_EQ(readFile(copy / member), readFile(copy / "restored" / member)) << member;
+  }
+  EXPECT_FALSE(fs::exists(copy / "etc/enigma2/userbouquet.later.tv"));
+}
+
+}  // namespace
+}  // namespace command_test

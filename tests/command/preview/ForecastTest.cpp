@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include "TarWriter.h"
+#include "Told.h"
+#include "preview/Forecast.h"
+
+namespace preview_test {
+namespace {
+
+using archive_test::member;
+using preview::Plan;
+
+struct ForecastTest : testing::Test {
+  ForecastTest() { files.makeDirectory("/etc"); }
+
+  Lines told(const std::vector<std::string>& members, const Plan& plan = {}) const {
+    return files.told(plan, {tarOf(members)});
+  }
+
+  Files files;
+};
+
+TEST_F(ForecastTest, MemberIsAddedChangedOrTheSame) {
+  const std::string large(300000, 'x');
+  files.write("/etc/same", "content");
+  files.write("/etc/large", large);
+  files.write("/etc/other", "CONTENT");
+  files.write("/etc/end", large.substr(1) + "y");
+  files.write("/etc/longer", "content and more");
+  files.write("/etc/mode", "content", 0755);
+  files.write("/etc/empty", "");
+  EXPECT_EQ(told({member({.name = "etc/new"}, "content"), member({.name = "etc/same"}, "content"),
+                  member({.name = "etc/large"}, large), member({.name = "etc/other"}, "content"),
+                  member({.name = "etc/end"}, large), member({.name = "etc/longer"}, "content"),
+                  member({.name = "etc/mode"}, "content"), member({.name = "etc/empty"})}),
+            (Lines{
+                "add /etc/new: nothing -> 7",
+                "same /etc/same: 7 -> 7",
+                "same /etc/large: 300000 -> 300000",
+                "change /etc/other: 7 -> 7",
+                "change /etc/end: 300000 -> 300000",
+                "change /etc/longer: 16 -> 7",
+                "change /etc/mode: 7 -> 7",
+                "same /etc/empty: 0 -> 0",
+            }));
+}
+
+TEST_F(ForecastTest, LinksAreComparedByTheirTargetsAndNeverFollowed) {
+  files.write("/etc/target", "content");
+  files.makeLink("/etc/same", "target");
+  files.makeLink("/etc/other", "elsewhere");
+  files.makeLink("/etc/file", "target");
+  EXPECT_EQ(told({member({.name = "etc/same", .type = '2', .link = "target"}),
+                  member({.name = "etc/other", .type = '2', .link = "target"}),
+                  member({.name = "etc/target", .type = '2', .link = "same"}),
+                  member({.name = "etc/file"}, "content")}),
+            (Lines{
+                "same /etc/same: link target -> link target",
+                "change /etc/other: link elsewhere -> link target",
+                "change /etc/target: 7 -> link same",
+                "change /etc/file: link target -> 7",
+            }));
+}
+
+TEST_F(ForecastTest, HardLinkIsTheSameOnlyWhereItIsOneAndItsFileStays) {
+  files.write("/etc/first", "content");
+  files.makeHardLink("/etc/second", "/etc/first");
+  files.write("/etc/copy", "content");
+  const auto links = [&](const std::string& content) {
+    return told({member({.name = "etc/first"}, content),
+                 member({.name = "etc/second", .type = '1', .link = "etc/first"}),
+                 member({.name = "etc/copy", .type = '1', .link = "etc/first"})});
+  };
+  EXPECT_EQ(links("content"), (Lines{
+                                  "same /etc/first: 7 -> 7",
+                                  "same /etc/second: 7 -> hard link etc/first",
+                                  "change /etc/copy: 7 -> hard link etc/first",
+                              }));
+  EXPECT_EQ(links("CONTENT"), (Lines{
+                                  "change /etc/first: 7 -> 7",
+                                  "change /etc/second: 7 -> hard link etc/first",
+                                  "change /etc/copy: 7 -> hard link etc/first",
+                              }));
+}
+
+TEST_F(ForecastTest, DirectoryThatIsThereIsTheSameWhateverItsPermissions) {
+  files.write("/etc/file", "");
+  EXPECT_EQ(told({member({.name = "etc/", .type = '5'}), member({.name = "etc/new/", .type = '5'}),
+                  member({.name = "etc/file/", .type = '5'})}),
+            (Lines{
+                "same /etc: directory -> directory",
+                "add /etc/new: nothing -> directory",
+                "change /etc/file: 0 -> directory",
+            }));
+}
+
+TEST_F(ForecastTest, DeletedFileThatComesBackIsComparedAndTheRestIsDeleted) {
+  files.write("/etc/a.tv", "content");
+  files.write("/etc/b.tv", "content");
+  files.write("/etc/c.tv", "content");
+  files.makeLink("/etc/d.tv", "a.tv");
+  files.makeDirectory("/etc/e.tv");
+  EXPECT_EQ(told({member({.name = "etc/a.tv"}, "content"), member({.name = "etc/b.tv"}, "new")},
+                 {.deleted_first = {"/etc/*.tv", "/etc/c.*", "/etc/none"},
+                  .archives = {},
+                  .removed_again = {},
+                  .kept = {}}),
+            (Lines{
+                "same /etc/a.tv: 7 -> 7",
+                "change /etc/b.tv: 7 -> 3",
+                "delete /etc/c.tv: 7 -> nothing",
+                "delete /etc/d.tv: link a.tv -> nothing",
+            }));
+}
+
+TEST_F(ForecastTest, WhatIsRemovedAgainTakesAllBelowItAlong) {
+  files.makeDirectory("/.qws");
+  files.makeDirectory("/.qws/old");
+  files.write("/.qws/old/file", "12");
+  files.write("/.qws/both", "123");
+  files.makeLink("/.qws/link", "/etc");
+  files.write("/.qwsother", "");
+  files.write("/etc/hosts", "");
+  EXPECT_EQ(told({member({.name = ".qws/both"}, "123"), member({.name = ".qws/new"}, "1234"),
+                  member({.name = ".qwsother"})},
+                 {.deleted_first = {}, .archives = {}, .removed_again = {"/.qws"}, .kept = {}}),
+            (Lines{
+                "removed again /.qws/both: 3 -> nothing",
+                "removed again /.qws/new: nothing -> nothing",
+                "same /.qwsother: 0 -> 0",
+                "delete /.qws: directory -> nothing",
+                "delete /.qws/link: link /etc -> nothing",
+                "delete /.qws/old: directory -> nothing",
+                "delete /.qws/old/file: 2 -> nothing",
+            }));
+}
+
+TEST_F(ForecastTest, KeptFileStaysAndIsEmptyWhereThereWasNone) {
+  files.write("/etc/fstab", "own");
+  EXPECT_EQ(
+      told({member({.name = "etc/fstab"}, "archived"), member({.name = "etc/passwd"}, "archived")},
+           {.deleted_first = {},
+            .archives = {},
+            .removed_again = {},
+            .kept = {"/etc/fstab", "/etc/passwd"}}),
+      (Lines{"keep /etc/fstab: 3 -> 3", "add /etc/passwd: nothing -> 0"}));
+}
+
+TEST_F(ForecastTest, LaterMemberOfTheSamePathDecides) {
+  files.write("/etc/file", "second");
+  EXPECT_EQ(files.told({}, {tarOf({member({.name = "etc/file"}, "first"),
+                                   member({.name = "./etc//file"}, "third")}),
+                            tarOf({member({.name = "etc/file"}, "second")})}),
+            Lines{"same /etc/file: 6 -> 6"});
+}
+
+}  // namespace
+}  // namespace preview_test

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "TarWriter.h"
+#include "Told.h"
+
+namespace preview_test {
+namespace {
+
+using archive_test::member;
+
+struct HostileMembersTest : testing::Test {
+  HostileMembersTest() {
+    files.makeDirectory("/etc");
+    files.writeOutside("outside", "secret");
+  }
+
+  Lines told(const std::vector<std::string>& members) const {
+    return files.told({}, {tarOf(members)});
+  }
+
+  Files files;
+};
+
+TEST_F(HostileMembersTest, PathsAreThoseOfTheReceiverHoweverTheyClimb) {
+  EXPECT_EQ(told({member({.name = "../outside"}, "secret"), member({.name = "/outside"}, "secret"),
+                  member({.name = "etc/../../outside"}, "secret")}),
+            (Lines{
+                "add /../outside: nothing -> 6",
+                "add /outside: nothing -> 6",
+                "add /etc/../../outside: nothing -> 6",
+            }));
+  files.write("/outside", "secret");
+  EXPECT_EQ(told({member({.name = "../outside"}, "secret")}), Lines{"same /../outside: 6 -> 6"});
+}
+
+TEST_F(HostileMembersTest, DirectoryAboveTheReceiverIsTheReceiver) {
+  EXPECT_EQ(told({member({.name = ".."}, "x"), member({.name = "etc/.."}, "x"),
+                  member({.name = "./", .type = '5'})}),
+            (Lines{
+                "change /../.: directory -> 1",
+                "change /etc/../.: directory -> 1",
+                "same /: directory -> directory",
+            }));
+}
+
+TEST_F(HostileMembersTest, LinksOfTheReceiverDoNotLeadOut) {
+  files.makeLink("/climbing", "../..");
+  files.makeLink("/absolute", "/");
+  files.makeLink("/etc/outside", "../../outside");
+  EXPECT_EQ(told({member({.name = "climbing/outside"}, "secret"),
+                  member({.name = "absolute/etc/outside"}, "secret"),
+                  member({.name = "etc/outside"}, "secret")}),
+            (Lines{
+                "add /climbing/outside: nothing -> 6",
+                "change /absolute/etc/outside: link ../../outside -> 6",
+                "change /etc/outside: link ../../outside -> 6",
+            }));
+}
+
+TEST_F(HostileMembersTest, MemberInThePlaceOfADirectoryOrBelowAFileIsToldAsItIs) {
+  files.write("/etc/file", "");
+  EXPECT_EQ(told({member({.name = "etc"}, "x"), member({.name = "etc/file/below"}, "x")}),
+            (Lines{"change /etc: directory -> 1", "add /etc/file/below: nothing -> 1"}));
+}
+
+TEST_F(HostileMembersTest, SpecialFilesAreNeverOpened) {
+  EXPECT_EQ(told({member({.name = "etc/device", .type = '3'}),
+                  member({.name = "etc/pipe", .type = '6'})}),
+            (Lines{"add /etc/device: nothing -> device", "add /etc/pipe: nothing -> FIFO"}));
+}
+
+TEST_F(HostileMembersTest, PathThatNoFileCanHaveIsUnreadable) {
+  const std::string deep = archive_test::repeated("d/", 3000) + "file";
+  const std::string extended =
+      archive_test::extended(archive_test::record("path", deep)) + member({.name = "x"}, "1");
+  EXPECT_EQ(told({extended}), Lines{"unreadable /" + deep + ": nothing -> 1"});
+}
+
+TEST_F(HostileMembersTest, HardLinkToItselfOrToNothingIsTold) {
+  files.write("/etc/file", "x");
+  EXPECT_EQ(told({member({.name = "etc/file", .type = '1', .link = "etc/file"}),
+                  member({.name = "etc/new", .type = '1', .link = "../outside"})}),
+            (Lines{
+                "change /etc/file: 1 -> hard link etc/file",
+                "add /etc/new: nothing -> hard link ../outside",
+            }));
+}
+
+}  // namespace
+}  // namespace preview_test

@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <sstream>
+
+#include "preview/JsonReport.h"
+#include "preview/TextReport.h"
+
+namespace preview_test {
+namespace {
+
+using preview::Action;
+using tarball::Type;
+
+std::string textOf(const preview::Preview& preview) {
+  std::ostringstream out;
+  preview::printText(preview, out);
+  return out.str();
+}
+
+std::string textOf(const preview::Difference& difference, bool escape) {
+  std::ostringstream out;
+  preview::printText(difference, escape, out);
+  return out.str();
+}
+
+preview::Preview previewOf(std::vector<tarball::Member> members) {
+  return {.file = "archive",
+          .members = std::move(members),
+          .unpacked = 10240,
+          .restore = {},
+          .damage = ""};
+}
+
+struct ReportTest : testing::Test {
+  ReportTest() {
+    setenv("TZ", "UTC", 1);
+    tzset();
+  }
+};
+
+TEST_F(ReportTest, MembersAreShownWithModeSizeTimePathAndLink) {
+  EXPECT_EQ(
+      textOf(previewOf({
+          {.path = "etc/dir/",
+           .type = Type::kDirectory,
+           .mode = 01777,
+           .modified = 1709622240,
+           .link = ""},
+          {.path = "etc/file",
+           .type = Type::kFile,
+           .size = 2048,
+           .mode = 04755,
+           .modified = 0,
+           .link = ""},
+          {.path = "etc/link", .type = Type::kSymbolicLink, .mode = 0777, .link = "file"},
+          {.path = "etc/hard", .type = Type::kHardLink, .mode = 0640, .link = "etc/file"},
+          {.path = "a\nb\xff\x1b\xc2\x9b", .type = Type::kFifo, .mode = 02640, .link = ""},
+          {.path = "etc/when", .type = Type::kFile, .mode = 0, .modified = INT64_MAX, .link = ""},
+      })),
+      "MODE           SIZE  TIME                 PATH\n"
+      "drwxrwxrwt      0 B  2024-03-05 07:04     etc/dir/\n"
+      "-rwsr-xr-x  2.0 KiB  1970-01-01 00:00     etc/file\n"
+      "lrwxrwxrwx      0 B  1970-01-01 00:00     etc/link -> file\n"
+      "hrw-r-----      0 B  1970-01-01 00:00     etc/hard -> etc/file\n"
+      "prw-r-S---      0 B  1970-01-01 00:00     a\\x0ab\\xff\\x1b\\xc2\\x9b\n"
+      "----------      0 B  9223372036854775807  etc/when\n"
+      "6 members, 10.0 KiB unpacked\n"
+      "what a restore would do on a receiver is shown with --against DIR\n");
+}
+
+/// What a restore of `archive` does on a receiver.
+preview::Preview restored(std::vector<preview::Change> changes, const std::string& refusal = "") {
+  preview::Preview preview = previewOf({});
+  preview.restore.emplace(
+      preview::Restore{.receiver = "box",
+                       .rehearsal = {.model = "solo2",
+                                     .medium = {native::Root("/"), "", "/media"},
+                                     .archive = "/media/archive",
+                                     .refusal = refusal,
+                                     .commands = {"one", "two\nlines"}},
+                       .plan = {},
+                       .changes = std::move(changes)});
+  return preview;
+}
+
+preview::State file(std::uint64_t size, unsigned mode = 0644) {
+  return {.type = Type::kFile, .size = size, .mode = mode, .link = ""};
+}
+
+TEST_F(ReportTest, ChangesAreShownWithTheirTotalsAndTheCommands) {
+  const preview::State link = {.type = Type::kSymbolicLink, .size = 0, .mode = 0, .link = "x"};
+  EXPECT_EQ(textOf(restored({
+                {"/new", Action::add, {}, file(5)},
+                {"/mode", Action::change, file(5), file(5, 0755)},
+                {"/link", Action::change, link, file(7)},
+                {"/old", Action::remove, file(2048), {}},
+                {"/back", Action::remove_again, {}, {}},
+                {"/secret", Action::unreadable, {}, file(1)},
+            })),
+            "0 members, 10.0 KiB unpacked\n"
+            "\n"
+            "on box, a solo2, as /media/archive:\n"
+            "ACTION                   OLD            NEW  PATH\n"
+            "add                        -            5 B  /new\n"
+            "change         5 B rw-r--r--  5 B rwxr-xr-x  /mode\n"
+            "change                  link            7 B  /link\n"
+            "delete               2.0 KiB              -  /old\n"
+            "removed again              -              -  /back\n"
+            "unreadable                 -            1 B  /secret\n"
+            "\n"
+            "TOTAL          PATHS      OLD   NEW\n"
+            "add                1      0 B   5 B\n"
+            "change             2      5 B  12 B\n"
+            "delete             1  2.0 KiB   0 B\n"
+            "removed again      1      0 B   0 B\n"
+            "unreadable         1      0 B   1 B\n"
+            "\n"
+            "the restore runs (what commands but rm and tar change is not shown above):\n"
+            "  one\n"
+            "  two\\x0alines\n");
+}
+
+TEST_F(ReportTest, RefusedRestoreShowsTheReasonAlone) {
+  EXPECT_EQ(textOf(restored({}, "the reason")),
+            "0 members, 10.0 KiB unpacked\n\non box, a solo2, as /media/archive:\nthe reason\n");
+}
+
+TEST_F(ReportTest, JsonHoldsTheSame) {
+  preview::Preview preview = restored({{"/\xff", Action::change, file(5), file(6, 0755)}});
+  preview.members = {
+      {.path = "\xff", .type = Type::kFile, .size = 6, .mode = 0755, .modified = 9, .link = ""}};
+  preview.damage = "cut off";
+  nlohmann::ordered_json json = preview::jsonOf(preview);
+  EXPECT_EQ(json["restore"]["totals"]["change"].dump(), R"({"paths":1,"old_size":5,"new_size":6})");
+  json["restore"].erase("totals");
+  EXPECT_EQ(
+      json.dump(),
+      R"({"file":"archive","members":[{"path":"\\xff","type":"file","mode":"0755","size":6,)"
+      R"("modified":9,"link":null}],"count":1,"unpacked":10240,"damage":"cut off","restore":)"
+      R"({"receiver":"box","model":"solo2","archive":"/media/archive","refused":null,"changes":)"
+      R"([{"action":"change","path":"/\\xff","old":{"type":"file","size":5,"mode":"0644",)"
+      R"("link":null},"new":{"type":"file","size":6,"mode":"0755","link":null}}],)"
+      R"("commands":["one","two\nlines"]}})");
+}
+
+TEST_F(ReportTest, DifferenceIsEscapedOnATerminalAndWrittenAsItIsElsewhere) {
+  const preview::Difference difference{"/x", "--- /x\n+a\tb\x1b[m\r\n+\xff", ""};
+  EXPECT_EQ(textOf(difference, false), difference.text);
+  EXPECT_EQ(textOf(difference, true), "--- /x\n+a\tb\\x1b[m\\x0d\n+\\xff");
+  EXPECT_EQ(textOf({"/x\n", "", "not a text"}, false), "# /x\\x0a: not a text\n");
+}
+
+}  // namespace
+}  // namespace preview_test

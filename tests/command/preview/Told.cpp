@@ -1,0 +1,91 @@
+#include "Told.h"
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+#include "TarWriter.h"
+#include "preview/Forecast.h"
+
+namespace preview_test {
+namespace {
+
+/// A tar archive that is in memory.
+class Bytes : public tarball::Stream {
+ public:
+  explicit Bytes(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  std::string_view read() override {
+    const std::string_view rest = std::string_view(bytes_).substr(at_);
+    at_ = bytes_.size();
+    return rest;
+  }
+
+  std::uint64_t compressed() const override { return at_; }
+
+ private:
+  std::string bytes_;
+  std::size_t at_ = 0;
+};
+
+std::string textOf(const std::optional<preview::State>& state) {
+  if (!state) return "nothing";
+  if (isFile(state)) return std::to_string(state->size);
+  return preview::wordOf(state->type) + (state->link.empty() ? "" : " " + state->link);
+}
+
+}  // namespace
+
+Lines linesOf(const std::vector<preview::Change>& changes) {
+  Lines lines;
+  for (const preview::Change& change : changes) {
+    lines.push_back(std::string(preview::wordOf(change.action)) + " " + change.path + ": " +
+                    textOf(change.before) + " -> " + textOf(change.after));
+  }
+  return lines;
+}
+
+Files::Files() {
+  directory_.makeDirectory("receiver");
+}
+
+void Files::write(const std::string& path, const std::string& content, unsigned mode) const {
+  directory_.write("receiver" + path, content);
+  chmod(at(path).c_str(), mode);
+}
+
+void Files::makeDirectory(const std::string& path) const {
+  directory_.makeDirectory("receiver" + path);
+}
+
+void Files::makeLink(const std::string& path, const std::string& target) const {
+  std::filesystem::create_symlink(target, at(path));
+}
+
+void Files::makeHardLink(const std::string& path, const std::string& target) const {
+  std::filesystem::create_hard_link(at(target), at(path));
+}
+
+void Files::writeOutside(const std::string& name, const std::string& content) const {
+  directory_.write(name, content);
+}
+
+Lines Files::told(const preview::Plan& plan, const std::vector<std::string>& archives) const {
+  const native::Root root(path());
+  preview::Forecast forecast(root, plan);
+  for (const std::string& archive : archives) {
+    tarball::Reader reader(std::make_unique<Bytes>(archive));
+    while (const auto member = reader.next()) forecast.take(*member, reader);
+  }
+  return linesOf(forecast.finish());
+}
+
+std::string tarOf(const std::vector<std::string>& members) {
+  std::string tar;
+  for (const std::string& member : members) tar += member;
+  return tar + archive_test::kEndMark;
+}
+
+}  // namespace preview_test

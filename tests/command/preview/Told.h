@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "preview/Change.h"
+#include "preview/Plan.h"
+#include "support/TemporaryDirectory.h"
+
+namespace preview_test {
+
+using Lines = std::vector<std::string>;
+
+/// Returns changes as lines: "ACTION PATH: OLD -> NEW", where a file is its size.
+Lines linesOf(const std::vector<preview::Change>& changes);
+
+/// A directory with a receiver's files.
+class Files {
+ public:
+  Files();
+
+  /// The directory beside which nothing may be seen.
+  std::string path() const { return directory_ / "receiver"; }
+  std::string at(const std::string& path) const { return this->path() + path; }
+
+  /// Makes things on the receiver; the directory that they lie in must be there.
+  void write(const std::string& path, const std::string& content, unsigned mode = 0644) const;
+  void makeDirectory(const std::string& path) const;
+  void makeLink(const std::string& path, const std::string& target) const;
+  void makeHardLink(const std::string& path, const std::string& target) const;
+
+  /// Makes a file beside the receiver.
+  void writeOutside(const std::string& name, const std::string& content) const;
+
+  /// Returns what the plan and the archives, uncompressed tar archives, change here.
+  Lines told(const preview::Plan& plan, const std::vector<std::string>& archives) const;
+
+ private:
+  support::TemporaryDirectory directory_;
+};
+
+/// Returns a tar archive of these members.
+std::string tarOf(const std::vector<std::string>& members);
+
+}  // namespace preview_test
