@@ -96,10 +96,7 @@ void addAuto(CLI::App& stowline) {
   CLI::App* scheduled = stowline.add_subcommand(
       "auto",
       "Write a scheduled backup, read it again, and delete the oldest ones only when all is well.");
-  scheduled
-      ->add_option("--receiver", options->receiver,
-                   "a receiver tree; by default the receiver that this runs on")
-      ->type_name("DIR");
+  addReceiverOption(*scheduled, options->receiver);
   scheduled->add_option("--jobs", options->jobs, "what to back up")
       ->delimiter(',')
       ->check(CLI::IsMember(scheduled::jobNames()))

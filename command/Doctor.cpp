@@ -67,10 +67,7 @@ void addDoctor(CLI::App& stowline) {
   const auto options = std::make_shared<Options>();
   CLI::App* doctor = stowline.add_subcommand(
       "doctor", "Look whether a receiver can back itself up and be restored.");
-  doctor
-      ->add_option("--receiver", options->receiver,
-                   "a receiver tree; by default the receiver that this runs on")
-      ->type_name("DIR");
+  addReceiverOption(*doctor, options->receiver);
   doctor->add_flag("--json", options->json, "print JSON");
   doctor->add_flag("--quiet", options->quiet, "print only what is not well");
   doctor->callback([=] { runDoctor(*options); });

@@ -7,12 +7,26 @@
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "Commands.h"
 
 namespace {
 
 constexpr int kUsageError = 2;
+
+/// Adds the commands that this build has.
+void addCommands(CLI::App& stowline) {
+#ifdef STOWLINE_STAND_IN
+  command::addReceiver(stowline);
+  command::addDesk(stowline);
+#endif
+  command::addAuto(stowline);
+  command::addDoctor(stowline);
+  command::addList(stowline);
+  command::addShow(stowline);
+  command::addVerify(stowline);
+}
 
 /// Returns `text` on one line, for what is said of an error.
 std::string oneLine(std::string text) {
@@ -42,6 +56,16 @@ void occupyStandardStreams() {
   }
 }
 
+/// Returns the commands' names: "one, two or three".
+std::string namesOf(const std::vector<CLI::App*>& commands) {
+  std::string names;
+  for (const CLI::App* command : commands) {
+    const bool is_last = command == commands.back();
+    names += (names.empty() ? "" : is_last ? " or " : ", ") + command->get_name();
+  }
+  return names;
+}
+
 void requireWritten() {
   if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
 }
@@ -62,21 +86,15 @@ int run(CLI::App& stowline, int argc, char** argv) {
 
 int main(int argc, char** argv) {
   occupyStandardStreams();
-  CLI::App stowline("Backup and restore of a set-top box, on a stand-in receiver.", "stowline");
+  CLI::App stowline("Backup and restore of a set-top box.", "stowline");
   stowline.set_version_flag("--version", "stowline " STOWLINE_VERSION);
   stowline.require_subcommand(0, 1);
   stowline.final_callback([&stowline] {
     if (stowline.get_subcommands().empty()) {
-      throw CLI::ValidationError("name a command: receiver or desk");
+      throw CLI::ValidationError("name a command: " + namesOf(stowline.get_subcommands({})));
     }
   });
-  command::addReceiver(stowline);
-  command::addAuto(stowline);
-  command::addDesk(stowline);
-  command::addDoctor(stowline);
-  command::addList(stowline);
-  command::addShow(stowline);
-  command::addVerify(stowline);
+  addCommands(stowline);
   try {
     return run(stowline, argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -5,17 +5,44 @@
 
 #include "native/Enclosure.h"
 #include "native/Model.h"
+#ifdef STOWLINE_STAND_IN
 #include "tree/ReceiverTree.h"
+#endif
 
 namespace command {
+namespace {
+
+#ifdef STOWLINE_STAND_IN
+constexpr const char* kInstead = ": name a receiver tree with --receiver DIR";
+
+void enter(const std::filesystem::path& tree) {
+  desk::requireTree(tree);
+  native::enterTree(tree);
+}
+#else
+constexpr const char* kInstead = "";
+
+void enter(const std::filesystem::path& /*tree*/) {}
+#endif
+
+}  // namespace
+
+#ifdef STOWLINE_STAND_IN
+void addReceiverOption(CLI::App& command, std::filesystem::path& tree) {
+  command
+      .add_option("--receiver", tree, "a receiver tree; by default the receiver that this runs on")
+      ->type_name("DIR");
+}
+#else
+void addReceiverOption(CLI::App& /*command*/, std::filesystem::path& /*tree*/) {}
+#endif
 
 void moveOntoReceiver(const std::filesystem::path& tree) {
   if (!tree.empty()) {
-    desk::requireTree(tree);
-    native::enterTree(tree);
+    enter(tree);
   } else if (!std::filesystem::exists(native::kModelFile)) {
     throw std::runtime_error(std::string("this is no receiver, it has no ") + native::kModelFile +
-                             ": name a receiver tree with --receiver DIR");
+                             kInstead);
   }
   native::setReceiverEnvironment();
 }

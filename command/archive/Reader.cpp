@@ -179,7 +179,8 @@ void Reader::readToEnd() {
   std::uint64_t at = position();
   if (exhausted_) fail(Damage::kTarCutOff, at);
   const std::uint64_t left = unpacked_ - pending_.size() - at;
-  std::string_view rest = handed_.substr(handed_.size() - std::min(left, handed_.size()));
+  const auto held = static_cast<std::size_t>(std::min<std::uint64_t>(left, handed_.size()));
+  std::string_view rest = handed_.substr(handed_.size() - held);
   do {
     const std::size_t other = rest.find_first_not_of('\0');
     if (other != std::string_view::npos) fail(Damage::kDataAfterEnd, at + other);

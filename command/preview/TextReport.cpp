@@ -3,6 +3,7 @@
 #include <array>
 #include <ctime>
 #include <ostream>
+#include <utility>
 
 #include "archive/Paths.h"
 #include "native/Reading.h"
@@ -55,7 +56,8 @@ char typeCharacter(tarball::Type type) {
 
 /// Returns a time as local time, or as its seconds where no calendar has it.
 std::string timeText(std::int64_t seconds) {
-  const std::time_t time = seconds;
+  if (!std::in_range<std::time_t>(seconds)) return std::to_string(seconds);
+  const auto time = static_cast<std::time_t>(seconds);
   std::tm local{};
   std::array<char, 64> text{};
   if (!localtime_r(&time, &local) ||

@@ -11,6 +11,7 @@
 
 #include "OsError.h"
 #include "Reading.h"
+#include "Walk.h"
 
 namespace native {
 namespace {
@@ -29,14 +30,16 @@ Root::Root(const std::filesystem::path& dir)
 }
 
 /// Returns no descriptor, and errno, for what cannot be opened. The whole system's own root needs
-/// no help to stay inside: receivers' kernels are older than openat2(2).
+/// no help to stay inside.
 Descriptor Root::resolve(const std::string& path, int flags) const {
   if (is_whole_system_) return Descriptor(::open(path.c_str(), flags | O_CLOEXEC));
   open_how how{};
   how.flags = static_cast<unsigned>(flags | O_CLOEXEC);
   how.resolve = RESOLVE_IN_ROOT;
-  return Descriptor(
-      static_cast<int>(syscall(SYS_openat2, dir_.number(), path.c_str(), &how, sizeof how)));
+  const auto number = syscall(SYS_openat2, dir_.number(), path.c_str(), &how, sizeof how);
+  // Receivers' kernels are older than that call.
+  if (number < 0 && errno == ENOSYS) return openBelow(dir_.number(), path, flags);
+  return Descriptor(static_cast<int>(number));
 }
 
 Descriptor Root::open(const std::string& path) const {
