@@ -18,6 +18,9 @@ void addReceiver(CLI::App& stowline);
 /// Adds `stowline auto`.
 void addAuto(CLI::App& stowline);
 
+/// Adds `stowline completion`. The other commands are to be there first.
+void addCompletion(CLI::App& stowline);
+
 /// Adds `stowline desk`.
 void addDesk(CLI::App& stowline);
 

@@ -26,6 +26,7 @@ void addCommands(CLI::App& stowline) {
   command::addList(stowline);
   command::addShow(stowline);
   command::addVerify(stowline);
+  command::addCompletion(stowline);
 }
 
 /// Returns `text` on one line, for what is said of an error.

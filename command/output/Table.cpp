@@ -16,8 +16,13 @@ std::size_t lengthOf(const std::string& text) {
       std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
 }
 
-bool isControl(char byte) {
-  return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
+/// Whether a control character stands at `at`: one of ASCII, or one of U+0080 to U+009F in UTF-8.
+bool isControl(const std::string& text, std::size_t at) {
+  const auto byte = static_cast<unsigned char>(text[at]);
+  if (byte < 0x20 || byte == 0x7F) return true;
+  const bool begins_one = byte == 0xC2 && static_cast<unsigned char>(text[at + 1]) < 0xA0;
+  const bool ends_one = at > 0 && byte < 0xA0 && static_cast<unsigned char>(text[at - 1]) == 0xC2;
+  return begins_one || ends_one;
 }
 
 }  // namespace
@@ -51,13 +56,14 @@ void Table::printLine(std::ostream& out, const std::vector<std::string>& cells,
 
 std::string lineOf(const std::string& bytes) {
   std::string line;
-  for (const char byte : native::shownText(bytes)) {
-    if (isControl(byte)) {
+  const std::string text = native::shownText(bytes);
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (isControl(text, at)) {
       std::array<char, 5> code{};
-      std::snprintf(code.data(), code.size(), "\\x%02x", static_cast<unsigned>(byte));
+      std::snprintf(code.data(), code.size(), "\\x%02x", static_cast<unsigned char>(text[at]));
       line += code.data();
     } else {
-      line += byte;
+      line += text[at];
     }
   }
   return line;

@@ -21,7 +21,8 @@ TEST(Table, ColumnsAreAsWideAsTheirWidestCellAndNumbersStandRight) {
 }
 
 TEST(Line, NameIsShownOnOneLineAndNothingOfItReachesTheTerminalAsACommand) {
-  EXPECT_EQ(lineOf("a b\n\x1b[2J\x7f\xff\xc3\xa9"), "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9");
+  EXPECT_EQ(lineOf("a b\n\x1b[2J\x7f\xff\xc3\xa9\xc2\xa0\xc2\x9b"),
+            "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9\xc2\xa0\\xc2\\x9b");
 }
 
 TEST(Size, IsShownInUnitsOf1024) {
