@@ -36,7 +36,7 @@ scheduled::Begin bars(bool are_wanted) {
 void printText(const scheduled::Report& report) {
   for (const scheduled::JobReport& job : report.jobs) {
     for (const scheduled::Written& written : job.written) {
-      std::cout << job.job << ": " << written.file << ", ";
+      std::cout << job.job << ": " << output::lineOf(written.file) << ", ";
       if (written.error.empty()) {
         std::cout << output::sizeText(static_cast<long long>(written.size)) << ", sound\n";
       } else {
@@ -85,7 +85,8 @@ void runAuto(const Options& options) {
     printText(report);
   }
   if (!report.failure.empty()) {
-    throw std::runtime_error("nothing old was deleted: " + output::lineOf(report.failure));
+    const char* kept = report.deleted.empty() ? "nothing old was deleted: " : "";
+    throw std::runtime_error(kept + output::lineOf(report.failure));
   }
 }
 

@@ -58,7 +58,9 @@ void runDoctor(const Options& options) {
     printTable(checks, options.quiet);
   }
   const auto failed = std::ranges::count(checks, State::failed, &Check::state);
-  if (failed > 0) throw std::runtime_error(std::to_string(failed) + " checks have failed");
+  if (failed > 0)
+    throw std::runtime_error(std::to_string(failed) +
+                             (failed == 1 ? " check has failed" : " checks have failed"));
 }
 
 }  // namespace

@@ -34,6 +34,8 @@ const char* wordOf(Restore restore) {
       return "yes";
     case Restore::too_small:
       return "too small";
+    case Restore::no_file:
+      return "no file";
     default:
       return "other model";
   }
@@ -68,7 +70,7 @@ void printTable(const Catalogue& catalogue) {
                        {"VERSION"},
                        {"RESTORE KEEPS"},
                        {"SIZE", true},
-                       {"RESTORABLE"},
+                       {"RESTORE LIST"},
                        {"FILE"},
                        {"WITH"}});
   for (const BackupSet& set : catalogue.sets) {
@@ -85,8 +87,10 @@ void printTable(const Catalogue& catalogue) {
 
 void printText(const Catalogue& catalogue) {
   printTable(catalogue);
-  std::cout << catalogue.sets.size() << " backups, " << output::sizeText(catalogue.size) << " in "
-            << output::lineOf(catalogue.directory) << "\n";
+  const std::size_t count = catalogue.sets.size();
+  std::cout << count << (count == 1 ? " backup, " : " backups, ")
+            << output::sizeText(catalogue.size) << " in " << output::lineOf(catalogue.directory)
+            << "\n";
   if (!catalogue.others.empty()) {
     std::cout << "other files: " << joined(catalogue.others, " ", output::lineOf) << "\n";
   }

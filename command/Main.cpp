@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "Commands.h"
+#include "host/Error.h"
+#include "native/OsError.h"
 
 namespace {
 
@@ -102,6 +104,9 @@ int main(int argc, char** argv) {
     std::cerr << "stowline: " << oneLine(error.what()) << " (see '" << helpCommand(stowline)
               << "')\n";
     return kUsageError;
+  } catch (const host::Error& error) {
+    std::cerr << "stowline: " << oneLine(native::reasonOf(error)) << "\n";
+    return EXIT_FAILURE;
   } catch (const std::exception& error) {
     std::cerr << "stowline: " << oneLine(error.what()) << "\n";
     return EXIT_FAILURE;

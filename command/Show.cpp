@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Commands.h"
+#include "backups/FileKind.h"
 #include "preview/Differences.h"
 #include "preview/JsonReport.h"
 #include "preview/TextReport.h"
@@ -46,7 +47,13 @@ void showText(const preview::Preview& preview, bool diff) {
 }
 
 void runShow(const Options& options) {
+  if (backups::kindOf(options.file.filename().string()) == backups::FileKind::plugin_list) {
+    throw std::runtime_error("'" + options.file.string() +
+                             "' is a list of packages, a line each, and no archive");
+  }
   const preview::Preview preview = preview::look(options.file, options.receiver);
+  const bool has_nothing = preview.members.empty() && !preview.damage.empty();
+  if (has_nothing && !options.json) throw std::runtime_error(preview.damage);
   if (options.json) {
     showJson(preview, options.diff);
   } else {

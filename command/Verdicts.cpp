@@ -5,6 +5,7 @@
 
 #include "backups/VerifyFile.h"
 #include "host/Error.h"
+#include "native/OsError.h"
 #include "native/ShownText.h"
 #include "output/Progress.h"
 #include "output/Table.h"
@@ -45,7 +46,7 @@ Verified verifyOne(const std::filesystem::path& file, bool shows_progress) {
     verified.verdict = backups::verifyFile(file.string(), verified.kind,
                                            [&](std::uint64_t done) { progress.show(done); });
   } catch (const host::Error& error) {
-    verified.error = error.message();
+    verified.error = native::reasonOf(error);
   }
   return verified;
 }

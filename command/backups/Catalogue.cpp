@@ -16,6 +16,9 @@
 namespace backups {
 namespace {
 
+/// A model with fewer scheduled backups has none that the next one could make too many.
+constexpr int kFewestToDelete = 3;
+
 /// What the module makes of a listed file.
 struct Judged {
   bool is_taken;   ///< whether OK does anything with it
@@ -46,32 +49,52 @@ class Reader {
   }
 
   Catalogue read() {
+    names_ = system_.listdir(directory_);
     chooseModels();
     for (const Kind& kind : kKinds) {
       for (const auto& [name, judged] : listed(kind)) addSet(kind, name, judged);
     }
     addOthers();
-    for (const std::string& model : models()) addOutdated(model);
+    for (const std::string& model : scheduledModels()) addOutdated(model);
     return std::move(catalogue_);
   }
 
  private:
-  /// The models to decide for.
-  std::vector<std::string> models() const {
+  static bool isBoxType(const std::string& model) {
+    return std::ranges::find(stowline::kBoxTypes, model) != std::end(stowline::kBoxTypes);
+  }
+
+  /// The models whose next scheduled backup is meant: the one asked for, or every one that has as
+  /// many of them as stay.
+  std::vector<std::string> scheduledModels() const {
     if (!model_.empty()) return {model_};
-    return {std::begin(stowline::kBoxTypes), std::end(stowline::kBoxTypes)};
+    std::map<std::string, int> counts;
+    for (const std::string& name : names_) {
+      const auto said = parseSetName(name);
+      if (said && said->is_scheduled) ++counts[said->model];
+    }
+    std::vector<std::string> models;
+    for (const auto& [model, count] : counts) {
+      if (count >= kFewestToDelete) models.push_back(model);
+    }
+    return models;
   }
 
   /// A file is listed for the receivers of its model, so those of every model that a name is of
-  /// are asked; of all models where a name does not say.
+  /// are asked; of all models where a name does not say. Models that have no tag of their own list
+  /// alike: one of them is asked.
   void chooseModels() {
-    asked_.insert(models().front());
-    for (const std::string& name : system_.listdir(directory_)) {
+    bool has_other = !model_.empty() && !isBoxType(model_);
+    if (!model_.empty()) asked_.insert(model_);
+    for (const std::string& name : names_) {
       const auto said = parseSetName(name);
-      if (said) {
-        asked_.insert(said->model);
-      } else {
+      if (!said) {
         asked_.insert(std::begin(stowline::kBoxTypes), std::end(stowline::kBoxTypes));
+      } else if (isBoxType(said->model)) {
+        asked_.insert(said->model);
+      } else if (!has_other) {
+        asked_.insert(said->model);
+        has_other = true;
       }
     }
   }
@@ -103,6 +126,7 @@ class Reader {
                   .companions = {},
                   .restore = judged.is_taken ? Restore::yes : Restore::too_small};
     if (!model_.empty() && !judged.is_listed) set.restore = Restore::other_model;
+    if (!system_.isFile(directory_ + "/" + name)) set.restore = Restore::no_file;
     known_.insert(name);
     catalogue_.size += set.file.size;
     for (const std::string& archive : unpackedBy(commands)) {
@@ -116,7 +140,7 @@ class Reader {
   }
 
   void addOthers() {
-    catalogue_.others = system_.listdir(directory_);
+    catalogue_.others = names_;
     std::erase_if(catalogue_.others,
                   [this](const std::string& name) { return known_.contains(name); });
     std::ranges::sort(catalogue_.others);
@@ -130,22 +154,30 @@ class Reader {
     engine.createSettingFile();
     engine.createConfigFile();
     engine.createPluginList();
+    std::set<std::string> next;
     for (const std::string& file : {engine.settingfile, engine.configfile, engine.pluginfile}) {
+      if (system_.exists(file)) continue;
+      next.insert(file);
       system_.pretend(file);
     }
     engine.houseKeeping();
     for (const std::string& file : system_.takeRemoved()) {
-      catalogue_.outdated.push_back(file.substr(directory_.size() + 1));
+      if (!next.contains(file)) catalogue_.outdated.push_back(file.substr(directory_.size() + 1));
     }
   }
 
-  File fileOf(const std::string& name) { return {name, system_.fileSize(directory_ + "/" + name)}; }
+  /// What is no file has no size.
+  File fileOf(const std::string& name) {
+    const std::string path = directory_ + "/" + name;
+    return {name, system_.isFile(path) ? system_.fileSize(path) : 0};
+  }
 
   std::string model_;
   look::System system_;
-  look::Host host_;              ///< for what does not depend on the model
-  std::string directory_;        ///< as the receiver names it
-  std::set<std::string> asked_;  ///< the models whose lists are asked
+  look::Host host_;                 ///< for what does not depend on the model
+  std::string directory_;           ///< as the receiver names it
+  std::vector<std::string> names_;  ///< of all files in the directory
+  std::set<std::string> asked_;     ///< the models whose lists are asked
   std::set<std::string> known_;
   Catalogue catalogue_;
 };

@@ -33,6 +33,7 @@ enum class Restore {
   yes,
   too_small,    ///< it is listed, and OK does nothing
   other_model,  ///< it is not listed
+  no_file,      ///< it is listed, and is a directory, a link to nothing or the like
 };
 
 /// A backup with what belongs to it.

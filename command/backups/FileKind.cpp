@@ -4,7 +4,6 @@
 #include <array>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "BoxTypes.h"
 #include "Catalogue.h"
@@ -46,7 +45,8 @@ FileKind kindOfListed(const std::string& name) {
   return FileKind::unknown;
 }
 
-/// Returns how the names of the archives end that are restored with a configuration.
+}  // namespace
+
 std::vector<std::string> companionEndings() {
   const std::string archive = "/configuration.tar.gz";
   look::System system(std::nullopt);
@@ -56,8 +56,6 @@ std::vector<std::string> companionEndings() {
   for (std::string& ending : endings) ending.erase(0, archive.size());
   return endings;
 }
-
-}  // namespace
 
 FileKind kindOf(const std::string& name) {
   for (const std::string& ending : companionEndings()) {

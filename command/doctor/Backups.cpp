@@ -17,6 +17,7 @@
 #include "backups/FileKind.h"
 #include "backups/VerifyFile.h"
 #include "host/Error.h"
+#include "native/OsError.h"
 #include "output/Table.h"
 #include "scheduled/Medium.h"
 
@@ -37,10 +38,12 @@ std::uint64_t sizeBelow(const fs::path& path) {
     return ignored ? 0 : size;
   }
   std::uint64_t size = 0;
-  for (const auto& entry : fs::recursive_directory_iterator(
-           path, fs::directory_options::skip_permission_denied, ignored)) {
-    const std::uintmax_t bytes = entry.is_regular_file(ignored) ? entry.file_size(ignored) : 0;
-    if (!ignored) size += bytes;
+  constexpr auto kOptions = fs::directory_options::skip_permission_denied;
+  for (fs::recursive_directory_iterator at(path, kOptions, ignored), end; !ignored && at != end;
+       at.increment(ignored)) {
+    std::error_code unknown;
+    const std::uintmax_t bytes = at->is_regular_file(unknown) ? at->file_size(unknown) : 0;
+    if (!unknown) size += bytes;
   }
   return size;
 }
@@ -105,23 +108,39 @@ std::optional<long> ageInDays(const backups::BackupSet& set) {
   return static_cast<long>(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay);
 }
 
+/// Whether the backup and all that is restored with it can be read and is sound.
+bool isSound(const backups::Catalogue& catalogue, const backups::BackupSet& set) {
+  const auto is_sound = [&](const backups::File& file) {
+    try {
+      const std::string path = catalogue.directory + "/" + file.name;
+      return backups::verifyFile(path, backups::kindOf(file.name)).sound();
+    } catch (const host::Error&) {
+      return false;
+    }
+  };
+  return is_sound(set.file) && std::ranges::all_of(set.companions, is_sound);
+}
+
+std::string ageText(const backups::BackupSet& set) {
+  const auto days = ageInDays(set);
+  if (!days) return "";
+  if (*days == 0) return ", less than a day old";
+  return ", " + std::to_string(*days) + (*days == 1 ? " day old" : " days old");
+}
+
 /// Looks for the newest backup of a kind that can be restored here and is sound.
 Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& kind) {
-  int unsound = 0;
+  std::string unsound;
   for (const backups::BackupSet& set : catalogue.sets) {
     if (set.kind != std::string(kind.name) || set.restore != backups::Restore::yes) continue;
-    const std::string file = catalogue.directory + "/" + set.file.name;
-    if (!backups::verifyFile(file, backups::kindOf(set.file.name)).sound()) {
-      ++unsound;
-      continue;
+    const std::string name = output::lineOf(set.file.name);
+    if (isSound(catalogue, set)) {
+      return {kind.last_good, unsound.empty() ? State::ok : State::warning,
+              name + ageText(set) + unsound};
     }
-    const auto days = ageInDays(set);
-    std::string text = output::lineOf(set.file.name);
-    if (days) text += ", " + std::to_string(*days) + " days old";
-    if (unsound > 0) text += "; " + std::to_string(unsound) + " newer ones are not sound";
-    return {kind.last_good, unsound > 0 ? State::warning : State::ok, text};
+    if (unsound.empty()) unsound = "; not sound is the newer " + name;
   }
-  return {kind.last_good, State::warning, "there is none"};
+  return {kind.last_good, State::warning, "there is none" + unsound};
 }
 
 }  // namespace
@@ -141,12 +160,16 @@ std::vector<Check> checkBackups(host::Host& host) {
   } else {
     checks.push_back({"medium", State::failed, *directory + " cannot be written: " + reason});
   }
-  checks.push_back(checkRoom(*directory));
-  const backups::Catalogue catalogue =
-      backups::readCatalogue(fs::path(*directory).parent_path(), host.deviceName());
-  checks.push_back(checkClock(catalogue));
-  for (const backups::Kind& kind : backups::kKinds) {
-    checks.push_back(checkLastGood(catalogue, kind));
+  checks.push_back(guarded("room", [&] { return checkRoom(*directory); }));
+  try {
+    const backups::Catalogue catalogue =
+        backups::readCatalogue(fs::path(*directory).parent_path(), host.deviceName());
+    checks.push_back(checkClock(catalogue));
+    for (const backups::Kind& kind : backups::kKinds) {
+      checks.push_back(guarded(kind.last_good, [&] { return checkLastGood(catalogue, kind); }));
+    }
+  } catch (const host::Error& error) {
+    checks.push_back({"backups", State::failed, native::reasonOf(error)});
   }
   return checks;
 }

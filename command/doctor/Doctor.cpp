@@ -1,10 +1,16 @@
 #include "Doctor.h"
 
+#include <exception>
+#include <utility>
+
 #include "Backups.h"
 #include "Setup.h"
 #include "Tools.h"
+#include "host/Error.h"
 #include "native/Host.h"
+#include "native/Model.h"
 #include "native/NativeSystem.h"
+#include "native/OsError.h"
 
 namespace doctor {
 
@@ -19,14 +25,36 @@ const char* wordOf(State state) {
   }
 }
 
+namespace {
+
+Check checkModel(host::OperatingSystem& os) {
+  const std::string model = native::readModel(os);
+  if (native::isModel(model)) return {"model", State::ok, model};
+  return {"model", State::failed, "'" + model + "' cannot be the model of a receiver"};
+}
+
+}  // namespace
+
+Check guarded(const char* name, const std::function<Check()>& check) {
+  try {
+    return check();
+  } catch (const host::Error& error) {
+    return {name, State::failed, native::reasonOf(error)};
+  } catch (const std::exception& error) {
+    return {name, State::failed, error.what()};
+  }
+}
+
 std::vector<Check> examine() {
   native::NativeSystem os;
   native::Host host(os);
   stowline::load(host);
-  std::vector<Check> checks = {{"model", State::ok, host.deviceName()},
-                               checkTools(os),
-                               checkExclusions(os),
-                               checkPackageManager(os)};
+  std::vector<Check> checks = {
+      guarded("model", [&] { return checkModel(os); }),
+      guarded("tools", [&] { return checkTools(os); }),
+      guarded("tar's exclusions", [&] { return checkExclusions(os); }),
+      guarded("package manager", [&] { return checkPackageManager(os); }),
+  };
   for (Check& check : checkBackups(host)) checks.push_back(std::move(check));
   return checks;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,11 @@ struct Check {
 /// Returns the word for a state.
 const char* wordOf(State state);
 
+/// Carries out a check; one that raises has failed for that reason.
+Check guarded(const char* name, const std::function<Check()>& check);
+
 /// Looks whether the receiver that this process is in can back itself up and be restored. Nothing
-/// stays changed but that the backup directory is made where its medium is mounted. Raises
-/// host::Error when the receiver has no model.
+/// stays changed but that the backup directory is made where its medium is mounted.
 std::vector<Check> examine();
 
 }  // namespace doctor

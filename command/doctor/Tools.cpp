@@ -68,23 +68,19 @@ Check checkTools(host::OperatingSystem& os) {
 
 Check checkExclusions(host::OperatingSystem& os) {
   constexpr const char* kName = "tar's exclusions";
-  try {
-    const Scratch scratch;
-    for (const char* name : {"kept", "left_out"})
-      std::ofstream(scratch.path() + "/" + name) << name;
-    const std::string archive = scratch.path() + ".tar.gz";
-    const std::string members = scratch.path().substr(1);
-    {
-      const scheduled::CapturedOutput output;
-      os.system("tar czf " + archive + " " + scratch.path() + "/* --exclude " + members + "/left*");
-    }
-    const std::set<std::string> found = membersOf(archive);
-    fs::remove(archive);
-    if (!found.contains(members + "/kept")) return {kName, State::failed, "tar archives nothing"};
-    if (!found.contains(members + "/left_out")) return {kName, State::ok, "honoured"};
-  } catch (const std::exception& error) {
-    return {kName, State::failed, error.what()};
+  const Scratch scratch;
+  const std::string files = scratch.path() + "/files";
+  fs::create_directory(files);
+  for (const char* name : {"kept", "left_out"}) std::ofstream(files + "/" + name) << name;
+  const std::string archive = scratch.path() + "/archive";
+  const std::string members = files.substr(1);
+  {
+    const scheduled::CapturedOutput output;
+    os.system("tar czf " + archive + " " + files + "/* --exclude " + members + "/left*");
   }
+  const std::set<std::string> found = membersOf(archive);
+  if (!found.contains(members + "/kept")) return {kName, State::failed, "tar archives nothing"};
+  if (!found.contains(members + "/left_out")) return {kName, State::ok, "honoured"};
   return {kName, State::warning,
           "not honoured after the file list: configuration backups will hold channel data and "
           "keys"};

@@ -1,5 +1,6 @@
 #include "Progress.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +16,13 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenBars(200);
 
 constexpr std::size_t kWidth = 20;
+
+/// Returns how many columns the terminal has.
+std::size_t columns() {
+  winsize size{};
+  constexpr std::size_t kUsual = 80;
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
+}
 
 /// Erases the line (EL of ECMA-48) and goes back to its beginning.
 constexpr const char* kClearLine = "\r\033[K";
@@ -38,11 +46,16 @@ void Progress::show(std::uint64_t done) {
   const double seconds = std::chrono::duration<double>(now - begin_).count();
   std::string bar(static_cast<std::size_t>(part * kWidth), '#');
   bar.resize(kWidth, '-');
-  std::fprintf(stderr, "%s[%s] %3d%%  %s of %s  %s/s  %s", kClearLine, bar.c_str(),
-               static_cast<int>(part * 100), sizeText(static_cast<long long>(done)).c_str(),
-               sizeText(static_cast<long long>(size_)).c_str(),
-               sizeText(static_cast<long long>(static_cast<double>(done) / seconds)).c_str(),
-               lineOf(name_).c_str());
+  const auto amount = [](double bytes) { return sizeText(static_cast<long long>(bytes)); };
+  std::string line = std::to_string(static_cast<int>(part * 100)) + "%  " +
+                     amount(static_cast<double>(done)) + " of " +
+                     amount(static_cast<double>(size_)) + "  " +
+                     amount(static_cast<double>(done) / seconds) + "/s  [" + bar + "]  ";
+  // The name as far as there is room: a line that wraps could not be cleared.
+  const std::size_t room = columns() - 1;
+  const std::string name = lineOf(name_);
+  if (line.size() + name.size() <= room) line += name;
+  std::fprintf(stderr, "%s%s", kClearLine, line.substr(0, room).c_str());
 }
 
 }  // namespace output

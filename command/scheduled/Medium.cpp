@@ -13,6 +13,7 @@
 #include "Media.h"
 #include "Setup.h"
 #include "native/Descriptor.h"
+#include "native/OsError.h"
 
 namespace scheduled {
 namespace {
@@ -49,6 +50,12 @@ std::string whyNotWritable(const std::string& directory) {
   const std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
   unlink(path.c_str());
   return reason;
+}
+
+void sync(const std::string& path) {
+  const native::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file || fsync(file.number()) != 0) throw native::osError(errno, path);
+  posix_fadvise(file.number(), 0, 0, POSIX_FADV_DONTNEED);
 }
 
 }  // namespace scheduled

@@ -9,10 +9,11 @@
 #include "Medium.h"
 #include "RunLock.h"
 #include "Setup.h"
+#include "Systems.h"
+#include "Trust.h"
 #include "backups/VerifyFile.h"
 #include "host/Error.h"
-#include "native/Host.h"
-#include "native/NativeSystem.h"
+#include "native/OsError.h"
 
 namespace scheduled {
 namespace {
@@ -20,66 +21,22 @@ namespace {
 using backups::FileKind;
 using stowline::BackupActions;
 
-/// A file that a job writes: what it is, how its name ends after the engine's own, and whether it
-/// may be missing.
-struct Product {
-  FileKind kind;
-  const char* suffix;
-  bool is_optional;
-};
-
 /// A job by its name: the engine's operation, where that keeps the path of what it wrote, and what
-/// it writes.
+/// that is. An archive may have companions.
 struct Job {
   const char* name;
   host::Value (BackupActions::*run)();
   std::string BackupActions::*file;
-  std::vector<Product> products;
+  FileKind kind;
 };
 
-const std::vector<Job>& allJobs() {
-  static const std::vector<Job> jobs = {
-      {"settings",
-       &BackupActions::createSettingFile,
-       &BackupActions::settingfile,
-       {{FileKind::settings, "", false}}},
-      {"config",
-       &BackupActions::createConfigFile,
-       &BackupActions::configfile,
-       {{FileKind::configuration, "", false}, {FileKind::user_files, "_user_files", true}}},
-      {"plugins",
-       &BackupActions::createPluginList,
-       &BackupActions::pluginfile,
-       {{FileKind::plugin_list, "", false}}},
-  };
-  return jobs;
-}
-
-/// The receiver. What the engine logs is in the report.
-class Host : public native::Host {
- public:
-  using native::Host::Host;
-  void print(const std::string& /*line*/) override {}
-};
-
-/// The operating system, with what is removed and why a directory cannot be made written down.
-class System : public native::NativeSystem {
- public:
-  void remove(const std::string& path) override {
-    NativeSystem::remove(path);
-    removed.push_back(path);
-  }
-  void makedirs(const std::string& path) override {
-    try {
-      NativeSystem::makedirs(path);
-    } catch (const host::Error& error) {
-      why_not_made = error.message();
-      throw;
-    }
-  }
-
-  std::vector<std::string> removed;
-  std::string why_not_made;
+constexpr Job kJobs[] = {
+    {"settings", &BackupActions::createSettingFile, &BackupActions::settingfile,
+     FileKind::settings},
+    {"config", &BackupActions::createConfigFile, &BackupActions::configfile,
+     FileKind::configuration},
+    {"plugins", &BackupActions::createPluginList, &BackupActions::pluginfile,
+     FileKind::plugin_list},
 };
 
 /// One run on the receiver that this process is in.
@@ -90,16 +47,16 @@ class Run {
     requireMounted(host_);
     const auto directory = stowline::getBackupRestorePath(host_);
     if (!directory) {
-      throw std::runtime_error("there is no backup directory: " + system_.why_not_made);
+      throw std::runtime_error("there is no backup directory: " + system_.whyNotMade());
     }
     directory_ = *directory;
     requireWritable();
     engine_.emplace(host_, "auto");
-    requireNewStamp();
+    requireNewestStamp(host_, directory_, engine_->executiontime);
   }
 
   Report go(const std::vector<std::string>& jobs) {
-    for (const Job& job : allJobs()) {
+    for (const Job& job : kJobs) {
       if (std::ranges::find(jobs, job.name) != jobs.end()) carryOut(job);
     }
     if (report_.failure.empty()) keepHouse();
@@ -114,26 +71,16 @@ class Run {
     }
   }
 
-  /// The engine replaces what has its stamp; a second run within a minute shall not.
-  void requireNewStamp() {
-    for (const std::string& name : system_.listdir(directory_)) {
-      if (name.find(engine_->executiontime + ".") != std::string::npos) {
-        throw std::runtime_error("there is a scheduled backup of this minute already: " + name);
-      }
-    }
-  }
-
   void carryOut(const Job& job) {
     JobReport report{.job = job.name, .written = {}};
     const std::string printed = runEngine(job);
-    bool is_sound = true;
-    for (const Product& product : job.products) {
-      const std::string file = (*engine_).*job.file + product.suffix;
-      if (product.is_optional && !system_.exists(file)) continue;
-      report.written.push_back(examine(file, product.kind, printed));
-      is_sound = is_sound && report.written.back().error.empty();
+    const std::string& file = (*engine_).*job.file;
+    report.written.push_back(examine(file, job.kind, printed));
+    for (const std::string& ending : backups::companionEndings()) {
+      if (!system_.wasToWrite(file + ending)) continue;
+      report.written.push_back(examine(file + ending, FileKind::user_files, printed));
     }
-    if (!is_sound) fail(report);
+    if (!std::ranges::all_of(report.written, &std::string::empty, &Written::error)) fail(report);
     report_.jobs.push_back(std::move(report));
   }
 
@@ -143,7 +90,7 @@ class Run {
     try {
       ((*engine_).*job.run)();
     } catch (const host::Error& error) {
-      addFailure(std::string(job.name) + ": " + error.message());
+      addFailure(std::string(job.name) + ": " + native::reasonOf(error));
     }
     return output.lastLine();
   }
@@ -151,21 +98,37 @@ class Run {
   Written examine(const std::string& file, FileKind kind, const std::string& printed) {
     Written written{.file = file, .size = 0, .verdict = {}, .error = {}};
     if (!system_.exists(file)) {
-      written.error = "was not written";
-    } else {
-      written.size = static_cast<std::uint64_t>(system_.fileSize(file));
-      written.verdict = backups::verifyFile(file, kind, begin_(file, written.size));
-      if (!written.verdict.sound()) {
-        const tarball::Finding& first = written.verdict.findings.front();
-        written.error = "is not sound: " + first.what;
-        if (!first.member.empty()) written.error += ": " + first.member;
-      } else if (kind == FileKind::plugin_list && written.size == 0 && !packageManagerAnswers()) {
-        written.error = "is empty, and opkg does not answer";
-      }
+      written.error = "was not written" + (printed.empty() ? "" : " (" + printed + ")");
+      return written;
     }
-    if (!written.error.empty() && !printed.empty()) written.error += " (" + printed + ")";
+    system_.protect(file);
+    try {
+      read(written, kind);
+    } catch (const host::Error& error) {
+      written.error = "cannot be read again: " + native::reasonOf(error);
+    }
+    if (!written.error.empty()) return written;
+    const tarball::Verdict& verdict = written.verdict;
+    if (!verdict.sound()) {
+      written.error = "is not sound: " + verdict.findings.front().what;
+      const std::string& member = verdict.findings.front().member;
+      if (!member.empty()) written.error += ": " + member;
+    } else if (kind != FileKind::user_files && !isRestorable(host_, nameOf(file), kind)) {
+      written.error = "is too small to be restored";
+    } else if (kind == FileKind::plugin_list && written.size == 0 && !packageManagerAnswers()) {
+      written.error = "is empty, and opkg does not answer";
+    }
     return written;
   }
+
+  /// Reads the file from its medium.
+  void read(Written& written, FileKind kind) {
+    sync(written.file);
+    written.size = static_cast<std::uint64_t>(system_.fileSize(written.file));
+    written.verdict = backups::verifyFile(written.file, kind, begin_(written.file, written.size));
+  }
+
+  static std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
   bool packageManagerAnswers() {
     const CapturedOutput output;
@@ -179,9 +142,18 @@ class Run {
       if (!written.error.empty()) {
         addFailure(report.job + ": " + written.file + " " + written.error);
       }
-      if (system_.exists(written.file)) system_.NativeSystem::remove(written.file);
+      takeBack(written.file);
     }
     if (!medium.empty()) addFailure(directory_ + ": " + medium);
+  }
+
+  void takeBack(const std::string& file) {
+    if (!system_.exists(file)) return;
+    try {
+      system_.takeBack(file);
+    } catch (const host::Error& error) {
+      addFailure("it cannot be removed: " + native::reasonOf(error));
+    }
   }
 
   void addFailure(const std::string& text) {
@@ -191,11 +163,15 @@ class Run {
 
   void keepHouse() {
     try {
+      sync(directory_);
+      requireSoundSurvivors(host_, directory_);
       engine_->houseKeeping();
     } catch (const host::Error& error) {
-      addFailure("an old backup cannot be deleted: " + error.message());
+      addFailure("an old backup cannot be deleted: " + native::reasonOf(error));
+    } catch (const std::runtime_error& error) {
+      addFailure(error.what());
     }
-    report_.deleted = system_.removed;
+    report_.deleted = system_.removed();
   }
 
   const Begin& begin_;
@@ -211,7 +187,7 @@ class Run {
 
 std::vector<std::string> jobNames() {
   std::vector<std::string> names;
-  for (const Job& job : allJobs()) names.emplace_back(job.name);
+  for (const Job& job : kJobs) names.emplace_back(job.name);
   return names;
 }
 

@@ -1,5 +1,6 @@
 #include "System.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -62,9 +63,18 @@ std::vector<std::string> System::listdir(const std::string& path) {
   std::vector<std::string> names = namesIn(path);
   for (const std::string& file : pretended_) {
     const std::size_t slash = file.rfind('/');
-    if (file.substr(0, slash) == path) names.push_back(file.substr(slash + 1));
+    const std::string name = file.substr(slash + 1);
+    if (file.substr(0, slash) == path && std::ranges::count(names, name) == 0)
+      names.push_back(name);
   }
   return names;
+}
+
+bool System::isFile(const std::string& path) const {
+  const Place place = placeOf(path);
+  if (!place.root) return true;
+  const auto status = place.root->status(place.path);
+  return status && S_ISREG(status->st_mode);
 }
 
 /// Returns a file's size in bytes, nothing where there is none of that name.

@@ -25,7 +25,10 @@ class System : public host::OperatingSystem {
   /// From now on the receiver's `path` and what is below it is found in `directory`.
   void mount(const std::string& path, native::Root directory);
 
-  /// From now on an empty file `path` is taken to be there.
+  /// Whether `path` names a regular file.
+  bool isFile(const std::string& path) const;
+
+  /// From now on an empty file `path` is taken to be there, where there is none.
   void pretend(const std::string& path) { pretended_.insert(path); }
 
   /// Returns the shell commands that would have run, in order, and forgets them.

@@ -12,4 +12,8 @@ inline constexpr const char* kModelFile = "/proc/stb/info/model";
 /// Returns the receiver's model, without the line's end. Raises what reading the file raises.
 std::string readModel(host::OperatingSystem& os);
 
+/// Whether `name` can be a model: of letters, digits, "-" and "+", for it becomes a part of file
+/// names that a shell is handed.
+bool isModel(const std::string& name);
+
 }  // namespace native

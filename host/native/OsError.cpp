@@ -10,4 +10,10 @@ host::Error osError(int number, const std::string& path) {
           number};
 }
 
+std::string reasonOf(const host::Error& error) {
+  const std::string& message = error.message();
+  if (!message.starts_with("[Errno ")) return message;
+  return message.substr(message.find("] ") + 2);
+}
+
 }  // namespace native

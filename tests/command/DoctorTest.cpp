@@ -74,11 +74,36 @@ TEST_P(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
   const auto found = findings();
   const std::string settings = found.at("last good settings");
   EXPECT_TRUE(settings.starts_with("warning: settings_20240305_07-04_solo2.tar.gz, ")) << settings;
-  EXPECT_TRUE(settings.ends_with(" days old; 1 newer ones are not sound")) << settings;
+  EXPECT_TRUE(
+      settings.ends_with(" days old; not sound is the newer settings_20240306_07-04_solo2.tar.gz"))
+      << settings;
   EXPECT_EQ(found.at("last good plugins"),
-            "ok: " + receiver().backup("pluginlist", ".lst") + ", 0 days old");
+            "ok: " + receiver().backup("pluginlist", ".lst") + ", less than a day old");
   EXPECT_EQ(found.at("last good configuration"),
-            "ok: " + receiver().backup("configuration", ".tar.gz") + ", 0 days old");
+            "ok: " + receiver().backup("configuration", ".tar.gz") + ", less than a day old");
+}
+
+TEST_P(DoctorTest, OddEntriesOnTheMediumDoNotEndTheExamination) {
+  receiver().write(kBackups + "/settings_20240301_07-04_solo2.tar.gz/in it", "");
+  fs::create_symlink("nowhere", receiver().at(kBackups) / "settings_20240302_07-04_solo2.tar.gz");
+  EXPECT_EQ(findings().at("last good settings"), "warning: there is none");
+}
+
+TEST_P(DoctorTest, BackupWithADamagedCompanionIsNotSound) {
+  receiver().play("backup", "select:configurations ok ok");
+  const std::string companion = receiver().backup("configuration", "_user_files");
+  receiver().write(kBackups + "/" + companion, "damaged");
+  const std::string found = findings().at("last good configuration");
+  EXPECT_EQ(found, "warning: there is none; not sound is the newer " +
+                       receiver().backup("configuration", ".tar.gz"));
+}
+
+TEST_P(DoctorTest, ModelThatCannotBePartOfANameIsAFailure) {
+  for (const char* model : {"", "a b", "../x", "box;reboot"}) {
+    receiver().write("/proc/stb/info/model", std::string(model) + "\n");
+    EXPECT_EQ(findings().at("model"),
+              std::string("failed: '") + model + "' cannot be the model of a receiver");
+  }
 }
 
 TEST_P(DoctorTest, TarThatDoesNotHonourExclusionsAfterTheFilesIsWarnedOf) {

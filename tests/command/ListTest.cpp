@@ -40,16 +40,16 @@ TEST_F(ListTest, TableSaysWhatEachBackupIsAndWhatBecomesOfIt) {
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(
       outcome.output,
-      "KIND           DATE              MODEL  BY     VERSION  RESTORE KEEPS      SIZE  RESTORABLE "
-      "  FILE                                             WITH\n"
+      "KIND           DATE              MODEL  BY     VERSION  RESTORE KEEPS      SIZE  RESTORE "
+      "LIST  FILE                                             WITH\n"
       "settings                                                                9.8 KiB  too small  "
-      "  settings_small\\x0a.tar.gz\n"
+      "   settings_small\\x0a.tar.gz\n"
       "settings       2024-03-05 07:04  solo2  timer                          19.5 KiB  yes        "
-      "  settings_20240305_07-04_solo2.auto.tar.gz\n"
+      "   settings_20240305_07-04_solo2.auto.tar.gz\n"
       "settings       2024-03-04 07:04  duo2   hand                           19.5 KiB  other "
-      "model  settings_20240304_07-04_duo2.tar.gz\n"
+      "model   settings_20240304_07-04_duo2.tar.gz\n"
       "configuration  2024-03-05 07:04  solo2  hand   b        smb.conf       19.5 KiB  yes        "
-      "  configuration_ver_b_20240305_07-04_solo2.tar.gz  user_files\n"
+      "   configuration_ver_b_20240305_07-04_solo2.tar.gz  user_files\n"
       "4 backups, 69.0 KiB in " +
           medium_.path() +
           "/qor-stowline\n"
@@ -133,9 +133,7 @@ TEST(ListRefusals, OneLineSaysWhatIsWrong) {
       {{empty.path()},
        1,
        "stowline: there are no backups: '" + empty.path() + "' has no directory qor-stowline\n"},
-      {{empty / "none"},
-       1,
-       "stowline: OSError: [Errno 2] No such file or directory: '" + (empty / "none") + "'\n"},
+      {{empty / "none"}, 1, "stowline: No such file or directory: '" + (empty / "none") + "'\n"},
   };
   for (const Case& one : cases) {
     std::vector<std::string> argv = {kStowline, "list"};

@@ -28,7 +28,7 @@ struct CatalogueTest : testing::Test {
 
   /// Returns a line for each set: kind, name, what is kept, companions, and what becomes of it.
   Lines setsFor(const std::string& model) const {
-    constexpr const char* kWords[] = {"yes", "too small", "other model"};
+    constexpr const char* kWords[] = {"yes", "too small", "other model", "no file"};
     Lines lines;
     for (const BackupSet& set : read(model).sets) {
       std::string line = std::string(set.kind) + " " + set.file.name + " keeps:";
@@ -126,6 +126,33 @@ TEST_F(CatalogueTest, NextScheduledBackupDeletesTheOldestOfFourOfItsModel) {
                    "configuration_ver_c_20240301_07-04_solo2.auto.tar.gz_user_files"}));
   EXPECT_EQ(read("").outdated.size(), 6U);
   EXPECT_EQ(read("uno").outdated, Lines{});
+}
+
+TEST_F(CatalogueTest, BackupsOfTheNextMinuteAreNotCountedTwiceAndNoneThatIsNotThereIsNamed) {
+  for (const char* year : {"2997", "2998", "2999"}) {
+    add(std::string("settings_") + year + "0301_07-04_solo2.auto.tar.gz");
+  }
+  EXPECT_EQ(read("solo2").outdated, Lines{});
+}
+
+TEST_F(CatalogueTest, ModelsOfNoTagListAlikeAndHaveTheirOwnScheduledBackups) {
+  for (const char* model : {"box", "other"}) {
+    for (const char* day : {"01", "02", "03"}) {
+      add(std::string("settings_202403") + day + "_07-04_" + model + ".auto.tar.gz");
+    }
+  }
+  EXPECT_EQ(read("").outdated, (Lines{"settings_20240301_07-04_box.auto.tar.gz",
+                                      "settings_20240301_07-04_other.auto.tar.gz"}));
+  EXPECT_EQ(read("box").outdated, Lines{"settings_20240301_07-04_box.auto.tar.gz"});
+  EXPECT_EQ(setsFor("box"), setsFor("other"));
+}
+
+TEST_F(CatalogueTest, WhatIsNoFileIsASetThatCannotBeRestored) {
+  medium.makeLink("qor-stowline/settings_20240301_07-04_uno.tar.gz", "nowhere");
+  medium.makeDirectory("qor-stowline/settings_20240302_07-04_uno.tar.gz");
+  EXPECT_EQ(setsFor("uno"),
+            (Lines{"settings settings_20240302_07-04_uno.tar.gz keeps: with: no file",
+                   "settings settings_20240301_07-04_uno.tar.gz keeps: with: no file"}));
 }
 
 TEST_F(CatalogueTest, NothingOnTheMediumIsTouched) {

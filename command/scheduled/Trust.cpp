@@ -1,0 +1,103 @@
+#include "Trust.h"
+
+#include <algorithm>
+#include <functional>
+#include <set>
+#include <stdexcept>
+#include <vector>
+
+#include "BackupActions.h"
+#include "Setup.h"
+#include "backups/Catalogue.h"
+#include "backups/RestoreScreen.h"
+#include "backups/SetName.h"
+#include "backups/VerifyFile.h"
+#include "look/Host.h"
+#include "native/Host.h"
+#include "native/Model.h"
+#include "native/Root.h"
+
+namespace scheduled {
+namespace {
+
+using backups::FileKind;
+
+/// The receiver that this process is in, with nothing happening.
+struct Looked {
+  explicit Looked(host::Host& host)
+      : system(native::Root("/")), receiver(system, host.deviceName(), native::kSettingsFile) {
+    stowline::load(receiver);
+  }
+
+  look::System system;
+  look::Host receiver;
+};
+
+/// Returns the files that housekeeping would delete now.
+std::set<std::string> outdated(host::Host& host) {
+  Looked looked(host);
+  stowline::BackupActions(looked.receiver, "auto").houseKeeping();
+  const std::vector<std::string> removed = looked.system.takeRemoved();
+  return {removed.begin(), removed.end()};
+}
+
+/// Whether one of the files `names` of the directory that is of this kind is sound.
+bool hasSound(const std::string& directory, const std::vector<std::string>& names, FileKind kind) {
+  return std::ranges::any_of(names, [&](const std::string& name) {
+    return backups::kindOf(name) == kind &&
+           backups::verifyFile(directory + "/" + name, kind).sound();
+  });
+}
+
+}  // namespace
+
+void requireNewestStamp(host::Host& host, const std::string& directory,
+                        const std::string& engine_stamp) {
+  const std::string model = host.deviceName();
+  if (!native::isModel(model)) {
+    throw std::runtime_error("'" + model + "' cannot be the model of a receiver");
+  }
+  const std::string own = backups::parseSetName("settings_" + engine_stamp + ".tar.gz")
+                              .value_or(backups::SetName{})
+                              .time;
+  for (const std::string& name : host.os().listdir(directory)) {
+    const auto said = backups::parseSetName(name);
+    if (!said || !said->is_scheduled || said->model != model || said->time < own) continue;
+    if (said->time == own) {
+      throw std::runtime_error("there is a scheduled backup of this minute already: " + name);
+    }
+    throw std::runtime_error("the clock, " + own + ", is behind a scheduled backup: " + name);
+  }
+}
+
+bool isRestorable(host::Host& host, const std::string& name, FileKind kind) {
+  Looked looked(host);
+  const std::string word = wordOf(kind);
+  const auto* listed = std::ranges::find(backups::kKinds, word, &backups::Kind::name);
+  backups::RestoreScreen screen(looked.receiver, listed->restoretype);
+  const auto row = std::ranges::find(screen.rows(), name);
+  return row != screen.rows().end() &&
+         screen.pressOk(static_cast<std::size_t>(row - screen.rows().begin())).is_taken;
+}
+
+void requireSoundSurvivors(host::Host& host, const std::string& directory) {
+  const std::set<std::string> going = outdated(host);
+  std::vector<std::string> staying;
+  for (const std::string& name : host.os().listdir(directory)) {
+    const auto said = backups::parseSetName(name);
+    const bool is_ours = said && said->is_scheduled && said->model == host.deviceName();
+    if (is_ours && !going.contains(directory + "/" + name)) staying.push_back(name);
+  }
+  std::ranges::sort(staying, std::greater());
+  std::set<FileKind> kinds;
+  for (const std::string& path : going)
+    kinds.insert(backups::kindOf(path.substr(directory.size() + 1)));
+  for (const FileKind kind : {FileKind::settings, FileKind::configuration, FileKind::plugin_list}) {
+    if (kinds.contains(kind) && !hasSound(directory, staying, kind)) {
+      throw std::runtime_error(
+          std::string("none of the scheduled backups that would stay is sound: ") + wordOf(kind));
+    }
+  }
+}
+
+}  // namespace scheduled
