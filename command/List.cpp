@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -85,12 +86,15 @@ void printTable(const Catalogue& catalogue) {
   if (!catalogue.sets.empty()) table.print(std::cout);
 }
 
-void printText(const Catalogue& catalogue) {
+void printText(const Catalogue& catalogue, const std::string& model) {
   printTable(catalogue);
-  const std::size_t count = catalogue.sets.size();
-  std::cout << count << (count == 1 ? " backup, " : " backups, ")
+  std::cout << output::counted(catalogue.sets.size(), "backup") << ", "
             << output::sizeText(catalogue.size) << " in " << output::lineOf(catalogue.directory)
             << "\n";
+  const auto is_other = [](const BackupSet& set) { return set.restore == Restore::other_model; };
+  if (!catalogue.sets.empty() && std::ranges::all_of(catalogue.sets, is_other)) {
+    std::cout << "none of them is for a receiver of the model " << output::lineOf(model) << "\n";
+  }
   if (!catalogue.others.empty()) {
     std::cout << "other files: " << joined(catalogue.others, " ", output::lineOf) << "\n";
   }
@@ -153,7 +157,7 @@ void runList(const Options& options) {
   if (options.json) {
     std::cout << jsonOf(catalogue, model).dump(2) << "\n";
   } else {
-    printText(catalogue);
+    printText(catalogue, model);
   }
 }
 

@@ -105,9 +105,11 @@ int main(int argc, char** argv) {
               << "')\n";
     return kUsageError;
   } catch (const host::Error& error) {
+    std::cout.flush();
     std::cerr << "stowline: " << oneLine(native::reasonOf(error)) << "\n";
     return EXIT_FAILURE;
   } catch (const std::exception& error) {
+    std::cout.flush();
     std::cerr << "stowline: " << oneLine(error.what()) << "\n";
     return EXIT_FAILURE;
   }

@@ -40,6 +40,11 @@ Verified verifyOne(const std::filesystem::path& file, bool shows_progress) {
   Verified verified{
       .file = file, .kind = backups::kindOf(file.filename().string()), .error = {}, .verdict = {}};
   std::error_code unknown;
+  const std::filesystem::file_status status = std::filesystem::status(file, unknown);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    verified.error = "it is no regular file";
+    return verified;
+  }
   const std::uintmax_t size = std::filesystem::file_size(file, unknown);
   output::Progress progress(file.filename().string(), unknown ? 0 : size, shows_progress);
   try {
@@ -60,7 +65,7 @@ void print(std::ostream& out, const Verified& verified) {
   }
   const bool is_list = verified.kind == backups::FileKind::plugin_list;
   out << (verified.isSound() ? "sound" : "NOT SOUND") << ", " << wordOf(verified.kind) << ", "
-      << verdict.members << (is_list ? " packages, " : " members, ")
+      << output::counted(verdict.members, is_list ? "package" : "member") << ", "
       << output::sizeText(static_cast<long long>(verdict.unpacked)) << "\n";
   print(out, "", verdict.findings, verdict.found);
   print(out, "note: ", verdict.notes, verdict.noted);

@@ -43,8 +43,9 @@ class Reader {
     const std::string name = directory_.substr(mount_point.size() + 1);
     catalogue_.directory = (medium / name).string();
     if (!system_.exists(directory_)) {
+      const bool is_inside = medium.lexically_normal().filename() == name;
       throw std::runtime_error("there are no backups: '" + medium.string() + "' has no directory " +
-                               name);
+                               name + (is_inside ? "; name the directory that it lies in" : ""));
     }
   }
 

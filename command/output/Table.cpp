@@ -69,6 +69,10 @@ std::string lineOf(const std::string& bytes) {
   return line;
 }
 
+std::string counted(std::uint64_t count, const std::string& word) {
+  return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
 std::string sizeText(long long bytes) {
   if (bytes < 1024) return std::to_string(bytes) + " B";
   double amount = static_cast<double>(bytes) / 1024;

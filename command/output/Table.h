@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ class Table {
 /// Returns `bytes`, a name from a medium, as text on one line: what is no text, and control
 /// characters, as "\xNN".
 std::string lineOf(const std::string& bytes);
+
+/// Returns a number of things, of the word for one: "1 backup", "2 backups".
+std::string counted(std::uint64_t count, const std::string& word);
 
 /// Returns a number of bytes for people, in units of 1024: "812 B", "12.3 KiB".
 std::string sizeText(long long bytes);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -6,6 +7,8 @@
 
 namespace command_test {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// The catalogue of a medium, as a person and as a program read it.
 class ListTest : public testing::Test {
@@ -55,6 +58,12 @@ TEST_F(ListTest, TableSaysWhatEachBackupIsAndWhatBecomesOfIt) {
           "/qor-stowline\n"
           "other files: restore_me.sh\n"
           "the next scheduled backup deletes nothing\n");
+}
+
+TEST_F(ListTest, ModelThatNothingIsForIsSaid) {
+  fs::remove(fs::path(medium_ / "qor-stowline") / "settings_small\n.tar.gz");
+  const std::vector<std::string> lines = linesOf(list({"--model", "Solo2"}).output);
+  EXPECT_EQ(std::ranges::count(lines, "none of them is for a receiver of the model Solo2"), 1);
 }
 
 TEST_F(ListTest, NextDeletionsStandALineEach) {
@@ -123,6 +132,8 @@ TEST_F(ListTest, JsonHasTheSame) {
 
 TEST(ListRefusals, OneLineSaysWhatIsWrong) {
   const support::TemporaryDirectory empty;
+  const support::TemporaryDirectory medium;
+  medium.makeDirectory("qor-stowline");
   struct Case {
     std::vector<std::string> arguments;
     int status;
@@ -133,6 +144,10 @@ TEST(ListRefusals, OneLineSaysWhatIsWrong) {
       {{empty.path()},
        1,
        "stowline: there are no backups: '" + empty.path() + "' has no directory qor-stowline\n"},
+      {{medium / "qor-stowline"},
+       1,
+       "stowline: there are no backups: '" + (medium / "qor-stowline") +
+           "' has no directory qor-stowline; name the directory that it lies in\n"},
       {{empty / "none"}, 1, "stowline: No such file or directory: '" + (empty / "none") + "'\n"},
   };
   for (const Case& one : cases) {

@@ -87,11 +87,11 @@ TEST_F(VerifyTest, WhatIsDamagedAndWhereIsSaidAndTheOthersAreReadAllTheSame) {
 TEST_F(VerifyTest, QuietNamesOnlyWhatIsNotSound) {
   const std::string whole = backup("settings", ".tar.gz");
   EXPECT_EQ(verify({"--quiet", whole}).output, "");
-  const Outcome outcome = verify({"--quiet", whole, "/dev/null"});
+  const Outcome outcome = verify({"--quiet", whole, "/dev/null", "/"});
   EXPECT_EQ(outcome.output,
-            "/dev/null: NOT SOUND, unknown, 0 members, 0 B\n"
-            "  the file is empty (byte 0 of the file, byte 0 unpacked)\n");
-  EXPECT_EQ(outcome.errors, "stowline: 1 of 2 not sound\n");
+            "/dev/null: cannot be read: it is no regular file\n"
+            "/: cannot be read: it is no regular file\n");
+  EXPECT_EQ(outcome.errors, "stowline: 2 of 3 not sound\n");
 }
 
 TEST_F(VerifyTest, KindSaysWhichPlacesAnArchiveMayHold) {

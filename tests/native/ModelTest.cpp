@@ -42,6 +42,13 @@ TEST(Model, IsTheFirstLineWithoutItsEnd) {
   }
 }
 
+TEST(Model, IsOfCharactersThatAShellTakesAsTheyStand) {
+  for (const char* name : {"solo2", "ultimo4k", "A-1+"}) EXPECT_TRUE(isModel(name)) << name;
+  for (const char* name : {"", "a b", "../x", "box;reboot", "a_b", "a.b", "\xff", "$x", "a\n"}) {
+    EXPECT_FALSE(isModel(name)) << name;
+  }
+}
+
 TEST(Model, MissingFileRaises) {
   struct Empty : NativeSystem {
     std::vector<std::string> open(const std::string& path) override { throw osError(ENOENT, path); }

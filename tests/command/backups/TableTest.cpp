@@ -25,6 +25,12 @@ TEST(Line, NameIsShownOnOneLineAndNothingOfItReachesTheTerminalAsACommand) {
             "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9\xc2\xa0\\xc2\\x9b");
 }
 
+TEST(Count, OneThingHasNoS) {
+  EXPECT_EQ(counted(0, "backup"), "0 backups");
+  EXPECT_EQ(counted(1, "backup"), "1 backup");
+  EXPECT_EQ(counted(2, "backup"), "2 backups");
+}
+
 TEST(Size, IsShownInUnitsOf1024) {
   struct Case {
     long long bytes;
