@@ -9,6 +9,7 @@
 
 #include "BackupActions.h"
 #include "BoxTypes.h"
+#include "FileKind.h"
 #include "RestoreScreen.h"
 #include "Setup.h"
 #include "look/Host.h"
@@ -51,6 +52,7 @@ class Reader {
 
   Catalogue read() {
     names_ = system_.listdir(directory_);
+    std::ranges::sort(names_);
     chooseModels();
     for (const Kind& kind : kKinds) {
       for (const auto& [name, judged] : listed(kind)) addSet(kind, name, judged);
@@ -116,35 +118,49 @@ class Reader {
   }
 
   void addSet(const Kind& kind, const std::string& name, const Judged& judged) {
-    std::vector<std::string> commands;
-    if (kind.name == std::string_view("configuration")) {
-      commands = configurationRestore(host_, directory_ + "/" + name);
-    }
     BackupSet set{.kind = kind.name,
                   .file = fileOf(name),
                   .said = parseSetName(name),
-                  .keeps = keptBy(commands),
+                  .keeps = {},
                   .companions = {},
                   .restore = judged.is_taken ? Restore::yes : Restore::too_small};
     if (!model_.empty() && !judged.is_listed) set.restore = Restore::other_model;
     if (!system_.isFile(directory_ + "/" + name)) set.restore = Restore::no_file;
+    if (kind.name == std::string_view("configuration")) {
+      set.keeps = keptOf(name, set.said);
+      set.companions = companionsOf(name);
+    }
     known_.insert(name);
     catalogue_.size += set.file.size;
-    for (const std::string& archive : unpackedBy(commands)) {
-      const std::string companion = archive.substr(directory_.size() + 1);
-      if (companion == name) continue;
-      set.companions.push_back(fileOf(companion));
-      known_.insert(companion);
-      catalogue_.size += set.companions.back().size;
+    for (const File& companion : set.companions) {
+      known_.insert(companion.name);
+      catalogue_.size += companion.size;
     }
     catalogue_.sets.push_back(std::move(set));
+  }
+
+  /// Returns what a restore of a configuration keeps, asked once for all of the same version.
+  const std::vector<std::string>& keptOf(const std::string& name,
+                                         const std::optional<SetName>& said) {
+    const auto [kept, is_new] = kept_.try_emplace(said ? "version " + said->version : name);
+    if (is_new) kept->second = keptBy(configurationRestore(host_, directory_ + "/" + name));
+    return kept->second;
+  }
+
+  std::vector<File> companionsOf(const std::string& name) {
+    std::vector<File> companions;
+    for (const std::string& ending : endings_) {
+      if (std::ranges::binary_search(names_, name + ending)) {
+        companions.push_back(fileOf(name + ending));
+      }
+    }
+    return companions;
   }
 
   void addOthers() {
     catalogue_.others = names_;
     std::erase_if(catalogue_.others,
                   [this](const std::string& name) { return known_.contains(name); });
-    std::ranges::sort(catalogue_.others);
   }
 
   /// Lets the engine write the next scheduled backup and keep house.
@@ -177,8 +193,10 @@ class Reader {
   look::System system_;
   look::Host host_;                 ///< for what does not depend on the model
   std::string directory_;           ///< as the receiver names it
-  std::vector<std::string> names_;  ///< of all files in the directory
-  std::set<std::string> asked_;     ///< the models whose lists are asked
+  std::vector<std::string> names_;  ///< of all files in the directory, sorted
+  const std::vector<std::string> endings_ = companionEndings();
+  std::map<std::string, std::vector<std::string>> kept_;  ///< by version, or by name without one
+  std::set<std::string> asked_;                           ///< the models whose lists are asked
   std::set<std::string> known_;
   Catalogue catalogue_;
 };

@@ -70,25 +70,24 @@ std::vector<std::string> System::listdir(const std::string& path) {
   return names;
 }
 
-bool System::isFile(const std::string& path) const {
+/// Returns what a path names, nothing where that is nothing.
+const std::optional<System::Status>& System::statusOf(const std::string& path) {
+  const auto known = statuses_.find(path);
+  if (known != statuses_.end()) return known->second;
   const Place place = placeOf(path);
-  if (!place.root) return true;
+  if (!place.root) return statuses_[path] = Status{.size = 0, .is_file = true};
   const auto status = place.root->status(place.path);
-  return status && S_ISREG(status->st_mode);
+  if (!status) return statuses_[path] = std::nullopt;
+  return statuses_[path] = Status{.size = status->st_size, .is_file = S_ISREG(status->st_mode)};
 }
 
-/// Returns a file's size in bytes, nothing where there is none of that name.
-const std::optional<long long>& System::sizeOf(const std::string& path) {
-  const auto known = sizes_.find(path);
-  if (known != sizes_.end()) return known->second;
-  const Place place = placeOf(path);
-  if (!place.root) return sizes_[path] = 0;
-  const auto status = place.root->status(place.path);
-  return sizes_[path] = status ? std::optional<long long>(status->st_size) : std::nullopt;
+bool System::isFile(const std::string& path) {
+  const std::optional<Status>& status = statusOf(path);
+  return status && status->is_file;
 }
 
 bool System::exists(const std::string& path) {
-  return pretended_.contains(path) || sizeOf(path);
+  return pretended_.contains(path) || statusOf(path);
 }
 
 std::string System::join(const std::string& directory, const std::string& name) {
@@ -96,9 +95,9 @@ std::string System::join(const std::string& directory, const std::string& name) 
 }
 
 long long System::fileSize(const std::string& path) {
-  const std::optional<long long>& size = sizeOf(path);
-  if (!size) throw native::osError(ENOENT, path);
-  return *size;
+  const std::optional<Status>& status = statusOf(path);
+  if (!status) throw native::osError(ENOENT, path);
+  return status->size;
 }
 
 host::LocalTime System::localtime() {

@@ -26,7 +26,7 @@ class System : public host::OperatingSystem {
   void mount(const std::string& path, native::Root directory);
 
   /// Whether `path` names a regular file.
-  bool isFile(const std::string& path) const;
+  bool isFile(const std::string& path);
 
   /// From now on an empty file `path` is taken to be there, where there is none.
   void pretend(const std::string& path) { pretended_.insert(path); }
@@ -61,14 +61,19 @@ class System : public host::OperatingSystem {
 
  private:
   struct Place;
+  struct Status {
+    long long size;  ///< in bytes
+    bool is_file;
+  };
+
   Place placeOf(const std::string& path) const;
   const std::vector<std::string>& namesIn(const std::string& path);
-  const std::optional<long long>& sizeOf(const std::string& path);
+  const std::optional<Status>& statusOf(const std::string& path);
 
   std::optional<native::Root> receiver_;
   std::map<std::string, native::Root> mounted_;
   std::unordered_map<std::string, std::vector<std::string>> names_;
-  std::unordered_map<std::string, std::optional<long long>> sizes_;
+  std::unordered_map<std::string, std::optional<Status>> statuses_;
   std::set<std::string> pretended_;
   std::vector<std::string> commands_;
   std::vector<std::string> removed_;
