@@ -5,6 +5,8 @@
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "BackupActions.h"
@@ -20,10 +22,10 @@ namespace {
 /// A model with fewer scheduled backups has none that the next one could make too many.
 constexpr int kFewestToDelete = 3;
 
-/// What the module makes of a listed file.
+/// What the module makes of a file that is listed for some model.
 struct Judged {
-  bool is_taken;   ///< whether OK does anything with it
-  bool is_listed;  ///< for the model to decide for
+  bool is_taken = false;   ///< whether OK does anything with it where it is listed
+  bool is_listed = false;  ///< for the model to decide for, or for any where there is none
 };
 
 /// The listed files of one kind, in the list's order.
@@ -53,6 +55,7 @@ class Reader {
   Catalogue read() {
     names_ = system_.listdir(directory_);
     std::ranges::sort(names_);
+    for (const std::string& name : names_) said_.emplace(name, parseSetName(name));
     chooseModels();
     for (const Kind& kind : kKinds) {
       for (const auto& [name, judged] : listed(kind)) addSet(kind, name, judged);
@@ -72,8 +75,7 @@ class Reader {
   std::vector<std::string> scheduledModels() const {
     if (!model_.empty()) return {model_};
     std::map<std::string, int> counts;
-    for (const std::string& name : names_) {
-      const auto said = parseSetName(name);
+    for (const auto& [name, said] : said_) {
       if (said && said->is_scheduled) ++counts[said->model];
     }
     std::vector<std::string> models;
@@ -89,8 +91,7 @@ class Reader {
   void chooseModels() {
     bool has_other = !model_.empty() && !isBoxType(model_);
     if (!model_.empty()) asked_.insert(model_);
-    for (const std::string& name : names_) {
-      const auto said = parseSetName(name);
+    for (const auto& [name, said] : said_) {
       if (!said) {
         asked_.insert(std::begin(stowline::kBoxTypes), std::end(stowline::kBoxTypes));
       } else if (isBoxType(said->model)) {
@@ -108,10 +109,11 @@ class Reader {
       look::Host host(system_, model, "");
       stowline::load(host);
       RestoreScreen screen(host, kind.restoretype);
+      const bool decides = model_.empty() || model == model_;
       for (std::size_t row = 0; row < screen.rows().size(); ++row) {
-        const auto [listed, is_new] = all.try_emplace(screen.rows()[row]);
-        if (is_new) listed->second.is_taken = screen.pressOk(row).is_taken;
-        if (model == model_) listed->second.is_listed = true;
+        Judged& judged = all[screen.rows()[row]];
+        if (!decides || judged.is_listed) continue;
+        judged = {.is_taken = screen.pressOk(row).is_taken, .is_listed = true};
       }
     }
     return all;
@@ -120,11 +122,11 @@ class Reader {
   void addSet(const Kind& kind, const std::string& name, const Judged& judged) {
     BackupSet set{.kind = kind.name,
                   .file = fileOf(name),
-                  .said = parseSetName(name),
+                  .said = said_.at(name),
                   .keeps = {},
                   .companions = {},
                   .restore = judged.is_taken ? Restore::yes : Restore::too_small};
-    if (!model_.empty() && !judged.is_listed) set.restore = Restore::other_model;
+    if (!judged.is_listed) set.restore = Restore::other_model;
     if (!system_.isFile(directory_ + "/" + name)) set.restore = Restore::no_file;
     if (kind.name == std::string_view("configuration")) {
       set.keeps = keptOf(name, set.said);
@@ -194,10 +196,11 @@ class Reader {
   look::Host host_;                 ///< for what does not depend on the model
   std::string directory_;           ///< as the receiver names it
   std::vector<std::string> names_;  ///< of all files in the directory, sorted
+  std::unordered_map<std::string, std::optional<SetName>> said_;  ///< by their names
   const std::vector<std::string> endings_ = companionEndings();
   std::map<std::string, std::vector<std::string>> kept_;  ///< by version, or by name without one
   std::set<std::string> asked_;                           ///< the models whose lists are asked
-  std::set<std::string> known_;
+  std::unordered_set<std::string> known_;
   Catalogue catalogue_;
 };
 

@@ -70,15 +70,22 @@ std::vector<std::string> System::listdir(const std::string& path) {
   return names;
 }
 
+std::optional<System::Status> System::readStatus(const std::string& path) const {
+  const Place place = placeOf(path);
+  if (!place.root) return Status{.size = 0, .is_file = true};
+  const auto status = place.root->status(place.path);
+  if (!status) return std::nullopt;
+  return Status{.size = status->st_size, .is_file = S_ISREG(status->st_mode)};
+}
+
 /// Returns what a path names, nothing where that is nothing.
 const std::optional<System::Status>& System::statusOf(const std::string& path) {
-  const auto known = statuses_.find(path);
-  if (known != statuses_.end()) return known->second;
-  const Place place = placeOf(path);
-  if (!place.root) return statuses_[path] = Status{.size = 0, .is_file = true};
-  const auto status = place.root->status(place.path);
-  if (!status) return statuses_[path] = std::nullopt;
-  return statuses_[path] = Status{.size = status->st_size, .is_file = S_ISREG(status->st_mode)};
+  if (!last_status_ || last_status_->first != path) {
+    auto known = statuses_.find(path);
+    if (known == statuses_.end()) known = statuses_.emplace(path, readStatus(path)).first;
+    last_status_ = &*known;
+  }
+  return last_status_->second;
 }
 
 bool System::isFile(const std::string& path) {

@@ -68,12 +68,15 @@ class System : public host::OperatingSystem {
 
   Place placeOf(const std::string& path) const;
   const std::vector<std::string>& namesIn(const std::string& path);
+  std::optional<Status> readStatus(const std::string& path) const;
   const std::optional<Status>& statusOf(const std::string& path);
 
   std::optional<native::Root> receiver_;
   std::map<std::string, native::Root> mounted_;
   std::unordered_map<std::string, std::vector<std::string>> names_;
   std::unordered_map<std::string, std::optional<Status>> statuses_;
+  /// The status that was asked for last, which mostly is asked for again.
+  const std::pair<const std::string, std::optional<Status>>* last_status_ = nullptr;
   std::set<std::string> pretended_;
   std::vector<std::string> commands_;
   std::vector<std::string> removed_;

@@ -46,10 +46,11 @@ std::string escaped(unsigned char byte) {
 
 std::string shownText(const std::string& bytes) {
   std::string shown;
+  shown.reserve(bytes.size());
   for (std::size_t position = 0; position < bytes.size();) {
     const std::size_t length = sequenceLength(bytes, position);
     if (length > 0) {
-      shown += bytes.substr(position, length);
+      shown.append(bytes, position, length);
       position += length;
     } else {
       shown += escaped(static_cast<unsigned char>(bytes[position]));
