@@ -25,14 +25,6 @@ struct Options {
   bool quiet = false;
 };
 
-/// Returns what draws a bar while a backup is read.
-scheduled::Begin bars(bool are_wanted) {
-  return [are_wanted](const std::string& file, std::uint64_t size) -> tarball::Progress {
-    const auto bar = std::make_shared<output::Progress>(file, size, are_wanted);
-    return [bar](std::uint64_t done) { bar->show(done); };
-  };
-}
-
 void printText(const scheduled::Report& report) {
   for (const scheduled::JobReport& job : report.jobs) {
     for (const scheduled::Written& written : job.written) {
@@ -78,7 +70,7 @@ Json jsonOf(const scheduled::Report& report) {
 
 void runAuto(const Options& options) {
   moveOntoReceiver(options.receiver);
-  const scheduled::Report report = scheduled::run(options.jobs, bars(!options.quiet));
+  const scheduled::Report report = scheduled::run(options.jobs, output::bars(!options.quiet));
   if (options.json) {
     std::cout << jsonOf(report).dump(2) << "\n";
   } else if (!options.quiet) {

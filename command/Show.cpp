@@ -10,6 +10,7 @@
 
 #include "Commands.h"
 #include "backups/FileKind.h"
+#include "output/Progress.h"
 #include "preview/Differences.h"
 #include "preview/JsonReport.h"
 #include "preview/TextReport.h"
@@ -22,6 +23,7 @@ struct Options {
   std::optional<std::filesystem::path> receiver;
   bool diff = false;
   bool json = false;
+  bool quiet = false;
 };
 
 void showJson(const preview::Preview& preview, bool diff) {
@@ -51,7 +53,8 @@ void runShow(const Options& options) {
     throw std::runtime_error("'" + options.file.string() +
                              "' is a list of packages, a line each, and no archive");
   }
-  const preview::Preview preview = preview::look(options.file, options.receiver);
+  const preview::Preview preview =
+      preview::look(options.file, options.receiver, output::bars(!options.quiet));
   const bool has_nothing = preview.members.empty() && !preview.damage.empty();
   if (has_nothing && !options.json) throw std::runtime_error(preview.damage);
   if (options.json) {
@@ -77,6 +80,7 @@ void addShow(CLI::App& stowline) {
   show->add_flag("--diff", options->diff, "show the differences of text files, too")
       ->needs(against);
   show->add_flag("--json", options->json, "print JSON");
+  show->add_flag("--quiet", options->quiet, "show no progress");
   show->callback([=] {
     require({file});
     runShow(*options);

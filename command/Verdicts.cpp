@@ -7,7 +7,6 @@
 #include "host/Error.h"
 #include "native/OsError.h"
 #include "native/ShownText.h"
-#include "output/Progress.h"
 #include "output/Table.h"
 
 namespace command {
@@ -36,7 +35,7 @@ Json jsonOf(const std::vector<tarball::Finding>& findings) {
 
 }  // namespace
 
-Verified verifyOne(const std::filesystem::path& file, bool shows_progress) {
+Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgress& begin) {
   Verified verified{
       .file = file, .kind = backups::kindOf(file.filename().string()), .error = {}, .verdict = {}};
   std::error_code unknown;
@@ -45,11 +44,8 @@ Verified verifyOne(const std::filesystem::path& file, bool shows_progress) {
     verified.error = "it is no regular file";
     return verified;
   }
-  const std::uintmax_t size = std::filesystem::file_size(file, unknown);
-  output::Progress progress(file.filename().string(), unknown ? 0 : size, shows_progress);
   try {
-    verified.verdict = backups::verifyFile(file.string(), verified.kind,
-                                           [&](std::uint64_t done) { progress.show(done); });
+    verified.verdict = backups::verifyFile(file.string(), verified.kind, begin);
   } catch (const host::Error& error) {
     verified.error = native::reasonOf(error);
   }

@@ -22,8 +22,8 @@ struct Verified {
   bool isSound() const { return error.empty() && verdict.sound(); }
 };
 
-/// Reads a backup to its end. `shows_progress`: whether a bar is shown where there is a terminal.
-Verified verifyOne(const std::filesystem::path& file, bool shows_progress);
+/// Reads a backup to its end. `begin` hears how far an archive has been read.
+Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgress& begin);
 
 /// Prints what was found, for people.
 void print(std::ostream& out, const Verified& verified);

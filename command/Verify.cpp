@@ -10,6 +10,7 @@
 #include "Commands.h"
 #include "Verdicts.h"
 #include "backups/VerifyFile.h"
+#include "output/Progress.h"
 #include "output/Table.h"
 
 namespace command {
@@ -25,7 +26,7 @@ void runVerify(const Options& options) {
   Json all = Json::array();
   std::size_t unsound = 0;
   for (const std::filesystem::path& file : options.files) {
-    const Verified verified = verifyOne(file, !options.quiet);
+    const Verified verified = verifyOne(file, output::bars(!options.quiet));
     if (!verified.isSound()) ++unsound;
     if (options.json) {
       all.push_back(jsonOf(verified));

@@ -1,6 +1,7 @@
 #include "GzipFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -26,15 +27,22 @@ native::Descriptor openFile(const std::string& path) {
   return file;
 }
 
+/// Returns the size of an open file in bytes.
+std::uint64_t sizeOf(const native::Descriptor& file, const std::string& name) {
+  struct stat status {};
+  if (fstat(file.number(), &status) != 0) throw native::osError(errno, name);
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
 }  // namespace
 
-GzipFile::GzipFile(const std::string& path, Progress progress)
-    : GzipFile(openFile(path), path, std::move(progress)) {}
+GzipFile::GzipFile(const std::string& path, const BeginProgress& begin)
+    : GzipFile(openFile(path), path, begin) {}
 
-GzipFile::GzipFile(native::Descriptor file, std::string name, Progress progress)
+GzipFile::GzipFile(native::Descriptor file, std::string name, const BeginProgress& begin)
     : file_(std::move(file)),
       name_(std::move(name)),
-      progress_(std::move(progress)),
+      progress_(begin ? begin(name_, sizeOf(file_, name_)) : Progress()),
       input_(kInputSize),
       output_(kOutputSize) {
   if (inflateInit2(&zlib_, kGzipOnly) != Z_OK) throw std::bad_alloc();

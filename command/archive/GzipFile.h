@@ -18,15 +18,20 @@ namespace tarball {
 /// Takes the number of bytes of the file that have been read so far.
 using Progress = std::function<void(std::uint64_t)>;
 
+/// Takes the name and the size in bytes of a file that is about to be read. Returns what hears how
+/// far it has been read, empty for nothing.
+using BeginProgress = std::function<Progress(const std::string& name, std::uint64_t size)>;
+
 /// What a file compressed by gzip unpacks to. Several gzip members one after another are one
 /// stream, and zeros may follow them, as gzip(1) has it. Checksums and lengths are checked.
 class GzipFile : public Stream {
  public:
   /// Opens `path`. Raises host::Error ("OSError").
-  explicit GzipFile(const std::string& path, Progress progress = {});
+  explicit GzipFile(const std::string& path, const BeginProgress& begin = {});
 
-  /// Reads an open file from where it stands. `name` names it in an error.
-  GzipFile(native::Descriptor file, std::string name, Progress progress = {});
+  /// Reads an open file from where it stands. `name` names it in an error. Raises host::Error
+  /// ("OSError").
+  GzipFile(native::Descriptor file, std::string name, const BeginProgress& begin = {});
 
   ~GzipFile() override;
   GzipFile(const GzipFile&) = delete;

@@ -67,11 +67,11 @@ void Reader::Free::operator()(::archive* handle) const {
   archive_read_free(handle);
 }
 
-Reader::Reader(const std::string& path, Progress progress)
-    : Reader(std::make_unique<GzipFile>(path, std::move(progress))) {}
+Reader::Reader(const std::string& path, const BeginProgress& begin)
+    : Reader(std::make_unique<GzipFile>(path, begin)) {}
 
-Reader::Reader(native::Descriptor file, std::string name, Progress progress)
-    : Reader(std::make_unique<GzipFile>(std::move(file), std::move(name), std::move(progress))) {}
+Reader::Reader(native::Descriptor file, std::string name, const BeginProgress& begin)
+    : Reader(std::make_unique<GzipFile>(std::move(file), std::move(name), begin)) {}
 
 Reader::Reader(std::unique_ptr<Stream> stream)
     : stream_(std::move(stream)), handle_(archive_read_new()) {

@@ -36,12 +36,13 @@ inline constexpr std::uint64_t kLongHeadersRoom = 1024 * 1024;
 /// is of no more use.
 class Reader {
  public:
-  /// Reads the archive `path`. `progress` may be given to hear how far the file has been read.
-  /// Raises host::Error ("OSError").
-  explicit Reader(const std::string& path, Progress progress = {});
+  /// Reads the archive `path`. `begin` may be given to hear how far the file has been read. Raises
+  /// host::Error ("OSError").
+  explicit Reader(const std::string& path, const BeginProgress& begin = {});
 
-  /// Reads an archive from an open file, from where it stands. `name` names it in an error.
-  Reader(native::Descriptor file, std::string name, Progress progress = {});
+  /// Reads an archive from an open file, from where it stands. `name` names it in an error. Raises
+  /// host::Error ("OSError").
+  Reader(native::Descriptor file, std::string name, const BeginProgress& begin = {});
 
   /// Reads a tar archive out of any stream.
   explicit Reader(std::unique_ptr<Stream> stream);

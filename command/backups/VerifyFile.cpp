@@ -67,9 +67,9 @@ tarball::Places placesOf(FileKind kind) {
 }  // namespace
 
 tarball::Verdict verifyFile(const std::string& path, FileKind kind,
-                            const tarball::Progress& progress) {
+                            const tarball::BeginProgress& begin) {
   if (kind == FileKind::plugin_list) return verifyList(path);
-  tarball::Reader reader(path, progress);
+  tarball::Reader reader(path, begin);
   return tarball::verify(reader, placesOf(kind));
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "Table.h"
@@ -56,6 +57,14 @@ void Progress::show(std::uint64_t done) {
   const std::string name = lineOf(name_);
   if (line.size() + name.size() <= room) line += name;
   std::fprintf(stderr, "%s%s", kClearLine, line.substr(0, room).c_str());
+}
+
+std::function<std::function<void(std::uint64_t)>(const std::string&, std::uint64_t)> bars(
+    bool are_wanted) {
+  return [are_wanted](const std::string& path, std::uint64_t size) {
+    const auto bar = std::make_shared<Progress>(path.substr(path.rfind('/') + 1), size, are_wanted);
+    return [bar](std::uint64_t done) { bar->show(done); };
+  };
 }
 
 }  // namespace output

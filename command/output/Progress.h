@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace output {
@@ -29,5 +30,11 @@ class Progress {
   Clock::time_point last_ = begin_;
   bool has_bar_ = false;
 };
+
+/// Returns what begins a bar: it takes the path and the size in bytes of a file, and returns what
+/// takes how many have been read; with that, the bar goes. `are_wanted`: whether there are to be
+/// bars.
+std::function<std::function<void(std::uint64_t)>(const std::string& path, std::uint64_t size)> bars(
+    bool are_wanted);
 
 }  // namespace output

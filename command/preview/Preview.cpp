@@ -21,13 +21,14 @@ std::string readMembers(tarball::Reader& reader, const std::string& name, const 
 }  // namespace
 
 std::string readArchives(const std::filesystem::path& file, const Restore& restore,
-                         const TakeMember& take) {
+                         const TakeMember& take, const tarball::BeginProgress& begin) {
   std::string damage;
   for (const std::string& archive : restore.plan.archives) {
     const std::string name = archive == restore.rehearsal.archive ? file.string() : archive;
-    tarball::Reader reader = archive == restore.rehearsal.archive
-                                 ? tarball::Reader(name)
-                                 : tarball::Reader(restore.rehearsal.medium.open(archive), name);
+    tarball::Reader reader =
+        archive == restore.rehearsal.archive
+            ? tarball::Reader(name, begin)
+            : tarball::Reader(restore.rehearsal.medium.open(archive), name, begin);
     const std::string its_damage = readMembers(reader, name, take);
     if (damage.empty()) damage = its_damage;
   }
@@ -37,8 +38,8 @@ std::string readArchives(const std::filesystem::path& file, const Restore& resto
 namespace {
 
 /// Reads what the archive holds.
-void readFile(Preview& preview) {
-  tarball::Reader reader(preview.file.string());
+void readFile(Preview& preview, const tarball::BeginProgress& begin) {
+  tarball::Reader reader(preview.file.string(), begin);
   preview.damage =
       readMembers(reader, preview.file.string(),
                   [&](const tarball::Member& member, auto&) { preview.members.push_back(member); });
@@ -46,12 +47,12 @@ void readFile(Preview& preview) {
 }
 
 /// Finds out what the restore changes.
-void readChanges(Preview& preview, Restore& restore) {
+void readChanges(Preview& preview, Restore& restore, const tarball::BeginProgress& begin) {
   const native::Root receiver(restore.receiver);
   Forecast forecast(receiver, restore.plan);
   const std::string damage = readArchives(
       preview.file, restore,
-      [&](const tarball::Member& member, auto& reader) { forecast.take(member, reader); });
+      [&](const tarball::Member& member, auto& reader) { forecast.take(member, reader); }, begin);
   if (preview.damage.empty()) preview.damage = damage;
   restore.changes = forecast.finish();
 }
@@ -59,7 +60,8 @@ void readChanges(Preview& preview, Restore& restore) {
 }  // namespace
 
 Preview look(const std::filesystem::path& file,
-             const std::optional<std::filesystem::path>& receiver) {
+             const std::optional<std::filesystem::path>& receiver,
+             const tarball::BeginProgress& begin) {
   Preview preview{.file = file, .members = {}, .restore = {}, .damage = {}};
   if (receiver) {
     Rehearsal rehearsal = rehearse(file, *receiver);
@@ -67,8 +69,8 @@ Preview look(const std::filesystem::path& file,
     preview.restore.emplace(
         Restore{*receiver, std::move(rehearsal), std::move(plan), std::vector<Change>()});
   }
-  readFile(preview);
-  if (preview.restore) readChanges(preview, *preview.restore);
+  readFile(preview, begin);
+  if (preview.restore) readChanges(preview, *preview.restore, begin);
   return preview;
 }
 

@@ -32,10 +32,12 @@ struct Preview {
 
 /// Looks at the archive `file` and, where `receiver` is given, at what a restore of it would do on
 /// the receiver whose files lie below that directory. Of a damaged archive, what comes before the
-/// damage counts. Nothing is written. Raises std::runtime_error when there is no receiver, and
-/// host::Error ("OSError") for an archive that cannot be read.
+/// damage counts. `begin` hears how far the archives have been read. Nothing is
+/// written. Raises std::runtime_error when there is no receiver, and host::Error ("OSError") for an
+/// archive that cannot be read.
 Preview look(const std::filesystem::path& file,
-             const std::optional<std::filesystem::path>& receiver);
+             const std::optional<std::filesystem::path>& receiver,
+             const tarball::BeginProgress& begin = {});
 
 /// Takes a member and the reader that is about to read its content.
 using TakeMember = std::function<void(const tarball::Member& member, tarball::Reader& reader)>;
@@ -43,6 +45,6 @@ using TakeMember = std::function<void(const tarball::Member& member, tarball::Re
 /// Reads the archives of a restore of `file` member by member, in order. Returns what is wrong with
 /// the first that is damaged, "" for nothing. Raises host::Error ("OSError").
 std::string readArchives(const std::filesystem::path& file, const Restore& restore,
-                         const TakeMember& take);
+                         const TakeMember& take, const tarball::BeginProgress& begin = {});
 
 }  // namespace preview

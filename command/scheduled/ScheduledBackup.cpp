@@ -42,7 +42,7 @@ constexpr Job kJobs[] = {
 /// One run on the receiver that this process is in.
 class Run {
  public:
-  explicit Run(const Begin& begin) : begin_(begin), host_(system_) {
+  explicit Run(const tarball::BeginProgress& begin) : begin_(begin), host_(system_) {
     stowline::load(host_);
     requireMounted(host_);
     const auto directory = stowline::getBackupRestorePath(host_);
@@ -125,7 +125,7 @@ class Run {
   void read(Written& written, FileKind kind) {
     sync(written.file);
     written.size = static_cast<std::uint64_t>(system_.fileSize(written.file));
-    written.verdict = backups::verifyFile(written.file, kind, begin_(written.file, written.size));
+    written.verdict = backups::verifyFile(written.file, kind, begin_);
   }
 
   static std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
@@ -174,7 +174,7 @@ class Run {
     report_.deleted = system_.removed();
   }
 
-  const Begin& begin_;
+  const tarball::BeginProgress& begin_;
   RunLock lock_;
   System system_;
   Host host_;
@@ -191,7 +191,7 @@ std::vector<std::string> jobNames() {
   return names;
 }
 
-Report run(const std::vector<std::string>& jobs, const Begin& begin) {
+Report run(const std::vector<std::string>& jobs, const tarball::BeginProgress& begin) {
   return Run(begin).go(jobs);
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,14 +34,13 @@ struct Report {
 /// The jobs that there are, in their order.
 std::vector<std::string> jobNames();
 
-/// Hears of each file that is about to be read, with its size, and returns who hears how far.
-using Begin = std::function<tarball::Progress(const std::string& file, std::uint64_t size)>;
 /// Runs a scheduled backup on the receiver that this process is in: each of `jobs` with one stamp,
 /// each result read to its end; then the oldest scheduled backups go, but only when every job has
 /// brought a sound backup that the receiver's restore list takes. What is none is removed again, so
 /// that it is never taken for the newest. One run at a time: raises std::runtime_error while
 /// another runs, and for what keeps any backup from being made: no model, no medium, a medium that
 /// cannot be written, a clock that is behind the backups there are.
-Report run(const std::vector<std::string>& jobs, const Begin& begin);
+/// `begin` hears how far the results have been read.
+Report run(const std::vector<std::string>& jobs, const tarball::BeginProgress& begin);
 
 }  // namespace scheduled

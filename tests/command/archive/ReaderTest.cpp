@@ -63,13 +63,18 @@ TEST(Reader, GoesOnPastContentsThatNobodyHasRead) {
   EXPECT_EQ(reader.unpacked(), 512U + 1000448 + 1024 + 1024);
 }
 
-TEST(Reader, TellsHowFarItHasReadTheFile) {
+TEST(Reader, TellsWhichFileItReadsAndHowFarItHas) {
   std::string packed;
   for (int round = 0; round < 2000; ++round) packed += gzipped(kHostname);
   packed += gzipped(kEndMark);
   const ArchiveFile file(packed);
   std::vector<std::uint64_t> progress;
-  tarball::Reader reader(file.path(), [&](std::uint64_t bytes) { progress.push_back(bytes); });
+  const auto begin = [&](const std::string& name, std::uint64_t size) -> tarball::Progress {
+    EXPECT_EQ(name, file.path());
+    EXPECT_EQ(size, packed.size());
+    return [&](std::uint64_t bytes) { progress.push_back(bytes); };
+  };
+  tarball::Reader reader(file.path(), begin);
   EXPECT_EQ(listed(reader).size(), 2000U);
   std::vector<std::uint64_t> expected;
   for (std::uint64_t bytes = 65536; bytes < packed.size(); bytes += 65536) {
