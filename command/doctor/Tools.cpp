@@ -11,6 +11,7 @@
 #include "archive/Reader.h"
 #include "native/OsError.h"
 #include "scheduled/CapturedOutput.h"
+#include "scheduled/PackageManager.h"
 
 namespace doctor {
 namespace {
@@ -87,10 +88,9 @@ Check checkExclusions(host::OperatingSystem& os) {
 }
 
 Check checkPackageManager(host::OperatingSystem& os) {
-  const scheduled::CapturedOutput output;
-  const int status = os.system("opkg list-installed");
-  if (status == 0) return {"package manager", State::ok, "answers"};
-  return {"package manager", State::failed, "opkg does not answer: " + output.lastLine()};
+  const std::string reason = scheduled::whyNoPackages(os);
+  if (reason.empty()) return {"package manager", State::ok, "answers"};
+  return {"package manager", State::failed, reason};
 }
 
 }  // namespace doctor

@@ -7,8 +7,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
-#include <vector>
+#include <system_error>
 
 #include "Media.h"
 #include "Setup.h"
@@ -38,9 +39,14 @@ bool writeProbe(int file) {
 void requireMounted(host::Host& host) {
   const std::string setting = stowline::backupRestorePathSetting(host).value();
   const std::string medium = setting.substr(0, setting.find_last_not_of('/') + 1);
-  const std::vector<std::string> mounted = stowline::mountedMedia(host.os());
-  if (std::ranges::find(mounted, medium) != mounted.end()) return;
-  throw std::runtime_error("the medium " + medium + " is not mounted");
+  std::error_code error;
+  const std::string directory = std::filesystem::canonical(medium, error).string() + "/";
+  const auto holds = [&](const std::string& mounted) {
+    return directory.starts_with(mounted + "/");
+  };
+  if (!error && std::ranges::any_of(stowline::mountedMedia(host.os()), holds)) return;
+  throw std::runtime_error(medium.empty() ? "the settings name no medium"
+                                          : "the medium " + medium + " is not mounted");
 }
 
 std::string whyNotWritable(const std::string& directory) {

@@ -6,8 +6,8 @@
 
 namespace scheduled {
 
-/// Raises std::runtime_error, in one line, unless the medium that the receiver's settings name is
-/// mounted.
+/// Raises std::runtime_error, in one line, unless what the receiver's settings name as the medium
+/// is a medium that is mounted, a link to one, or a directory on one.
 void requireMounted(host::Host& host);
 
 /// Writes a file of some size into `directory`, and removes it. Returns why it cannot be written,

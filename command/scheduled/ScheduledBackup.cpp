@@ -7,6 +7,7 @@
 #include "BackupActions.h"
 #include "CapturedOutput.h"
 #include "Medium.h"
+#include "PackageManager.h"
 #include "RunLock.h"
 #include "Setup.h"
 #include "Systems.h"
@@ -115,8 +116,9 @@ class Run {
       if (!member.empty()) written.error += ": " + member;
     } else if (kind != FileKind::user_files && !isRestorable(host_, nameOf(file), kind)) {
       written.error = "is too small to be restored";
-    } else if (kind == FileKind::plugin_list && written.size == 0 && !packageManagerAnswers()) {
-      written.error = "is empty, and opkg does not answer";
+    } else if (kind == FileKind::plugin_list && written.size == 0) {
+      const std::string reason = whyNoPackages(system_);
+      if (!reason.empty()) written.error = "is empty, and " + reason;
     }
     return written;
   }
@@ -129,11 +131,6 @@ class Run {
   }
 
   static std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
-  bool packageManagerAnswers() {
-    const CapturedOutput output;
-    return system_.system("opkg list-installed") == 0;
-  }
 
   /// Takes note of why the job has failed, and takes away what it wrote.
   void fail(const JobReport& report) {

@@ -9,6 +9,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "DeskTest.h"
@@ -277,6 +278,34 @@ TEST_P(AutoTest, MediumThatIsNotMountedIsSaidAndNotMade) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.errors, "stowline: the medium /media/hdd is not mounted\n");
   EXPECT_FALSE(receiver().exists(kBackups));
+}
+
+TEST_P(AutoTest, SettingThatNamesNoMediumIsSaid) {
+  receiver().write("/etc/enigma2/settings",
+                   "config.plugins.qorpanel.stowline.backuprestorepath=\n");
+  const Outcome outcome = backup();
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "stowline: the settings name no medium\n");
+}
+
+TEST_P(AutoTest, LinkToAMediumAndDirectoryOnOneWillDo) {
+  fs::create_symlink("/media/hdd", receiver().at("/media/disk"));
+  fs::create_directory(receiver().at("/media/hdd/box"));
+  const std::pair<const char*, const char*> cases[] = {
+      {"/media/disk", "/media/hdd"},
+      {"/media/hdd/box", "/media/hdd/box"},
+      {"/media/disk/box/", "/media/hdd/box"},
+  };
+  for (const auto& [medium, place] : cases) {
+    receiver().write(
+        "/etc/enigma2/settings",
+        std::string("config.plugins.qorpanel.stowline.backuprestorepath=") + medium + "\n");
+    const fs::path backups = receiver().at(std::string(place) + "/qor-stowline");
+    fs::remove_all(backups);
+    const Outcome outcome = backup({"--jobs", "settings"});
+    EXPECT_EQ(outcome.errors, "") << medium;
+    EXPECT_EQ(namesIn(backups).size(), 1U) << medium;
+  }
 }
 
 /// Returns bytes that do not get fewer by being compressed.

@@ -2,7 +2,10 @@
 
 #include <string>
 
+#include "BackupActions.h"
+#include "Setup.h"
 #include "backups/SetName.h"
+#include "look/Host.h"
 
 namespace backups {
 namespace {
@@ -39,6 +42,37 @@ TEST(SetName, SaysWhenAndOnWhichModelABackupWasMadeAndWhetherByATimer) {
                                         (said->is_scheduled ? " timer " : " hand ") + said->version
                                   : "";
     EXPECT_EQ(text, one.said) << one.name;
+  }
+}
+
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+/// Returns the digits of a text.
+std::string digitsOf(std::string text) {
+  std::erase_if(text, [](char character) { return character < '0' || character > '9'; });
+  return text;
+}
+
+TEST(SetName, SaysSomethingOfEveryNameThatTheEngineWrites) {
+  for (const char* backup_mode : {"", "auto"}) {
+    look::System system(std::nullopt);
+    look::Host host(system, "other box", "");
+    stowline::load(host);
+    stowline::BackupActions engine(host, backup_mode);
+    engine.createSettingFile();
+    engine.createConfigFile();
+    engine.createPluginList();
+    for (const std::string& file : {engine.settingfile, engine.configfile, engine.pluginfile}) {
+      const std::string name = baseName(file);
+      const auto said = parseSetName(name);
+      ASSERT_TRUE(said) << name;
+      EXPECT_EQ(said->model, "other box") << name;
+      EXPECT_EQ(said->is_scheduled, backup_mode == std::string("auto")) << name;
+      EXPECT_EQ(said->version, file == engine.configfile ? "c" : "") << name;
+      EXPECT_EQ(digitsOf(said->time), digitsOf(name)) << name;
+    }
   }
 }
 

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "host/OperatingSystem.h"
+
+namespace scheduled {
+
+/// Asks the package manager what is installed. Returns why it does not answer, "" when it does.
+/// Raises host::Error ("OSError").
+std::string whyNoPackages(host::OperatingSystem& os);
+
+}  // namespace scheduled

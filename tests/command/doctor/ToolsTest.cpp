@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "BackupActions.h"
+#include "Setup.h"
+#include "backups/RestoreScreen.h"
+#include "doctor/Tools.h"
+#include "look/Host.h"
+#include "support/TemporaryDirectory.h"
+
+namespace doctor {
+namespace {
+
+using Words = std::set<std::string>;
+
+/// Returns the shell commands of every backup, and of the restore of an old and of a new
+/// configuration, on a receiver where every file is there.
+std::vector<std::string> commandsOfTheModule() {
+  look::System system(std::nullopt);
+  look::Host host(system, "solo2", "");
+  stowline::load(host);
+  stowline::BackupActions engine(host);
+  engine.createSettingFile();
+  engine.createConfigFile();
+  engine.createPluginList();
+  std::vector<std::string> commands = system.takeCommands();
+  for (const char* archive : {"/media/hdd/configuration", "/media/hdd/configuration_ver_c"}) {
+    std::ranges::copy(backups::configurationRestore(host, archive), std::back_inserter(commands));
+  }
+  return commands;
+}
+
+/// Returns what the commands run: the first word of each part of a line, but for the words of the
+/// shell's own. A program that is named by its path in /bin is one as any other.
+Words programsOf(const std::vector<std::string>& commands) {
+  const std::regex separators(R"([;|]\s*|\b(?:if|then)\s)");
+  const Words shell = {"[", "echo", "fi"};
+  Words programs;
+  for (const std::string& command : commands) {
+    for (std::sregex_token_iterator part(command.begin(), command.end(), separators, -1), end;
+         part != end; ++part) {
+      std::istringstream words(part->str());
+      std::string program;
+      if (!(words >> program) || shell.contains(program)) continue;
+      programs.insert(std::regex_replace(program, std::regex("^/bin/"), ""));
+    }
+  }
+  return programs;
+}
+
+/// Returns the words of a text.
+Words wordsOf(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+TEST(Tools, AreThoseThatTheModulesCommandsRunAndTheShell) {
+  const support::TemporaryDirectory nothing;
+  look::System empty{native::Root(nothing.path())};
+  Words expected = programsOf(commandsOfTheModule());
+  expected.insert({"missing:", "sh"});
+  EXPECT_EQ(wordsOf(checkTools(empty).detail), expected);
+}
+
+}  // namespace
+}  // namespace doctor
