@@ -51,6 +51,15 @@ std::string helpCommand(const CLI::App& stowline) {
   return line + " --help";
 }
 
+/// Returns what is wrong with a command line. The library names words that it does not know from
+/// the last to the first.
+std::string reasonOf(const CLI::ParseError& error, const CLI::App& stowline) {
+  if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return error.what();
+  std::string reason = "not understood:";
+  for (const std::string& word : stowline.remaining(true)) reason += " " + word;
+  return reason;
+}
+
 /// Takes the standard streams' numbers that are free, so that no other descriptor becomes one of
 /// them; what is written to such a stream fails.
 void occupyStandardStreams() {
@@ -101,8 +110,8 @@ int main(int argc, char** argv) {
   try {
     return run(stowline, argc, argv);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "stowline: " << oneLine(error.what()) << " (see '" << helpCommand(stowline)
-              << "')\n";
+    std::cerr << "stowline: " << oneLine(reasonOf(error, stowline)) << " (see '"
+              << helpCommand(stowline) << "')\n";
     return kUsageError;
   } catch (const host::Error& error) {
     std::cout.flush();
