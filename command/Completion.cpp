@@ -11,10 +11,13 @@ namespace command {
 namespace {
 
 /// What the shells run to complete a word. Zsh runs it too, in its emulation of bash's completion.
+/// Of values that commas separate, $last is completed, $before stays.
 /// @COMMANDS@ finds the command that the words before name; @VALUES@ completes an option's value;
 /// @WORDS@ sets what else may come. Where nothing is offered the shell offers names of files.
 constexpr const char* kScript = R"(_stowline() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command= words= at
+  local last=${current##*,}
+  local before=${current%"$last"}
   COMPREPLY=()
   for ((at = 1; at < COMP_CWORD; at++)); do
     case "$command/${COMP_WORDS[at]}" in
@@ -67,7 +70,9 @@ void addCommand(Parts& parts, CLI::App& app, const std::string& path) {
       if (option->get_items_expected_max() == 0) continue;
       parts.values += "    " + path + "/--" + name + ") ";
       if (!choices.empty()) {
-        parts.values += "COMPREPLY=($(compgen -W \"" + choices + "\" -- \"$current\")); ";
+        const bool is_list = option->get_delimiter() == ',';
+        parts.values += "COMPREPLY=($(compgen -W \"" + choices + "\" " +
+                        (is_list ? "-P \"$before\" -- \"$last\"" : "-- \"$current\"") + ")); ";
       }
       parts.values += "return ;;\n";
     }

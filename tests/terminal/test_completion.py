@@ -37,6 +37,8 @@ class WordsTest(unittest.TestCase):
                 (("completion", ""), ["bash", "zsh"]),
                 (("auto", "--jobs", ""), ["settings", "config", "plugins"]),
                 (("auto", "--jobs", "c"), ["config"]),
+                (("auto", "--jobs", "config,"), ["config,settings", "config,config", "config,plugins"]),
+                (("auto", "--jobs", "config,settings,p"), ["config,settings,plugins"]),
                 (("desk", "--theme", ""), ["plain", "dark", "light"])):
             with self.subTest(words):
                 self.assertEqual([word for word in offered(*words) if not word.startswith("--")], expected)
@@ -71,6 +73,7 @@ class ShellTest(unittest.TestCase):
         self.assert_completed("stowline ver", "stowline verify")
         self.assert_completed("stowline auto --jo", "stowline auto --jobs")
         self.assert_completed("stowline auto --jobs pl", "stowline auto --jobs plugins")
+        self.assert_completed("stowline auto --jobs config,pl", "stowline auto --jobs config,plugins")
         self.assert_completed("stowline verify a", "stowline verify a\\ backup")
 
     def test_bash_completes_at_the_tab_key(self):
