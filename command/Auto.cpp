@@ -28,11 +28,11 @@ struct Options {
 void printText(const scheduled::Report& report) {
   for (const scheduled::JobReport& job : report.jobs) {
     for (const scheduled::Written& written : job.written) {
-      std::cout << job.job << ": " << output::lineOf(written.file) << ", ";
+      std::cout << job.job << ": " << native::shownLine(written.file) << ", ";
       if (written.error.empty()) {
         std::cout << output::sizeText(static_cast<long long>(written.size)) << ", sound\n";
       } else {
-        std::cout << output::lineOf(written.error) << "\n";
+        std::cout << native::shownLine(written.error) << "\n";
       }
       if (written.verdict.noted > 0) {
         std::cout << "  " << written.verdict.noted << " notes, see stowline verify\n";
@@ -40,7 +40,7 @@ void printText(const scheduled::Report& report) {
     }
   }
   for (const std::string& file : report.deleted) {
-    std::cout << "deleted: " << output::lineOf(file) << "\n";
+    std::cout << "deleted: " << native::shownLine(file) << "\n";
   }
 }
 
@@ -78,7 +78,7 @@ void runAuto(const Options& options) {
   }
   if (!report.failure.empty()) {
     const char* kept = report.deleted.empty() ? "nothing old was deleted: " : "";
-    throw std::runtime_error(kept + output::lineOf(report.failure));
+    throw std::runtime_error(kept + native::shownLine(report.failure));
   }
 }
 

@@ -13,6 +13,7 @@
 #include "Commands.h"
 #include "OnReceiver.h"
 #include "native/ShownText.h"
+#include "output/Progress.h"
 #include "output/Table.h"
 
 namespace command {
@@ -43,7 +44,7 @@ void printTable(const std::vector<Check>& checks, bool is_quiet) {
   bool has_rows = false;
   for (const Check& check : checks) {
     if (is_quiet && check.state == State::ok) continue;
-    table.add({check.name, wordOf(check.state), output::lineOf(check.detail)});
+    table.add({check.name, wordOf(check.state), native::shownLine(check.detail)});
     has_rows = true;
   }
   if (has_rows) table.print(std::cout);
@@ -51,7 +52,7 @@ void printTable(const std::vector<Check>& checks, bool is_quiet) {
 
 void runDoctor(const Options& options) {
   moveOntoReceiver(options.receiver);
-  const std::vector<Check> checks = doctor::examine();
+  const std::vector<Check> checks = doctor::examine(output::bars(!options.quiet));
   if (options.json) {
     std::cout << Json{{"checks", jsonOf(checks)}}.dump(2) << "\n";
   } else {

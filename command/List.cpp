@@ -37,6 +37,8 @@ const char* wordOf(Restore restore) {
       return "too small";
     case Restore::no_file:
       return "no file";
+    case Restore::odd_name:
+      return "odd name";
     default:
       return "other model";
   }
@@ -76,9 +78,10 @@ void printTable(const Catalogue& catalogue) {
                        {"WITH"}});
   for (const BackupSet& set : catalogue.sets) {
     const backups::SetName said = set.said.value_or(backups::SetName{});
-    table.add({set.kind, said.time, said.model,
-               set.said ? (said.is_scheduled ? "timer" : "hand") : "", said.version, keptText(set),
-               output::sizeText(set.file.size), wordOf(set.restore), output::lineOf(set.file.name),
+    table.add({set.kind, said.time, native::shownLine(said.model),
+               set.said ? (said.is_scheduled ? "timer" : "hand") : "",
+               native::shownLine(said.version), keptText(set), output::sizeText(set.file.size),
+               wordOf(set.restore), native::shownLine(set.file.name),
                joined(set.companions, " ", [&](const backups::File& companion) {
                  return companionText(set, companion);
                })});
@@ -89,21 +92,21 @@ void printTable(const Catalogue& catalogue) {
 void printText(const Catalogue& catalogue, const std::string& model) {
   printTable(catalogue);
   std::cout << output::counted(catalogue.sets.size(), "backup") << ", "
-            << output::sizeText(catalogue.size) << " in " << output::lineOf(catalogue.directory)
+            << output::sizeText(catalogue.size) << " in " << native::shownLine(catalogue.directory)
             << "\n";
   const auto is_other = [](const BackupSet& set) { return set.restore == Restore::other_model; };
   if (!catalogue.sets.empty() && std::ranges::all_of(catalogue.sets, is_other)) {
-    std::cout << "none of them is for a receiver of the model " << output::lineOf(model) << "\n";
+    std::cout << "none of them is for a receiver of the model " << native::shownLine(model) << "\n";
   }
   if (!catalogue.others.empty()) {
-    std::cout << "other files: " << joined(catalogue.others, " ", output::lineOf) << "\n";
+    std::cout << "other files: " << joined(catalogue.others, " ", native::shownLine) << "\n";
   }
   if (catalogue.outdated.empty()) {
     std::cout << "the next scheduled backup deletes nothing\n";
   } else {
     std::cout << "the next scheduled backup deletes:\n";
     for (const std::string& name : catalogue.outdated) {
-      std::cout << "  " << output::lineOf(name) << "\n";
+      std::cout << "  " << native::shownLine(name) << "\n";
     }
   }
 }
@@ -122,9 +125,10 @@ Json jsonOf(const BackupSet& set) {
   Json json = {{"kind", set.kind}, {"name", native::shownText(set.file.name)}};
   json["size"] = set.file.size;
   json["time"] = set.said ? Json(set.said->time) : Json();
-  json["model"] = set.said ? Json(set.said->model) : Json();
+  json["model"] = set.said ? Json(native::shownText(set.said->model)) : Json();
   json["scheduled"] = set.said ? Json(set.said->is_scheduled) : Json();
-  json["version"] = set.said && !set.said->version.empty() ? Json(set.said->version) : Json();
+  json["version"] =
+      set.said && !set.said->version.empty() ? Json(native::shownText(set.said->version)) : Json();
   json["keeps"] = textsOf(set.keeps);
   json["companions"] = Json::array();
   for (const backups::File& companion : set.companions) {
@@ -136,7 +140,7 @@ Json jsonOf(const BackupSet& set) {
 
 Json jsonOf(const Catalogue& catalogue, const std::string& model) {
   Json json = {{"directory", native::shownText(catalogue.directory)}};
-  json["model"] = model.empty() ? Json() : Json(model);
+  json["model"] = model.empty() ? Json() : Json(native::shownText(model));
   json["sets"] = Json::array();
   for (const BackupSet& set : catalogue.sets) json["sets"].push_back(jsonOf(set));
   json["others"] = textsOf(catalogue.others);

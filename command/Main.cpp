@@ -12,6 +12,7 @@
 #include "Commands.h"
 #include "host/Error.h"
 #include "native/OsError.h"
+#include "native/ShownText.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ std::string oneLine(std::string text) {
   for (char& character : text) {
     if (character == '\n') character = ' ';
   }
-  return text;
+  return native::shownLine(text);
 }
 
 /// Returns the command line of the help page that an error is about.

@@ -16,7 +16,7 @@ void print(std::ostream& out, const char* title, const std::vector<tarball::Find
            std::uint64_t count) {
   for (const tarball::Finding& finding : findings) {
     out << "  " << title << finding.what;
-    if (!finding.member.empty()) out << ": " << output::lineOf(finding.member);
+    if (!finding.member.empty()) out << ": " << native::shownLine(finding.member);
     out << "\n";
   }
   if (count > findings.size()) {
@@ -54,9 +54,9 @@ Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgre
 
 void print(std::ostream& out, const Verified& verified) {
   const tarball::Verdict& verdict = verified.verdict;
-  out << output::lineOf(verified.file.string()) << ": ";
+  out << native::shownLine(verified.file.string()) << ": ";
   if (!verified.error.empty()) {
-    out << "cannot be read: " << output::lineOf(verified.error) << "\n";
+    out << "cannot be read: " << native::shownLine(verified.error) << "\n";
     return;
   }
   const bool is_list = verified.kind == backups::FileKind::plugin_list;

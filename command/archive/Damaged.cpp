@@ -44,6 +44,8 @@ const char* described(Damage damage) {
       return "the headers of the members are too large";
     case Damage::kTooManyMembers:
       return "the archive has more than 100000 members";
+    case Damage::kPathsTooLong:
+      return "the members' paths take more than 16 MiB";
     case Damage::kTarCutOff:
       return "the tar archive is cut off";
     case Damage::kDataAfterEnd:

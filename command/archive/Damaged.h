@@ -21,6 +21,7 @@ enum class Damage {
   kHeaderTooLarge,   // the header of one member is larger than any that a tar writes
   kHeadersTooLarge,  // there are too many headers that are unusually long
   kTooManyMembers,   // there are more members than any receiver has files
+  kPathsTooLong,     // their paths are longer in all than any receiver's
   kTarCutOff,        // the tar archive ends before its end mark
   kDataAfterEnd,     // other bytes than zeros follow the tar archive's end mark
 };

@@ -96,8 +96,9 @@ std::optional<Member> Reader::next() {
     return std::nullopt;
   }
   if (!isSound(handle_.get(), result)) fail(start);
-  count(position() - start);
   Member member = memberOf(entry);
+  paths_ += member.path.size() + member.link.size();
+  count(position() - start);
   member_ = member.path;
   in_member_ = true;
   return member;
@@ -170,6 +171,7 @@ void Reader::count(std::uint64_t header) {
   const Position place{stream_->compressed(), position(), member_};
   if (long_headers_ > kLongHeadersRoom) throw Damaged(Damage::kHeadersTooLarge, place);
   if (++members_ > kMostMembers) throw Damaged(Damage::kTooManyMembers, place);
+  if (paths_ > kMostOfPaths) throw Damaged(Damage::kPathsTooLong, place);
 }
 
 /// Reads what follows the tar archive's end mark, which is to be zeros, and so has the whole file

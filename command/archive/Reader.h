@@ -23,6 +23,9 @@ inline constexpr std::uint64_t kMostUnpacked = std::uint64_t{1} << 30;
 /// The most members that an archive may have.
 inline constexpr std::uint64_t kMostMembers = 100000;
 
+/// The most bytes that the paths of all members may take, with where links point.
+inline constexpr std::uint64_t kMostOfPaths = std::uint64_t{16} << 20;
+
 /// The most bytes that one member's header may take, with long names and extended attributes. Some
 /// of them take a time to read that grows with their number squared.
 inline constexpr std::size_t kHeaderRoom = 64 * 1024;
@@ -83,6 +86,7 @@ class Reader {
   std::optional<std::size_t> room_;  // left for a header, while one is being read
   std::uint64_t unpacked_ = 0;       // read from the stream
   std::uint64_t long_headers_ = 0;   // bytes
+  std::uint64_t paths_ = 0;          // bytes
   std::uint64_t members_ = 0;
   std::string member_;      // path of the current member
   bool exhausted_ = false;  // libarchive has asked for more than there is

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <functional>
+#include <unordered_set>
 
 #include "BroughtLinks.h"
 #include "Paths.h"
@@ -96,6 +98,7 @@ class Inspection {
     if (verdict.findings.size() == kMostFindings) verdict.findings.pop_back();
     ++verdict.found;
     verdict.findings.push_back({damage.what(), ""});
+    verdict.is_damaged = true;
   }
 
  private:
@@ -114,18 +117,22 @@ class Inspection {
     const std::string target = joined(componentsOf(member.link));
     const bool hard = member.type == Type::kHardLink;
     const bool symbolic = member.type == Type::kSymbolicLink || (hard && brought_.contains(target));
-    if (hard && (member.link.starts_with('/') || !places_.hold(member.link))) {
-      find("hard link to another place than this backup's", member);
+    const bool is_elsewhere = hard && (member.link.starts_with('/') || !places_.hold(member.link));
+    const bool is_through = brought_.leadTo(path) || (hard && brought_.leadTo(target));
+    if (is_elsewhere) find("hard link to another place than this backup's", member);
+    if (is_through) find("path through a link of the archive", member);
+    if (hard && !is_elsewhere && !is_through &&
+        !files_.contains(std::hash<std::string>()(target))) {
+      find("hard link to no earlier file of the archive", member);
     }
-    if (brought_.leadTo(path) || (hard && brought_.leadTo(target))) {
-      find("path through a link of the archive", member);
-    }
+    if (member.type != Type::kDirectory) files_.insert(std::hash<std::string>()(path));
     if (!symbolic && brought_.contains(path)) find("in the place of a link of the archive", member);
     if (symbolic && !brought_.add(path)) find("more links than can be remembered", member);
   }
 
   const Places& places_;
   BroughtLinks brought_;
+  std::unordered_set<std::size_t> files_;  ///< hashes of the paths of what is no directory
 };
 
 }  // namespace

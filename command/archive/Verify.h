@@ -28,6 +28,7 @@ struct Verdict {
   std::uint64_t noted = 0;        ///< how many there are, with those that are not named
   std::uint64_t members = 0;
   std::uint64_t unpacked = 0;  ///< bytes
+  bool is_damaged = false;     ///< whether it cannot be read to its end
 
   bool sound() const { return found == 0; }
 };

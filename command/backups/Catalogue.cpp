@@ -71,16 +71,19 @@ class Reader {
   }
 
   /// The models whose next scheduled backup is meant: the one asked for, or every one that has as
-  /// many of them as stay.
-  std::vector<std::string> scheduledModels() const {
+  /// many of them as stay, and every known one where a backup's name does not say.
+  std::set<std::string> scheduledModels() const {
     if (!model_.empty()) return {model_};
+    std::set<std::string> models;
+    const auto is_silent = [](const BackupSet& set) { return !set.said.has_value(); };
+    if (std::ranges::any_of(catalogue_.sets, is_silent)) {
+      models.insert(std::begin(stowline::kBoxTypes), std::end(stowline::kBoxTypes));
+    }
     std::map<std::string, int> counts;
     for (const auto& [name, said] : said_) {
-      if (said && said->is_scheduled) ++counts[said->model];
-    }
-    std::vector<std::string> models;
-    for (const auto& [model, count] : counts) {
-      if (count >= kFewestToDelete) models.push_back(model);
+      if (said && said->is_scheduled && ++counts[said->model] >= kFewestToDelete) {
+        models.insert(said->model);
+      }
     }
     return models;
   }
@@ -126,6 +129,7 @@ class Reader {
                   .keeps = {},
                   .companions = {},
                   .restore = judged.is_taken ? Restore::yes : Restore::too_small};
+    if (judged.is_taken && !isShellWord(name)) set.restore = Restore::odd_name;
     if (!judged.is_listed) set.restore = Restore::other_model;
     if (!system_.isFile(directory_ + "/" + name)) set.restore = Restore::no_file;
     if (kind.name == std::string_view("configuration")) {

@@ -34,6 +34,7 @@ enum class Restore {
   too_small,    ///< it is listed, and OK does nothing
   other_model,  ///< it is not listed
   no_file,      ///< it is listed, and is a directory, a link to nothing or the like
+  odd_name,     ///< OK takes it, and the shell of the restore takes its name apart
 };
 
 /// A backup with what belongs to it.

@@ -46,6 +46,11 @@ std::vector<std::string> keptBy(const std::vector<std::string>& commands) {
   return files;
 }
 
+bool isShellWord(std::string_view text) {
+  return !text.empty() && !text.starts_with('~') &&
+         text.find_first_of(" \t\r\n;&|<>()$`\"'\\*?[#!{}") == std::string_view::npos;
+}
+
 std::vector<std::string> unpackedBy(const std::vector<std::string>& commands) {
   std::vector<std::string> archives;
   for (const std::string& command : commands) {

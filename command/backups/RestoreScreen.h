@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "StowlineRestore.h"
@@ -41,6 +42,10 @@ std::vector<std::string> configurationRestore(look::Host& host, const std::strin
 /// Returns the files that a restore by `commands` keeps as the receiver has them: those that a
 /// command puts back from a copy ("cat COPY > FILE ; rm COPY"), in order.
 std::vector<std::string> keptBy(const std::vector<std::string>& commands);
+
+/// Whether a shell takes `text` as one word that means itself: a restore does nothing with a backup
+/// whose path is none.
+bool isShellWord(std::string_view text);
 
 /// Returns the archives that `commands` unpack, in order.
 std::vector<std::string> unpackedBy(const std::vector<std::string>& commands);

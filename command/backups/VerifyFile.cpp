@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <string_view>
 
 #include "Engine.h"
 #include "archive/Paths.h"
+#include "host/Error.h"
 #include "native/Descriptor.h"
 #include "native/OsError.h"
 #include "native/Reading.h"
@@ -71,6 +73,20 @@ tarball::Verdict verifyFile(const std::string& path, FileKind kind,
   if (kind == FileKind::plugin_list) return verifyList(path);
   tarball::Reader reader(path, begin);
   return tarball::verify(reader, placesOf(kind));
+}
+
+bool isSoundWithCompanions(const std::string& path, FileKind kind,
+                           const tarball::BeginProgress& begin) {
+  try {
+    if (!verifyFile(path, kind, begin).sound()) return false;
+    if (kind != FileKind::configuration) return true;
+    return std::ranges::all_of(companionEndings(), [&](const std::string& ending) {
+      return !std::filesystem::exists(path + ending) ||
+             verifyFile(path + ending, FileKind::user_files, begin).sound();
+    });
+  } catch (const host::Error&) {
+    return false;
+  }
 }
 
 }  // namespace backups

@@ -15,4 +15,9 @@ namespace backups {
 tarball::Verdict verifyFile(const std::string& path, FileKind kind,
                             const tarball::BeginProgress& begin = {});
 
+/// Whether the backup `path` of this kind can be read and is sound, and so is every archive beside
+/// it that is restored with it. `begin` as above.
+bool isSoundWithCompanions(const std::string& path, FileKind kind,
+                           const tarball::BeginProgress& begin = {});
+
 }  // namespace backups

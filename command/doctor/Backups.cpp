@@ -18,6 +18,7 @@
 #include "backups/VerifyFile.h"
 #include "host/Error.h"
 #include "native/OsError.h"
+#include "native/ShownText.h"
 #include "output/Table.h"
 #include "scheduled/Medium.h"
 
@@ -108,19 +109,6 @@ std::optional<long> ageInDays(const backups::BackupSet& set) {
   return static_cast<long>(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay);
 }
 
-/// Whether the backup and all that is restored with it can be read and is sound.
-bool isSound(const backups::Catalogue& catalogue, const backups::BackupSet& set) {
-  const auto is_sound = [&](const backups::File& file) {
-    try {
-      const std::string path = catalogue.directory + "/" + file.name;
-      return backups::verifyFile(path, backups::kindOf(file.name)).sound();
-    } catch (const host::Error&) {
-      return false;
-    }
-  };
-  return is_sound(set.file) && std::ranges::all_of(set.companions, is_sound);
-}
-
 std::string ageText(const backups::BackupSet& set) {
   const auto days = ageInDays(set);
   if (!days) return "";
@@ -129,12 +117,14 @@ std::string ageText(const backups::BackupSet& set) {
 }
 
 /// Looks for the newest backup of a kind that can be restored here and is sound.
-Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& kind) {
+Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& kind,
+                    const tarball::BeginProgress& begin) {
   std::string unsound;
   for (const backups::BackupSet& set : catalogue.sets) {
     if (set.kind != std::string(kind.name) || set.restore != backups::Restore::yes) continue;
-    const std::string name = output::lineOf(set.file.name);
-    if (isSound(catalogue, set)) {
+    const std::string name = native::shownLine(set.file.name);
+    if (backups::isSoundWithCompanions(catalogue.directory + "/" + set.file.name,
+                                       backups::kindOf(set.file.name), begin)) {
       return {kind.last_good, unsound.empty() ? State::ok : State::warning,
               name + ageText(set) + unsound};
     }
@@ -145,7 +135,7 @@ Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& ki
 
 }  // namespace
 
-std::vector<Check> checkBackups(host::Host& host) {
+std::vector<Check> checkBackups(host::Host& host, const tarball::BeginProgress& begin) {
   try {
     scheduled::requireMounted(host);
   } catch (const std::exception& error) {
@@ -166,10 +156,13 @@ std::vector<Check> checkBackups(host::Host& host) {
         backups::readCatalogue(fs::path(*directory).parent_path(), host.deviceName());
     checks.push_back(checkClock(catalogue));
     for (const backups::Kind& kind : backups::kKinds) {
-      checks.push_back(guarded(kind.last_good, [&] { return checkLastGood(catalogue, kind); }));
+      checks.push_back(
+          guarded(kind.last_good, [&] { return checkLastGood(catalogue, kind, begin); }));
     }
   } catch (const host::Error& error) {
     checks.push_back({"backups", State::failed, native::reasonOf(error)});
+  } catch (const std::runtime_error& error) {
+    checks.push_back({"backups", State::failed, error.what()});
   }
   return checks;
 }

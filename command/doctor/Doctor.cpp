@@ -45,7 +45,7 @@ Check guarded(const char* name, const std::function<Check()>& check) {
   }
 }
 
-std::vector<Check> examine() {
+std::vector<Check> examine(const tarball::BeginProgress& begin) {
   native::NativeSystem os;
   native::Host host(os);
   stowline::load(host);
@@ -55,7 +55,7 @@ std::vector<Check> examine() {
       guarded("tar's exclusions", [&] { return checkExclusions(os); }),
       guarded("package manager", [&] { return checkPackageManager(os); }),
   };
-  for (Check& check : checkBackups(host)) checks.push_back(std::move(check));
+  for (Check& check : checkBackups(host, begin)) checks.push_back(std::move(check));
   return checks;
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "archive/GzipFile.h"
+
 namespace doctor {
 
 /// What a check has come to.
@@ -27,7 +29,8 @@ const char* wordOf(State state);
 Check guarded(const char* name, const std::function<Check()>& check);
 
 /// Looks whether the receiver that this process is in can back itself up and be restored. Nothing
-/// stays changed but that the backup directory is made where its medium is mounted.
-std::vector<Check> examine();
+/// stays changed but that the backup directory is made where its medium is mounted. `begin` hears
+/// how far the backups on the medium have been read.
+std::vector<Check> examine(const tarball::BeginProgress& begin);
 
 }  // namespace doctor

@@ -5,8 +5,6 @@
 #include <cstdio>
 #include <ostream>
 
-#include "native/ShownText.h"
-
 namespace output {
 namespace {
 
@@ -14,15 +12,6 @@ namespace {
 std::size_t lengthOf(const std::string& text) {
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
-}
-
-/// Whether a control character stands at `at`: one of ASCII, or one of U+0080 to U+009F in UTF-8.
-bool isControl(const std::string& text, std::size_t at) {
-  const auto byte = static_cast<unsigned char>(text[at]);
-  if (byte < 0x20 || byte == 0x7F) return true;
-  const bool begins_one = byte == 0xC2 && static_cast<unsigned char>(text[at + 1]) < 0xA0;
-  const bool ends_one = at > 0 && byte < 0xA0 && static_cast<unsigned char>(text[at - 1]) == 0xC2;
-  return begins_one || ends_one;
 }
 
 }  // namespace
@@ -52,21 +41,6 @@ void Table::printLine(std::ostream& out, const std::vector<std::string>& cells,
     line += columns_[at].is_number ? blanks + cells[at] : cells[at] + blanks;
   }
   out << line.substr(0, line.find_last_not_of(' ') + 1) << "\n";
-}
-
-std::string lineOf(const std::string& bytes) {
-  std::string line;
-  const std::string text = native::shownText(bytes);
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (isControl(text, at)) {
-      std::array<char, 5> code{};
-      std::snprintf(code.data(), code.size(), "\\x%02x", static_cast<unsigned char>(text[at]));
-      line += code.data();
-    } else {
-      line += text[at];
-    }
-  }
-  return line;
 }
 
 std::string counted(std::uint64_t count, const std::string& word) {

@@ -32,10 +32,6 @@ class Table {
   std::vector<std::vector<std::string>> rows_;
 };
 
-/// Returns `bytes`, a name from a medium, as text on one line: what is no text, and control
-/// characters, as "\xNN".
-std::string lineOf(const std::string& bytes);
-
 /// Returns a number of things, of the word for one: "1 backup", "2 backups".
 std::string counted(std::uint64_t count, const std::string& word);
 

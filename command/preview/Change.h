@@ -31,20 +31,26 @@ std::optional<State> stateOf(const native::Root& receiver, const std::string& pa
 State stateOf(const tarball::Member& member);
 
 /// What a restore does with a path.
-enum class Action { add, change, same, keep, remove, remove_again, unreadable };
+enum class Action {
+  add,
+  change,
+  same,
+  keep,
+  remove,
+  remove_again,
+  blocked,  ///< it is not replaced, being a directory that is not empty
+  unreadable,
+};
 
 /// All actions, in the order in which they are counted up, with their words.
 inline constexpr struct {
   Action action;
   const char* word;
 } kActions[] = {
-    {Action::add, "add"},
-    {Action::change, "change"},
-    {Action::same, "same"},
-    {Action::keep, "keep"},
-    {Action::remove, "delete"},
-    {Action::remove_again, "removed again"},
-    {Action::unreadable, "unreadable"},
+    {Action::add, "add"},         {Action::change, "change"},
+    {Action::same, "same"},       {Action::keep, "keep"},
+    {Action::remove, "delete"},   {Action::remove_again, "removed again"},
+    {Action::blocked, "blocked"}, {Action::unreadable, "unreadable"},
 };
 
 /// Returns the word for an action.

@@ -10,7 +10,7 @@
 #include "UnifiedDiff.h"
 #include "host/Error.h"
 #include "native/OsError.h"
-#include "output/Table.h"
+#include "native/ShownText.h"
 
 namespace preview {
 namespace {
@@ -62,7 +62,7 @@ void requireText(const std::string& content) {
 
 /// Returns the header line of one side; tools need a tab behind a name with blanks.
 std::string header(const char* mark, const Change& change, bool is_there) {
-  const std::string name = is_there ? output::lineOf(change.path) : "/dev/null";
+  const std::string name = is_there ? native::shownLine(change.path) : "/dev/null";
   return mark + name + (name.find(' ') == std::string::npos ? "\n" : "\t\n");
 }
 

@@ -94,13 +94,29 @@ void Forecast::take(const tarball::Member& member, tarball::Reader& reader) {
   if (kept_.contains(change.path)) {
     // Where there is nothing to put back, what is put back is empty.
     change.action = change.before ? Action::keep : Action::add;
-    if (change.before) change.after = change.before;
     change.after->size = change.before ? change.before->size : 0;
+    change.member = 0;
   } else if (!change.before) {
     change.action = Action::add;
+  } else if (isBlocked(change)) {
+    change.action = Action::blocked;
+    change.after = change.before;
   } else {
     change.action = Action::change;  // also when the archive cannot be read on
     change.action = judge(member, change, reader);
+  }
+}
+
+/// Whether a directory that is not empty is in the way of something else.
+bool Forecast::isBlocked(const Change& change) const {
+  using tarball::Type;
+  if (change.before->type != Type::kDirectory || change.after->type == Type::kDirectory) {
+    return false;
+  }
+  try {
+    return !receiver_.names(change.path).empty();
+  } catch (const host::Error&) {
+    return true;
   }
 }
 
@@ -114,13 +130,9 @@ Action Forecast::judge(const tarball::Member& member, const Change& change,
                        isHardLink(change.path, changes_[target->second].path);
     return stays ? Action::same : Action::change;
   }
-  if (member.type == Type::kDirectory && change.before->type == Type::kDirectory) {
-    return Action::same;
-  }
   if (change.before != change.after) return Action::change;
   if (member.type == Type::kFile) return compareContent(receiver_, change.path, reader);
-  return member.type == Type::kSymbolicLink || member.type == Type::kFifo ? Action::same
-                                                                          : Action::change;
+  return member.type == Type::kDevice ? Action::change : Action::same;
 }
 
 /// Whether both paths are the same file on the receiver.

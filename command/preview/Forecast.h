@@ -31,6 +31,7 @@ class Forecast {
   Change& changeAt(const std::string& path);
   bool look(Change& change) const;
   void deleteFiles(const std::string& pattern);
+  bool isBlocked(const Change& change) const;
   Action judge(const tarball::Member& member, const Change& change, tarball::Reader& reader) const;
   bool isHardLink(const std::string& path, const std::string& target) const;
   void removeAgain(const std::string& top);

@@ -23,9 +23,14 @@ Json textOrNull(const std::string& text) {
 }
 
 Json jsonOf(const tarball::Member& member) {
-  return {{"path", shownText(member.path)}, {"type", wordOf(member.type)},
-          {"mode", modeText(member.mode)},  {"size", stateOf(member).size},
-          {"modified", member.modified},    {"link", textOrNull(member.link)}};
+  return {{"path", shownText(member.path)},
+          {"type", wordOf(member.type)},
+          {"mode", modeText(member.mode)},
+          {"size", stateOf(member).size},
+          {"modified", member.modified},
+          {"uid", member.uid},
+          {"gid", member.gid},
+          {"link", textOrNull(member.link)}};
 }
 
 Json jsonOf(const std::optional<State>& state) {
@@ -57,6 +62,10 @@ Json jsonOf(const Restore& restore) {
   json["model"] = shownText(restore.rehearsal.model);
   json["archive"] = shownText(restore.rehearsal.archive);
   json["refused"] = textOrNull(restore.rehearsal.refusal);
+  json["not_unpacked"] = Json::array();
+  for (const std::string& archive : restore.plan.torn) {
+    json["not_unpacked"].push_back(shownText(archive));
+  }
   json["changes"] = Json::array();
   for (const Change& change : restore.changes) json["changes"].push_back(jsonOf(change));
   json["totals"] = totalsOf(restore.changes);

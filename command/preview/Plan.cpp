@@ -23,14 +23,19 @@ void add(std::vector<std::string>& arguments, const std::string& argument) {
 
 Plan planOf(const std::vector<std::string>& commands) {
   Plan plan{.deleted_first = {},
-            .archives = backups::unpackedBy(commands),
+            .archives = {},
+            .torn = {},
             .removed_again = {},
             .kept = backups::keptBy(commands)};
   bool has_unpacked = false;
   for (const std::string& command : commands) {
-    if (!backups::unpackedBy({command}).empty()) {
+    const std::vector<std::string> unpacked = backups::unpackedBy({command});
+    if (!unpacked.empty()) {
       has_unpacked = true;
       plan.removed_again.clear();
+      for (const std::string& archive : unpacked) {
+        (backups::isShellWord(archive) ? plan.archives : plan.torn).push_back(archive);
+      }
     } else if (has_unpacked) {
       add(plan.removed_again, argumentOf(command, "rm -rf "));
     } else {

@@ -9,6 +9,7 @@ namespace preview {
 struct Plan {
   std::vector<std::string> deleted_first;  ///< shell patterns of the files that are deleted
   std::vector<std::string> archives;       ///< what is unpacked, in order
+  std::vector<std::string> torn = {};      ///< archives whose names the shell takes apart
   std::vector<std::string> removed_again;  ///< what is deleted afterwards, with all below it
   std::vector<std::string> kept;           ///< files that are put back as they were
 };

@@ -108,7 +108,9 @@ class Stage {
       if (screen.rows()[row] != name) continue;
       const auto outcome = screen.pressOk(row);
       if (!outcome.is_taken) {
-        rehearsal.refusal = "the restore list ignores it: it is too small";
+        rehearsal.refusal = system_.isFile(rehearsal.archive)
+                                ? "the restore list ignores it: it is too small"
+                                : "the restore list ignores it: it is no file there";
       } else if (kind.name == std::string_view("configuration")) {
         rehearsal.commands = backups::configurationRestore(*host_, rehearsal.archive);
       } else {

@@ -7,6 +7,7 @@
 
 #include "archive/Paths.h"
 #include "native/Reading.h"
+#include "native/ShownText.h"
 #include "output/Table.h"
 
 namespace preview {
@@ -96,7 +97,7 @@ std::string sideText(const std::optional<State>& side, const std::optional<State
 void printChanges(const std::vector<Change>& changes, std::ostream& out) {
   output::Table table({{"ACTION"}, {"OLD", true}, {"NEW", true}, {"PATH"}});
   for (const Change& change : changes) {
-    const bool is_changed = change.action == Action::change;
+    const bool is_changed = change.action == Action::change || change.action == Action::keep;
     table.add({wordOf(change.action),
                sideText(change.before, is_changed ? change.after : change.before),
                sideText(change.after, is_changed ? change.before : change.after),
@@ -114,17 +115,24 @@ void printChanges(const std::vector<Change>& changes, std::ostream& out) {
 }
 
 void printRestore(const Restore& restore, std::ostream& out) {
-  out << "\non " << output::lineOf(restore.receiver.string()) << ", a "
-      << output::lineOf(restore.rehearsal.model) << ", as "
-      << output::lineOf(restore.rehearsal.archive) << ":\n";
+  out << "\non " << native::shownLine(restore.receiver.string()) << ", a "
+      << native::shownLine(restore.rehearsal.model) << ", as "
+      << native::shownLine(restore.rehearsal.archive) << ":\n";
   if (!restore.rehearsal.refusal.empty()) {
     out << restore.rehearsal.refusal << "\n";
     return;
   }
+  for (const std::string& archive : restore.plan.torn) {
+    out << "nothing is unpacked, the shell takes the name apart: " << native::shownLine(archive)
+        << "\n";
+  }
   printChanges(restore.changes, out);
+  if (totalOf(restore.changes, Action::blocked).count > 0) {
+    out << "\ntar cannot replace what is blocked, and may leave out all that follows it\n";
+  }
   out << "\nthe restore runs (what commands but rm and tar change is not shown above):\n";
   for (const std::string& command : restore.rehearsal.commands) {
-    out << "  " << output::lineOf(command) << "\n";
+    out << "  " << native::shownLine(command) << "\n";
   }
 }
 
@@ -135,7 +143,7 @@ std::string escaped(std::string line) {
   std::string shown;
   for (std::size_t start = 0;;) {
     const std::size_t tab = line.find('\t', start);
-    shown += output::lineOf(line.substr(start, tab - start));
+    shown += native::shownLine(line.substr(start, tab - start));
     if (tab == std::string::npos) return shown + (ends ? "\n" : "");
     shown += '\t';
     start = tab + 1;

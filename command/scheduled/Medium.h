@@ -14,8 +14,9 @@ void requireMounted(host::Host& host);
 /// as strerror(3) has it, "" when it can.
 std::string whyNotWritable(const std::string& directory);
 
-/// Waits until the file or directory `path` is on its medium, and lets go of what memory holds of
-/// it, so that it is read from there next. Raises host::Error ("OSError").
+/// Waits until the file or directory `path` is on its medium, where that can be waited for, and
+/// lets go of what memory holds of it, so that it is read from there next. Raises host::Error
+/// ("OSError").
 void sync(const std::string& path);
 
 }  // namespace scheduled

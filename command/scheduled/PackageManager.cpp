@@ -1,6 +1,7 @@
 #include "PackageManager.h"
 
 #include "CapturedOutput.h"
+#include "Packages.h"
 
 namespace scheduled {
 
@@ -9,6 +10,14 @@ std::string whyNoPackages(host::OperatingSystem& os) {
   if (os.system("opkg list-installed") == 0) return "";
   const std::string said = output.lastLine();
   return "opkg does not answer" + (said.empty() ? "" : ": " + said);
+}
+
+std::string whyNotComplete(host::OperatingSystem& os, const std::string& list) {
+  const std::string reason = whyNoPackages(os);
+  if (!reason.empty()) return reason;
+  const CapturedOutput output;
+  const bool is_complete = os.open(list) == os.popen(stowline::kInstalledPlugins);
+  return is_complete ? "" : "it does not name the plugins that are installed";
 }
 
 }  // namespace scheduled

@@ -110,15 +110,17 @@ class Run {
     }
     if (!written.error.empty()) return written;
     const tarball::Verdict& verdict = written.verdict;
+    const bool is_taken = kind == FileKind::user_files || isRestorable(host_, nameOf(file), kind);
     if (!verdict.sound()) {
+      written.is_odd = kind != FileKind::plugin_list && !verdict.is_damaged && is_taken;
       written.error = "is not sound: " + verdict.findings.front().what;
       const std::string& member = verdict.findings.front().member;
       if (!member.empty()) written.error += ": " + member;
-    } else if (kind != FileKind::user_files && !isRestorable(host_, nameOf(file), kind)) {
+    } else if (!is_taken) {
       written.error = "is too small to be restored";
-    } else if (kind == FileKind::plugin_list && written.size == 0) {
-      const std::string reason = whyNoPackages(system_);
-      if (!reason.empty()) written.error = "is empty, and " + reason;
+    } else if (kind == FileKind::plugin_list) {
+      const std::string reason = whyNotComplete(system_, file);
+      if (!reason.empty()) written.error = "cannot be trusted: " + reason;
     }
     return written;
   }
@@ -132,14 +134,17 @@ class Run {
 
   static std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
-  /// Takes note of why the job has failed, and takes away what it wrote.
+  /// Takes note of why the job has failed, and takes away what it wrote unless that is but odd.
   void fail(const JobReport& report) {
     const std::string medium = whyNotWritable(directory_);
+    const bool is_odd = std::ranges::all_of(report.written, [](const Written& written) {
+      return written.error.empty() || written.is_odd;
+    });
     for (const Written& written : report.written) {
       if (!written.error.empty()) {
         addFailure(report.job + ": " + written.file + " " + written.error);
       }
-      takeBack(written.file);
+      if (!is_odd) takeBack(written.file);
     }
     if (!medium.empty()) addFailure(directory_ + ": " + medium);
   }
@@ -161,7 +166,12 @@ class Run {
   void keepHouse() {
     try {
       sync(directory_);
-      requireSoundSurvivors(host_, directory_);
+    } catch (const host::Error& error) {
+      addFailure("the backups may not be on their medium yet: " + native::reasonOf(error));
+      return;
+    }
+    try {
+      requireGoodSurvivors(host_, directory_, begin_);
       engine_->houseKeeping();
     } catch (const host::Error& error) {
       addFailure("an old backup cannot be deleted: " + native::reasonOf(error));

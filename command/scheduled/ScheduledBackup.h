@@ -15,7 +15,8 @@ struct Written {
   std::string file;
   std::uint64_t size = 0;  ///< bytes; 0 for one that is not there
   tarball::Verdict verdict;
-  std::string error;  ///< why it is no backup; "" when it was read and is sound
+  std::string error;    ///< why it is no backup; "" when it was read and is sound
+  bool is_odd = false;  ///< whether that is all: it can be read and restored, and stays
 };
 
 /// What came of a job.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <set>
 #include <stdexcept>
 #include <vector>
@@ -41,14 +42,6 @@ std::set<std::string> outdated(host::Host& host) {
   return {removed.begin(), removed.end()};
 }
 
-/// Whether one of the files `names` of the directory that is of this kind is sound.
-bool hasSound(const std::string& directory, const std::vector<std::string>& names, FileKind kind) {
-  return std::ranges::any_of(names, [&](const std::string& name) {
-    return backups::kindOf(name) == kind &&
-           backups::verifyFile(directory + "/" + name, kind).sound();
-  });
-}
-
 }  // namespace
 
 void requireNewestStamp(host::Host& host, const std::string& directory,
@@ -80,7 +73,8 @@ bool isRestorable(host::Host& host, const std::string& name, FileKind kind) {
          screen.pressOk(static_cast<std::size_t>(row - screen.rows().begin())).is_taken;
 }
 
-void requireSoundSurvivors(host::Host& host, const std::string& directory) {
+void requireGoodSurvivors(host::Host& host, const std::string& directory,
+                          const tarball::BeginProgress& begin) {
   const std::set<std::string> going = outdated(host);
   std::vector<std::string> staying;
   for (const std::string& name : host.os().listdir(directory)) {
@@ -89,14 +83,24 @@ void requireSoundSurvivors(host::Host& host, const std::string& directory) {
     if (is_ours && !going.contains(directory + "/" + name)) staying.push_back(name);
   }
   std::ranges::sort(staying, std::greater());
-  std::set<FileKind> kinds;
-  for (const std::string& path : going)
-    kinds.insert(backups::kindOf(path.substr(directory.size() + 1)));
+  std::map<FileKind, long long> sizes;  // of the largest that goes, by kind
+  for (const std::string& path : going) {
+    long long& size = sizes[backups::kindOf(path.substr(directory.size() + 1))];
+    size = std::max(size, host.os().fileSize(path));
+  }
+  const auto is_good = [&](const std::string& name, FileKind kind) {
+    const std::string path = directory + "/" + name;
+    const bool is_empty = host.os().fileSize(path) == 0 && sizes.at(kind) > 0;
+    return backups::kindOf(name) == kind && !is_empty && isRestorable(host, name, kind) &&
+           backups::isSoundWithCompanions(path, kind, begin);
+  };
   for (const FileKind kind : {FileKind::settings, FileKind::configuration, FileKind::plugin_list}) {
-    if (kinds.contains(kind) && !hasSound(directory, staying, kind)) {
-      throw std::runtime_error(
-          std::string("none of the scheduled backups that would stay is sound: ") + wordOf(kind));
+    if (!sizes.contains(kind)) continue;
+    if (std::ranges::any_of(staying, [&](const auto& name) { return is_good(name, kind); })) {
+      continue;
     }
+    throw std::runtime_error(
+        std::string("none of the scheduled backups that would stay is good: ") + wordOf(kind));
   }
 }
 

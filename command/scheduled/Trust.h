@@ -20,7 +20,10 @@ void requireNewestStamp(host::Host& host, const std::string& directory,
 bool isRestorable(host::Host& host, const std::string& name, backups::FileKind kind);
 
 /// Raises std::runtime_error, in one line, unless of every kind of which housekeeping would delete
-/// a backup a sound one stays.
-void requireSoundSurvivors(host::Host& host, const std::string& directory);
+/// a backup a good one stays: one that is sound with all that is restored with it, and that the
+/// receiver's restore list takes; a list of packages that names some, unless those that go name
+/// none. `begin` hears how far they have been read.
+void requireGoodSurvivors(host::Host& host, const std::string& directory,
+                          const tarball::BeginProgress& begin);
 
 }  // namespace scheduled

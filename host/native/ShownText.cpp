@@ -1,5 +1,8 @@
 #include "ShownText.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace native {
 namespace {
 
@@ -42,22 +45,39 @@ std::string escaped(unsigned char byte) {
   return std::string("\\x") + kDigits[byte >> 4U] + kDigits[byte & 0x0FU];
 }
 
+/// Whether the bytes of one character are a control character's.
+bool isControl(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character.front());
+  if (character.size() == 1) return first < 0x20 || first == 0x7F;
+  return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+}
+
+/// Returns the bytes as text, and what `is_hidden` of its characters as "\xNN", too.
+template <class IsHidden>
+std::string shown(const std::string& bytes, IsHidden is_hidden) {
+  std::string text;
+  text.reserve(bytes.size());
+  for (std::size_t position = 0; position < bytes.size();) {
+    const std::size_t length = sequenceLength(bytes, position);
+    const std::string_view character(bytes.data() + position, std::max<std::size_t>(length, 1));
+    if (length > 0 && !is_hidden(character)) {
+      text += character;
+    } else {
+      for (const char byte : character) text += escaped(static_cast<unsigned char>(byte));
+    }
+    position += character.size();
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string shownText(const std::string& bytes) {
-  std::string shown;
-  shown.reserve(bytes.size());
-  for (std::size_t position = 0; position < bytes.size();) {
-    const std::size_t length = sequenceLength(bytes, position);
-    if (length > 0) {
-      shown.append(bytes, position, length);
-      position += length;
-    } else {
-      shown += escaped(static_cast<unsigned char>(bytes[position]));
-      ++position;
-    }
-  }
-  return shown;
+  return shown(bytes, [](std::string_view /*character*/) { return false; });
+}
+
+std::string shownLine(const std::string& bytes) {
+  return shown(bytes, isControl);
 }
 
 }  // namespace native

@@ -8,4 +8,8 @@ namespace native {
 /// of valid UTF-8 as "\xNN".
 std::string shownText(const std::string& bytes);
 
+/// Returns `bytes` as text on one line of a terminal: as shownText(), and with the control
+/// characters, U+0000 to U+001F and U+007F to U+009F, as "\xNN", byte by byte.
+std::string shownLine(const std::string& bytes);
+
 }  // namespace native

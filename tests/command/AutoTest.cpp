@@ -6,6 +6,7 @@
 #include <ctime>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <random>
 #include <string>
 #include <thread>
@@ -26,13 +27,7 @@ using Strings = std::vector<std::string>;
 class AutoTest : public DeskTest {
  protected:
   Outcome backup(const Strings& options = {}, const Strings& wrapper = {}) {
-    Strings argv = wrapper;
-    for (const std::string& word : {std::string(kStowline), std::string("auto"),
-                                    std::string("--receiver"), receiver().tree().string()}) {
-      argv.push_back(word);
-    }
-    argv.insert(argv.end(), options.begin(), options.end());
-    return run(argv);
+    return receiver().runHere("auto", options, wrapper);
   }
 
   /// Puts four old scheduled backups of each kind onto the medium, and returns the files' names.
@@ -65,12 +60,6 @@ class AutoTest : public DeskTest {
     EXPECT_NE(outcome.errors.find(reason), std::string::npos) << outcome.errors;
     const Strings after = namesOnMedium();
     EXPECT_TRUE(std::ranges::includes(after, before));
-  }
-
-  void makeTool(const std::string& path, const std::string& body) {
-    if (!receiver().exists(path + ".real"))
-      fs::rename(receiver().at(path), receiver().at(path + ".real"));
-    receiver().makeScript(path, body);
   }
 };
 
@@ -156,12 +145,22 @@ TEST_P(AutoTest, ArchiveThatIsNotSoundIsRemovedAndNothingOldGoes) {
   putOldBackups();
   const Strings before = namesOnMedium();
   // Cut off, as on a medium that is full.
-  makeTool("/bin/tar",
-           "/bin/tar.real \"$@\"; echo no room >&2; head -c 12000 \"$2\" > /tmp/cut; cp /tmp/cut "
-           "\"$2\"");
+  receiver().replaceTool(
+      "/bin/tar",
+      "/bin/tar.real \"$@\"; echo no room >&2; head -c 12000 \"$2\" > /tmp/cut; cp /tmp/cut "
+      "\"$2\"");
   const Outcome outcome = backup({"--jobs", "settings"});
   expectKept(outcome, "is not sound: the file is cut off", before);
   EXPECT_EQ(namesOnMedium(), before);
+}
+
+TEST_P(AutoTest, ArchiveThatIsOnlyOddStaysAndNothingOldGoes) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  ASSERT_EQ(run({"mkfifo", receiver().at("/etc/enigma2/pipe")}).status, 0);
+  expectKept(backup({"--jobs", "config"}),
+             "is not sound: device, FIFO or other special file: etc/enigma2/pipe", before);
+  EXPECT_EQ(newNames(before).size(), 2U);
 }
 
 TEST_P(AutoTest, WhatTheRestoreListDoesNotTakeIsNoBackup) {
@@ -177,7 +176,8 @@ TEST_P(AutoTest, WhatTheRestoreListDoesNotTakeIsNoBackup) {
 TEST_P(AutoTest, UserFilesThatWereToBeWrittenAreRequired) {
   putOldBackups();
   const Strings before = namesOnMedium();
-  makeTool("/bin/tar", "case \"$2\" in *_user_files) exit 1;; esac; exec /bin/tar.real \"$@\"");
+  receiver().replaceTool("/bin/tar",
+                         "case \"$2\" in *_user_files) exit 1;; esac; exec /bin/tar.real \"$@\"");
   expectKept(backup({"--jobs", "config"}), ".auto.tar.gz_user_files was not written", before);
   EXPECT_EQ(namesOnMedium(), before);
 }
@@ -201,18 +201,59 @@ TEST_P(AutoTest, ModelThatCannotBePartOfANameIsRefused) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, KindThatWasNotBackedUpLosesNothingUnlessASoundBackupOfItStays) {
-  const Strings old = putOldBackups();
+TEST_P(AutoTest, KindThatWasNotBackedUpLosesNothingUnlessAGoodBackupOfItStays) {
+  putOldBackups();
   const Strings before = namesOnMedium();
   expectKept(backup({"--jobs", "settings"}),
-             "none of the scheduled backups that would stay is sound: configuration", before);
+             "none of the scheduled backups that would stay is good: configuration", before);
   EXPECT_EQ(newNames(before).size(), 1U);
+}
+
+/// What makes a backup one that cannot be restored: the file of it that has this content instead.
+struct Worthless {
+  const char* ending;
+  std::string content;
+  const char* reason;  ///< the kind that none is good of
+};
+
+TEST_P(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
+  const Strings before = namesOnMedium();
+  ASSERT_EQ(backup().status, 0);
+  std::map<std::string, std::string> good;
+  for (const std::string& name : newNames(before)) {
+    good[name] = receiver().read(kBackups + "/" + name);
+    fs::remove(receiver().at(kBackups) / name);
+  }
+  const std::string small = receiver().outside() / "small.tar.gz";
+  ASSERT_EQ(run({"tar", "-czf", small, "-C", receiver().tree(), "etc/enigma2/whitelist"}).status,
+            0);
+  const Worthless cases[] = {
+      {"_solo2.auto.tar.gz", readFile(small), "settings"},
+      {".tar.gz_user_files", "damaged", "configuration"},
+      {".lst", "", "plugins"},
+  };
+  for (const auto& [ending, content, reason] : cases) {
+    for (const std::string& name : namesOnMedium()) fs::remove_all(receiver().at(kBackups) / name);
+    for (const char* day : {"01", "02", "03", "04"}) {
+      for (const auto& [name, bytes] : good) {
+        const bool is_worthless = day != std::string("01") && name.ends_with(ending);
+        std::string old = name;
+        old.replace(name.find("_solo2") - 14, 14, std::string("202403") + day + "_07-04");
+        receiver().write(kBackups + "/" + old, is_worthless ? content : bytes);
+      }
+    }
+    const Strings old = namesOnMedium();
+    expectKept(backup({"--jobs", reason == std::string("settings") ? "plugins" : "settings"}),
+               std::string("none of the scheduled backups that would stay is good: ") + reason,
+               old);
+  }
 }
 
 TEST_P(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
   putOldBackups();
   const Strings before = namesOnMedium();
-  makeTool("/bin/tar", "case \"$2\" in *settings*) exit 1;; esac; exec /bin/tar.real \"$@\"");
+  receiver().replaceTool("/bin/tar",
+                         "case \"$2\" in *settings*) exit 1;; esac; exec /bin/tar.real \"$@\"");
   const Outcome outcome = backup({"--json"});
   expectKept(outcome, ".auto.tar.gz was not written", before);
   EXPECT_EQ(newNames(before).size(), 3U);
@@ -223,13 +264,24 @@ TEST_P(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
             outcome.errors);
 }
 
-TEST_P(AutoTest, EmptyPluginListIsTrustedOnlyWhenThePackageManagerAnswers) {
+TEST_P(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
   const Strings before = namesOnMedium();
-  makeTool("/usr/bin/opkg", "echo locked >&2; exit 255");
-  expectKept(backup({"--jobs", "plugins"}), "is empty, and opkg does not answer", before);
+  receiver().replaceTool("/usr/bin/opkg", "echo locked >&2; exit 255");
+  expectKept(backup({"--jobs", "plugins"}), "cannot be trusted: opkg does not answer: locked",
+             before);
   EXPECT_EQ(namesOnMedium(), before);
 
-  makeTool("/usr/bin/opkg", "echo 'base-files - 3.0'");
+  receiver().replaceTool("/usr/bin/opkg", "echo 'enigma2-plugin-skin-a - 1'; exit 1");
+  expectKept(backup({"--jobs", "plugins"}), "cannot be trusted: opkg does not answer", before);
+  EXPECT_EQ(namesOnMedium(), before);
+
+  receiver().replaceTool("/usr/bin/opkg",
+                         "test -e /tmp/once && echo 'enigma2-plugin-skin-a - 1'; > /tmp/once");
+  expectKept(backup({"--jobs", "plugins"}), "it does not name the plugins that are installed",
+             before);
+  EXPECT_EQ(namesOnMedium(), before);
+
+  receiver().replaceTool("/usr/bin/opkg", "echo 'base-files - 3.0'");
   const Outcome outcome = backup({"--jobs", "plugins"});
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
   EXPECT_EQ(newNames(before).size(), 1U);

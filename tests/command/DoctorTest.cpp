@@ -17,13 +17,7 @@ using Strings = std::vector<std::string>;
 class DoctorTest : public DeskTest {
  protected:
   Outcome examine(const Strings& options = {}, const Strings& wrapper = {}) {
-    Strings argv = wrapper;
-    for (const std::string& word : {std::string(kStowline), std::string("doctor"),
-                                    std::string("--receiver"), receiver().tree().string()}) {
-      argv.push_back(word);
-    }
-    argv.insert(argv.end(), options.begin(), options.end());
-    return run(argv);
+    return receiver().runHere("doctor", options, wrapper);
   }
 
   /// Returns "state: detail" by the check's name.
@@ -40,11 +34,6 @@ class DoctorTest : public DeskTest {
     EXPECT_EQ(outcome.status, has_failed ? 1 : 0) << outcome.errors;
     EXPECT_EQ(outcome.errors.empty(), !has_failed);
     return found;
-  }
-
-  void makeTool(const std::string& path, const std::string& body) {
-    fs::rename(receiver().at(path), receiver().at(path + ".real"));
-    receiver().makeScript(path, body);
   }
 };
 
@@ -108,17 +97,18 @@ TEST_P(DoctorTest, ModelThatCannotBePartOfANameIsAFailure) {
 
 TEST_P(DoctorTest, TarThatDoesNotHonourExclusionsAfterTheFilesIsWarnedOf) {
   // As GNU tar does it.
-  makeTool("/bin/tar",
-           "args=; while [ $# -gt 0 ]; do case $1 in --exclude) shift ;; *) args=\"$args $1\" ;; "
-           "esac; shift; done; exec /bin/tar.real $args");
+  receiver().replaceTool(
+      "/bin/tar",
+      "args=; while [ $# -gt 0 ]; do case $1 in --exclude) shift ;; *) args=\"$args $1\" ;; "
+      "esac; shift; done; exec /bin/tar.real $args");
   EXPECT_EQ(findings().at("tar's exclusions"),
             "warning: not honoured after the file list: configuration backups will hold channel "
             "data and keys");
 }
 
 TEST_P(DoctorTest, BrokenToolsAreNamed) {
-  makeTool("/bin/tar", "exit 1");
-  makeTool("/usr/bin/opkg", "echo 'cannot lock' >&2; exit 255");
+  receiver().replaceTool("/bin/tar", "exit 1");
+  receiver().replaceTool("/usr/bin/opkg", "echo 'cannot lock' >&2; exit 255");
   fs::remove(receiver().at("/bin/grep"));
   fs::remove(receiver().at("/etc/init.d/networking"));
   const auto found = findings();

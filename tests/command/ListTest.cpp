@@ -60,6 +60,24 @@ TEST_F(ListTest, TableSaysWhatEachBackupIsAndWhatBecomesOfIt) {
           "the next scheduled backup deletes nothing\n");
 }
 
+TEST_F(ListTest, WhatANameSaysOfItsModelAndVersionCannotReachTheTerminalOrBreakTheJson) {
+  const std::string name = "configuration_ver_\x1b[2J_20240305_07-04_\xff.tar.gz";
+  add(name, 20000);
+  const std::vector<std::string> lines = linesOf(list({}).output);
+  EXPECT_EQ(
+      std::ranges::count_if(
+          lines, [](const std::string& line) { return line.find('\x1b') != std::string::npos; }),
+      0);
+  const Json json = Json::parse(list({"--json"}).output);
+  const Json& set = json["sets"].back();
+  EXPECT_EQ(set["model"], "\\xff");
+  EXPECT_EQ(set["version"], "\x1b[2J");
+  EXPECT_EQ(Json::parse(list({"--json", "--model", "\xff"}).output)["model"], "\\xff");
+  const Outcome refused = run({kStowline, "show", std::string("/none/settings_\x1b[31m.tar.gz")});
+  EXPECT_EQ(refused.errors,
+            "stowline: No such file or directory: '/none/settings_\\x1b[31m.tar.gz'\n");
+}
+
 TEST_F(ListTest, ModelThatNothingIsForIsSaid) {
   fs::remove(fs::path(medium_ / "qor-stowline") / "settings_small\n.tar.gz");
   const std::vector<std::string> lines = linesOf(list({"--model", "Solo2"}).output);

@@ -100,6 +100,12 @@ Outcome run(const std::vector<std::string>& argv) {
   });
 }
 
+std::vector<std::string> withoutLeakCheck(const std::vector<std::string>& wrapper) {
+  std::vector<std::string> argv = {"env", "ASAN_OPTIONS=detect_leaks=0"};
+  argv.insert(argv.end(), wrapper.begin(), wrapper.end());
+  return argv;
+}
+
 Outcome runForked(const std::function<void()>& body) {
   return runInChild([&body, user = geteuid(), group = getegid()] {
     becomeForGood(user, group);

@@ -20,6 +20,11 @@ struct Outcome {
 /// it.
 Outcome run(const std::vector<std::string>& argv);
 
+/// Returns the program and arguments that run what is appended to `wrapper` without the sanitizer's
+/// check for leaks, which needs /proc: a command that moves to where there is none can only do
+/// without.
+std::vector<std::string> withoutLeakCheck(const std::vector<std::string>& wrapper);
+
 /// Calls `body` in a process of its own, as the account that the test program acts as. What it
 /// raises is printed as its errors, with status 1.
 Outcome runForked(const std::function<void()>& body);

@@ -49,6 +49,22 @@ void Receiver::makeScript(const std::string& path, const std::string& body) cons
   fs::permissions(at(path), fs::perms(0755));
 }
 
+void Receiver::replaceTool(const std::string& path, const std::string& body) const {
+  if (!exists(path + ".real")) fs::rename(at(path), at(path + ".real"));
+  makeScript(path, body);
+}
+
+Outcome Receiver::runHere(const std::string& command, const std::vector<std::string>& options,
+                          const std::vector<std::string>& wrapper) const {
+  std::vector<std::string> argv = withoutLeakCheck(wrapper);
+  for (const std::string& word :
+       {std::string(kStowline), command, std::string("--receiver"), tree().string()}) {
+    argv.push_back(word);
+  }
+  argv.insert(argv.end(), options.begin(), options.end());
+  return run(argv);
+}
+
 void Receiver::flash() const {
   requireSuccess(run({kStowline, "receiver", "flash", tree()}));
 }

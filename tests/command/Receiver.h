@@ -55,6 +55,9 @@ class Receiver {
     writeFile(at(path), content);
   }
   void makeScript(const std::string& path, const std::string& body) const;
+
+  /// Puts a script in the place of a tool, which it finds under the name PATH.real.
+  void replaceTool(const std::string& path, const std::string& body) const;
   std::vector<std::string> lines(const std::string& path) const { return linesOf(read(path)); }
   bool exists(const std::string& path) const {
     return std::filesystem::exists(std::filesystem::symlink_status(at(path)));
@@ -62,6 +65,11 @@ class Receiver {
   Snapshot content() const { return snapshot(tree()); }
 
   void flash() const;
+
+  /// Runs `stowline COMMAND --receiver TREE OPTIONS`. `wrapper`: a program, with its arguments,
+  /// that starts it.
+  Outcome runHere(const std::string& command, const std::vector<std::string>& options = {},
+                  const std::vector<std::string>& wrapper = {}) const;
 
   /// Plays `words` in the menu's flavour `menu`; `wrapper` is a program, with its arguments, that
   /// starts the command.

@@ -111,5 +111,11 @@ TEST(ShownText, NothingIsLostOfAMixedName) {
   EXPECT_EQ(shownText("two\nlines"), "two\nlines");
 }
 
+TEST(ShownLine, NothingOfANameReachesTheTerminalAsACommand) {
+  EXPECT_EQ(shownLine("a b\n\x1b[2J\x7f\xff\xc3\xa9\xc2\xa0\xc2\x9b"),
+            "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9\xc2\xa0\\xc2\\x9b");
+  EXPECT_EQ(shownLine(std::string("a\0b", 3)), "a\\x00b");
+}
+
 }  // namespace
 }  // namespace native

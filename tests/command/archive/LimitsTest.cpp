@@ -84,6 +84,14 @@ std::vector<Case> cases() {
                 gzipped(kEndMark);
        },
        "the archive has more than 100000 members ("},
+      {"PathsThatAreLongInAll",
+       [] {
+         const std::string name = "keys/" + std::string(1000, 'p');
+         const std::string one =
+             member({.name = "././@LongLink", .type = 'L'}, name) + block({.name = "keys/a"});
+         return gzipped(repeated(one, 17000) + kEndMark);
+       },
+       "the members' paths take more than 16 MiB ("},
       {"LongName",
        [] {
          return gzipped(member({.name = "././@LongLink", .type = 'L'}, std::string(900000, 'n')) +

@@ -30,7 +30,7 @@ const std::string kEndMark(2 * kBlock, '\0');
 std::string block(const Header& header) {
   std::string block(kBlock, '\0');
   put(block, 0, header.name.substr(0, 100));
-  put(block, 100, octal(0644, 7));
+  put(block, 100, octal(header.mode, 7));
   put(block, 108, octal(0, 7));
   put(block, 116, octal(0, 7));
   put(block, 124, header.size_field.empty() ? octal(header.size, 11) : header.size_field);

@@ -9,6 +9,7 @@ namespace archive_test {
 struct Header {
   std::string name = {};
   char type = '0';
+  unsigned mode = 0644;
   std::uint64_t size = 0;
   std::string link = {};
   std::string size_field = {};  // the field of the size itself, instead of `size`; 12 bytes

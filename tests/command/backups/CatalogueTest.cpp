@@ -28,7 +28,7 @@ struct CatalogueTest : testing::Test {
 
   /// Returns a line for each set: kind, name, what is kept, companions, and what becomes of it.
   Lines setsFor(const std::string& model) const {
-    constexpr const char* kWords[] = {"yes", "too small", "other model", "no file"};
+    constexpr const char* kWords[] = {"yes", "too small", "other model", "no file", "odd name"};
     Lines lines;
     for (const BackupSet& set : read(model).sets) {
       std::string line = std::string(set.kind) + " " + set.file.name + " keeps:";
@@ -55,7 +55,7 @@ TEST_F(CatalogueTest, SetsStandByKindAndAsTheRestoreListOrdersThem) {
       "settings settings_20240301_07-04_solo2.tar.gz keeps: with: yes",
       "configuration configuration_ver_c_20240301_07-04_solo2.tar.gz keeps: with: yes",
       "configuration configuration_my own.tar.gz keeps: /etc/samba/smb.conf /etc/fstab "
-      "/etc/passwd /etc/shadow with: yes",
+      "/etc/passwd /etc/shadow with: odd name",
       "plugins pluginlist_20240301_07-04_solo2.lst keeps: with: yes",
   };
   EXPECT_EQ(setsFor("solo2"), all);
@@ -171,9 +171,17 @@ TEST_F(CatalogueTest, MediumWithoutABackupDirectoryIsToldFromOneThatIsNotThere) 
   EXPECT_THROW(readCatalogue(empty / "none", ""), host::Error);
 }
 
+TEST_F(CatalogueTest, DeletionsOfNamesThatSayNothingAreFoundForEveryModel) {
+  for (const char* name : {"a", "b", "c", "d"}) {
+    add(std::string("settings_") + name + "_solo2.auto.tar.gz");
+  }
+  EXPECT_EQ(read("").outdated, Lines{"settings_a_solo2.auto.tar.gz"});
+  EXPECT_EQ(read("solo2").outdated, Lines{"settings_a_solo2.auto.tar.gz"});
+}
+
 TEST_F(CatalogueTest, NameThatIsNoTextIsASetAsAnyOther) {
   add("settings_\xff\n.tar.gz");
-  EXPECT_EQ(setsFor("solo2"), Lines{"settings settings_\xff\n.tar.gz keeps: with: yes"});
+  EXPECT_EQ(setsFor("solo2"), Lines{"settings settings_\xff\n.tar.gz keeps: with: odd name"});
 }
 
 }  // namespace

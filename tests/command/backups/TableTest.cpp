@@ -20,11 +20,6 @@ TEST(Table, ColumnsAreAsWideAsTheirWidestCellAndNumbersStandRight) {
             "h\xc3\xa9llo  12345  x\n");
 }
 
-TEST(Line, NameIsShownOnOneLineAndNothingOfItReachesTheTerminalAsACommand) {
-  EXPECT_EQ(lineOf("a b\n\x1b[2J\x7f\xff\xc3\xa9\xc2\xa0\xc2\x9b"),
-            "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9\xc2\xa0\\xc2\\x9b");
-}
-
 TEST(Count, OneThingHasNoS) {
   EXPECT_EQ(counted(0, "backup"), "0 backups");
   EXPECT_EQ(counted(1, "backup"), "1 backup");

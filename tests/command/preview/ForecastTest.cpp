@@ -40,7 +40,7 @@ TEST_F(ForecastTest, MemberIsAddedChangedOrTheSame) {
                 "change /etc/other: 7 -> 7",
                 "change /etc/end: 300000 -> 300000",
                 "change /etc/longer: 16 -> 7",
-                "change /etc/mode: 7 -> 7",
+                "change /etc/mode: 7 -> 7, 755 -> 644",
                 "same /etc/empty: 0 -> 0",
             }));
 }
@@ -83,14 +83,30 @@ TEST_F(ForecastTest, HardLinkIsTheSameOnlyWhereItIsOneAndItsFileStays) {
                               }));
 }
 
-TEST_F(ForecastTest, DirectoryThatIsThereIsTheSameWhateverItsPermissions) {
+TEST_F(ForecastTest, DirectoryIsTheSameWithItsPermissions) {
   files.write("/etc/file", "");
-  EXPECT_EQ(told({member({.name = "etc/", .type = '5'}), member({.name = "etc/new/", .type = '5'}),
-                  member({.name = "etc/file/", .type = '5'})}),
+  files.makeDirectory("/etc/mode");
+  EXPECT_EQ(told({member({.name = "etc/", .type = '5', .mode = 0755}),
+                  member({.name = "etc/mode/", .type = '5', .mode = 0700}),
+                  member({.name = "etc/new/", .type = '5', .mode = 0755}),
+                  member({.name = "etc/file/", .type = '5', .mode = 0755})}),
             (Lines{
                 "same /etc: directory -> directory",
+                "change /etc/mode: directory -> directory, 755 -> 700",
                 "add /etc/new: nothing -> directory",
                 "change /etc/file: 0 -> directory",
+            }));
+}
+
+TEST_F(ForecastTest, DirectoryThatIsNotEmptyBlocksWhatIsNone) {
+  files.makeDirectory("/etc/empty");
+  files.makeDirectory("/etc/full");
+  files.write("/etc/full/file", "");
+  EXPECT_EQ(told({member({.name = "etc/empty"}, "content"), member({.name = "etc/full"}, "content"),
+                  member({.name = "etc/full", .type = '2', .link = "empty"})}),
+            (Lines{
+                "change /etc/empty: directory -> 7",
+                "blocked /etc/full: directory -> directory",
             }));
 }
 
@@ -144,6 +160,14 @@ TEST_F(ForecastTest, KeptFileStaysAndIsEmptyWhereThereWasNone) {
             .removed_again = {},
             .kept = {"/etc/fstab", "/etc/passwd"}}),
       (Lines{"keep /etc/fstab: 3 -> 3", "add /etc/passwd: nothing -> 0"}));
+}
+
+TEST_F(ForecastTest, KeptFileTakesTheArchivesPermissions) {
+  files.write("/etc/shadow", "own", 0600);
+  EXPECT_EQ(
+      told({member({.name = "etc/shadow"}, "archived")},
+           {.deleted_first = {}, .archives = {}, .removed_again = {}, .kept = {"/etc/shadow"}}),
+      Lines{"keep /etc/shadow: 3 -> 3, 600 -> 644"});
 }
 
 TEST_F(ForecastTest, LaterMemberOfTheSamePathDecides) {

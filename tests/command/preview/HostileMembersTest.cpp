@@ -36,10 +36,10 @@ TEST_F(HostileMembersTest, PathsAreThoseOfTheReceiverHoweverTheyClimb) {
 
 TEST_F(HostileMembersTest, DirectoryAboveTheReceiverIsTheReceiver) {
   EXPECT_EQ(told({member({.name = ".."}, "x"), member({.name = "etc/.."}, "x"),
-                  member({.name = "./", .type = '5'})}),
+                  member({.name = "./", .type = '5', .mode = 0755})}),
             (Lines{
-                "change /../.: directory -> 1",
-                "change /etc/../.: directory -> 1",
+                "blocked /../.: directory -> directory",
+                "blocked /etc/../.: directory -> directory",
                 "same /: directory -> directory",
             }));
 }
@@ -61,7 +61,7 @@ TEST_F(HostileMembersTest, LinksOfTheReceiverDoNotLeadOut) {
 TEST_F(HostileMembersTest, MemberInThePlaceOfADirectoryOrBelowAFileIsToldAsItIs) {
   files.write("/etc/file", "");
   EXPECT_EQ(told({member({.name = "etc"}, "x"), member({.name = "etc/file/below"}, "x")}),
-            (Lines{"change /etc: directory -> 1", "add /etc/file/below: nothing -> 1"}));
+            (Lines{"blocked /etc: directory -> directory", "add /etc/file/below: nothing -> 1"}));
 }
 
 TEST_F(HostileMembersTest, SpecialFilesAreNeverOpened) {

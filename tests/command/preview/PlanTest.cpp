@@ -40,6 +40,18 @@ TEST(PlanTest, OnlyPlainCommandsOfOneAbsolutePathDelete) {
   EXPECT_EQ(plan.removed_again, Lines{"/two"});
 }
 
+TEST(PlanTest, ArchiveWhoseNameTheShellTakesApartIsNotUnpacked) {
+  for (const char* name :
+       {"/m/a b", "/m/a;reboot", "/m/(1)", "/m/$a", "/m/a*", "/m/a'b", "/m/#a"}) {
+    const Plan plan =
+        planOf({"rm -f /one", "tar xzf " + std::string(name) + " -C /", "rm -rf /two"});
+    EXPECT_EQ(plan.archives, Lines()) << name;
+    EXPECT_EQ(plan.torn, Lines{name});
+    EXPECT_EQ(plan.deleted_first, Lines{"/one"});
+    EXPECT_EQ(plan.removed_again, Lines{"/two"});
+  }
+}
+
 TEST(PlanTest, WhatIsRemovedBeforeALaterArchiveIsNotRemovedAgain) {
   const Plan plan = planOf({"rm -rf /before", "tar xzf /x -C /", "rm -rf /between",
                             "tar xzf /y -C /", "rm -rf /after", "rm -f /late"});

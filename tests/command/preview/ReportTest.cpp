@@ -132,16 +132,18 @@ TEST_F(ReportTest, JsonHoldsTheSame) {
   preview.members = {
       {.path = "\xff", .type = Type::kFile, .size = 6, .mode = 0755, .modified = 9, .link = ""}};
   preview.damage = "cut off";
+  preview.restore->plan.torn = {"/media/a b"};
   nlohmann::ordered_json json = preview::jsonOf(preview);
   EXPECT_EQ(json["restore"]["totals"]["change"].dump(), R"({"paths":1,"old_size":5,"new_size":6})");
   json["restore"].erase("totals");
   EXPECT_EQ(
       json.dump(),
       R"({"file":"archive","members":[{"path":"\\xff","type":"file","mode":"0755","size":6,)"
-      R"("modified":9,"link":null}],"count":1,"unpacked":10240,"damage":"cut off","restore":)"
-      R"({"receiver":"box","model":"solo2","archive":"/media/archive","refused":null,"changes":)"
-      R"([{"action":"change","path":"/\\xff","old":{"type":"file","size":5,"mode":"0644",)"
-      R"("link":null},"new":{"type":"file","size":6,"mode":"0755","link":null}}],)"
+      R"("modified":9,"uid":0,"gid":0,"link":null}],"count":1,"unpacked":10240,"damage":"cut off",)"
+      R"("restore":{"receiver":"box","model":"solo2","archive":"/media/archive","refused":null,)"
+      R"("not_unpacked":["/media/a b"],"changes":[{"action":"change","path":"/\\xff",)"
+      R"("old":{"type":"file","size":5,"mode":"0644","link":null},)"
+      R"("new":{"type":"file","size":6,"mode":"0755","link":null}}],)"
       R"("commands":["one","two\nlines"]}})");
 }
 

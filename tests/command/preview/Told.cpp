@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <sstream>
 #include <utility>
 
 #include "TarWriter.h"
@@ -36,19 +37,28 @@ std::string textOf(const std::optional<preview::State>& state) {
   return preview::wordOf(state->type) + (state->link.empty() ? "" : " " + state->link);
 }
 
+/// Returns the permissions where they are what changes.
+std::string modesOf(const preview::Change& change) {
+  const auto& [before, after] = std::pair(change.before, change.after);
+  if (!before || !after || before->type != after->type || before->mode == after->mode) return "";
+  std::ostringstream text;
+  text << ", " << std::oct << before->mode << " -> " << after->mode;
+  return text.str();
+}
+
 }  // namespace
 
 Lines linesOf(const std::vector<preview::Change>& changes) {
   Lines lines;
   for (const preview::Change& change : changes) {
     lines.push_back(std::string(preview::wordOf(change.action)) + " " + change.path + ": " +
-                    textOf(change.before) + " -> " + textOf(change.after));
+                    textOf(change.before) + " -> " + textOf(change.after) + modesOf(change));
   }
   return lines;
 }
 
 Files::Files() {
-  directory_.makeDirectory("receiver");
+  makeDirectory("");
 }
 
 void Files::write(const std::string& path, const std::string& content, unsigned mode) const {
@@ -58,6 +68,7 @@ void Files::write(const std::string& path, const std::string& content, unsigned 
 
 void Files::makeDirectory(const std::string& path) const {
   directory_.makeDirectory("receiver" + path);
+  chmod(at(path).c_str(), 0755);
 }
 
 void Files::makeLink(const std::string& path, const std::string& target) const {

@@ -11,7 +11,8 @@ namespace preview_test {
 
 using Lines = std::vector<std::string>;
 
-/// Returns changes as lines: "ACTION PATH: OLD -> NEW", where a file is its size.
+/// Returns changes as lines: "ACTION PATH: OLD -> NEW", where a file is its size, and behind that
+/// the permissions where they change.
 Lines linesOf(const std::vector<preview::Change>& changes);
 
 /// A directory with a receiver's files.
