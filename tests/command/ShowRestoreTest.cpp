@@ -20,7 +20,9 @@ std::set<std::string> saidOf(const Json& restore) {
     const std::string action = change["action"];
     const std::string path = change["path"].get<std::string>().substr(1);
     if (action == "add") lines.insert("+ " + path);
-    if (action == "change") lines.insert("~ " + path);
+    if (action == "change" || (action == "keep" && change["old"] != change["new"])) {
+      lines.insert("~ " + path);
+    }
     if (!change["old"].is_null() && change["new"].is_null()) lines.insert("- " + path);
   }
   return lines;
@@ -115,6 +117,25 @@ TEST_P(ShowRestoreTest, VersionInTheNameDecidesWhatIsKept) {
         << name;
     fs::remove(pathOf(name));
   }
+}
+
+TEST_P(ShowRestoreTest, OldConfigurationRestoreDoesWhatWasShown) {
+  const std::string name = "configuration_20240305_07-04_solo2.tar.gz";
+  fs::rename(pathOf(configuration_), pathOf(name));
+  fs::remove(receiver().at("/etc/fstab"));
+  fs::permissions(receiver().at("/etc/shadow"), fs::perms(0600));
+  const Snapshot before = receiver().content();
+  const Json restore = restoreOf(name);
+
+  const Play play = receiver().play("restore", "select:configurations ok ok ok exit");
+
+  EXPECT_EQ(restore["commands"], Json(play.trace));
+  std::set<std::string> said = saidOf(restore);
+  EXPECT_TRUE(said.contains("+ etc/fstab"));
+  addWhatOtherCommandsDo(said, before);
+  said.insert("+ etc/shadow_backup");  // which the restore leaves behind
+  EXPECT_EQ(doneBetween(before, receiver().content()), said);
+  EXPECT_EQ(receiver().read("/etc/fstab"), "");
 }
 
 TEST_P(ShowRestoreTest, DifferencesAreWhatPatchNeedsToMakeTheFilesOfTheArchive) {
