@@ -53,7 +53,7 @@ std::string whyNotWritable(const std::string& directory) {
   std::string path = directory + "/.stowline-XXXXXX";
   const native::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
   if (!file) return std::strerror(errno);
-  const std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
+  std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
   unlink(path.c_str());
   return reason;
 }

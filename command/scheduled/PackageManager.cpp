@@ -13,7 +13,7 @@ std::string whyNoPackages(host::OperatingSystem& os) {
 }
 
 std::string whyNotComplete(host::OperatingSystem& os, const std::string& list) {
-  const std::string reason = whyNoPackages(os);
+  std::string reason = whyNoPackages(os);
   if (!reason.empty()) return reason;
   const CapturedOutput output;
   const bool is_complete = os.open(list) == os.popen(stowline::kInstalledPlugins);
