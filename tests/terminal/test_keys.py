@@ -28,9 +28,9 @@ class KeysTest(unittest.TestCase):
         self.terminal.wait_for("QOR Stowline (")
 
     def words(self):
-        """Returns the words pressed so far."""
+        """Returns the words pressed so far; a line that is still being written is none yet."""
         with open(self.record, encoding="utf-8") as record:
-            return [json.loads(line)["key"] for line in record][1:]
+            return [json.loads(line)["key"] for line in record if line.endswith("\n")][1:]
 
     def assert_words(self, *words):
         wait_until(lambda: len(self.words()) >= len(words), "the words " + repr(words), lambda: repr(self.words()))
