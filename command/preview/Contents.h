@@ -24,8 +24,7 @@ class Contents {
   Verdict verdict() const { return verdict_; }
 
  private:
-  bool fill(std::size_t size);
-
+  std::string path_;
   native::Descriptor file_;
   std::vector<char> buffer_;
   Verdict verdict_ = Verdict::same;

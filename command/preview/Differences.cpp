@@ -1,15 +1,12 @@
 #include "Differences.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <optional>
 #include <unordered_map>
 
 #include "UnifiedDiff.h"
 #include "host/Error.h"
-#include "native/OsError.h"
+#include "native/Reading.h"
 #include "native/ShownText.h"
 
 namespace preview {
@@ -41,18 +38,8 @@ std::string contentOf(tarball::Reader& reader) {
 std::string contentOf(const native::Root& receiver, const std::string& path) {
   const native::Descriptor file = receiver.open(path);
   std::string content(kLargestText + 1, '\0');
-  std::size_t length = 0;
-  while (length < content.size()) {
-    const ssize_t count = read(file.number(), content.data() + length, content.size() - length);
-    if (count == 0) break;
-    if (count > 0) {
-      length += static_cast<std::size_t>(count);
-    } else if (errno != EINTR) {
-      throw native::osError(errno, path);
-    }
-  }
-  if (length > kLargestText) throw kTooLarge;
-  content.resize(length);
+  content.resize(native::readSome(file.number(), content.data(), content.size(), path));
+  if (content.size() > kLargestText) throw kTooLarge;
   return content;
 }
 

@@ -76,13 +76,14 @@ bool isRestorable(host::Host& host, const std::string& name, FileKind kind) {
 void requireGoodSurvivors(host::Host& host, const std::string& directory,
                           const tarball::BeginProgress& begin) {
   const std::set<std::string> going = outdated(host);
-  std::vector<std::string> staying;
+  std::map<FileKind, std::vector<std::string>> staying;
   for (const std::string& name : host.os().listdir(directory)) {
     const auto said = backups::parseSetName(name);
     const bool is_ours = said && said->is_scheduled && said->model == host.deviceName();
-    if (is_ours && !going.contains(directory + "/" + name)) staying.push_back(name);
+    if (is_ours && !going.contains(directory + "/" + name)) {
+      staying[backups::kindOf(name)].push_back(name);
+    }
   }
-  std::ranges::sort(staying, std::greater());
   std::map<FileKind, long long> sizes;  // of the largest that goes, by kind
   for (const std::string& path : going) {
     long long& size = sizes[backups::kindOf(path.substr(directory.size() + 1))];
@@ -91,12 +92,14 @@ void requireGoodSurvivors(host::Host& host, const std::string& directory,
   const auto is_good = [&](const std::string& name, FileKind kind) {
     const std::string path = directory + "/" + name;
     const bool is_empty = host.os().fileSize(path) == 0 && sizes.at(kind) > 0;
-    return backups::kindOf(name) == kind && !is_empty && isRestorable(host, name, kind) &&
+    return !is_empty && isRestorable(host, name, kind) &&
            backups::isSoundWithCompanions(path, kind, begin);
   };
   for (const FileKind kind : {FileKind::settings, FileKind::configuration, FileKind::plugin_list}) {
     if (!sizes.contains(kind)) continue;
-    if (std::ranges::any_of(staying, [&](const auto& name) { return is_good(name, kind); })) {
+    std::vector<std::string>& names = staying[kind];
+    std::ranges::sort(names, std::greater());  // the newest first
+    if (std::ranges::any_of(names, [&](const auto& name) { return is_good(name, kind); })) {
       continue;
     }
     throw std::runtime_error(
