@@ -1,60 +1,87 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Colour.h"
+#include "Layout.h"
+#include "ListTemplate.h"
+#include "Notices.h"
+
 namespace desk {
 
-/// A layout that cannot be used; what() says why, with the line and column for faulty XML.
+/// A layout that cannot be used; what() says why, with the line and column.
 class SkinError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Where something lies within its space: at the beginning (left, top), centred or at the end.
-enum class Align { begin, center, end };
-
-/// A rectangle in the skin's pixels.
-struct SkinArea {
-  int x;
-  int y;
-  int width;
-  int height;
-
-  friend bool operator==(const SkinArea&, const SkinArea&) = default;
-};
-
 /// One thing that a screen's layout places.
 struct SkinElement {
-  enum class Kind { text, picture };
-  static constexpr int kUsualFontSize = 20;
+  enum class Kind {
+    widget,   ///< what the screen's widget of this name holds
+    picture,  ///< a picture of the skin's own
+    label,    ///< a text of the skin's own, or a plain area
+  };
+  enum class ScrollBar { on_demand, always, never };
 
   Kind kind;
-  std::string name;  ///< the widget whose text it shows, or the path of the picture
-  SkinArea area;
-  int font_size = kUsualFontSize;  ///< in pixels
-  Align halign = Align::begin;
-  Align valign = Align::begin;
+  std::string name;  ///< the widget, the path of the picture, or the label's text
+  SkinArea area;     ///< within the screen
+  TextLayout layout = {};
+  bool is_transparent = false;  ///< whether what is below shows through between the letters
+  std::optional<Colour> foreground = {};
+  std::optional<Colour> background = {};
+  std::optional<Colour> foreground_selected = {};  ///< of a list's row with the cursor
+  std::optional<Colour> background_selected = {};
+  ScrollBar scroll_bar = ScrollBar::on_demand;
+  std::optional<int> row_height = {};     ///< of a list without a template
+  std::optional<ListTemplate> rows = {};  ///< how a list shows its rows
 
   friend bool operator==(const SkinElement&, const SkinElement&) = default;
 };
 
-/// The layout of a screen, in the pixels of a television picture of kPictureWidth by
-/// kPictureHeight.
+/// The layout of a screen.
 struct SkinScreen {
-  static constexpr int kPictureWidth = 720;
-  static constexpr int kPictureHeight = 576;
-
   SkinArea area;
-  std::vector<SkinElement> elements;  ///< lowest first
+  std::string title = {};
+  bool has_border = true;  ///< whether it has a border with its title
+  std::optional<Colour> background = {};
+  std::vector<SkinElement> elements = {};  ///< lowest first
+
+  friend bool operator==(const SkinScreen&, const SkinScreen&) = default;
 };
 
-/// Reads the layout of one screen: `xml` is a "screen" element. Elements and attributes that this
-/// system does not know are left out. Raises SkinError when it is no such element, or a position,
-/// size or font is not to be understood.
-SkinScreen parseScreen(std::string_view xml);
+/// What all screens of a skin have in common.
+struct SkinSettings {
+  static constexpr int kUsualWidth = 720;
+  static constexpr int kUsualHeight = 576;
+
+  int width = kUsualWidth;  ///< of the television picture, in pixels
+  int height = kUsualHeight;
+  std::map<std::string, Colour, std::less<>> colours = {};     ///< by name
+  std::map<std::string, std::string, std::less<>> fonts = {};  ///< their files by name
+};
+
+/// A skin: layouts by the names of their screens.
+struct Skin {
+  SkinSettings settings;
+  std::map<std::string, SkinScreen, std::less<>> screens;
+};
+
+/// Reads a skin: `xml` is a "skin" element with its resolution, its colours, its fonts and its
+/// screens. Elements and attributes that this system does not know are left out, and noticed.
+/// Raises SkinError when it is no such element, or a position, size, font or colour is not to be
+/// understood.
+Skin parseSkin(std::string_view xml, Notices& notices);
+
+/// Reads the layout of one screen of a skin with these settings: `xml` is a "screen" element.
+/// Raises as parseSkin() does.
+SkinScreen parseScreen(std::string_view xml, const SkinSettings& settings, Notices& notices);
 
 }  // namespace desk

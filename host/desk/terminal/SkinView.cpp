@@ -22,9 +22,9 @@ struct Scale {
   /// Returns the scale by which the television picture fills `area`. Where that is too low, text of
   /// the usual size still gets a row a line.
   static Scale filling(const Area& area) {
-    constexpr double kLeastRows = 1 / (kLineSpacing * SkinElement::kUsualFontSize);
-    return {static_cast<double>(area.width) / SkinScreen::kPictureWidth,
-            std::max(static_cast<double>(area.height) / SkinScreen::kPictureHeight, kLeastRows)};
+    constexpr double kLeastRows = 1 / (kLineSpacing * SkinFont::kUsualSize);
+    return {static_cast<double>(area.width) / SkinSettings::kUsualWidth,
+            std::max(static_cast<double>(area.height) / SkinSettings::kUsualHeight, kLeastRows)};
   }
 
   Area area(const SkinArea& pixels, const Area& origin) const {
@@ -45,7 +45,7 @@ struct Scale {
 /// Returns where the screen lies in `area`, which shows the middle of the picture: moved as far as
 /// its border needs.
 Area screenIn(const Area& area, const SkinArea& pixels, const Scale& scale) {
-  const int hidden = Scale::cells(SkinScreen::kPictureHeight, scale.rows) - area.height;
+  const int hidden = Scale::cells(SkinSettings::kUsualHeight, scale.rows) - area.height;
   Area screen = scale.area(pixels, {area.x, area.y - hidden / 2, area.width, area.height});
   screen.width = std::min(screen.width, area.width - 2);
   screen.height = std::min(screen.height, area.height - 2);
@@ -78,12 +78,12 @@ void drawText(Canvas& canvas, const Area& place, const Area& screen, const SkinE
     return static_cast<int>(std::lround(static_cast<double>(line) * line_height));
   };
   const int used = offset(lines.size() - 1) + 1;
-  const int top = place.y + std::max(0, alignedIn(place.height, used, element.valign));
+  const int top = place.y + std::max(0, alignedIn(place.height, used, element.layout.valign));
   for (std::size_t line = 0; line < lines.size(); ++line) {
     const int y = top + offset(line);
-    const int x = std::max(
-        seen.x,
-        place.x + alignedIn(place.width, canvas.lettering().columns(lines[line]), element.halign));
+    const int x =
+        std::max(seen.x, place.x + alignedIn(place.width, canvas.lettering().columns(lines[line]),
+                                             element.layout.halign));
     if (seen.contains(x, y)) canvas.write(x, y, lines[line], Ink::text, seen.x + seen.width - x);
   }
 }
@@ -111,9 +111,10 @@ void drawElement(Picture& picture, const Area& place, const Area& screen,
     drawPicture(picture.canvas, place, screen, element.name);
     return;
   }
-  const std::string text = widgets.value(element.name, std::string());
+  const bool is_label = element.kind == SkinElement::Kind::label;
+  const std::string text = is_label ? element.name : widgets.value(element.name, std::string());
   drawText(picture.canvas, place, screen, element, line_height, text);
-  if (element.name.starts_with("key_") && !text.empty()) {
+  if (!is_label && element.name.starts_with("key_") && !text.empty()) {
     picture.targets.push_back({common(place, screen), element.name.substr(4)});
   }
 }
@@ -121,14 +122,15 @@ void drawElement(Picture& picture, const Area& place, const Area& screen,
 }  // namespace
 
 void drawSkin(Picture& picture, const Area& area, const Json& frame) {
-  const SkinScreen skin = parseScreen(frame.at("skin").get<std::string>());
+  Notices unheard;
+  const SkinScreen skin = parseScreen(frame.at("skin").get<std::string>(), {}, unheard);
   const Scale scale = Scale::filling(area);
   const Area screen = screenIn(area, skin.area, scale);
   picture.canvas.box({screen.x - 1, screen.y - 1, screen.width + 2, screen.height + 2},
                      frame.at("title").get<std::string>());
   for (const SkinElement& element : skin.elements) {
     drawElement(picture, scale.area(element.area, screen), screen, element,
-                scale.line(element.font_size), frame.at("widgets"));
+                scale.line(element.layout.font.size), frame.at("widgets"));
   }
 }
 

@@ -1,0 +1,113 @@
+#include "Values.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+namespace desk {
+namespace {
+
+/// Returns `text` as a number; nothing when it is none, or one that is too far out.
+std::optional<int> numberIn(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (number < -kFarthest || number > kFarthest) return std::nullopt;
+  return number;
+}
+
+}  // namespace
+
+void refuseAt(std::string_view xml, std::ptrdiff_t offset, const std::string& what) {
+  const auto length = std::clamp<std::ptrdiff_t>(offset, 0, std::ssize(xml));
+  const std::string_view before = xml.substr(0, static_cast<std::size_t>(length));
+  const auto line = std::ranges::count(before, '\n') + 1;
+  const auto column = before.size() - (before.rfind('\n') + 1) + 1;
+  throw SkinError("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
+                  what);
+}
+
+void Values::refuse(const char* name) const {
+  const pugi::xml_attribute attribute = node_.attribute(name);
+  const std::string element = std::string("the element \"") + node_.name() + "\"";
+  refuseAt(xml_, node_.offset_debug(),
+           attribute ? element + " has no usable " + name + ": \"" + attribute.value() + "\""
+                     : element + " has no " + name);
+}
+
+/// Returns the two parts of an attribute such as "10,20".
+std::pair<std::string_view, std::string_view> Values::pair(const char* name) const {
+  const std::string_view text = node_.attribute(name).value();
+  const std::size_t comma = text.find(',');
+  if (comma == std::string_view::npos) refuse(name);
+  return {text.substr(0, comma), text.substr(comma + 1)};
+}
+
+/// Returns where an element of `size` begins that is to be at `text`: pixels, or "center" of
+/// `space`.
+int Values::placed(std::string_view text, int size, int space) const {
+  if (text == "center") return (space - size) / 2;
+  const std::optional<int> pixels = numberIn(text);
+  if (!pixels) refuse("position");
+  return *pixels;
+}
+
+SkinArea Values::area(int width, int height) const {
+  const auto size = pair("size");
+  const std::optional<int> own_width = numberIn(size.first);
+  const std::optional<int> own_height = numberIn(size.second);
+  if (!own_width || !own_height || *own_width < 0 || *own_height < 0) refuse("size");
+  const auto position = pair("position");
+  return {.x = placed(position.first, *own_width, width),
+          .y = placed(position.second, *own_height, height),
+          .width = *own_width,
+          .height = *own_height};
+}
+
+int Values::number(const char* name, int usual) const {
+  const pugi::xml_attribute attribute = node_.attribute(name);
+  if (!attribute) return usual;
+  const std::optional<int> number = numberIn(attribute.value());
+  if (!number) refuse(name);
+  return *number;
+}
+
+bool Values::flag(const char* name) const {
+  return number(name, 0) == 1;
+}
+
+std::optional<Colour> Values::colour(const char* name) const {
+  const pugi::xml_attribute attribute = node_.attribute(name);
+  if (!attribute) return std::nullopt;
+  if (const auto colour = parseColour(attribute.value())) return colour;
+  const auto named = settings_.colours.find(std::string_view(attribute.value()));
+  if (named == settings_.colours.end()) refuse(name);
+  return named->second;
+}
+
+/// Returns a font such as "Regular;20".
+SkinFont Values::font() const {
+  const pugi::xml_attribute attribute = node_.attribute("font");
+  if (!attribute) return {};
+  const std::string_view text = attribute.value();
+  const std::size_t semicolon = text.find(';');
+  if (semicolon == std::string_view::npos) refuse("font");
+  const std::optional<int> size = numberIn(text.substr(semicolon + 1));
+  if (!size || *size <= 0) refuse("font");
+  return {.name = std::string(text.substr(0, semicolon)), .size = *size};
+}
+
+Align Values::align(const char* name) const {
+  const std::string_view text = node_.attribute(name).value();
+  if (text == "center") return Align::center;
+  return text == "right" || text == "bottom" ? Align::end : Align::begin;
+}
+
+TextLayout Values::layout() const {
+  return {.font = font(),
+          .halign = align("halign"),
+          .valign = align("valign"),
+          .wraps = !flag("noWrap")};
+}
+
+}  // namespace desk
