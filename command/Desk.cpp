@@ -13,7 +13,9 @@
 #include "Commands.h"
 #include "Setup.h"
 #include "Stowline.h"
+#include "drawing/PictureFiles.h"
 #include "gui/GuiProcess.h"
+#include "native/ShownText.h"
 #include "play/ScriptPlayer.h"
 #include "play/Words.h"
 #include "supervisor/Supervisor.h"
@@ -36,6 +38,8 @@ struct Options {
   desk::Records records;
   std::string theme;
   std::filesystem::path record;
+  std::filesystem::path skin;
+  std::filesystem::path pictures;
 };
 
 /// The themes of the terminal by name.
@@ -68,10 +72,22 @@ std::function<void(desk::Channel)> guiOn(const std::filesystem::path& tree,
 
 void playScript(const Options& options, const std::filesystem::path& tree) {
   const std::vector<std::string> words = desk::parseWords(options.words);
+  std::optional<desk::drawing::PictureFiles> pictures;
+  if (!options.pictures.empty()) {
+    pictures.emplace(options.pictures, tree, desk::drawing::readSkin(options.skin));
+  }
+  const auto draw = [&pictures](const desk::Channel::Message& frame) {
+    if (pictures) pictures->write(frame);
+  };
   desk::ScriptPlayer player(
-      options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout);
+      options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout,
+      draw);
   desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
   player.play(supervisor, words);
+  if (!pictures) return;
+  for (const std::string& notice : pictures->notices().lines()) {
+    std::cerr << "stowline: note: " << native::shownLine(notice) << "\n";
+  }
 }
 
 void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
@@ -129,6 +145,15 @@ void addDesk(CLI::App& stowline) {
       ->check(CLI::IsMember({"text", "json"}))
       ->capture_default_str()
       ->needs(play);
+  CLI::Option* pictures =
+      desk->add_option("--pictures", options->pictures,
+                       "write every frame into this directory as the television would show it, in "
+                       "SVG")
+          ->type_name("DIR")
+          ->needs(play);
+  desk->add_option("--skin", options->skin, "the skin of the pictures")
+      ->type_name("FILE")
+      ->needs(pictures);
   desk->add_option("--theme", options->theme, "the colours of the terminal")
       ->check(CLI::IsMember({"plain", "dark", "light"}))
       ->excludes(play);

@@ -42,6 +42,8 @@ void ScreenLayer::addTo(Json& frame) const {
   for (const auto& [name, widget] : widgets_) {
     if (const auto* text = dynamic_cast<const TextWidget*>(widget.get())) {
       frame["widgets"][name] = native::shownText(text->shown);
+    } else if (dynamic_cast<const RowList*>(widget.get())) {
+      frame["list"] = name;
     }
   }
   if (!skin_.empty()) frame["skin"] = skin_;

@@ -29,6 +29,7 @@ void ScriptPlayer::onEvent(const Channel::Message& event) {
 
 void ScriptPlayer::print(const Channel::Message& frame) {
   output_ << (format_ == FrameFormat::json ? frame.dump() + "\n" : textFrame(frame)) << std::flush;
+  if (take_) take_(frame);
 }
 
 }  // namespace desk

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "supervisor/Supervisor.h"
@@ -14,7 +16,10 @@ enum class FrameFormat { text, json };
 /// A front end that presses the keys of a script and prints what a viewer would see.
 class ScriptPlayer : public Events {
  public:
-  ScriptPlayer(FrameFormat format, std::ostream& output) : format_(format), output_(output) {}
+  /// `take` may be given to get every frame, too.
+  ScriptPlayer(FrameFormat format, std::ostream& output,
+               std::function<void(const Channel::Message& frame)> take = {})
+      : format_(format), output_(output), take_(std::move(take)) {}
 
   /// Prints the first frame, then one after every word. Raises std::runtime_error when the
   /// shown screen has no row that a word selects, and what the supervisor raises.
@@ -27,6 +32,7 @@ class ScriptPlayer : public Events {
 
   FrameFormat format_;
   std::ostream& output_;
+  std::function<void(const Channel::Message&)> take_;
 };
 
 }  // namespace desk

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "Drawing.h"
+#include "SkinFile.h"
+#include "native/Root.h"
+
+namespace desk::drawing {
+
+/// Returns a picture of the receiver as a data URL (RFC 2397); nothing where there is none.
+std::optional<std::string> dataUrlOf(const native::Root& receiver, const std::string& path);
+
+/// Writes the pictures of frames into a directory, one SVG file each: "001-KEY.svg" and so on.
+class PictureFiles {
+ public:
+  /// `receiver`: where the skin's pictures are found. Makes the directory. Raises
+  /// std::filesystem::filesystem_error, and host::Error ("OSError") where there is no receiver.
+  PictureFiles(const std::filesystem::path& directory, const std::filesystem::path& receiver,
+               SkinFile skin);
+
+  /// Writes the picture of a frame. Raises std::runtime_error when it cannot be written.
+  void write(const nlohmann::ordered_json& frame);
+
+  /// Returns what there is to say about the skin so far.
+  const Notices& notices() const { return drawing_.notices(); }
+
+ private:
+  std::filesystem::path directory_;
+  native::Root receiver_;
+  Drawing drawing_;
+  int count_ = 0;
+};
+
+}  // namespace desk::drawing
