@@ -52,7 +52,7 @@ TEST_F(ReceiverTest, FrameShowsAllThatAViewerSees) {
   open({});
   EXPECT_EQ(receiver.frame("down").dump(),
             R"({"key":"down","screen":"Menu","title":"Title \\xff","widgets":{"key_red":"Exit"},)"
-            R"("rows":[["one",""],["two",""],["\\xff",""]],"selected":0})");
+            R"("rows":[["one",""],["two",""],["\\xff",""]],"selected":0,"list":"filelist"})");
 }
 
 TEST_F(ReceiverTest, FrameOfAQuestionAddsItsKind) {
@@ -78,7 +78,7 @@ TEST_F(ReceiverTest, FrameOfAListWithPicturesHoldsThePathOfEach) {
            }});
   EXPECT_EQ(receiver.frame("").dump(),
             R"({"key":"","screen":"Menu","title":"","widgets":{},"rows":[["A",""],["B",""]],)"
-            R"("selected":0,"pictures":["/pictures/\\xff.png",""]})");
+            R"("selected":0,"pictures":["/pictures/\\xff.png",""],"list":"menu"})");
 }
 
 TEST_F(ReceiverTest, FrameOfAScreenWithALayoutOfItsOwnHoldsIt) {
@@ -99,7 +99,7 @@ TEST_F(ReceiverTest, FrameLeavesRowsOutThatAreShownAlready) {
   receiver.handle("down");
   EXPECT_EQ(receiver.frame("down", shown.get()).dump(),
             R"({"key":"down","screen":"Menu","title":"Title \\xff","widgets":{"key_red":"Exit"},)"
-            R"("rows":null,"selected":1})");
+            R"("rows":null,"selected":1,"list":"filelist"})");
   receiver.handle("ok");
   EXPECT_EQ(receiver.frame("ok", shown.get())["rows"].dump(), R"([["three",""]])");
 }

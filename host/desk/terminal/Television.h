@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "Countdown.h"
+#include "play/Countdown.h"
 #include "Log.h"
 #include "Picture.h"
 #include "Views.h"

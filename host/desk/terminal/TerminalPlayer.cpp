@@ -9,17 +9,6 @@
 namespace desk::terminal {
 namespace {
 
-using std::chrono::milliseconds;
-
-/// From when on the GUI is said to be busy; most answers come sooner.
-constexpr milliseconds kBusyAfter(150);
-
-/// How often what a job changes is drawn.
-constexpr milliseconds kBetweenShows(50);
-
-/// How often a count-down and the sign of being busy are drawn.
-constexpr milliseconds kTick(100);
-
 /// How much of what is pressed ahead of a busy GUI is read.
 constexpr std::size_t kMostPressed = 32;
 
@@ -29,8 +18,9 @@ TerminalPlayer::TerminalPlayer(std::optional<Theme> theme, const std::filesystem
     : record_(record), display_(theme) {}
 
 int TerminalPlayer::play(Supervisor& supervisor) {
+  Conversation gui(supervisor);
   for (;;) {
-    wait(supervisor);
+    wait(supervisor, gui);
     if (Signals::end() != 0) {
       supervisor.kill();
       return Signals::end();
@@ -45,59 +35,35 @@ int TerminalPlayer::play(Supervisor& supervisor) {
       display_.takeBack();
     }
     if (Signals::takeContinued()) display_.takeBack();
-    takeMessages(supervisor);
+    takeMessages(gui);
     if (has_opened_ && !television_.isOpen()) return 0;
     // What a key or a click means depends on what is shown.
     showPicture();
     takeKeys();
-    pressKeys(supervisor);
-    keepTime(supervisor);
+    pressKeys(gui);
+    keepTime(gui);
     showPicture();
   }
 }
 
 /// Waits until a key, a message or a signal has come, or something that is shown changes by itself.
-void TerminalPlayer::wait(const Supervisor& supervisor) {
+void TerminalPlayer::wait(const Supervisor& supervisor, const Conversation& gui) {
   std::vector<pollfd> watched = {
       {.fd = STDIN_FILENO, .events = static_cast<short>(takesKeys() ? POLLIN : 0), .revents = 0},
       {.fd = supervisor.descriptor(), .events = POLLIN, .revents = 0},
   };
-  signals_.wait(watched, untilNextChange());
+  const Time now = Clock::now();
+  signals_.wait(watched, gui.untilDue(now, television_.secondsLeft(now).has_value()));
   terminal_has_gone_ = (watched[0].revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
   gui_has_message_ = watched[1].revents != 0;
 }
 
-milliseconds TerminalPlayer::untilNextChange() const {
-  constexpr milliseconds kNever(60000);
-  if (show_at_) {
-    const auto left = std::chrono::ceil<milliseconds>(*show_at_ - Clock::now());
-    return std::clamp(left, milliseconds(0), kTick);
-  }
-  return waiting_since_ || television_.secondsLeft(Clock::now()) ? kTick : kNever;
-}
-
-void TerminalPlayer::takeMessages(Supervisor& supervisor) {
+void TerminalPlayer::takeMessages(Conversation& gui) {
   if (!gui_has_message_) return;
-  do {
-    if (auto message = supervisor.receive()) take(std::move(*message));
-  } while (supervisor.hasMessage());
-  if (supervisor.unanswered() == 0) {
-    waiting_since_.reset();
-  } else if (!waiting_since_) {
-    waiting_since_ = Clock::now();
-  }
-}
-
-void TerminalPlayer::take(Channel::Message message) {
-  if (message.contains("changed")) {
-    if (!show_at_) show_at_ = Clock::now() + kBetweenShows;
-  } else if (message.contains("shown")) {
-    showFrame(std::move(message.at("shown")));
-  } else if (!message.contains("missing")) {
-    Channel::Message& frame = message.at(message.contains("idle") ? "idle" : "frame");
-    if (record_) record_.append(frame.dump());
+  gui.takeMessages([this](Channel::Message frame, bool is_answer) {
+    if (record_ && is_answer) record_.append(frame.dump());
     showFrame(std::move(frame));
-  }
+  });
 }
 
 void TerminalPlayer::showFrame(Channel::Message frame) {
@@ -128,30 +94,21 @@ void TerminalPlayer::takeKeys() {
 }
 
 /// Does what has been pressed, in order, as long as the GUI owes no answer.
-void TerminalPlayer::pressKeys(Supervisor& supervisor) {
-  while (!pressed_.empty() && supervisor.unanswered() == 0) {
+void TerminalPlayer::pressKeys(Conversation& gui) {
+  while (!pressed_.empty() && gui.isFree()) {
     const std::string word = television_.take(pressed_.front());
     pressed_.pop_front();
     if (word.empty()) continue;
     television_.setCommand("");
-    supervisor.send(word);
-    waiting_since_ = Clock::now();
+    gui.send(word);
   }
 }
 
 /// Does what is due by the clock.
-void TerminalPlayer::keepTime(Supervisor& supervisor) {
+void TerminalPlayer::keepTime(Conversation& gui) {
   const Time now = Clock::now();
-  if (show_at_ && *show_at_ <= now) {
-    supervisor.show();
-    show_at_.reset();
-  }
-  if (television_.secondsLeft(now) == 0 && supervisor.unanswered() == 0) {
-    supervisor.send("timeout");
-    waiting_since_ = now;
-  }
-  const bool is_busy = waiting_since_ && now - *waiting_since_ >= kBusyAfter;
-  television_.setBusy(is_busy ? waiting_since_ : std::nullopt);
+  gui.keepTime(now, television_.secondsLeft(now));
+  television_.setBusy(gui.busySince(now));
 }
 
 void TerminalPlayer::showPicture() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <deque>
 #include <filesystem>
 #include <optional>
@@ -10,6 +9,7 @@
 #include "Lettering.h"
 #include "Signals.h"
 #include "Television.h"
+#include "play/Conversation.h"
 #include "supervisor/Record.h"
 #include "supervisor/Supervisor.h"
 
@@ -34,15 +34,13 @@ class TerminalPlayer : public Events {
 
  private:
   void showPicture();
-  void wait(const Supervisor& supervisor);
-  void takeMessages(Supervisor& supervisor);
-  void take(Channel::Message message);
+  void wait(const Supervisor& supervisor, const Conversation& gui);
+  void takeMessages(Conversation& gui);
   void showFrame(Channel::Message frame);
   bool takesKeys() const;
   void takeKeys();
-  void pressKeys(Supervisor& supervisor);
-  void keepTime(Supervisor& supervisor);
-  std::chrono::milliseconds untilNextChange() const;
+  void pressKeys(Conversation& gui);
+  void keepTime(Conversation& gui);
 
   Record record_;
   Signals signals_;
@@ -55,8 +53,6 @@ class TerminalPlayer : public Events {
   bool has_opened_ = false;
   bool gui_has_message_ = false;
   bool terminal_has_gone_ = false;
-  std::optional<Time> waiting_since_;  ///< since when the GUI owes an answer
-  std::optional<Time> show_at_;        ///< when to ask for what a job has changed
 };
 
 }  // namespace desk::terminal

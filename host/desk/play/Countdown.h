@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace desk::terminal {
+namespace desk {
 
 using Clock = std::chrono::steady_clock;
 using Time = Clock::time_point;
@@ -25,4 +25,4 @@ class Countdown {
   std::optional<Time> end_;
 };
 
-}  // namespace desk::terminal
+}  // namespace desk

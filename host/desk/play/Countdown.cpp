@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace desk::terminal {
+namespace desk {
 namespace {
 
 bool closesBoxes(const std::string& word) {
@@ -32,4 +32,4 @@ std::optional<int> Countdown::secondsLeft(Time now) const {
   return static_cast<int>(std::max<decltype(left)>(left, 0));
 }
 
-}  // namespace desk::terminal
+}  // namespace desk

@@ -4,14 +4,23 @@
 #include <string>
 #include <vector>
 
-#include "Pictures.h"
-#include "terminal/Countdown.h"
+#include "play/Countdown.h"
 
-namespace desk::terminal {
+namespace desk {
 namespace {
 
+using Json = nlohmann::ordered_json;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+
+constexpr Time kStart{};
+
+/// Returns a frame with these parts.
+Json frame(const Json& parts = Json::object()) {
+  Json frame = {{"key", ""}, {"screen", ""}, {"title", ""}};
+  frame.update(parts);
+  return frame;
+}
 
 /// Returns a message that closes by itself after `timeout` seconds.
 Json box(int timeout, const std::string& word = "") {
@@ -100,4 +109,4 @@ TEST(Countdown, BeginsAnewWhenTheBoxComesBack) {
 }
 
 }  // namespace
-}  // namespace desk::terminal
+}  // namespace desk
