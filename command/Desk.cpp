@@ -24,6 +24,9 @@
 #include "terminal/TerminalState.h"
 #include "tree/ReceiverTree.h"
 #include "tree/TreeLock.h"
+#include "web/Assets.h"
+#include "web/Server.h"
+#include "web/WebPlayer.h"
 
 namespace command {
 namespace {
@@ -40,6 +43,7 @@ struct Options {
   std::filesystem::path record;
   std::filesystem::path skin;
   std::filesystem::path pictures;
+  int port = 0;
 };
 
 /// The themes of the terminal by name.
@@ -105,14 +109,36 @@ void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
   if (signal != 0) raise(signal);
 }
 
-void runDesk(const Options& options, bool has_words) {
+void playInBrowser(const Options& options, const std::filesystem::path& tree) {
+  namespace web = desk::web;
+  web::Pictures pictures(tree);
+  desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
+                                 [&](const std::string& path) { return pictures.name(path); });
+  web::Board board;
+  web::WebPlayer player(board, drawing);
+  desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
+  const web::Server server(
+      board, options.port,
+      [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
+      [&](const std::string& path) { return pictures.find(path); });
+  std::cout << server.address() << std::endl;
+  player.play(supervisor);
+}
+
+/// Where the menu is shown.
+enum class FrontEnd { terminal, script, browser };
+
+void runDesk(const Options& options, FrontEnd front_end) {
   desk::requireTree(options.receiver);
   const desk::TreeLock lock(options.receiver);
   const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
-  if (has_words) {
-    playScript(options, tree);
-  } else {
-    playOnTerminal(options, tree);
+  switch (front_end) {
+    case FrontEnd::terminal:
+      return playOnTerminal(options, tree);
+    case FrontEnd::script:
+      return playScript(options, tree);
+    case FrontEnd::browser:
+      return playInBrowser(options, tree);
   }
 }
 
@@ -145,15 +171,19 @@ void addDesk(CLI::App& stowline) {
       ->check(CLI::IsMember({"text", "json"}))
       ->capture_default_str()
       ->needs(play);
-  CLI::Option* pictures =
-      desk->add_option("--pictures", options->pictures,
-                       "write every frame into this directory as the television would show it, in "
-                       "SVG")
-          ->type_name("DIR")
-          ->needs(play);
-  desk->add_option("--skin", options->skin, "the skin of the pictures")
-      ->type_name("FILE")
-      ->needs(pictures);
+  desk->add_option("--pictures", options->pictures,
+                   "write every frame into this directory as the television would show it, in SVG")
+      ->type_name("DIR")
+      ->needs(play);
+  CLI::Option* web =
+      desk->add_option("--web", options->port,
+                       "open the menu in a browser: print the address of a page on this port, on "
+                       "any free one without PORT")
+          ->type_name("[PORT]")
+          ->expected(0, 1)
+          ->check(CLI::Range(0, 65535))
+          ->excludes(play);
+  desk->add_option("--skin", options->skin, "the skin of --web and --pictures")->type_name("FILE");
   desk->add_option("--theme", options->theme, "the colours of the terminal")
       ->check(CLI::IsMember({"plain", "dark", "light"}))
       ->excludes(play);
@@ -167,7 +197,9 @@ void addDesk(CLI::App& stowline) {
       ->type_name("FILE");
   desk->callback([=] {
     require({receiver});
-    runDesk(*options, play->count() > 0);
+    runDesk(*options, play->count() > 0  ? FrontEnd::script
+                      : web->count() > 0 ? FrontEnd::browser
+                                         : FrontEnd::terminal);
   });
 }
 

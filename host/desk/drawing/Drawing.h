@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -27,6 +28,10 @@ class Drawing {
   /// none. Raises SkinError for a screen whose own layout is faulty, and std::runtime_error for a
   /// file that is no font.
   std::string draw(const nlohmann::ordered_json& frame, std::optional<int> seconds_left);
+
+  /// Returns the file of a font of the skin by the skin's name for it, that of the usual font for
+  /// any other name.
+  std::filesystem::path fontFile(const std::string& name) const { return fonts_.fileOf(name); }
 
   /// Returns what there is to say about the skin so far.
   const Notices& notices() const { return notices_; }

@@ -73,9 +73,13 @@ Fonts::Fonts(const SkinSettings& settings, const std::filesystem::path& director
 
 Fonts::~Fonts() = default;
 
-Fonts::Face& Fonts::faceOf(const std::string& name) {
+std::filesystem::path Fonts::fileOf(const std::string& name) const {
   const auto own = files_.find(name);
-  const std::filesystem::path file = own == files_.end() ? usualFont() : own->second;
+  return own == files_.end() ? STOWLINE_FONT : own->second;
+}
+
+Fonts::Face& Fonts::faceOf(const std::string& name) {
+  const std::filesystem::path file = fileOf(name);
   std::unique_ptr<Face>& face = faces_[file];
   if (!face) face = std::make_unique<Face>(library_->handle, file);
   return *face;
@@ -137,10 +141,6 @@ std::vector<std::string> Fonts::wrapped(std::string_view line, const SkinFont& f
   }
   if (lines.empty()) lines.emplace_back();
   return lines;
-}
-
-std::filesystem::path usualFont() {
-  return STOWLINE_FONT;
 }
 
 }  // namespace desk::drawing

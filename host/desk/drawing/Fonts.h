@@ -32,8 +32,8 @@ class Fonts {
   /// breaks at blanks, which go, or within a word that is too long for a line.
   std::vector<std::string> linesOf(std::string_view text, const TextLayout& layout, double width);
 
-  /// Returns the files of the skin's own fonts, by the skin's names for them.
-  const std::map<std::string, std::filesystem::path, std::less<>>& files() const { return files_; }
+  /// Returns the file of a font, that of the usual one for a font whose file is not there.
+  std::filesystem::path fileOf(const std::string& name) const;
 
  private:
   struct Face;
@@ -46,8 +46,5 @@ class Fonts {
   std::map<std::string, std::filesystem::path, std::less<>> files_;
   std::map<std::filesystem::path, std::unique_ptr<Face>> faces_;
 };
-
-/// The file of the usual font.
-std::filesystem::path usualFont();
 
 }  // namespace desk::drawing

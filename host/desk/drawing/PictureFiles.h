@@ -2,17 +2,12 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <optional>
-#include <string>
 
 #include "Drawing.h"
 #include "SkinFile.h"
 #include "native/Root.h"
 
 namespace desk::drawing {
-
-/// Returns a picture of the receiver as a data URL (RFC 2397); nothing where there is none.
-std::optional<std::string> dataUrlOf(const native::Root& receiver, const std::string& path);
 
 /// Writes the pictures of frames into a directory, one SVG file each: "001-KEY.svg" and so on.
 class PictureFiles {

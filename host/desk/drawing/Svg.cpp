@@ -84,7 +84,7 @@ SvgDocument::SvgDocument(int width, int height)
     : pane_(document_.append_child("svg"), width, height) {
   pane_.set("xmlns", "http://www.w3.org/2000/svg");
   pane_.set("viewBox", "0 0 " + std::to_string(width) + " " + std::to_string(height));
-  pane_.set("style", "white-space: pre");
+  pane_.set("xml:space", "preserve");
 }
 
 std::string SvgDocument::text() const {

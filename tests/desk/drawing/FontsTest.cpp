@@ -78,7 +78,8 @@ TEST(Fonts, FontOfTheSkinIsMeasuredByItsOwnFile) {
   EXPECT_NE(fonts.widthOf("Stowline", {"Own", 20}), fonts.widthOf("Stowline", {"Regular", 20}));
   EXPECT_EQ(fonts.widthOf("Stowline", {"Missing", 20}), fonts.widthOf("Stowline", {"Regular", 20}));
   EXPECT_THROW(fonts.widthOf("Stowline", {"Broken", 20}), std::runtime_error);
-  EXPECT_EQ(fonts.files().size(), 2U);
+  EXPECT_EQ(fonts.fileOf("Own"), directory / "own.ttf");
+  EXPECT_EQ(fonts.fileOf("Missing"), fonts.fileOf("Regular"));
 }
 
 }  // namespace

@@ -1,0 +1,50 @@
+#include "Assets.h"
+
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+#include "drawing/Pictures.h"
+
+namespace desk::web {
+namespace {
+
+/// Returns a path as it stands in an address (RFC 3986).
+std::string percentEncoded(const std::string& path) {
+  std::string encoded;
+  for (const char character : path) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool is_plain = std::isalnum(byte) != 0 || std::string("/-._~").find(character) < 5;
+    std::array<char, 4> code{};
+    std::snprintf(code.data(), code.size(), "%%%02X", byte);
+    encoded += is_plain ? std::string(1, character) : code.data();
+  }
+  return encoded;
+}
+
+}  // namespace
+
+std::optional<std::string> Pictures::name(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  if (!path.starts_with('/') || !drawing::readPicture(receiver_, path)) return std::nullopt;
+  named_.insert(path);
+  return "/picture" + percentEncoded(path);
+}
+
+std::optional<Asset> Pictures::find(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  if (!named_.contains(path)) return std::nullopt;
+  auto picture = drawing::readPicture(receiver_, path);
+  if (!picture) return std::nullopt;
+  return Asset{.content = std::move(picture->content), .type = std::move(picture->type)};
+}
+
+std::optional<Asset> readFont(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  return Asset{.content = {std::istreambuf_iterator<char>(stream), {}}, .type = "font/ttf"};
+}
+
+}  // namespace desk::web

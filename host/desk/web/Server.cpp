@@ -1,0 +1,168 @@
+#include "Server.h"
+
+#include <httplib.h>
+#include <sys/random.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <stdexcept>
+#include <utility>
+
+#include "Page.h"
+#include "native/OsError.h"
+
+namespace desk::web {
+namespace {
+
+constexpr const char* kHost = "127.0.0.1";
+
+/// So many viewers and requests are served at a time; more wait.
+constexpr std::size_t kThreads = 96;
+
+/// No request's body is longer, in bytes.
+constexpr std::size_t kLongestBody = 64;
+
+/// How long a request may take to come, and an answer to go, in seconds.
+constexpr time_t kReadTimeout = 5;
+constexpr time_t kWriteTimeout = 5;
+
+/// How often a viewer hears that the receiver is still there.
+constexpr std::chrono::milliseconds kHeartbeat(1000);
+
+/// The keys of the remote control.
+constexpr const char* kKeys[] = {"up",    "down",   "left", "right", "ok", "exit", "red",
+                                 "green", "yellow", "blue", "0",     "1",  "2",    "3",
+                                 "4",     "5",      "6",    "7",     "8",  "9"};
+
+/// Returns 128 random bits in hexadecimal digits.
+std::string randomToken() {
+  std::array<unsigned char, 16> bytes{};
+  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+    throw native::osError(errno, "getrandom");
+  }
+  std::string token;
+  for (const unsigned char byte : bytes) {
+    for (const int digit : {byte >> 4, byte & 0x0F}) token += "0123456789abcdef"[digit];
+  }
+  return token;
+}
+
+/// Whether a viewer may press this: a key, or "row:INDEX".
+bool isPressed(const std::string& word) {
+  if (std::ranges::find(kKeys, word) != std::end(kKeys)) return true;
+  constexpr std::string_view kRow = "row:";
+  const std::string_view index = std::string_view(word).substr(std::min(kRow.size(), word.size()));
+  return word.starts_with(kRow) && !index.empty() && index.size() <= 9 &&
+         std::ranges::all_of(index, [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
+}  // namespace
+
+Server::Server(Board& board, int port, FindAsset find_font, FindAsset find_picture)
+    : board_(board), token_(randomToken()), http_(std::make_unique<httplib::Server>()) {
+  http_->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+  http_->set_payload_max_length(kLongestBody);
+  http_->set_read_timeout(kReadTimeout);
+  http_->set_write_timeout(kWriteTimeout);
+  http_->set_tcp_nodelay(true);
+  http_->set_default_headers({{"Cache-Control", "no-store"},
+                              {"Content-Security-Policy", kPolicy},
+                              {"Referrer-Policy", "no-referrer"},
+                              {"X-Content-Type-Options", "nosniff"}});
+  http_->set_pre_routing_handler(
+      [this](const httplib::Request& request, httplib::Response& response) {
+        return isRefused(request, response) ? httplib::Server::HandlerResponse::Handled
+                                            : httplib::Server::HandlerResponse::Unhandled;
+      });
+  addPage();
+  addAssets(R"(/font/([^/]+))", find_font);
+  addAssets(R"(/picture(/.+))", find_picture);
+  addEvents();
+  addPress();
+  port_ =
+      port == 0 ? http_->bind_to_any_port(kHost) : (http_->bind_to_port(kHost, port) ? port : -1);
+  if (port_ <= 0) throw std::runtime_error("cannot listen on port " + std::to_string(port));
+  thread_ = std::thread([this] { http_->listen_after_bind(); });
+}
+
+Server::~Server() {
+  board_.end();
+  http_->stop();
+  thread_.join();
+}
+
+std::string Server::address() const {
+  return std::string("http://") + kHost + ":" + std::to_string(port_) + "/?token=" + token_;
+}
+
+/// Refuses what does not come from the page at address().
+bool Server::isRefused(const httplib::Request& request, httplib::Response& response) const {
+  const std::string port = ":" + std::to_string(port_);
+  const std::string hosts[] = {kHost + port, "localhost" + port};
+  const std::string host = request.get_header_value("Host");
+  const bool is_host = std::ranges::find(hosts, host) != std::end(hosts);
+  const bool is_own =
+      !request.has_header("Origin") || request.get_header_value("Origin") == "http://" + host;
+  if (is_host && is_own && request.get_param_value("token") == token_) return false;
+  response.status = 403;
+  response.set_content("This is not for you: open the address that the command has printed.\n",
+                       "text/plain");
+  return true;
+}
+
+void Server::addPage() {
+  for (const PageFile& file : kPage) {
+    http_->Get(file.path, [this, file](const httplib::Request&, httplib::Response& response) {
+      std::string content = file.content;
+      constexpr std::string_view kMark = "@TOKEN@";
+      for (std::size_t at = content.find(kMark); at != std::string::npos;
+           at = content.find(kMark, at)) {
+        content.replace(at, kMark.size(), token_);
+      }
+      response.set_content(content, file.type);
+    });
+  }
+}
+
+void Server::addAssets(const char* pattern, const FindAsset& find) {
+  http_->Get(pattern, [find](const httplib::Request& request, httplib::Response& response) {
+    if (const auto asset = find(request.matches[1])) {
+      response.set_content(asset->content, asset->type);
+    } else {
+      response.status = 404;
+    }
+  });
+}
+
+/// Sends what happens to a viewer for as long as it listens. A viewer who does not take it in time
+/// is let go, and comes back when it can.
+void Server::addEvents() {
+  http_->Get("/events", [this](const httplib::Request&, httplib::Response& response) {
+    const auto seen = std::make_shared<Board::Seen>();
+    response.set_chunked_content_provider(
+        "text/event-stream", [this, seen](std::size_t, httplib::DataSink& sink) {
+          const auto events = board_.nextEvents(*seen, kHeartbeat);
+          if (!events) {
+            constexpr std::string_view kEnd = "event: end\ndata: null\n\n";
+            sink.write(kEnd.data(), kEnd.size());
+            sink.done();
+            return true;
+          }
+          return sink.write(events->data(), events->size());
+        });
+  });
+}
+
+void Server::addPress() {
+  http_->Post("/press", [this](const httplib::Request& request, httplib::Response& response) {
+    if (!isPressed(request.body)) {
+      response.status = 400;
+    } else {
+      response.status = board_.press(request.body) ? 204 : 429;
+    }
+  });
+}
+
+}  // namespace desk::web

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "Board.h"
+
+namespace httplib {
+class Server;
+struct Request;
+struct Response;
+}  // namespace httplib
+
+namespace desk::web {
+
+/// A file that the page asks for.
+struct Asset {
+  std::string content;
+  std::string type;  ///< of the Internet (RFC 6838)
+};
+
+/// Serves the page to viewers on this machine, who know the address that only its user has been
+/// told: every request has to carry the token, to name this server as its host, and to come from
+/// this server's own page.
+class Server {
+ public:
+  /// Finds the font of a skin by its name, or a picture by its path.
+  using FindAsset = std::function<std::optional<Asset>(const std::string& name)>;
+
+  /// Listens on `port` of the loopback interface, on any free one for 0. `board` outlives the
+  /// server. Raises std::runtime_error when it cannot.
+  Server(Board& board, int port, FindAsset find_font, FindAsset find_picture);
+
+  /// Waits for no viewer.
+  ~Server();
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  /// Returns the page's address with the token.
+  std::string address() const;
+
+ private:
+  bool isRefused(const httplib::Request& request, httplib::Response& response) const;
+  void addPage();
+  void addAssets(const char* pattern, const FindAsset& find);
+  void addEvents();
+  void addPress();
+
+  Board& board_;
+  std::string token_;
+  int port_ = 0;
+  std::unique_ptr<httplib::Server> http_;
+  std::thread thread_;
+};
+
+}  // namespace desk::web

@@ -1,0 +1,114 @@
+// The page of the stand-in receiver: it shows the picture that the server draws and presses what its viewer does.
+
+const token = document.getElementById("program").dataset.token;
+const television = document.getElementById("television");
+const state = document.getElementById("state");
+const announcement = document.getElementById("announcement");
+const log = document.getElementById("log");
+
+const mostLines = 500;
+
+// The keys of the keyboard, as on the terminal.
+const keys = {
+  ArrowUp: "up", ArrowDown: "down", ArrowLeft: "left", ArrowRight: "right",
+  Enter: "ok", Escape: "exit", Backspace: "exit", q: "exit",
+  F1: "red", F2: "green", F3: "yellow", F4: "blue", r: "red", g: "green", y: "yellow", b: "blue",
+};
+for (const digit of "0123456789") keys[digit] = digit;
+
+function address(path) {
+  return path + "?token=" + token;
+}
+
+async function press(word) {
+  try {
+    await fetch(address("/press"), { method: "POST", body: word });
+  } catch {
+    // The events' own connection says that the receiver is not to be reached.
+  }
+}
+
+// The skin's fonts are loaded when a text first asks for them.
+const fonts = new Set();
+
+function loadFont(family) {
+  const name = family.split(",")[0];
+  if (!name.startsWith("skin-") || fonts.has(name)) return;
+  fonts.add(name);
+  const url = address("/font/" + encodeURIComponent(name.replace("skin-", "")));
+  document.fonts.add(new FontFace(name, "url(" + url + ")"));
+}
+
+function showPicture(picture) {
+  const drawn = new DOMParser().parseFromString(picture.svg, "image/svg+xml").documentElement;
+  for (const text of drawn.querySelectorAll("text")) loadFont(text.getAttribute("font-family"));
+  for (const image of drawn.querySelectorAll("image")) image.setAttribute("href", address(image.getAttribute("href")));
+  television.replaceChildren(document.importNode(drawn, true));
+  const selected = television.querySelector('[aria-selected="true"]');
+  if (selected) {
+    television.setAttribute("aria-activedescendant", selected.id);
+  } else {
+    television.removeAttribute("aria-activedescendant");
+  }
+  document.title = picture.title || "Stowline";
+  state.textContent = picture.state;
+  if (announcement.textContent !== picture.announcement) announcement.textContent = picture.announcement;
+}
+
+function addLines(lines) {
+  const isAtEnd = log.scrollTop + log.clientHeight >= log.scrollHeight - 4;
+  for (const line of lines) {
+    const item = document.createElement("li");
+    item.className = line.kind;
+    item.textContent = line.text;
+    log.append(item);
+  }
+  while (log.children.length > mostLines) log.firstChild.remove();
+  if (isAtEnd) log.scrollTop = log.scrollHeight;
+}
+
+function connect() {
+  const events = new EventSource(address("/events"));
+  events.addEventListener("open", () => {
+    log.replaceChildren();
+    state.textContent = "";
+  });
+  events.addEventListener("picture", (event) => showPicture(JSON.parse(event.data)));
+  events.addEventListener("log", (event) => addLines(JSON.parse(event.data)));
+  events.addEventListener("end", () => {
+    events.close();
+    state.textContent = "The menu is closed, and the receiver with it.";
+  });
+  events.addEventListener("error", () => {
+    state.textContent = "The connection is lost. Trying again …";
+    if (events.readyState === EventSource.CLOSED) setTimeout(connect, 1000);
+  });
+}
+
+document.addEventListener("keydown", (event) => {
+  const word = keys[event.key];
+  if (!word || event.ctrlKey || event.altKey || event.metaKey) return;
+  if (event.target.closest("button") && event.key === "Enter") return;
+  if (event.target === log && event.key.startsWith("Arrow")) return;
+  event.preventDefault();
+  press(word);
+});
+
+document.getElementById("remote").addEventListener("click", (event) => {
+  const button = event.target.closest("button");
+  if (button) press(button.dataset.word);
+});
+
+// A click on a row puts the cursor there, one on the row with the cursor is OK; one on a colour key's text is that key.
+television.addEventListener("click", (event) => {
+  const row = event.target.closest('[role="option"]');
+  const key = event.target.closest('[data-widget^="key_"]');
+  if (row) {
+    press(row.getAttribute("aria-selected") === "true" ? "ok" : "row:" + row.id.replace("row-", ""));
+  } else if (key && key.textContent.trim()) {
+    press(key.dataset.widget.replace("key_", ""));
+  }
+});
+
+television.focus();
+connect();
