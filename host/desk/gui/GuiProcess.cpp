@@ -61,6 +61,15 @@ void leaveStandardStreams() {
   }
 }
 
+/// Closes what the front end had open when it started the process, such as its viewers'
+/// connections: they would stay open with the process. (close_range(2) does so for every number in
+/// between.)
+void closeOthers(int channel) {
+  const auto number = static_cast<unsigned>(channel);
+  if (number > STDERR_FILENO + 1) close_range(STDERR_FILENO + 1, number - 1, 0);
+  close_range(number + 1, ~0U, 0);
+}
+
 /// Sends what the process and its commands print to the receiver's own log, if it has one.
 void redirectOutput() {
   const native::Descriptor log(open(kGuiLog, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
@@ -165,6 +174,7 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
                    Channel channel) {
   setsid();
   resetSignals();
+  closeOthers(channel.descriptor());
   try {
     leaveStandardStreams();
     native::enterTree(dir);
