@@ -19,13 +19,13 @@ namespace {
 constexpr const char* kHost = "127.0.0.1";
 
 /// So many viewers and requests are served at a time; more wait.
-constexpr std::size_t kThreads = 96;
+constexpr std::size_t kThreads = 256;
 
 /// No request's body is longer, in bytes.
 constexpr std::size_t kLongestBody = 64;
 
 /// How long a request may take to come, and an answer to go, in seconds.
-constexpr time_t kReadTimeout = 5;
+constexpr time_t kReadTimeout = 2;
 constexpr time_t kWriteTimeout = 5;
 
 /// How often a viewer hears that the receiver is still there.

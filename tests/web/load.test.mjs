@@ -1,0 +1,133 @@
+// Viewers who are many, slow or hostile: the receiver goes on, and takes no more memory for them.
+
+import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { Agent, request } from "node:http";
+import { connect } from "node:net";
+import { test } from "node:test";
+import { setTimeout as pause } from "node:timers/promises";
+
+import { Receiver } from "./receiver.mjs";
+
+/** Sends a request, and resolves to its status. */
+function send(desk, { path = "/press", method = "POST", body = "", headers = {}, agent } = {}) {
+  const { hostname, port, search } = desk.address;
+  return new Promise((resolve, reject) => {
+    const sent = request({ hostname, port, path: path + search, method, headers, agent }, (response) => {
+      response.resume();
+      response.on("end", () => resolve(response.statusCode));
+    });
+    sent.on("error", reject);
+    sent.end(body);
+  });
+}
+
+/** Looks at the events as a viewer does, and keeps the last picture. */
+class Viewer {
+  constructor(desk) {
+    const { hostname, port, search } = desk.address;
+    this.text = "";
+    this.opened = new Promise((resolve, reject) => {
+      this.request = request({ hostname, port, path: "/events" + search }, (response) => {
+        response.setEncoding("utf8");
+        response.on("data", (text) => {
+          this.text = (this.text + text).slice(-200000);
+          resolve();
+        });
+        response.on("error", () => {});
+      });
+      this.request.on("error", reject);
+      this.request.end();
+    });
+  }
+
+  /** Returns the id of the row with the cursor in the last picture. */
+  selected() {
+    const pictures = [...this.text.matchAll(/id=\\"(row-\d+)\\" role=\\"option\\" aria-selected=\\"true\\"/g)];
+    return pictures.at(-1)?.[1];
+  }
+}
+
+/** Returns the memory that the command takes, in KiB. */
+function memoryOf(desk) {
+  return Number(/VmRSS:\s+(\d+)/.exec(readFileSync(`/proc/${desk.process.pid}/status`, "utf8"))[1]);
+}
+
+test("fifty viewers see the same while a thousand keys a second are pressed", async (t) => {
+  const desk = await new Receiver(t).open();
+  const viewers = Array.from({ length: 50 }, () => new Viewer(desk));
+  t.after(() => viewers.forEach((viewer) => viewer.request.destroy()));
+  await Promise.all(viewers.map((viewer) => viewer.opened));
+  const agent = new Agent({ keepAlive: true, maxSockets: 20 });
+  const before = memoryOf(desk);
+  const statuses = new Map();
+  const presses = [];
+  for (let round = 0; round < 30; ++round) {
+    for (let key = 0; key < 100; ++key) {
+      presses.push(send(desk, { body: key % 2 ? "up" : "down", agent }).then((status) =>
+        statuses.set(status, (statuses.get(status) ?? 0) + 1)));
+    }
+    await pause(100);
+  }
+  await Promise.all(presses);
+  agent.destroy();
+  assert.deepEqual([...statuses.keys()].filter((status) => status !== 204 && status !== 429), []);
+  while (await send(desk, { body: "row:3" }) === 429) await pause(10);
+  const end = Date.now() + 20000;
+  while (viewers.some((viewer) => viewer.selected() !== "row-3") && Date.now() < end) await pause(20);
+  assert.deepEqual(new Set(viewers.map((viewer) => viewer.selected())), new Set(["row-3"]));
+  assert.ok(memoryOf(desk) - before < 64 * 1024, `${before} KiB have become ${memoryOf(desk)}`);
+});
+
+test("a viewer who reads nothing holds nobody up", async (t) => {
+  const desk = await new Receiver(t).open();
+  const { hostname, port, search, host } = desk.address;
+  const slow = connect(Number(port), hostname);
+  t.after(() => slow.destroy());
+  slow.write(`GET /events${search} HTTP/1.1\r\nHost: ${host}\r\n\r\n`);
+  slow.pause();
+  const viewer = new Viewer(desk);
+  t.after(() => viewer.request.destroy());
+  await viewer.opened;
+  const before = memoryOf(desk);
+  for (let round = 0; round < 500; ++round) {
+    while (await send(desk, { body: `row:${round % 4}` }) === 429) await pause(2);
+  }
+  while (viewer.selected() !== "row-3") await pause(10);
+  assert.ok(memoryOf(desk) - before < 16 * 1024, `${before} KiB have become ${memoryOf(desk)}`);
+});
+
+test("connections that are opened and say nothing hold nobody up", async (t) => {
+  const desk = await new Receiver(t).open();
+  const { hostname, port } = desk.address;
+  const idle = Array.from({ length: 200 }, () => connect(Number(port), hostname));
+  t.after(() => idle.forEach((socket) => socket.destroy()));
+  for (const socket of idle) {
+    socket.on("error", () => {});
+    socket.write("POST /press HTTP/1.1\r\nHost: ");
+  }
+  assert.equal(await send(desk, { body: "down" }), 204);
+});
+
+test("requests that are too large are refused", async (t) => {
+  const desk = await new Receiver(t).open();
+  assert.equal(await send(desk, { body: "x".repeat(65) }), 413);
+  assert.ok([400, 414].includes(await send(desk, { path: "/" + "x".repeat(10000), method: "GET" })));
+  assert.equal(await send(desk, { headers: { "X-Long": "x".repeat(12000) }, body: "down" }).catch(() => 400), 400);
+  assert.equal(await send(desk, { body: "down" }), 204);
+});
+
+test("a request for another host is refused", async (t) => {
+  const desk = await new Receiver(t).open();
+  for (const host of ["example.com", "example.com:" + desk.address.port, "127.0.0.1", "127.0.0.1:1"]) {
+    assert.equal(await send(desk, { headers: { Host: host }, body: "down" }), 403, host);
+  }
+  assert.equal(await send(desk, { headers: { Host: "localhost:" + desk.address.port }, body: "down" }), 204);
+});
+
+test("what is no key is not pressed", async (t) => {
+  const desk = await new Receiver(t).open();
+  for (const body of ["", "wait", "timeout", "frame", "select:a", "row:", "row:-1", "row:1x", "ok ok", "power"]) {
+    assert.equal(await send(desk, { body }), 400, body);
+  }
+});
