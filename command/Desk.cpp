@@ -15,6 +15,7 @@
 #include "Stowline.h"
 #include "drawing/PictureFiles.h"
 #include "gui/GuiProcess.h"
+#include "native/Reading.h"
 #include "native/ShownText.h"
 #include "play/ScriptPlayer.h"
 #include "play/Words.h"
@@ -41,6 +42,7 @@ struct Options {
   desk::Records records;
   std::string theme;
   std::filesystem::path record;
+  std::filesystem::path translations;
   std::filesystem::path skin;
   std::filesystem::path pictures;
   int port = 0;
@@ -53,25 +55,37 @@ const std::map<std::string, desk::terminal::Theme> kThemes = {
     {"light", desk::terminal::Theme::light},
 };
 
+/// Reads a catalogue of translations; none where `file` is empty.
+desk::Translations readTranslations(const std::filesystem::path& file) {
+  if (file.empty()) return {};
+  try {
+    return desk::parseCatalogue(native::readFile(file));
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(file.string() + ": " + error.what());
+  }
+}
+
 /// Returns the module as the stand-in runs it, opening the main menu of the flavour `menu`.
-desk::Application moduleWith(const std::string& menu) {
-  return {.load = stowline::load, .main_menu = [menu](host::Host& host) {
-            return host::ScreenClass{
-                .name = "Stowline",
-                .arguments = {kPluginPath, menu},
-                .create = [&host, menu](host::ScreenPeer& peer, host::Session& session) {
-                  return std::make_unique<stowline::Stowline>(host, peer, session, kPluginPath,
-                                                              menu);
-                }};
-          }};
+desk::Application moduleWith(const std::string& menu, desk::Translations translations) {
+  return {.load = stowline::load,
+          .main_menu =
+              [menu](host::Host& host) {
+                return host::ScreenClass{
+                    .name = "Stowline",
+                    .arguments = {kPluginPath, menu},
+                    .create = [&host, menu](host::ScreenPeer& peer, host::Session& session) {
+                      return std::make_unique<stowline::Stowline>(host, peer, session, kPluginPath,
+                                                                  menu);
+                    }};
+              },
+          .translations = std::move(translations)};
 }
 
 /// Returns what runs the module in the receiver tree `tree`.
 std::function<void(desk::Channel)> guiOn(const std::filesystem::path& tree,
-                                         const std::string& menu) {
-  return [tree, menu](desk::Channel channel) {
-    desk::runGuiProcess(tree, moduleWith(menu), std::move(channel));
-  };
+                                         const Options& options) {
+  return [tree, application = moduleWith(options.menu, readTranslations(options.translations))](
+             desk::Channel channel) { desk::runGuiProcess(tree, application, std::move(channel)); };
 }
 
 void playScript(const Options& options, const std::filesystem::path& tree) {
@@ -86,7 +100,7 @@ void playScript(const Options& options, const std::filesystem::path& tree) {
   desk::ScriptPlayer player(
       options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout,
       draw);
-  desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
+  desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
   player.play(supervisor, words);
   if (!pictures) return;
   for (const std::string& notice : pictures->notices().lines()) {
@@ -103,7 +117,7 @@ void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
   int signal = 0;
   {
     terminal::TerminalPlayer player(theme, options.record);
-    desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
+    desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
     signal = player.play(supervisor);
   }
   if (signal != 0) raise(signal);
@@ -116,7 +130,7 @@ void playInBrowser(const Options& options, const std::filesystem::path& tree) {
                                  [&](const std::string& path) { return pictures.name(path); });
   web::Board board;
   web::WebPlayer player(board, drawing);
-  desk::Supervisor supervisor(guiOn(tree, options.menu), options.records, player);
+  desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
   const web::Server server(
       board, options.port,
       [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
@@ -183,6 +197,9 @@ void addDesk(CLI::App& stowline) {
           ->expected(0, 1)
           ->check(CLI::Range(0, 65535))
           ->excludes(play);
+  desk->add_option("--translations", options->translations,
+                   "show the module's texts in another language, by a catalogue of msgfmt")
+      ->type_name("FILE.mo");
   desk->add_option("--skin", options->skin, "the skin of --web and --pictures")->type_name("FILE");
   desk->add_option("--theme", options->theme, "the colours of the terminal")
       ->check(CLI::IsMember({"plain", "dark", "light"}))

@@ -28,9 +28,7 @@ std::vector<std::string> NativeSystem::popen(const std::string& command) {
 }
 
 std::vector<std::string> NativeSystem::open(const std::string& path) {
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file) throw osError(errno, path);
-  return linesOf(readAll(file.number(), path));
+  return linesOf(readFile(path));
 }
 
 std::vector<std::string> NativeSystem::listdir(const std::string& path) {

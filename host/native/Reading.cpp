@@ -1,6 +1,7 @@
 #include "Reading.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -27,6 +28,12 @@ std::string readAll(int descriptor, const std::string& path) {
     text.append(buffer.data(), count);
     if (count < buffer.size()) return text;
   }
+}
+
+std::string readFile(const std::string& path) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) throw osError(errno, path);
+  return readAll(file.number(), path);
 }
 
 std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::string& path) {

@@ -11,6 +11,9 @@ namespace native {
 /// ("OSError").
 std::string readAll(int descriptor, const std::string& path);
 
+/// Reads the file `path` to its end. Raises host::Error ("OSError").
+std::string readFile(const std::string& path);
+
 /// Reads at most `size` bytes of the open file `descriptor` into `bytes`, less only where the file
 /// ends. Returns how many. `path` names it in an error. Raises host::Error ("OSError").
 std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::string& path);

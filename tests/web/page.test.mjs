@@ -1,7 +1,7 @@
 // The receiver in a real browser.
 
 import assert from "node:assert/strict";
-import { existsSync, readdirSync } from "node:fs";
+import { existsSync, mkdirSync, readdirSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
@@ -17,6 +17,15 @@ const menu = [
   "Backup configurations", "save common configurations for GUI, plugins and softcams",
   "Exit",
 ];
+
+/** Puts the cursor onto the row with a text, by the mouse, and presses OK by the keyboard. */
+async function choose(page, text) {
+  const row = page.locator('#television [role="option"]', { hasText: text }).first();
+  await row.waitFor();
+  if (await row.getAttribute("aria-selected") !== "true") await row.click();
+  await page.locator('#television [aria-selected="true"]', { hasText: text }).waitFor();
+  await page.keyboard.press("Enter");
+}
 
 /** Returns the backups of a kind. */
 function backupsOf(receiver, kind) {
@@ -71,6 +80,91 @@ test("a message counts down and closes by itself", async (t) => {
   for (const seconds of ["10 s", "9 s", "8 s"]) await page.locator(`text="${seconds}"`).waitFor();
   await left.waitFor({ state: "detached" });
   assert.deepEqual(await waitForText(page, "Backup channel settings"), menu);
+});
+
+test("a running console moves as it prints", async (t) => {
+  const receiver = new Receiver(t);
+  mkdirSync(receiver.path(backups), { recursive: true });
+  writeFileSync(receiver.path(backups + "/restore_mine.sh"),
+                "#!/bin/sh\nfor i in 1 2 3; do echo line $i; while [ ! -e /tmp/go$i ]; do sleep 0.05; done; done\n");
+  const page = await openPage(await browserFor(t), await receiver.open("--menu", "restore"));
+  await choose(page, "Run personal script");
+  await choose(page, "restore_mine.sh");
+  await waitForText(page, "yes");
+  await page.keyboard.press("Enter");
+  for (const number of [1, 2, 3]) {
+    const texts = await waitForText(page, "line " + number);
+    assert.equal(texts.at(-1), "running");
+    await page.screenshot({ path: join(pictures, `console-${number}.png`) });
+    writeFileSync(receiver.path("tmp/go" + number), "");
+  }
+  await waitForText(page, "finished");
+});
+
+test("packages move from waiting to done as they are installed", async (t) => {
+  const receiver = new Receiver(t);
+  receiver.flash();
+  receiver.slowDown("usr/bin/opkg");
+  receiver.addBackup("pluginlist_20260314_10-30_solo2.lst",
+                     "enigma2-plugin-extensions-webradiofs\nenigma2-plugin-extensions-foreca\n");
+  const page = await openPage(await browserFor(t), await receiver.open("--menu", "restore"));
+  await choose(page, "Restore plugins");
+  await choose(page, "pluginlist_20260314");
+  const seen = [];
+  while (seen.at(-1)?.at(-1) !== "finished") {
+    const texts = await textsOf(page);
+    const isNew = texts.at(-1) === "running" || texts.at(-1) === "finished";
+    if (isNew && seen.at(-1)?.join() !== texts.join()) seen.push(texts);
+    await page.waitForTimeout(20);
+  }
+  await page.screenshot({ path: join(pictures, "packages.png") });
+  const [first, second] = ["enigma2-plugin-extensions-webradiofs", "enigma2-plugin-extensions-foreca"];
+  assert.deepEqual(seen.map((texts) => texts.slice(-5)), [
+    [first, "running", second, "waiting", "running"],
+    [first, "done", second, "running", "running"],
+    [first, "done", second, "done", "finished"],
+  ]);
+});
+
+test("a restore that ends the GUI says so, and the menu comes back", async (t) => {
+  const receiver = new Receiver(t);
+  const browser = await browserFor(t);
+  const backup = await receiver.open();
+  const before = await openPage(browser, backup);
+  await choose(before, "Backup configurations");
+  await waitForText(before, "succesfully");
+  await before.keyboard.press("Escape");
+  await waitForText(before, "Exit");
+  await before.keyboard.press("Escape");
+  assert.equal(await backup.ended, 0);
+
+  const page = await openPage(browser, await receiver.open("--menu", "restore"));
+  await choose(page, "Restore configurations");
+  await choose(page, "configuration_ver_c");
+  await page.locator('[data-screen="StowlineHelpScreen"]').waitFor();
+  await page.keyboard.press("F2");
+  await page.locator("#state", { hasText: "The GUI was killed and has been started again." }).waitFor();
+  await waitForText(page, "QOR Stowline (Restore)");
+  const lines = await page.$$eval("#log .notice", (items) => items.map((item) => item.textContent));
+  assert.deepEqual(lines, ["the GUI was killed", "the GUI was started again"]);
+});
+
+test("a screen reader finds the list, its rows and the one with the cursor", async (t) => {
+  const page = await openPage(await browserFor(t), await new Receiver(t).open());
+  const rows = page.getByRole("listbox").getByRole("option");
+  assert.deepEqual((await rows.allTextContents()).map((text) => text.replace(/\s+/g, " ").trim()), [
+    "Backup/restore device : /media/hdd/ set device for directory qor-stowline",
+    "Backup installed plugins creates a list of installed plugins, skins and softcams",
+    "Backup channel settings save channel and bouquet settings",
+    "Backup configurations save common configurations for GUI, plugins and softcams",
+  ]);
+  for (const row of ["row-0", "row-1", "row-2"]) {
+    await page.locator(`#television[aria-activedescendant="${row}"]`).waitFor();
+    assert.deepEqual(await page.getByRole("option", { selected: true }).evaluateAll((all) => all.map((one) => one.id)), [row]);
+    await page.keyboard.press("ArrowDown");
+  }
+  assert.equal(await page.evaluate(() => document.activeElement.id), "television");
+  assert.deepEqual(await page.getByRole("group", { name: "Remote control" }).getByRole("button").allTextContents().then((all) => all.length), 20);
 });
 
 test("several windows show the same receiver", async (t) => {

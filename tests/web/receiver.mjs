@@ -1,7 +1,7 @@
 // A receiver in a directory of its own, and the command stowline that shows it in a browser.
 
 import { execFileSync, spawn } from "node:child_process";
-import { mkdtempSync, rmSync } from "node:fs";
+import { mkdirSync, mkdtempSync, renameSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -10,6 +10,14 @@ import { chromium } from "playwright-core";
 
 export const stowline = process.env.STOWLINE_COMMAND;
 export const samples = process.env.STOWLINE_SKINS;
+
+/** Compiles the translations into a language, and returns what the command takes for them. */
+export function translationsInto(language, directory) {
+  if (language === "en") return [];
+  const catalogue = join(directory, language + ".mo");
+  execFileSync("msgfmt", ["-o", catalogue, join(process.env.STOWLINE_TRANSLATIONS, language + ".po")]);
+  return ["--translations", catalogue];
+}
 
 /** Where screenshots are kept for a person to look at. */
 export const pictures = process.env.STOWLINE_SCREENSHOTS;
@@ -26,6 +34,23 @@ export class Receiver {
 
   path(name) {
     return join(this.tree, name);
+  }
+
+  /** Puts a backup into the backup directory: some bytes, as many as the restore list asks for. */
+  addBackup(name, content = "x".repeat(20000)) {
+    mkdirSync(this.path("media/hdd/qor-stowline"), { recursive: true });
+    writeFileSync(join(this.path("media/hdd/qor-stowline"), name), content);
+  }
+
+  /** Puts the receiver back to factory state. */
+  flash() {
+    execFileSync(stowline, ["receiver", "flash", this.tree]);
+  }
+
+  /** Makes a tool take half a second longer. */
+  slowDown(tool) {
+    renameSync(this.path(tool), this.path(tool + ".real"));
+    writeFileSync(this.path(tool), `#!/bin/sh\nsleep 0.5\nexec /${tool}.real "$@"\n`, { mode: 0o755 });
   }
 
   /** Opens the menu on a port, and resolves to what stands for the command. */

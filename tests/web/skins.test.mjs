@@ -5,7 +5,7 @@ import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { Receiver, browserFor, openPage, pictures, samples, waitForText } from "./receiver.mjs";
+import { Receiver, browserFor, openPage, pictures, samples, translationsInto } from "./receiver.mjs";
 
 const skins = [
   { name: "sd", width: 720, height: 576 },
@@ -52,43 +52,81 @@ function cutTexts(page) {
   return page.evaluate(async () => {
     await document.fonts.ready;
     return [...document.querySelectorAll("#television text")].filter((text) => {
-      const { x, width } = text.getBBox();
+      const { x, y, width, height } = text.getBBox();
       const pane = text.parentElement;
-      return x < -0.5 || x + width > pane.width.baseVal.value + 0.5;
+      return x < -0.5 || x + width > pane.width.baseVal.value + 0.5
+          || y < -1 || y + height > pane.height.baseVal.value + 1;
     }).map((text) => text.textContent);
   });
 }
 
-for (const skin of skins) {
-  test(`the ${skin.name} skin's screens stand where it puts them, and no text is cut off`, async (t) => {
-    const receiver = new Receiver(t);
-    const browser = await browserFor(t);
-    const file = join(samples, `skin_${skin.name}.xml`);
-    const viewport = { width: skin.width + 400, height: skin.height + 300 };
-    for (const flavour of ["backup", "restore"]) {
-      const desk = await receiver.open("--skin", file, "--menu", flavour);
-      const page = await openPage(browser, desk, viewport);
-      const { width, height } = await page.$eval("#television > svg", (svg) => ({ width: svg.viewBox.baseVal.width, height: svg.viewBox.baseVal.height }));
-      assert.deepEqual([width, height], [skin.width, skin.height]);
-      assert.deepEqual(await drawnPlaces(page, skin), await placesOf(page, skin, "Stowline"));
-      assert.deepEqual(await cutTexts(page), []);
-      await page.screenshot({ path: join(pictures, `${skin.name}-${flavour}.png`) });
-      if (flavour === "restore") {
-        await page.locator("text=Restore channel settings").click();
-        await page.locator('[aria-selected="true"]', { hasText: "Restore channel settings" }).waitFor();
-        await page.keyboard.press("Enter");
-        await page.locator('[data-screen="StowlineRestore"]').waitFor();
-        assert.deepEqual(await drawnPlaces(page, skin), await placesOf(page, skin, "StowlineRestore"));
-        assert.deepEqual(await cutTexts(page), []);
-        await page.screenshot({ path: join(pictures, `${skin.name}-list.png`) });
-      } else {
-        await page.keyboard.press("Enter");
-        await waitForText(page, "/media/usb");
-        assert.deepEqual(await cutTexts(page), []);
-        await page.screenshot({ path: join(pictures, `${skin.name}-choice.png`) });
-      }
-      desk.kill();
-      await desk.ended;
-    }
+/** Returns the words of what a screen reader says of the picture that are not to be seen in it. */
+function missingWords(page) {
+  return page.evaluate(() => {
+    const words = (text) => text.split(/[\s.]+/).filter((word) => word !== "");
+    const texts = [...document.querySelectorAll("#television text")].map((text) => text.textContent);
+    const shown = new Set(words(texts.join(" ")));
+    return words(document.getElementById("announcement").textContent).filter((word) => !shown.has(word));
   });
+}
+
+/** What is pressed in a flavour of the menu to come to each of its screens, and the screen that it comes to. */
+const walks = {
+  backup: [
+    ["menu", [], "Stowline"],
+    ["choice", ["row:0", "ok"], "ChoiceBox"],
+    ["message", ["exit", "row:2", "ok"], "MessageBox"],
+  ],
+  restore: [
+    ["restore-menu", [], "Stowline"],
+    ["list", ["row:2", "ok"], "StowlineRestore"],
+    ["question", ["yellow"], "MessageBox"],
+    ["configurations", ["exit", "exit", "row:3", "ok"], "StowlineRestore"],
+    ["confirmation", ["ok"], "StowlineHelpScreen"],
+  ],
+};
+
+/** Presses words one after another, each when the picture that follows the one before is there. */
+async function walk(page, words, screen) {
+  for (const word of words) {
+    await page.evaluate((word) => new Promise((resolve) => {
+      const television = document.getElementById("television");
+      const watch = new MutationObserver(() => {
+        watch.disconnect();
+        resolve();
+      });
+      watch.observe(television, { childList: true });
+      fetch("/press" + location.search, { method: "POST", body: word });
+    }), word);
+  }
+  await page.locator(`[data-screen="${screen}"]`).waitFor();
+}
+
+for (const skin of skins) {
+  for (const language of ["en", "de"]) {
+    test(`the ${skin.name} skin shows everything where it belongs, and cuts no text off (${language})`, async (t) => {
+      const receiver = new Receiver(t);
+      receiver.addBackup("settings_20260314_10-30_solo2.tar.gz");
+      receiver.addBackup("configuration_ver_c_20260314_10-30_solo2.tar.gz");
+      const browser = await browserFor(t);
+      const viewport = { width: skin.width + 400, height: skin.height + 300 };
+      const file = join(samples, `skin_${skin.name}.xml`);
+      for (const [flavour, steps] of Object.entries(walks)) {
+        const desk = await receiver.open("--skin", file, "--menu", flavour,
+                                         ...translationsInto(language, receiver.directory));
+        const page = await openPage(browser, desk, viewport);
+        for (const [name, words, screen] of steps) {
+          await walk(page, words, screen);
+          assert.deepEqual(await cutTexts(page), [], name);
+          assert.deepEqual(await missingWords(page), [], name);
+          if (screen === "Stowline" || screen === "StowlineRestore") {
+            assert.deepEqual(await drawnPlaces(page, skin), await placesOf(page, skin, screen));
+          }
+          await page.screenshot({ path: join(pictures, `${skin.name}-${language}-${name}.png`) });
+        }
+        desk.kill();
+        await desk.ended;
+      }
+    });
+  }
 }

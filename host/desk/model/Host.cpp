@@ -41,6 +41,11 @@ std::vector<std::string> System::popen(const std::string& command) {
 Host::Host(Jobs& jobs, Observer& observer)
     : native::Host(os_), jobs_(jobs), observer_(observer), os_(observer), channels_(os_) {}
 
+std::string Host::translate(std::string_view text) {
+  const auto found = translations_.find(text);
+  return found == translations_.end() ? std::string(text) : found->second;
+}
+
 void Host::print(const std::string& line) {
   native::Host::print(line);
   observer_.onLogLine(line);

@@ -2,11 +2,14 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Channels.h"
 #include "Jobs.h"
 #include "Observer.h"
+#include "Translations.h"
 #include "native/Host.h"
 #include "native/NativeSystem.h"
 
@@ -30,6 +33,10 @@ class Host : public native::Host, private host::Components {
 
   host::Components& components() override { return *this; }
   host::ChannelDatabase& channels() override { return channels_; }
+  /// From now on texts are translated.
+  void setTranslations(Translations translations) { translations_ = std::move(translations); }
+
+  std::string translate(std::string_view text) override;
   void print(const std::string& line) override;
   void clearPluginList() override;
   void readPluginList(const std::string& directory) override;
@@ -50,6 +57,7 @@ class Host : public native::Host, private host::Components {
   System os_;
   Channels channels_;
   std::vector<std::string> plugins_;
+  Translations translations_;
 };
 
 }  // namespace desk

@@ -35,6 +35,7 @@ Receiver::Receiver(Observer& observer)
     : observer_(observer), host_(jobs_, observer), session_(jobs_, observer) {}
 
 void Receiver::open(const Application& application) {
+  host_.setTranslations(application.translations);
   guarded([&] {
     application.load(host_);
     session_.open(application.main_menu(host_));

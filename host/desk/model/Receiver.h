@@ -13,10 +13,12 @@
 
 namespace desk {
 
-/// The module that the stand-in receiver runs: what loads it, and its main menu.
+/// The module that the stand-in receiver runs: what loads it, its main menu, and the translations
+/// of its texts.
 struct Application {
   std::function<void(host::Host&)> load;
   std::function<host::ScreenClass(host::Host&)> main_menu;
+  Translations translations = {};
 };
 
 /// The stand-in receiver without a display: takes keys, gives frames. What a key handler or a
