@@ -125,14 +125,15 @@ void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
 
 void playInBrowser(const Options& options, const std::filesystem::path& tree) {
   namespace web = desk::web;
-  web::Pictures pictures(tree);
+  const std::string token = web::randomToken();
+  web::Pictures pictures(tree, token);
   desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
                                  [&](const std::string& path) { return pictures.name(path); });
   web::Board board;
   web::WebPlayer player(board, drawing);
   desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
   const web::Server server(
-      board, options.port,
+      board, options.port, token,
       [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
       [&](const std::string& path) { return pictures.find(path); });
   std::cout << server.address() << std::endl;

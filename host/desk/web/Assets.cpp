@@ -30,7 +30,7 @@ std::optional<std::string> Pictures::name(const std::string& path) {
   const std::lock_guard lock(mutex_);
   if (!path.starts_with('/') || !drawing::readPicture(receiver_, path)) return std::nullopt;
   named_.insert(path);
-  return "/picture" + percentEncoded(path);
+  return "/picture" + percentEncoded(path) + "?token=" + token_;
 }
 
 std::optional<Asset> Pictures::find(const std::string& path) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "Server.h"
 #include "native/Root.h"
@@ -15,10 +16,12 @@ namespace desk::web {
 /// any thread.
 class Pictures {
  public:
-  /// Raises host::Error ("OSError") where there is no receiver.
-  explicit Pictures(const std::filesystem::path& receiver) : receiver_(receiver) {}
+  /// `token`: the server's. Raises host::Error ("OSError") where there is no receiver.
+  Pictures(const std::filesystem::path& receiver, std::string token)
+      : receiver_(receiver), token_(std::move(token)) {}
 
-  /// Returns the server's path of a picture that a drawing names; nothing where there is none.
+  /// Returns the server's path, with the token, of a picture that a drawing names; nothing where
+  /// there is none.
   std::optional<std::string> name(const std::string& path);
 
   /// Returns a picture that has been named.
@@ -26,6 +29,7 @@ class Pictures {
 
  private:
   native::Root receiver_;
+  std::string token_;
   std::mutex mutex_;
   std::set<std::string> named_;
 };

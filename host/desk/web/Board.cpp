@@ -30,8 +30,14 @@ void Board::showPicture(const nlohmann::ordered_json& picture) {
   std::string text = picture.dump();
   const std::lock_guard lock(mutex_);
   picture_ = std::move(text);
+  svg_ = picture.at("svg");
   ++pictures_;
   changed_.notify_all();
+}
+
+std::string Board::svg() {
+  const std::lock_guard lock(mutex_);
+  return svg_;
 }
 
 void Board::addLine(const nlohmann::ordered_json& line) {

@@ -27,8 +27,11 @@ class Board {
   /// Raises host::Error ("OSError").
   Board();
 
-  /// Puts a picture up in the place of the one before.
+  /// Puts a picture up in the place of the one before: an object whose "svg" is the picture itself.
   void showPicture(const nlohmann::ordered_json& picture);
+
+  /// Returns the picture itself; "" before the first.
+  std::string svg();
 
   /// Adds a line to the log; the oldest goes when there are too many.
   void addLine(const nlohmann::ordered_json& line);
@@ -57,6 +60,7 @@ class Board {
   std::condition_variable changed_;
   std::uint64_t pictures_ = 0;  ///< so many have been shown
   std::string picture_;
+  std::string svg_;
   std::uint64_t lines_ = 0;  ///< so many have been added
   std::deque<std::string> last_lines_;
   std::deque<std::string> words_;

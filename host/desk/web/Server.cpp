@@ -36,7 +36,25 @@ constexpr const char* kKeys[] = {"up",    "down",   "left", "right", "ok", "exit
                                  "green", "yellow", "blue", "0",     "1",  "2",    "3",
                                  "4",     "5",      "6",    "7",     "8",  "9"};
 
-/// Returns 128 random bits in hexadecimal digits.
+/// Whether a viewer may press this: a key, or "row:INDEX".
+bool isPressed(const std::string& word) {
+  if (std::ranges::find(kKeys, word) != std::end(kKeys)) return true;
+  constexpr std::string_view kRow = "row:";
+  const std::string_view index = std::string_view(word).substr(std::min(kRow.size(), word.size()));
+  return word.starts_with(kRow) && !index.empty() && index.size() <= 9 &&
+         std::ranges::all_of(index, [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
+/// Puts a text in the place of a mark wherever that stands.
+void replaceAll(std::string& text, std::string_view mark, const std::string& by) {
+  for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
+    text.replace(at, mark.size(), by);
+    at += by.size();
+  }
+}
+
+}  // namespace
+
 std::string randomToken() {
   std::array<unsigned char, 16> bytes{};
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
@@ -49,19 +67,9 @@ std::string randomToken() {
   return token;
 }
 
-/// Whether a viewer may press this: a key, or "row:INDEX".
-bool isPressed(const std::string& word) {
-  if (std::ranges::find(kKeys, word) != std::end(kKeys)) return true;
-  constexpr std::string_view kRow = "row:";
-  const std::string_view index = std::string_view(word).substr(std::min(kRow.size(), word.size()));
-  return word.starts_with(kRow) && !index.empty() && index.size() <= 9 &&
-         std::ranges::all_of(index, [](char digit) { return digit >= '0' && digit <= '9'; });
-}
-
-}  // namespace
-
-Server::Server(Board& board, int port, FindAsset find_font, FindAsset find_picture)
-    : board_(board), token_(randomToken()), http_(std::make_unique<httplib::Server>()) {
+Server::Server(Board& board, int port, std::string token, const FindAsset& find_font,
+               const FindAsset& find_picture)
+    : board_(board), token_(std::move(token)), http_(std::make_unique<httplib::Server>()) {
   http_->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
   http_->set_payload_max_length(kLongestBody);
   http_->set_read_timeout(kReadTimeout);
@@ -116,11 +124,8 @@ void Server::addPage() {
   for (const PageFile& file : kPage) {
     http_->Get(file.path, [this, file](const httplib::Request&, httplib::Response& response) {
       std::string content = file.content;
-      constexpr std::string_view kMark = "@TOKEN@";
-      for (std::size_t at = content.find(kMark); at != std::string::npos;
-           at = content.find(kMark, at)) {
-        content.replace(at, kMark.size(), token_);
-      }
+      replaceAll(content, "@TOKEN@", token_);
+      replaceAll(content, "@PICTURE@", board_.svg());
       response.set_content(content, file.type);
     });
   }

@@ -22,6 +22,9 @@ struct Asset {
   std::string type;  ///< of the Internet (RFC 6838)
 };
 
+/// Returns 128 random bits in hexadecimal digits. Raises host::Error ("OSError").
+std::string randomToken();
+
 /// Serves the page to viewers on this machine, who know the address that only its user has been
 /// told: every request has to carry the token, to name this server as its host, and to come from
 /// this server's own page.
@@ -32,9 +35,10 @@ class Server {
 
   /// Listens on `port` of the loopback interface, on any free one for 0. `board` outlives the
   /// server. Raises std::runtime_error when it cannot.
-  Server(Board& board, int port, FindAsset find_font, FindAsset find_picture);
+  Server(Board& board, int port, std::string token, const FindAsset& find_font,
+         const FindAsset& find_picture);
 
-  /// Waits for no viewer.
+  /// Lets every viewer go; that takes as long as a request may take to come, at most.
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;

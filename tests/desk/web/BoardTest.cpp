@@ -29,10 +29,12 @@ struct BoardTest : testing::Test {
 TEST_F(BoardTest, ViewerSeesTheLastPictureOnce) {
   Board::Seen seen;
   EXPECT_EQ(events(seen), kNothing);
-  board.showPicture("first");
-  board.showPicture("second");
-  EXPECT_EQ(events(seen), "event: picture\ndata: \"second\"\n\n");
+  EXPECT_EQ(board.svg(), "");
+  board.showPicture({{"svg", "first"}});
+  board.showPicture({{"svg", "second"}});
+  EXPECT_EQ(events(seen), "event: picture\ndata: {\"svg\":\"second\"}\n\n");
   EXPECT_EQ(events(seen), kNothing);
+  EXPECT_EQ(board.svg(), "second");
 }
 
 TEST_F(BoardTest, ViewerSeesEveryLineAndANewOneThoseThatAreKept) {
@@ -64,8 +66,9 @@ TEST_F(BoardTest, EndComesAfterWhatHasNotBeenSeen) {
 
 TEST_F(BoardTest, WaitingViewerHearsAtOnce) {
   Board::Seen seen;
-  std::thread thread([this] { board.showPicture("picture"); });
-  EXPECT_EQ(board.nextEvents(seen, std::chrono::hours(1)), "event: picture\ndata: \"picture\"\n\n");
+  std::thread thread([this] { board.showPicture({{"svg", "picture"}}); });
+  EXPECT_EQ(board.nextEvents(seen, std::chrono::hours(1)),
+            "event: picture\ndata: {\"svg\":\"picture\"}\n\n");
   thread.join();
 }
 

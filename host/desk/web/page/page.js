@@ -42,7 +42,6 @@ function loadFont(family) {
 function showPicture(picture) {
   const drawn = new DOMParser().parseFromString(picture.svg, "image/svg+xml").documentElement;
   for (const text of drawn.querySelectorAll("text")) loadFont(text.getAttribute("font-family"));
-  for (const image of drawn.querySelectorAll("image")) image.setAttribute("href", address(image.getAttribute("href")));
   television.replaceChildren(document.importNode(drawn, true));
   const selected = television.querySelector('[aria-selected="true"]');
   if (selected) {
