@@ -69,6 +69,7 @@ Json menuFrame(const std::string& key, const std::string& flavour, int selected,
                            ? pictures({"backuplocation", "services", "restoresettings", "filesys"})
                            : pictures({"backuplocation", "services", "restoresettings", "filesys",
                                        "targz", "exemanager"});
+  result["list"] = "menu";
   result["selected"] = selected;
   return result;
 }
@@ -80,6 +81,7 @@ Json listFrame(const std::string& key, const std::vector<std::string>& rows, int
                        {"key_red", "Close"},
                        {"key_yellow", "Delete"},
                        {"title", "QOR Stowline"}};
+  result["list"] = "filelist";
   result["rows"] = rowsOf(rows);
   result["selected"] = selected;
   return result;

@@ -52,9 +52,11 @@ class Skin:
         super().setUp()
         skin = xml.etree.ElementTree.fromstring(content("packaging", "skin", self.file))
         self.assertEqual(skin.tag, "skin")
-        self.assertEqual([(screen.tag, screen.get("name")) for screen in skin],
-                         [("screen", "Stowline"), ("screen", "StowlineRestore")])
-        self.screens = list(skin)
+        self.assertEqual([(element.tag, element.get("name")) for element in skin],
+                         [("output", None), ("screen", "Stowline"), ("screen", "StowlineRestore")])
+        resolution = skin.find("output/resolution")
+        self.assertEqual((int(resolution.get("xres")), int(resolution.get("yres"))), self.resolution)
+        self.screens = skin.findall("screen")
         self.menu = skin.find("screen/widget[@source='menu']")
 
     def languages(self):

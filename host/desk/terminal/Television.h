@@ -3,10 +3,10 @@
 #include <optional>
 #include <string>
 
-#include "play/Countdown.h"
 #include "Log.h"
 #include "Picture.h"
 #include "Views.h"
+#include "play/Countdown.h"
 
 namespace desk::terminal {
 
