@@ -45,9 +45,9 @@ double aligned(double space, double used, Align align) {
 Drawing::Drawing(SkinFile file, FindPicture find_picture)
     : skin_(std::move(file.skin)),
       base_(baseSkin(skin_.settings.width, skin_.settings.height)),
-      fonts_(skin_.settings, file.directory),
-      find_picture_(std::move(find_picture)),
-      notices_(std::move(file.notices)) {}
+      notices_(std::move(file.notices)),
+      fonts_(skin_.settings, file.directory, notices_),
+      find_picture_(std::move(find_picture)) {}
 
 std::string Drawing::draw(const nlohmann::ordered_json& frame, std::optional<int> seconds_left) {
   const Shown shown = shownBy(frame, seconds_left);

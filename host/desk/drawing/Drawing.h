@@ -22,11 +22,11 @@ using FindPicture = std::function<std::optional<std::string>(const std::string& 
 /// skin asks for and cannot be drawn is noticed.
 class Drawing {
  public:
+  /// Raises std::runtime_error where the usual font is not installed.
   Drawing(SkinFile file, FindPicture find_picture);
 
   /// Returns the picture of a frame as an SVG document; `seconds_left` of its time-out, nothing for
-  /// none. Raises SkinError for a screen whose own layout is faulty, and std::runtime_error for a
-  /// file that is no font.
+  /// none. Raises SkinError for a screen whose own layout is faulty.
   std::string draw(const nlohmann::ordered_json& frame, std::optional<int> seconds_left);
 
   /// Returns the file of a font of the skin by the skin's name for it, that of the usual font for
@@ -50,9 +50,9 @@ class Drawing {
 
   Skin skin_;
   Skin base_;
+  Notices notices_;
   Fonts fonts_;
   FindPicture find_picture_;
-  Notices notices_;
 };
 
 }  // namespace desk::drawing

@@ -38,9 +38,14 @@ struct Fonts::Library {
 /// A font's file, and the widths of its characters as far as they have been asked for. Lengths are
 /// those of a font whose size is 1.
 struct Fonts::Face {
-  Face(FT_Library library, const std::filesystem::path& file) {
-    if (FT_New_Face(library, file.c_str(), 0, &handle) != 0 || handle->units_per_EM == 0) {
+  /// Raises std::runtime_error for a file that is no font whose size can be chosen.
+  Face(FT_Library library, std::filesystem::path font_file) : file(std::move(font_file)) {
+    if (FT_New_Face(library, file.c_str(), 0, &handle) != 0) {
       throw std::runtime_error("cannot use the font '" + file.string() + "'");
+    }
+    if (handle->units_per_EM == 0) {
+      FT_Done_Face(handle);
+      throw std::runtime_error("the font '" + file.string() + "' has one size alone");
     }
   }
   ~Face() { FT_Done_Face(handle); }
@@ -60,29 +65,32 @@ struct Fonts::Face {
 
   double unit() const { return 1.0 / handle->units_per_EM; }
 
+  std::filesystem::path file;
   FT_Face handle = nullptr;
   std::map<char32_t, double> widths;
 };
 
-Fonts::Fonts(const SkinSettings& settings, const std::filesystem::path& directory)
-    : library_(std::make_unique<Library>()) {
+Fonts::Fonts(const SkinSettings& settings, const std::filesystem::path& directory, Notices& notices)
+    : library_(std::make_unique<Library>()),
+      usual_(std::make_unique<Face>(library_->handle, STOWLINE_FONT)) {
   for (const auto& [name, file] : settings.fonts) {
-    if (std::filesystem::exists(directory / file)) files_[name] = directory / file;
+    try {
+      own_.emplace(name, std::make_unique<Face>(library_->handle, directory / file));
+    } catch (const std::runtime_error& error) {
+      notices.add(error.what());
+    }
   }
 }
 
 Fonts::~Fonts() = default;
 
 std::filesystem::path Fonts::fileOf(const std::string& name) const {
-  const auto own = files_.find(name);
-  return own == files_.end() ? STOWLINE_FONT : own->second;
+  return faceOf(name).file;
 }
 
-Fonts::Face& Fonts::faceOf(const std::string& name) {
-  const std::filesystem::path file = fileOf(name);
-  std::unique_ptr<Face>& face = faces_[file];
-  if (!face) face = std::make_unique<Face>(library_->handle, file);
-  return *face;
+Fonts::Face& Fonts::faceOf(const std::string& name) const {
+  const auto own = own_.find(name);
+  return own == own_.end() ? *usual_ : *own->second;
 }
 
 double Fonts::widthOf(std::string_view text, const SkinFont& font) {

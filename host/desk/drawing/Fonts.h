@@ -14,9 +14,9 @@ namespace desk::drawing {
 /// The fonts of a skin, to measure text with. Text is valid UTF-8.
 class Fonts {
  public:
-  /// `directory`: where the files of the skin's fonts are. A font whose file is not there is taken
-  /// to be the usual one. Raises std::runtime_error when a file is no font.
-  Fonts(const SkinSettings& settings, const std::filesystem::path& directory);
+  /// `directory`: where the files of the skin's fonts are. The usual font stands for one whose file
+  /// is not there or is no font, and that is noticed.
+  Fonts(const SkinSettings& settings, const std::filesystem::path& directory, Notices& notices);
   ~Fonts();
   Fonts(const Fonts&) = delete;
   Fonts& operator=(const Fonts&) = delete;
@@ -32,19 +32,19 @@ class Fonts {
   /// breaks at blanks, which go, or within a word that is too long for a line.
   std::vector<std::string> linesOf(std::string_view text, const TextLayout& layout, double width);
 
-  /// Returns the file of a font, that of the usual one for a font whose file is not there.
+  /// Returns the file of a font, that of the usual one for any other name.
   std::filesystem::path fileOf(const std::string& name) const;
 
  private:
   struct Face;
   struct Library;
 
-  Face& faceOf(const std::string& name);
+  Face& faceOf(const std::string& name) const;
   std::vector<std::string> wrapped(std::string_view line, const SkinFont& font, double width);
 
   std::unique_ptr<Library> library_;
-  std::map<std::string, std::filesystem::path, std::less<>> files_;
-  std::map<std::filesystem::path, std::unique_ptr<Face>> faces_;
+  std::unique_ptr<Face> usual_;
+  std::map<std::string, std::unique_ptr<Face>, std::less<>> own_;  ///< the skin's, by name
 };
 
 }  // namespace desk::drawing

@@ -44,30 +44,27 @@ constexpr std::pair<const char*, SkinElement::ScrollBar> kScrollBars[] = {
     {"showNever", SkinElement::ScrollBar::never},
 };
 
+constexpr const char* kLeftOut = "; it is left out";
+
 /// Reads the layouts of screens out of one text.
 class Reader {
  public:
   Reader(std::string_view xml, SkinSettings settings, Notices& notices)
       : xml_(xml), settings_(std::move(settings)), notices_(notices) {
     const pugi::xml_parse_result parsed = document_.load_buffer(xml.data(), xml.size());
-    if (!parsed) refuseAt(xml, parsed.offset, parsed.description());
+    if (!parsed) throw SkinError(placed(xml, parsed.offset, parsed.description()));
   }
 
-  SkinScreen readScreen() {
-    const pugi::xml_node node = document_.child("screen");
-    if (!node) throw SkinError("there is no element \"screen\"");
-    return screenOf(node);
-  }
+  SkinScreen readScreen() { return screenOf(root("screen")); }
 
   Skin readSkin() {
-    const pugi::xml_node skin = document_.child("skin");
-    if (!skin) throw SkinError("there is no element \"skin\"");
+    const pugi::xml_node skin = root("skin");
     readSettings(skin);
     Skin result;
     for (const pugi::xml_node& node : skin.children()) {
       const std::string_view name = node.name();
       if (name == "screen") {
-        result.screens.insert_or_assign(node.attribute("name").value(), screenOf(node));
+        addScreen(result, node);
       } else if (node.type() == pugi::node_element && name != "output" && name != "colors" &&
                  name != "fonts") {
         noticeElement(node);
@@ -78,33 +75,46 @@ class Reader {
   }
 
  private:
+  /// Returns the element that the text is.
+  pugi::xml_node root(const char* name) const {
+    const pugi::xml_node node = document_.document_element();
+    if (std::string_view(node.name()) == name) return node;
+    throw SkinError(placed(xml_, node.offset_debug(),
+                           std::string("the element \"") + node.name() + "\" is no " + name));
+  }
+
   void readSettings(const pugi::xml_node& skin) {
     if (const pugi::xml_node node = skin.child("output").child("resolution")) {
-      const Values values(xml_, node, settings_);
-      settings_.width = sizeOf(values, "xres", settings_.width);
-      settings_.height = sizeOf(values, "yres", settings_.height);
+      const Values values = valuesOf(node);
+      settings_.width = values.positive("xres").value_or(settings_.width);
+      settings_.height = values.positive("yres").value_or(settings_.height);
     }
     for (const pugi::xml_node& node : skin.child("colors").children("color")) {
-      const Values values(xml_, node, settings_);
-      const auto colour = values.colour("value");
-      if (!colour) values.refuse("value");
-      settings_.colours.insert_or_assign(values.text("name"), *colour);
+      const Values values = valuesOf(node);
+      if (const auto colour = values.colour("value")) {
+        settings_.colours.insert_or_assign(values.text("name"), *colour);
+      }
     }
     for (const pugi::xml_node& node : skin.child("fonts").children("font")) {
-      const Values values(xml_, node, settings_);
+      const Values values = valuesOf(node);
       settings_.fonts.insert_or_assign(values.text("name"), values.text("filename"));
     }
   }
 
-  static int sizeOf(const Values& values, const char* name, int usual) {
-    const int size = values.number(name, usual);
-    if (size <= 0) values.refuse(name);
-    return size;
+  Values valuesOf(const pugi::xml_node& node) { return {xml_, node, settings_, notices_}; }
+
+  /// Adds a screen; it is left out, and that is noticed, where its place is not to be understood.
+  void addScreen(Skin& skin, const pugi::xml_node& node) {
+    try {
+      skin.screens.insert_or_assign(node.attribute("name").value(), screenOf(node));
+    } catch (const SkinError& error) {
+      notices_.add(std::string(error.what()) + kLeftOut);
+    }
   }
 
   SkinScreen screenOf(const pugi::xml_node& node) {
     noticeAttributes(node);
-    const Values values(xml_, node, settings_);
+    const Values values = valuesOf(node);
     SkinScreen screen{.area = values.area(settings_.width, settings_.height),
                       .title = values.text("title"),
                       .has_border = values.text("flags").find("wfNoBorder") == std::string::npos,
@@ -113,8 +123,7 @@ class Reader {
     for (const pugi::xml_node& child : node.children()) {
       if (child.type() != pugi::node_element) continue;
       if (auto element = elementOf(child, screen.area)) {
-        const int z = Values(xml_, child, settings_).number("zPosition", 0);
-        elements.emplace_back(z, std::move(*element));
+        elements.emplace_back(valuesOf(child).number("zPosition").value_or(0), std::move(*element));
       }
     }
     std::ranges::stable_sort(elements, {}, [](const auto& element) { return element.first; });
@@ -122,6 +131,7 @@ class Reader {
     return screen;
   }
 
+  /// Reads an element; nothing, and that is noticed, where it or its place is not to be understood.
   std::optional<SkinElement> elementOf(const pugi::xml_node& node, const SkinArea& screen) {
     const auto* kind = std::ranges::find(kKinds, std::string_view(node.name()),
                                          [](const auto& known) { return known.first; });
@@ -130,11 +140,20 @@ class Reader {
       return std::nullopt;
     }
     noticeAttributes(node);
-    const Values values(xml_, node, settings_);
-    return SkinElement{
-        .kind = kind->second,
-        .name = values.text(nameOf(node, kind->second)),
-        .area = values.area(screen.width, screen.height),
+    try {
+      return elementIn(valuesOf(node).area(screen.width, screen.height), kind->second, node);
+    } catch (const SkinError& error) {
+      notices_.add(std::string(error.what()) + kLeftOut);
+      return std::nullopt;
+    }
+  }
+
+  SkinElement elementIn(const SkinArea& area, SkinElement::Kind kind, const pugi::xml_node& node) {
+    const Values values = valuesOf(node);
+    return {
+        .kind = kind,
+        .name = values.text(nameOf(node, kind)),
+        .area = area,
         .layout = values.layout(),
         .is_transparent = values.flag("transparent"),
         .foreground = values.colour("foregroundColor"),
@@ -142,7 +161,7 @@ class Reader {
         .foreground_selected = values.colour("foregroundColorSelected"),
         .background_selected = values.colour("backgroundColorSelected"),
         .scroll_bar = scrollBarOf(values),
-        .row_height = rowHeightOf(node, values),
+        .row_height = values.positive("itemHeight"),
         .rows = rowsOf(node),
     };
   }
@@ -159,12 +178,8 @@ class Reader {
     for (const auto& [name, scroll_bar] : kScrollBars) {
       if (mode == name) return scroll_bar;
     }
-    values.refuse("scrollbarMode");
-  }
-
-  static std::optional<int> rowHeightOf(const pugi::xml_node& node, const Values& values) {
-    if (!node.attribute("itemHeight")) return std::nullopt;
-    return sizeOf(values, "itemHeight", 0);
+    values.notice("scrollbarMode");
+    return SkinElement::ScrollBar::on_demand;
   }
 
   std::optional<ListTemplate> rowsOf(const pugi::xml_node& widget) {
@@ -175,17 +190,18 @@ class Reader {
         continue;
       }
       noticeAttributes(node);
-      return templateOf(node.first_child());
+      return templateOf(node.text().data());
     }
     return std::nullopt;
   }
 
-  ListTemplate templateOf(const pugi::xml_node& text) {
+  std::optional<ListTemplate> templateOf(const pugi::xml_node& text) {
     try {
       return parseTemplate(text.value(), notices_);
     } catch (const ExpressionError& error) {
-      refuseAt(xml_, text.offset_debug() + static_cast<std::ptrdiff_t>(error.offset),
-               std::string("the list's template is not understood: ") + error.what());
+      notices_.add(placed(xml_, text.offset_debug() + static_cast<std::ptrdiff_t>(error.offset),
+                          std::string("the list's template is not understood: ") + error.what()));
+      return std::nullopt;
     }
   }
 

@@ -75,13 +75,13 @@ struct Skin {
 };
 
 /// Reads a skin: `xml` is a "skin" element with its resolution, its colours, its fonts and its
-/// screens. Elements and attributes that this system does not know are left out, and noticed.
-/// Raises SkinError when it is no such element, or a position, size, font or colour is not to be
-/// understood.
+/// screens. Screens, elements, attributes and templates that are not to be understood are left out,
+/// and noticed. Raises SkinError, with the place, when the text is not well-formed XML, and when it
+/// is no such element.
 Skin parseSkin(std::string_view xml, Notices& notices);
 
 /// Reads the layout of one screen of a skin with these settings: `xml` is a "screen" element.
-/// Raises as parseSkin() does.
+/// Raises as parseSkin() does, and where the screen's own place is not to be understood.
 SkinScreen parseScreen(std::string_view xml, const SkinSettings& settings, Notices& notices);
 
 }  // namespace desk

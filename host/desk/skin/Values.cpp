@@ -18,21 +18,21 @@ std::optional<int> numberIn(std::string_view text) {
 
 }  // namespace
 
-void refuseAt(std::string_view xml, std::ptrdiff_t offset, const std::string& what) {
+std::string placed(std::string_view xml, std::ptrdiff_t offset, const std::string& what) {
   const auto length = std::clamp<std::ptrdiff_t>(offset, 0, std::ssize(xml));
   const std::string_view before = xml.substr(0, static_cast<std::size_t>(length));
   const auto line = std::ranges::count(before, '\n') + 1;
   const auto column = before.size() - (before.rfind('\n') + 1) + 1;
-  throw SkinError("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
-                  what);
+  return "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + what;
 }
 
-void Values::refuse(const char* name) const {
+/// Returns what there is to say against an attribute.
+std::string Values::complaint(const char* name) const {
   const pugi::xml_attribute attribute = node_.attribute(name);
   const std::string element = std::string("the element \"") + node_.name() + "\"";
-  refuseAt(xml_, node_.offset_debug(),
-           attribute ? element + " has no usable " + name + ": \"" + attribute.value() + "\""
-                     : element + " has no " + name);
+  return placed(xml_, node_.offset_debug(),
+                attribute ? element + " has no usable " + name + ": \"" + attribute.value() + "\""
+                          : element + " has no " + name);
 }
 
 /// Returns the two parts of an attribute such as "10,20".
@@ -45,7 +45,7 @@ std::pair<std::string_view, std::string_view> Values::pair(const char* name) con
 
 /// Returns where an element of `size` begins that is to be at `text`: pixels, or "center" of
 /// `space`.
-int Values::placed(std::string_view text, int size, int space) const {
+int Values::beginning(std::string_view text, int size, int space) const {
   if (text == "center") return (space - size) / 2;
   const std::optional<int> pixels = numberIn(text);
   if (!pixels) refuse("position");
@@ -58,22 +58,29 @@ SkinArea Values::area(int width, int height) const {
   const std::optional<int> own_height = numberIn(size.second);
   if (!own_width || !own_height || *own_width < 0 || *own_height < 0) refuse("size");
   const auto position = pair("position");
-  return {.x = placed(position.first, *own_width, width),
-          .y = placed(position.second, *own_height, height),
+  return {.x = beginning(position.first, *own_width, width),
+          .y = beginning(position.second, *own_height, height),
           .width = *own_width,
           .height = *own_height};
 }
 
-int Values::number(const char* name, int usual) const {
+std::optional<int> Values::number(const char* name) const {
   const pugi::xml_attribute attribute = node_.attribute(name);
-  if (!attribute) return usual;
+  if (!attribute) return std::nullopt;
   const std::optional<int> number = numberIn(attribute.value());
-  if (!number) refuse(name);
-  return *number;
+  if (!number) notice(name);
+  return number;
+}
+
+std::optional<int> Values::positive(const char* name) const {
+  const std::optional<int> found = number(name);
+  if (!found || *found > 0) return found;
+  notice(name);
+  return std::nullopt;
 }
 
 bool Values::flag(const char* name) const {
-  return number(name, 0) == 1;
+  return number(name) == 1;
 }
 
 std::optional<Colour> Values::colour(const char* name) const {
@@ -81,8 +88,9 @@ std::optional<Colour> Values::colour(const char* name) const {
   if (!attribute) return std::nullopt;
   if (const auto colour = parseColour(attribute.value())) return colour;
   const auto named = settings_.colours.find(std::string_view(attribute.value()));
-  if (named == settings_.colours.end()) refuse(name);
-  return named->second;
+  if (named != settings_.colours.end()) return named->second;
+  notice(name);
+  return std::nullopt;
 }
 
 /// Returns a font such as "Regular;20".
@@ -90,11 +98,11 @@ SkinFont Values::font() const {
   const pugi::xml_attribute attribute = node_.attribute("font");
   if (!attribute) return {};
   const std::string_view text = attribute.value();
-  const std::size_t semicolon = text.find(';');
-  if (semicolon == std::string_view::npos) refuse("font");
-  const std::optional<int> size = numberIn(text.substr(semicolon + 1));
-  if (!size || *size <= 0) refuse("font");
-  return {.name = std::string(text.substr(0, semicolon)), .size = *size};
+  const std::size_t semicolon = std::min(text.find(';'), text.size());
+  const std::optional<int> size = numberIn(text.substr(std::min(semicolon + 1, text.size())));
+  if (size && *size > 0) return {.name = std::string(text.substr(0, semicolon)), .size = *size};
+  notice("font");
+  return {};
 }
 
 Align Values::align(const char* name) const {

@@ -9,24 +9,28 @@
 
 namespace desk {
 
-/// Raises SkinError for what is wrong at `offset` of the text.
-[[noreturn]] void refuseAt(std::string_view xml, std::ptrdiff_t offset, const std::string& what);
+/// Returns what is wrong at `offset` of the text with the line and column of that, both from 1.
+std::string placed(std::string_view xml, std::ptrdiff_t offset, const std::string& what);
 
-/// Reads the attributes of one element of a skin. Every operation raises SkinError, with the place
-/// of the element, for an attribute that is not to be understood.
+/// Reads the attributes of one element of a skin. An attribute that is not to be understood counts
+/// as one that is not there, and is noticed with the place of its element.
 class Values {
  public:
   /// `xml`: the text that `node` has been read from.
-  Values(std::string_view xml, pugi::xml_node node, const SkinSettings& settings)
-      : xml_(xml), node_(node), settings_(settings) {}
+  Values(std::string_view xml, pugi::xml_node node, const SkinSettings& settings, Notices& notices)
+      : xml_(xml), node_(node), settings_(settings), notices_(notices) {}
 
   std::string text(const char* name) const { return node_.attribute(name).value(); }
 
-  /// Returns where the element lies in a space of this width and height.
+  /// Returns where the element lies in a space of this width and height. Raises SkinError, with the
+  /// place of the element, where that is not to be understood.
   SkinArea area(int width, int height) const;
 
-  /// Returns a number, `usual` where there is no such attribute.
-  int number(const char* name, int usual) const;
+  /// Returns a number; nothing where there is none.
+  std::optional<int> number(const char* name) const;
+
+  /// Returns a number above 0; nothing where there is none.
+  std::optional<int> positive(const char* name) const;
 
   /// Returns whether the attribute is there and is 1.
   bool flag(const char* name) const;
@@ -37,18 +41,21 @@ class Values {
   /// Returns how the element's text stands.
   TextLayout layout() const;
 
-  /// Raises SkinError for an attribute.
-  [[noreturn]] void refuse(const char* name) const;
+  /// Notices that an attribute is not to be understood.
+  void notice(const char* name) const { notices_.add(complaint(name)); }
 
  private:
+  std::string complaint(const char* name) const;
+  [[noreturn]] void refuse(const char* name) const { throw SkinError(complaint(name)); }
   std::pair<std::string_view, std::string_view> pair(const char* name) const;
-  int placed(std::string_view text, int size, int space) const;
+  int beginning(std::string_view text, int size, int space) const;
   SkinFont font() const;
   Align align(const char* name) const;
 
   std::string_view xml_;
   pugi::xml_node node_;
   const SkinSettings& settings_;
+  Notices& notices_;
 };
 
 }  // namespace desk

@@ -17,7 +17,8 @@ struct FontsTest : testing::Test {
     return fonts.linesOf(text, layout, fonts.widthOf("m", font) * letters + 0.5);
   }
 
-  Fonts fonts{{}, ""};
+  Notices notices;
+  Fonts fonts{{}, "", notices};
   SkinFont font{"Regular", 20};
 };
 
@@ -74,12 +75,19 @@ TEST(Fonts, FontOfTheSkinIsMeasuredByItsOwnFile) {
   directory.write("broken.ttf", "no font");
   SkinSettings settings;
   settings.fonts = {{"Own", "own.ttf"}, {"Missing", "missing.ttf"}, {"Broken", "broken.ttf"}};
-  Fonts fonts(settings, directory.path());
-  EXPECT_NE(fonts.widthOf("Stowline", {"Own", 20}), fonts.widthOf("Stowline", {"Regular", 20}));
-  EXPECT_EQ(fonts.widthOf("Stowline", {"Missing", 20}), fonts.widthOf("Stowline", {"Regular", 20}));
-  EXPECT_THROW(fonts.widthOf("Stowline", {"Broken", 20}), std::runtime_error);
+  Notices notices;
+  Fonts fonts(settings, directory.path(), notices);
+  const auto widthOf = [&](const std::string& name) {
+    return fonts.widthOf("Stowline", {name, 20});
+  };
+  EXPECT_NE(widthOf("Own"), widthOf("Regular"));
+  EXPECT_EQ(widthOf("Missing"), widthOf("Regular"));
+  EXPECT_EQ(widthOf("Broken"), widthOf("Regular"));
   EXPECT_EQ(fonts.fileOf("Own"), directory / "own.ttf");
   EXPECT_EQ(fonts.fileOf("Missing"), fonts.fileOf("Regular"));
+  EXPECT_EQ(notices.lines(), (std::vector<std::string>{
+                                 "cannot use the font '" + (directory / "broken.ttf") + "'",
+                                 "cannot use the font '" + (directory / "missing.ttf") + "'"}));
 }
 
 }  // namespace

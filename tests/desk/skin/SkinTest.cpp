@@ -183,11 +183,14 @@ TEST(Skin, FaultyXmlIsNamedWithItsPlace) {
   }
 }
 
-TEST(Skin, OtherRootElementIsNoScreen) {
-  EXPECT_EQ(complaint("<skin><screen/></skin>"), "there is no element \"screen\"");
+TEST(Skin, OtherRootElementIsNamedWithItsPlace) {
+  Notices notices;
+  EXPECT_EQ(complaint("<skin><screen/></skin>"),
+            "line 1, column 2: the element \"skin\" is no screen");
+  EXPECT_THROW(parseSkin("<screen/>", notices), SkinError);
 }
 
-TEST(Skin, UnusableSizeOrPositionIsNamedWithItsElement) {
+TEST(Skin, WhatHasNoUsablePlaceIsLeftOutAndNamed) {
   const struct {
     const char* attributes;
     const char* complaint;
@@ -213,14 +216,20 @@ TEST(Skin, UnusableSizeOrPositionIsNamedWithItsElement) {
   };
   for (const auto& [attributes, expected] : table) {
     const std::string inner = std::string("\n <widget ") + attributes + "/>";
-    EXPECT_EQ(complaint(kScreen + inner + "</screen>"),
-              std::string("line 2, column 3: the element \"widget\" has ") + expected);
+    Notices notices;
+    EXPECT_TRUE(parseScreen(kScreen + inner + "</screen>", {}, notices).elements.empty());
+    EXPECT_TRUE(parseSkin("<skin><screen " + std::string(attributes) + "/></skin>", notices)
+                    .screens.empty());
+    const std::string left_out = std::string(expected) + "; it is left out";
+    EXPECT_EQ(notices.lines(),
+              (std::vector{"line 2, column 3: the element \"widget\" has " + left_out,
+                           "line 1, column 8: the element \"screen\" has " + left_out}));
     EXPECT_EQ(complaint(std::string("<screen ") + attributes + "/>"),
               std::string("line 1, column 2: the element \"screen\" has ") + expected);
   }
 }
 
-TEST(Skin, UnusableAttributeIsNamedWithItsElement) {
+TEST(Skin, UnusableAttributeCountsAsNoneAndIsNamedWithItsElement) {
   const std::pair<const char*, std::vector<const char*>> table[] = {
       {"font", {"", "Regular", "Regular;", "Regular;0", "Regular;-3", "Regular;x"}},
       {"zPosition", {"", "x", "1.5"}},
@@ -230,12 +239,19 @@ TEST(Skin, UnusableAttributeIsNamedWithItsElement) {
       {"scrollbarMode", {"show"}},
       {"itemHeight", {"", "0", "-1", "x"}},
   };
+  const SkinElement plain{.kind = SkinElement::Kind::widget, .name = "", .area = {0, 0, 1, 1}};
   for (const auto& [name, values] : table) {
     for (const std::string value : values) {
-      EXPECT_EQ(complaint(std::string(kScreen) + "<widget position=\"0,0\" size=\"1,1\" " + name +
-                          "=\"" + value + "\"/></screen>"),
-                std::string("line 1, column 42: the element \"widget\" has no usable ") + name +
-                    ": \"" + value + "\"");
+      Notices notices;
+      const SkinScreen screen =
+          parseScreen(std::string(kScreen) + "<widget position=\"0,0\" size=\"1,1\" " + name +
+                          "=\"" + value + "\"/></screen>",
+                      {}, notices);
+      EXPECT_EQ(screen.elements, std::vector{plain}) << name << value;
+      EXPECT_EQ(
+          notices.lines(),
+          std::vector{std::string("line 1, column 42: the element \"widget\" has no usable ") +
+                      name + ": \"" + value + "\""});
     }
   }
 }
@@ -291,15 +307,36 @@ TEST(Skin, SettingsHoldForAllItsScreens) {
   EXPECT_EQ(notices.lines(), std::vector<std::string>());
 }
 
-TEST(Skin, FaultInATemplateIsNamedWithItsPlaceInTheFile) {
-  EXPECT_EQ(complaint(kScreen + std::string(R"(
+TEST(Skin, FaultyTemplateIsLeftOutAndNamedWithItsPlaceInTheFile) {
+  Notices notices;
+  const SkinScreen screen = parseScreen(kScreen + std::string(R"(
   <widget source="menu" position="0,0" size="1,1">
     <convert type="TemplatedMultiContent">
       {"template": [1],
        "fonts": [], "itemHeight": 9}
     </convert>
-  </widget></screen>)")),
-            "line 4, column 21: the list's template is not understood: here should stand an entry");
+  </widget></screen>)"),
+                                        {}, notices);
+  EXPECT_EQ(screen.elements.at(0).rows, std::nullopt);
+  EXPECT_EQ(notices.lines(),
+            std::vector<std::string>{"line 4, column 21: the list's template is not understood: "
+                                     "here should stand an entry"});
+}
+
+TEST(Skin, UnusableResolutionAndColoursAreNoticed) {
+  Notices notices;
+  const Skin skin = parseSkin(R"(<skin>
+<output><resolution xres="0" yres="x"/></output>
+<colors><color name="odd" value="red"/></colors></skin>)",
+                              notices);
+  EXPECT_EQ(skin.settings.width, SkinSettings::kUsualWidth);
+  EXPECT_EQ(skin.settings.height, SkinSettings::kUsualHeight);
+  EXPECT_TRUE(skin.settings.colours.empty());
+  EXPECT_EQ(notices.lines(),
+            (std::vector<std::string>{
+                "line 2, column 10: the element \"resolution\" has no usable xres: \"0\"",
+                "line 2, column 10: the element \"resolution\" has no usable yres: \"x\"",
+                "line 3, column 10: the element \"color\" has no usable value: \"red\""}));
 }
 
 /// The sample skins of the packaging, as they are read.
