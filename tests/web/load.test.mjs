@@ -109,6 +109,36 @@ test("connections that are opened and say nothing hold nobody up", async (t) => 
   assert.equal(await send(desk, { body: "down" }), 204);
 });
 
+/** Opens connections that say a beginning, and then a letter at a time for as long as they may. */
+function drip(t, desk, count, beginning) {
+  const { hostname, port } = desk.address;
+  return Array.from({ length: count }, () => {
+    const socket = connect(Number(port), hostname);
+    socket.on("error", () => {});
+    socket.write(beginning);
+    const dripping = setInterval(() => socket.write("x"), 300);
+    socket.gone = new Promise((resolve) => socket.on("close", resolve)).then(() => clearInterval(dripping));
+    t.after(() => socket.destroy());
+    return socket;
+  });
+}
+
+test("who never comes to the end of a request is let go, and holds nobody up for long", async (t) => {
+  const desk = await new Receiver(t).open();
+  const drips = drip(t, desk, 300, "GET / HTTP/1.1\r\nX-Long: ");
+  assert.equal(await send(desk, { body: "down" }), 204);
+  await Promise.all(drips.map((socket) => socket.gone));
+});
+
+test("who never comes to the end of a request does not keep the command from ending", async (t) => {
+  const desk = await new Receiver(t).open();
+  const { host, search } = desk.address;
+  drip(t, desk, 20, `POST /press${search} HTTP/1.1\r\nHost: ${host}\r\nContent-Length: 1000000\r\n\r\n`);
+  drip(t, desk, 20, `POST /press${search} HTTP/1.1\r\nHost: ${host}\r\nContent-Length: 60\r\n\r\n`);
+  assert.equal(await send(desk, { body: "exit" }), 204);
+  assert.equal(await desk.ended, 0);
+});
+
 test("requests that are too large are refused", async (t) => {
   const desk = await new Receiver(t).open();
   assert.equal(await send(desk, { body: "x".repeat(65) }), 413);

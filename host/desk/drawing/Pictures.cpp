@@ -43,8 +43,10 @@ std::string base64(std::string_view bytes) {
 
 std::optional<PictureFile> readPicture(const native::Root& receiver, const std::string& path) {
   try {
-    std::string bytes(kLargestPicture, '\0');
-    bytes.resize(native::readSome(receiver.open(path).number(), bytes.data(), bytes.size(), path));
+    const native::Descriptor file = receiver.open(path);
+    std::string bytes(kLargestPicture + 1, '\0');
+    bytes.resize(native::readSome(file.number(), bytes.data(), bytes.size(), path));
+    if (bytes.size() > kLargestPicture) return std::nullopt;
     for (const auto& [begin, type] : kTypes) {
       if (bytes.starts_with(begin)) return PictureFile{std::move(bytes), type};
     }

@@ -21,8 +21,8 @@ bool isRow(const std::string& word) {
 }
 
 bool isWord(const std::string& word) {
-  return isKey(word) || word == "wait" || word == "timeout" || word == "frame" ||
-         word.starts_with(kSelect) || isRow(word);
+  return isPress(word) || word == "wait" || word == "timeout" || word == "frame" ||
+         word.starts_with(kSelect);
 }
 
 std::vector<std::string> split(const std::string& script) {
@@ -47,6 +47,10 @@ std::vector<std::string> split(const std::string& script) {
 }
 
 }  // namespace
+
+bool isPress(const std::string& word) {
+  return isKey(word) || isRow(word);
+}
 
 std::vector<std::string> parseWords(const std::string& script) {
   std::vector<std::string> words = split(script);

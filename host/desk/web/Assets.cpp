@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 
 #include "drawing/Pictures.h"
 
@@ -15,8 +16,10 @@ namespace {
 std::string percentEncoded(const std::string& path) {
   std::string encoded;
   for (const char character : path) {
+    constexpr std::string_view kPlain = "/-._~";
     const auto byte = static_cast<unsigned char>(character);
-    const bool is_plain = std::isalnum(byte) != 0 || std::string("/-._~").find(character) < 5;
+    const bool is_plain =
+        std::isalnum(byte) != 0 || kPlain.find(character) != std::string_view::npos;
     std::array<char, 4> code{};
     std::snprintf(code.data(), code.size(), "%%%02X", byte);
     encoded += is_plain ? std::string(1, character) : code.data();

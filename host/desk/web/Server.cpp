@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <stdexcept>
 #include <utility>
 
 #include "Page.h"
 #include "native/OsError.h"
+#include "play/Words.h"
 
 namespace desk::web {
 namespace {
@@ -24,25 +24,27 @@ constexpr std::size_t kThreads = 256;
 /// No request's body is longer, in bytes.
 constexpr std::size_t kLongestBody = 64;
 
-/// How long a request may take to come, and an answer to go, in seconds.
+/// How long the next byte of a request may take to come, and one of an answer to go, in seconds.
 constexpr time_t kReadTimeout = 2;
 constexpr time_t kWriteTimeout = 5;
+
+/// How long a whole request may take to come to a connection that has had none, and how often this
+/// is looked at.
+constexpr std::chrono::milliseconds kPatience(4000);
+constexpr std::chrono::milliseconds kWatch(500);
+
+/// How long viewers may take to hear of the end.
+constexpr std::chrono::milliseconds kFarewell(1000);
 
 /// How often a viewer hears that the receiver is still there.
 constexpr std::chrono::milliseconds kHeartbeat(1000);
 
-/// The keys of the remote control.
-constexpr const char* kKeys[] = {"up",    "down",   "left", "right", "ok", "exit", "red",
-                                 "green", "yellow", "blue", "0",     "1",  "2",    "3",
-                                 "4",     "5",      "6",    "7",     "8",  "9"};
-
-/// Whether a viewer may press this: a key, or "row:INDEX".
-bool isPressed(const std::string& word) {
-  if (std::ranges::find(kKeys, word) != std::end(kKeys)) return true;
-  constexpr std::string_view kRow = "row:";
-  const std::string_view index = std::string_view(word).substr(std::min(kRow.size(), word.size()));
-  return word.starts_with(kRow) && !index.empty() && index.size() <= 9 &&
-         std::ranges::all_of(index, [](char digit) { return digit >= '0' && digit <= '9'; });
+/// Returns the port that the server is bound to: `port`, any free one for 0.
+int bound(httplib::Server& http, int port) {
+  const int found =
+      port == 0 ? http.bind_to_any_port(kHost) : (http.bind_to_port(kHost, port) ? port : -1);
+  if (found <= 0) throw std::runtime_error("cannot listen on port " + std::to_string(port));
+  return found;
 }
 
 /// Puts a text in the place of a mark wherever that stands.
@@ -69,7 +71,11 @@ std::string randomToken() {
 
 Server::Server(Board& board, int port, std::string token, const FindAsset& find_font,
                const FindAsset& find_picture)
-    : board_(board), token_(std::move(token)), http_(std::make_unique<httplib::Server>()) {
+    : board_(board),
+      token_(std::move(token)),
+      http_(std::make_unique<httplib::Server>()),
+      port_(bound(*http_, port)),
+      connections_(port_) {
   http_->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
   http_->set_payload_max_length(kLongestBody);
   http_->set_read_timeout(kReadTimeout);
@@ -89,16 +95,23 @@ Server::Server(Board& board, int port, std::string token, const FindAsset& find_
   addAssets(R"(/picture(/.+))", find_picture);
   addEvents();
   addPress();
-  port_ =
-      port == 0 ? http_->bind_to_any_port(kHost) : (http_->bind_to_port(kHost, port) ? port : -1);
-  if (port_ <= 0) throw std::runtime_error("cannot listen on port " + std::to_string(port));
-  thread_ = std::thread([this] { http_->listen_after_bind(); });
+  listening_ = std::async(std::launch::async, [this] { http_->listen_after_bind(); });
+  // It cannot be stopped before it runs.
+  while (!http_->is_running()) std::this_thread::yield();
+  watch_ = std::jthread([this](const std::stop_token& stop) { letStrangersGo(stop); });
 }
 
 Server::~Server() {
   board_.end();
   http_->stop();
-  thread_.join();
+  if (listening_.wait_for(kFarewell) == std::future_status::timeout) connections_.endAll();
+}
+
+void Server::letStrangersGo(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  while (!stopped_.wait_for(lock, stop, kWatch, [&] { return stop.stop_requested(); })) {
+    connections_.endStrangers(kPatience);
+  }
 }
 
 std::string Server::address() const {
@@ -106,14 +119,17 @@ std::string Server::address() const {
 }
 
 /// Refuses what does not come from the page at address().
-bool Server::isRefused(const httplib::Request& request, httplib::Response& response) const {
+bool Server::isRefused(const httplib::Request& request, httplib::Response& response) {
   const std::string port = ":" + std::to_string(port_);
   const std::string hosts[] = {kHost + port, "localhost" + port};
   const std::string host = request.get_header_value("Host");
   const bool is_host = std::ranges::find(hosts, host) != std::end(hosts);
   const bool is_own =
       !request.has_header("Origin") || request.get_header_value("Origin") == "http://" + host;
-  if (is_host && is_own && request.get_param_value("token") == token_) return false;
+  if (is_host && is_own && request.get_param_value("token") == token_) {
+    connections_.trust(request.remote_port);
+    return false;
+  }
   response.status = 403;
   response.set_content("This is not for you: open the address that the command has printed.\n",
                        "text/plain");
@@ -162,7 +178,7 @@ void Server::addEvents() {
 
 void Server::addPress() {
   http_->Post("/press", [this](const httplib::Request& request, httplib::Response& response) {
-    if (!isPressed(request.body)) {
+    if (!isPress(request.body)) {
       response.status = 400;
     } else {
       response.status = board_.press(request.body) ? 204 : 429;
