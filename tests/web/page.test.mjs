@@ -71,6 +71,49 @@ test("the channel settings are backed up by the mouse alone", async (t) => {
   await page.locator("#state", { hasText: "The menu is closed" }).waitFor();
 });
 
+test("the channel settings are backed up by touch alone", async (t) => {
+  const receiver = new Receiver(t);
+  const desk = await receiver.open();
+  const phone = await (await browserFor(t)).newContext({ viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true });
+  const page = await openPage(phone, desk, null);
+  await page.tap("#row-1");
+  await page.locator('#row-1[aria-selected="true"]').waitFor();
+  await page.tap("#remote .down");
+  await page.locator('#row-2[aria-selected="true"]').waitFor();
+  await page.tap("#remote .ok");
+  await waitForText(page, "Settings backup finished succesfully");
+  await page.screenshot({ path: join(pictures, "phone.png"), fullPage: true });
+  assert.equal(backupsOf(receiver, "settings_").length, 1);
+  assert.equal(await page.evaluate(() => document.documentElement.scrollWidth <= window.innerWidth), true);
+  await page.tap("#remote .exit");
+  await waitForText(page, "Backup channel settings");
+  await page.tap("#remote .red");
+  assert.equal(await desk.ended, 0);
+});
+
+test("keys that are pressed faster than they are done are done in their order", async (t) => {
+  const receiver = new Receiver(t);
+  const page = await openPage(await browserFor(t), await receiver.open());
+  await page.evaluate((keys) => {
+    const television = document.getElementById("television");
+    for (const key of keys) television.dispatchEvent(new KeyboardEvent("keydown", { key, bubbles: true }));
+  }, [...Array(40).fill(["ArrowDown", "ArrowUp"]).flat(), "ArrowDown", "ArrowDown", "Enter"]);
+  await waitForText(page, "Settings backup finished succesfully");
+});
+
+test("a busy receiver says so, and which key it does not take any more", async (t) => {
+  const receiver = new Receiver(t);
+  receiver.delay("bin/tar", "while [ ! -e /tmp/go ]; do sleep 0.05; done");
+  const page = await openPage(await browserFor(t), await receiver.open());
+  await choose(page, "Backup channel settings");
+  await page.locator("#state", { hasText: "The receiver is busy" }).waitFor();
+  await page.screenshot({ path: join(pictures, "busy.png") });
+  for (let key = 0; key < 65; ++key) await page.keyboard.press("5");
+  await page.locator("#state", { hasText: "Too many keys are waiting: 5 is not taken." }).waitFor();
+  writeFileSync(receiver.path("tmp/go"), "");
+  await waitForText(page, "Settings backup finished succesfully");
+});
+
 test("a message counts down and closes by itself", async (t) => {
   const page = await openPage(await browserFor(t), await new Receiver(t).open());
   await page.click("#row-2");
@@ -104,7 +147,7 @@ test("a running console moves as it prints", async (t) => {
 test("packages move from waiting to done as they are installed", async (t) => {
   const receiver = new Receiver(t);
   receiver.flash();
-  receiver.slowDown("usr/bin/opkg");
+  receiver.delay("usr/bin/opkg", "sleep 0.5");
   receiver.addBackup("pluginlist_20260314_10-30_solo2.lst",
                      "enigma2-plugin-extensions-webradiofs\nenigma2-plugin-extensions-foreca\n");
   const page = await openPage(await browserFor(t), await receiver.open("--menu", "restore"));
@@ -175,15 +218,89 @@ test("several windows show the same receiver", async (t) => {
   for (const page of pages) await page.locator('#row-1[aria-selected="true"]').waitFor();
 });
 
+test("a window that nobody sees leaves its connection to others, and is up to date when it is seen again", async (t) => {
+  const desk = await new Receiver(t).open();
+  const browser = await browserFor(t);
+  const context = await browser.newContext();
+  const see = (page, visibility) => page.evaluate((visibility) => {
+    Object.defineProperty(document, "visibilityState", { value: visibility, configurable: true });
+    document.dispatchEvent(new Event("visibilitychange"));
+  }, visibility);
+  const hidden = [];
+  for (let window = 0; window < 8; ++window) {
+    hidden.push(await openPage(context, desk));
+    await see(hidden.at(-1), "hidden");
+  }
+  const seen = await openPage(context, desk);
+  await seen.keyboard.press("ArrowDown");
+  await seen.locator('#row-1[aria-selected="true"]').waitFor();
+  assert.equal(await hidden[0].getAttribute('#television [aria-selected="true"]', "id"), "row-0");
+  await see(hidden[0], "visible");
+  await hidden[0].locator('#row-1[aria-selected="true"]').waitFor();
+});
+
 test("a connection that is lost is said, and made again", async (t) => {
-  const receiver = new Receiver(t);
-  const desk = await receiver.open();
+  const desk = await new Receiver(t).open();
   const page = await openPage(await browserFor(t), desk);
   await page.route("**/events?*", (route) => route.abort());
   await page.reload();
   await page.locator("#state", { hasText: "The connection is lost" }).waitFor();
   await page.unroute("**/events?*");
-  await page.locator("#television [data-screen]").waitFor();
+  await page.locator("#state", { hasText: /^$/ }).waitFor({ state: "attached" });
+  await page.keyboard.press("ArrowDown");
+  await page.locator('#row-1[aria-selected="true"]').waitFor();
+  desk.kill();
+  await page.locator("#state", { hasText: "The connection is lost" }).waitFor();
+  await page.screenshot({ path: join(pictures, "lost.png") });
+});
+
+test("the surround is dark or light as the viewer's system is", async (t) => {
+  const page = await openPage(await browserFor(t), await new Receiver(t).open());
+  for (const [colorScheme, letters] of [["dark", "rgb(255, 255, 255)"], ["light", "rgb(0, 0, 0)"]]) {
+    await page.emulateMedia({ colorScheme });
+    assert.equal(await page.evaluate(() => getComputedStyle(document.body).color), letters);
+    await page.screenshot({ path: join(pictures, colorScheme + ".png") });
+  }
+});
+
+test("what a skin asks for and is not understood is named once in the log", async (t) => {
+  const receiver = new Receiver(t);
+  const skin = receiver.write("skin.xml", `<skin>
+<output><resolution xres="1280" yres="720"/></output>
+<screen name="Stowline" position="0,0" size="1280,720" flags="wfNoBorder">
+<panel/><panel/>
+<widget source="title" position="0,0" size="10" font="Regular;30"/>
+<widget source="title" position="100,40" size="900,50" font="Bold" glow="1"/>
+</screen></skin>`);
+  const page = await openPage(await browserFor(t), await receiver.open("--skin", skin));
+  await page.keyboard.press("ArrowDown");
+  await page.keyboard.press("ArrowUp");
+  const lines = page.locator("#log .notice");
+  await lines.nth(3).waitFor();
+  assert.deepEqual(await lines.allTextContents(), [
+    'skin: the element "panel" is not understood',
+    'skin: line 5, column 2: the element "widget" has no usable size: "10"; it is left out',
+    'skin: the attribute "glow" of the element "widget" is not understood',
+    'skin: line 6, column 2: the element "widget" has no usable font: "Bold"',
+  ]);
+  assert.deepEqual(await textsOf(page), ["QOR Stowline (Backup)"]);
+});
+
+test("a broken skin ends the command with the line and column", async (t) => {
+  const receiver = new Receiver(t);
+  const broken = receiver.write("broken.xml", '<skin>\n<screen name="Stowline"\n</skin>');
+  const none = receiver.write("none.xml", "<html/>");
+  const missing = join(receiver.directory, "missing.xml");
+  const pictures = ["--play", "down", "--pictures", join(receiver.directory, "pictures")];
+  for (const [skin, said] of [
+    [broken, `${broken}: line 3, column 1: Error parsing start element tag`],
+    [none, `${none}: line 1, column 2: the element "html" is no skin`],
+    [missing, `No such file or directory: '${missing}'`],
+  ]) {
+    for (const front of [["--web"], pictures]) {
+      assert.deepEqual(receiver.run(...front, "--skin", skin), { status: 1, said: `stowline: ${said}\n` });
+    }
+  }
 });
 
 test("the log has what the module prints and the commands that it runs", async (t) => {
@@ -213,10 +330,21 @@ test("what has no token, another host or another origin is refused", async (t) =
 
 test("nothing is served but the page, its fonts and the pictures that the skin names", async (t) => {
   const { address } = await new Receiver(t).open();
-  const get = async (path) => (await fetch(new URL(path + address.search, address))).status;
-  for (const path of ["/picture/etc/passwd", "/picture/usr/../etc/passwd", "/etc/passwd", "/font/..%2f..%2fetc%2fpasswd%00", "/other"]) {
-    assert.notEqual(await get(path), 500, path);
+  const served = async (path) => {
+    const answer = await fetch(new URL(path + address.search, address));
+    return `${answer.status} ${answer.headers.get("Content-Type")}`;
+  };
+  for (const [path, expected] of [
+    ["/", "200 text/html; charset=utf-8"],
+    ["/page.css", "200 text/css; charset=utf-8"],
+    ["/page.js", "200 text/javascript; charset=utf-8"],
+    ["/font/Regular", "200 font/ttf"],
+    ["/font/..%2f..%2fetc%2fpasswd", "404 null"],
+    ["/picture/etc/passwd", "404 null"],
+    ["/picture/usr/../etc/passwd", "404 null"],
+    ["/etc/passwd", "404 null"],
+    ["/other", "404 null"],
+  ]) {
+    assert.equal(await served(path), expected, path);
   }
-  assert.equal(await get("/picture/etc/passwd"), 404);
-  assert.equal(await get("/other"), 404);
 });

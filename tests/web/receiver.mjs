@@ -1,6 +1,6 @@
 // A receiver in a directory of its own, and the command stowline that shows it in a browser.
 
-import { execFileSync, spawn } from "node:child_process";
+import { execFileSync, spawn, spawnSync } from "node:child_process";
 import { mkdirSync, mkdtempSync, renameSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -47,10 +47,28 @@ export class Receiver {
     execFileSync(stowline, ["receiver", "flash", this.tree]);
   }
 
-  /** Makes a tool take half a second longer. */
-  slowDown(tool) {
+  /** Makes a tool run a command first. */
+  delay(tool, command) {
     renameSync(this.path(tool), this.path(tool + ".real"));
-    writeFileSync(this.path(tool), `#!/bin/sh\nsleep 0.5\nexec /${tool}.real "$@"\n`, { mode: 0o755 });
+    writeFileSync(this.path(tool), `#!/bin/sh\n${command}\nexec /${tool}.real "$@"\n`, { mode: 0o755 });
+  }
+
+  /** Writes a file beside the receiver, and returns its path. */
+  write(name, text) {
+    writeFileSync(join(this.directory, name), text);
+    return join(this.directory, name);
+  }
+
+  /** Plays a script, and returns the frames. */
+  play(words, ...options) {
+    const printed = execFileSync(stowline, ["desk", "--receiver", this.tree, "--play", words, "--frames", "json", ...options]);
+    return printed.toString().trim().split("\n").map((line) => JSON.parse(line));
+  }
+
+  /** Runs the command on the receiver to its end, and returns its status and what it says on standard error. */
+  run(...options) {
+    const { status, stderr } = spawnSync(stowline, ["desk", "--receiver", this.tree, ...options]);
+    return { status, said: stderr.toString() };
   }
 
   /** Opens the menu on a port, and resolves to what stands for the command. */

@@ -20,12 +20,20 @@ function address(path) {
   return path + "?token=" + token;
 }
 
-async function press(word) {
+async function send(word) {
   try {
-    await fetch(address("/press"), { method: "POST", body: word });
+    const answer = await fetch(address("/press"), { method: "POST", body: word });
+    if (answer.status === 429) state.textContent = "Too many keys are waiting: " + word + " is not taken.";
   } catch {
     // The events' own connection says that the receiver is not to be reached.
   }
+}
+
+// One after another: what is pressed arrives in its order.
+let sent = Promise.resolve();
+
+function press(word) {
+  sent = sent.then(() => send(word));
 }
 
 // The skin's fonts are loaded when a text first asks for them.
@@ -66,8 +74,14 @@ function addLines(lines) {
   if (isAtEnd) log.scrollTop = log.scrollHeight;
 }
 
+let events = null;
+let hasEnded = false;
+
+// A browser has few connections to one server: a window that nobody sees leaves its own to the others.
 function connect() {
-  const events = new EventSource(address("/events"));
+  events?.close();
+  if (hasEnded || document.visibilityState === "hidden") return;
+  events = new EventSource(address("/events"));
   events.addEventListener("open", () => {
     log.replaceChildren();
     state.textContent = "";
@@ -75,6 +89,7 @@ function connect() {
   events.addEventListener("picture", (event) => showPicture(JSON.parse(event.data)));
   events.addEventListener("log", (event) => addLines(JSON.parse(event.data)));
   events.addEventListener("end", () => {
+    hasEnded = true;
     events.close();
     state.textContent = "The menu is closed, and the receiver with it.";
   });
@@ -109,5 +124,6 @@ television.addEventListener("click", (event) => {
   }
 });
 
+document.addEventListener("visibilitychange", connect);
 television.focus();
 connect();
