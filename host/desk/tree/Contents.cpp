@@ -26,11 +26,11 @@ constexpr const char* kMedia[] = {"media/hdd", "media/usb", "media/net/autofs/na
 /// A share that cannot be read, not even by root: a plain file in the place of its directory.
 constexpr const char* kUnreadableShare = "media/net/autonet/attic";
 
-constexpr Colour kGrey = 0x808890;
-constexpr Colour kAmber = 0xf0a020;
+constexpr Rgb kGrey = 0x808890;
+constexpr Rgb kAmber = 0xf0a020;
 
 /// The pictures shown while the receiver is busy: wait1.png, wait2.png ...
-Files spinner(int pictures, Colour colour) {
+Files spinner(int pictures, Rgb colour) {
   Files files;
   for (int i = 1; i <= pictures; ++i)
     files.push_back({"usr/share/enigma2/skin_default/spinner/wait" + std::to_string(i) + ".png",

@@ -120,14 +120,14 @@ std::string pluginSource(const Package& package) {
          "\", where=PluginDescriptor.WHERE_PLUGINMENU, fnc=main)]\n";
 }
 
-constexpr Colour kRed = 0xc02020;
-constexpr Colour kGreen = 0x20a020;
+constexpr Rgb kRed = 0xc02020;
+constexpr Rgb kGreen = 0x20a020;
 
 /// Returns the colour that the name of a button's picture says, any for other pictures.
-Colour colourOf(const std::string& path) {
+Rgb colourOf(const std::string& path) {
   if (path.ends_with("button_red.png")) return kRed;
   if (path.ends_with("button_green.png")) return kGreen;
-  Colour colour = 0;
+  Rgb colour = 0;
   for (const char c : path) colour = colour * 31 + static_cast<unsigned char>(c);
   return colour & 0xffffff;
 }

@@ -46,16 +46,18 @@ std::string stored(const std::string& data) {
 
 }  // namespace
 
-std::string disc(unsigned size, Colour colour) {
+std::string disc(unsigned size, Rgb colour) {
   std::string pixels;
   const int radius = static_cast<int>(size) / 2;
   for (int y = -radius; y < static_cast<int>(size) - radius; ++y) {
     pixels += '\0';  // each line begins with its filter: none
-    for (int x = -radius; x < static_cast<int>(size) - radius; ++x)
-      pixels += bigEndian(x * x + y * y < radius * radius ? colour : 0).substr(1);
+    for (int x = -radius; x < static_cast<int>(size) - radius; ++x) {
+      const bool is_inside = x * x + y * y < radius * radius;
+      pixels += bigEndian(is_inside ? colour << 8 | 0xff : 0);
+    }
   }
-  const std::string eight_bit_rgb("\x08\x02\x00\x00\x00", 5);
-  return "\x89PNG\r\n\x1a\n" + chunk("IHDR", bigEndian(size) + bigEndian(size) + eight_bit_rgb) +
+  const std::string eight_bit_rgba("\x08\x06\x00\x00\x00", 5);
+  return "\x89PNG\r\n\x1a\n" + chunk("IHDR", bigEndian(size) + bigEndian(size) + eight_bit_rgba) +
          chunk("IDAT", stored(pixels)) + chunk("IEND", "");
 }
 

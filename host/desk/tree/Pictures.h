@@ -6,10 +6,10 @@
 namespace desk {
 
 /// A colour, as 0xRRGGBB.
-using Colour = std::uint32_t;
+using Rgb = std::uint32_t;
 
-/// Returns a PNG picture of `size` by `size` pixels: a disc of the colour on black.
-std::string disc(unsigned size, Colour colour);
+/// Returns a PNG picture of `size` by `size` pixels: a disc of the colour, and nothing around it.
+std::string disc(unsigned size, Rgb colour);
 
 /// Returns `size` bytes of noise that no compression shrinks; equal seeds give equal noise.
 std::string noise(unsigned seed, std::size_t size);
