@@ -1,0 +1,51 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <pugixml.hpp>
+#include <string_view>
+
+#include "drawing/Drawing.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// What a receiver shows of a screen: texts in its widgets, and a list of three rows.
+Json frameOf(const char* screen, const char* list) {
+  const Json row = Json::array({"A row with a text", "and a description"});
+  return {{"key", ""},
+          {"screen", screen},
+          {"title", "A title"},
+          {"widgets", {{"title", "A title"}, {"key_red", "Exit"}, {"status", "two\nlines"}}},
+          {"list", list},
+          {"rows", Json::array({row, row, row})},
+          {"pictures", Json::array({"/there.png", "/missing.png", ""})},
+          {"selected", 1}};
+}
+
+std::optional<std::string> findPicture(const std::string& path) {
+  return path == "/there.png" ? std::optional<std::string>("there") : std::nullopt;
+}
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+}  // namespace
+
+/// Reads the input as a skin, and draws its screens: whatever it is, a picture is well-formed XML.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  desk::drawing::SkinFile file{.skin = {}, .directory = "/nowhere", .notices = {}};
+  try {
+    file.skin = desk::parseSkin({reinterpret_cast<const char*>(data), size}, file.notices);
+  } catch (const desk::SkinError&) {
+    return 0;
+  }
+  desk::drawing::Drawing drawing(std::move(file), findPicture);
+  for (const auto& [screen, list] :
+       {std::pair{"Stowline", "menu"}, {"StowlineRestore", "filelist"}}) {
+    pugi::xml_document picture;
+    require(picture.load_string(drawing.draw(frameOf(screen, list), std::nullopt).c_str()));
+  }
+  return 0;
+}
