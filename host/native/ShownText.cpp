@@ -52,6 +52,13 @@ bool isControl(std::string_view character) {
   return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
 }
 
+/// Whether XML 1.0 allows no such character.
+bool isNoXml(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character.front());
+  const bool is_space = first == '\t' || first == '\n' || first == '\r';
+  return (first < 0x20 && !is_space) || character == "\uFFFE" || character == "\uFFFF";
+}
+
 /// Returns the bytes as text, and what `is_hidden` of its characters as "\xNN", too.
 template <class IsHidden>
 std::string shown(const std::string& bytes, IsHidden is_hidden) {
@@ -78,6 +85,10 @@ std::string shownText(const std::string& bytes) {
 
 std::string shownLine(const std::string& bytes) {
   return shown(bytes, isControl);
+}
+
+std::string shownXml(const std::string& bytes) {
+  return shown(bytes, isNoXml);
 }
 
 }  // namespace native

@@ -12,4 +12,8 @@ std::string shownText(const std::string& bytes);
 /// characters, U+0000 to U+001F and U+007F to U+009F, as "\xNN", byte by byte.
 std::string shownLine(const std::string& bytes);
 
+/// Returns `bytes` as text that XML 1.0 can hold (section 2.2 of its recommendation): as
+/// shownText(), and with the characters that it does not allow as "\xNN", byte by byte.
+std::string shownXml(const std::string& bytes);
+
 }  // namespace native

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "drawing/Drawing.h"
+#include "native/ShownText.h"
 
 namespace {
 
@@ -44,8 +45,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   desk::drawing::Drawing drawing(std::move(file), findPicture);
   for (const auto& [screen, list] :
        {std::pair{"Stowline", "menu"}, {"StowlineRestore", "filelist"}}) {
-    pugi::xml_document picture;
-    require(picture.load_string(drawing.draw(frameOf(screen, list), std::nullopt).c_str()));
+    const std::string picture = drawing.draw(frameOf(screen, list), std::nullopt);
+    require(pugi::xml_document().load_string(picture.c_str()));
+    require(native::shownXml(picture) == picture);
   }
   return 0;
 }

@@ -117,5 +117,12 @@ TEST(ShownLine, NothingOfANameReachesTheTerminalAsACommand) {
   EXPECT_EQ(shownLine(std::string("a\0b", 3)), "a\\x00b");
 }
 
+TEST(ShownXml, WhatXmlDoesNotAllowIsEscaped) {
+  EXPECT_EQ(shownXml("<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf"),
+            "<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf");
+  EXPECT_EQ(shownXml("\x01\x1b\x1f|\xff|\xef\xbf\xbe\xef\xbf\xbf"),
+            "\\x01\\x1b\\x1f|\\xff|\\xef\\xbf\\xbe\\xef\\xbf\\xbf");
+}
+
 }  // namespace
 }  // namespace native

@@ -263,6 +263,17 @@ test("the surround is dark or light as the viewer's system is", async (t) => {
   }
 });
 
+test("names that are no text, or look like a page's, are shown as they are", async (t) => {
+  const receiver = new Receiver(t);
+  const names = ["\x01\x1b[31m", "\xff", "\xef\xbf\xbe", "\xc3\xbc", "<script>&amp;"];
+  for (const name of names) receiver.addBackup(`settings_${name}_solo2.tar.gz`);
+  const page = await openPage(await browserFor(t), await receiver.open("--menu", "restore"));
+  await choose(page, "Restore channel");
+  const texts = await waitForText(page, "settings_");
+  const shown = ["\\x01\\x1b[31m", "\\xff", "\\xef\\xbf\\xbe", "\u00fc", "<script>&amp;"];
+  assert.deepEqual(texts.slice(1, 1 + names.length).sort(), shown.map((name) => `settings_${name}_solo2.tar.gz`).sort());
+});
+
 test("what a skin asks for and is not understood is named once in the log", async (t) => {
   const receiver = new Receiver(t);
   const skin = receiver.write("skin.xml", `<skin>

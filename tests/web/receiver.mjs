@@ -38,8 +38,9 @@ export class Receiver {
 
   /** Puts a backup into the backup directory: some bytes, as many as the restore list asks for. */
   addBackup(name, content = "x".repeat(20000)) {
-    mkdirSync(this.path("media/hdd/qor-stowline"), { recursive: true });
-    writeFileSync(join(this.path("media/hdd/qor-stowline"), name), content);
+    const directory = this.path("media/hdd/qor-stowline/");
+    mkdirSync(directory, { recursive: true });
+    writeFileSync(Buffer.concat([Buffer.from(directory), Buffer.from(name, "latin1")]), content);
   }
 
   /** Puts the receiver back to factory state. */

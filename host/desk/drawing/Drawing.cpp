@@ -5,6 +5,7 @@
 
 #include "BaseSkin.h"
 #include "Ornaments.h"
+#include "native/ShownText.h"
 
 namespace desk::drawing {
 namespace {
@@ -123,7 +124,8 @@ void Drawing::drawElement(Pane& pane, const SkinElement& element, const Shown& s
 
 void Drawing::drawText(Pane& pane, const TextLayout& layout, const std::string& text,
                        const Colour& colour, bool shows_end) {
-  const std::vector<std::string> lines = fonts_.linesOf(text, layout, pane.width());
+  const std::vector<std::string> lines =
+      fonts_.linesOf(native::shownXml(text), layout, pane.width());
   const double height = fonts_.lineHeightOf(layout.font);
   const double used = height * static_cast<double>(lines.size());
   double top = aligned(pane.height(), used, layout.valign);

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include "native/ShownText.h"
+
 namespace desk::drawing {
 namespace {
 
@@ -45,7 +47,7 @@ Pane Pane::add(const SkinArea& area) {
 }
 
 void Pane::set(const char* name, const std::string& value) {
-  node_.append_attribute(name) = value.c_str();
+  node_.append_attribute(name) = native::shownXml(value).c_str();
 }
 
 void Pane::fill(const SkinArea& area, const Colour& colour) {
@@ -69,7 +71,7 @@ void Pane::write(const std::string& line, double x, double baseline, const SkinF
   text.append_attribute("x") = number(x).c_str();
   text.append_attribute("y") = number(baseline).c_str();
   text.append_attribute("font-family") =
-      ("skin-" + font.name + ", DejaVu Sans, sans-serif").c_str();
+      native::shownXml("skin-" + font.name + ", DejaVu Sans, sans-serif").c_str();
   text.append_attribute("font-size") = font.size;
   text.append_attribute("text-anchor") = kAnchors[static_cast<int>(align)];
   setColour(text, "fill", colour);

@@ -21,7 +21,7 @@ class Pane {
   /// Adds a pane within this one.
   Pane add(const SkinArea& area);
 
-  /// Sets an attribute of the pane's element.
+  /// Sets an attribute of the pane's element. What XML cannot hold of the value stands as "\xNN".
   void set(const char* name, const std::string& value);
 
   /// Fills an area, or the whole pane.
@@ -31,7 +31,8 @@ class Pane {
   /// Draws an area's outline within it, so many pixels wide.
   void outline(const SkinArea& area, int thickness, const Colour& colour);
 
-  /// Writes a line of text; `x` is where its beginning, centre or end is, by `align`.
+  /// Writes a line of text that XML can hold; `x` is where its beginning, centre or end is, by
+  /// `align`.
   void write(const std::string& line, double x, double baseline, const SkinFont& font, Align align,
              const Colour& colour);
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "native/OsError.h"
+#include "native/ShownText.h"
 
 namespace desk::web {
 namespace {
@@ -95,7 +96,9 @@ void WebPlayer::showPicture(const Conversation& gui) {
 /// Adds what the drawing has noticed since it was asked last.
 void WebPlayer::addNotices() {
   const auto& lines = drawing_.notices().lines();
-  for (; notices_ < lines.size(); ++notices_) addLine("notice", "skin: " + lines[notices_]);
+  for (; notices_ < lines.size(); ++notices_) {
+    addLine("notice", "skin: " + native::shownLine(lines[notices_]));
+  }
 }
 
 void WebPlayer::addLine(const char* kind, const std::string& text) {
