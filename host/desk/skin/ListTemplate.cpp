@@ -1,5 +1,6 @@
 #include "ListTemplate.h"
 
+#include <algorithm>
 #include <array>
 
 #include "Expression.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -10,13 +10,14 @@ namespace desk {
 class Notices {
  public:
   void add(const std::string& line) {
-    if (std::ranges::find(lines_, line) == lines_.end()) lines_.push_back(line);
+    if (known_.insert(line).second) lines_.push_back(line);
   }
 
   const std::vector<std::string>& lines() const { return lines_; }
 
  private:
-  std::vector<std::string> lines_;
+  std::set<std::string> known_;
+  std::vector<std::string> lines_;  ///< in their order
 };
 
 }  // namespace desk

@@ -29,6 +29,13 @@ constexpr Known kKnown[] = {
      "name text position size zPosition font halign valign noWrap transparent foregroundColor "
      "backgroundColor"},
     {"convert", "type"},
+    {"skin", ""},
+    {"output", "id"},
+    {"resolution", "xres yres bpp"},
+    {"colors", ""},
+    {"color", "name value"},
+    {"fonts", ""},
+    {"font", "name filename"},
 };
 
 constexpr std::pair<const char*, SkinElement::Kind> kKinds[] = {
@@ -50,26 +57,20 @@ constexpr const char* kLeftOut = "; it is left out";
 class Reader {
  public:
   Reader(std::string_view xml, SkinSettings settings, Notices& notices)
-      : xml_(xml), settings_(std::move(settings)), notices_(notices) {
+      : lines_(xml), settings_(std::move(settings)), notices_(notices) {
     const pugi::xml_parse_result parsed = document_.load_buffer(xml.data(), xml.size());
-    if (!parsed) throw SkinError(placed(xml, parsed.offset, parsed.description()));
+    if (!parsed) throw SkinError(lines_.placed(parsed.offset, parsed.description()));
   }
 
   SkinScreen readScreen() { return screenOf(root("screen")); }
 
   Skin readSkin() {
     const pugi::xml_node skin = root("skin");
-    readSettings(skin);
-    Skin result;
-    for (const pugi::xml_node& node : skin.children()) {
-      const std::string_view name = node.name();
-      if (name == "screen") {
-        addScreen(result, node);
-      } else if (node.type() == pugi::node_element && name != "output" && name != "colors" &&
-                 name != "fonts") {
-        noticeElement(node);
-      }
+    for (const pugi::xml_node& node : childrenOf(skin, {"output", "colors", "fonts", "screen"})) {
+      readSettings(node);
     }
+    Skin result;
+    for (const pugi::xml_node& node : skin.children("screen")) addScreen(result, node);
     result.settings = std::move(settings_);
     return result;
   }
@@ -79,29 +80,61 @@ class Reader {
   pugi::xml_node root(const char* name) const {
     const pugi::xml_node node = document_.document_element();
     if (std::string_view(node.name()) == name) return node;
-    throw SkinError(placed(xml_, node.offset_debug(),
-                           std::string("the element \"") + node.name() + "\" is no " + name));
+    throw SkinError(lines_.placed(
+        node.offset_debug(), std::string("the element \"") + node.name() + "\" is no " + name));
   }
 
-  void readSettings(const pugi::xml_node& skin) {
-    if (const pugi::xml_node node = skin.child("output").child("resolution")) {
-      const Values values = valuesOf(node);
-      settings_.width = values.positive("xres").value_or(settings_.width);
-      settings_.height = values.positive("yres").value_or(settings_.height);
-    }
-    for (const pugi::xml_node& node : skin.child("colors").children("color")) {
-      const Values values = valuesOf(node);
-      if (const auto colour = values.colour("value")) {
-        settings_.colours.insert_or_assign(values.text("name"), *colour);
+  /// Returns the elements within an element that have one of the names, and notices the others,
+  /// and the attributes of the element that are not known.
+  std::vector<pugi::xml_node> childrenOf(const pugi::xml_node& parent,
+                                         std::initializer_list<std::string_view> names) {
+    noticeAttributes(parent);
+    std::vector<pugi::xml_node> children;
+    for (const pugi::xml_node& node : parent.children()) {
+      if (node.type() != pugi::node_element) continue;
+      if (std::ranges::find(names, std::string_view(node.name())) != names.end()) {
+        children.push_back(node);
+      } else {
+        noticeElement(node);
       }
     }
-    for (const pugi::xml_node& node : skin.child("fonts").children("font")) {
-      const Values values = valuesOf(node);
-      settings_.fonts.insert_or_assign(values.text("name"), values.text("filename"));
+    return children;
+  }
+
+  /// Reads what all screens have in common out of one part of the skin.
+  void readSettings(const pugi::xml_node& part) {
+    const std::string_view name = part.name();
+    if (name == "output") {
+      for (const pugi::xml_node& node : childrenOf(part, {"resolution"})) readResolution(node);
+    } else if (name == "colors") {
+      for (const pugi::xml_node& node : childrenOf(part, {"color"})) readColour(node);
+    } else if (name == "fonts") {
+      for (const pugi::xml_node& node : childrenOf(part, {"font"})) readFont(node);
     }
   }
 
-  Values valuesOf(const pugi::xml_node& node) { return {xml_, node, settings_, notices_}; }
+  void readResolution(const pugi::xml_node& node) {
+    noticeAttributes(node);
+    const Values values = valuesOf(node);
+    settings_.width = values.positive("xres").value_or(settings_.width);
+    settings_.height = values.positive("yres").value_or(settings_.height);
+  }
+
+  void readColour(const pugi::xml_node& node) {
+    noticeAttributes(node);
+    const Values values = valuesOf(node);
+    if (const auto colour = values.colour("value")) {
+      settings_.colours.insert_or_assign(values.text("name"), *colour);
+    }
+  }
+
+  void readFont(const pugi::xml_node& node) {
+    noticeAttributes(node);
+    const Values values = valuesOf(node);
+    settings_.fonts.insert_or_assign(values.text("name"), values.text("filename"));
+  }
+
+  Values valuesOf(const pugi::xml_node& node) { return {lines_, node, settings_, notices_}; }
 
   /// Adds a screen; it is left out, and that is noticed, where its place is not to be understood.
   void addScreen(Skin& skin, const pugi::xml_node& node) {
@@ -183,24 +216,29 @@ class Reader {
   }
 
   std::optional<ListTemplate> rowsOf(const pugi::xml_node& widget) {
+    std::optional<ListTemplate> rows;
     for (const pugi::xml_node& node : widget.children()) {
       if (node.type() != pugi::node_element) continue;
-      if (std::string_view(node.attribute("type").value()) != "TemplatedMultiContent") {
+      const bool is_template =
+          std::string_view(node.name()) == "convert" &&
+          std::string_view(node.attribute("type").value()) == "TemplatedMultiContent";
+      if (is_template) {
+        noticeAttributes(node);
+        rows = templateOf(node.text().data());
+      } else {
         noticeElement(node);
-        continue;
       }
-      noticeAttributes(node);
-      return templateOf(node.text().data());
     }
-    return std::nullopt;
+    return rows;
   }
 
   std::optional<ListTemplate> templateOf(const pugi::xml_node& text) {
     try {
       return parseTemplate(text.value(), notices_);
     } catch (const ExpressionError& error) {
-      notices_.add(placed(xml_, text.offset_debug() + static_cast<std::ptrdiff_t>(error.offset),
-                          std::string("the list's template is not understood: ") + error.what()));
+      notices_.add(
+          lines_.placed(text.offset_debug() + static_cast<std::ptrdiff_t>(error.offset),
+                        std::string("the list's template is not understood: ") + error.what()));
       return std::nullopt;
     }
   }
@@ -220,7 +258,7 @@ class Reader {
     }
   }
 
-  std::string_view xml_;
+  Lines lines_;
   SkinSettings settings_;
   Notices& notices_;
   pugi::xml_document document_;

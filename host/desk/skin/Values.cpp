@@ -7,6 +7,11 @@
 namespace desk {
 namespace {
 
+constexpr std::pair<std::string_view, Align> kAligns[] = {
+    {"", Align::begin},        {"left", Align::begin}, {"top", Align::begin},
+    {"center", Align::center}, {"right", Align::end},  {"bottom", Align::end},
+};
+
 /// Returns `text` as a number; nothing when it is none, or one that is too far out.
 std::optional<int> numberIn(std::string_view text) {
   int number = 0;
@@ -18,21 +23,27 @@ std::optional<int> numberIn(std::string_view text) {
 
 }  // namespace
 
-std::string placed(std::string_view xml, std::ptrdiff_t offset, const std::string& what) {
-  const auto length = std::clamp<std::ptrdiff_t>(offset, 0, std::ssize(xml));
-  const std::string_view before = xml.substr(0, static_cast<std::size_t>(length));
-  const auto line = std::ranges::count(before, '\n') + 1;
-  const auto column = before.size() - (before.rfind('\n') + 1) + 1;
-  return "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + what;
+Lines::Lines(std::string_view text) : begins_({0}) {
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos;
+       end = text.find('\n', end + 1)) {
+    begins_.push_back(static_cast<std::ptrdiff_t>(end + 1));
+  }
+}
+
+std::string Lines::placed(std::ptrdiff_t offset, const std::string& what) const {
+  const std::ptrdiff_t place = std::max<std::ptrdiff_t>(0, offset);
+  const auto line = std::prev(std::ranges::upper_bound(begins_, place));
+  return "line " + std::to_string(line - begins_.begin() + 1) + ", column " +
+         std::to_string(place - *line + 1) + ": " + what;
 }
 
 /// Returns what there is to say against an attribute.
 std::string Values::complaint(const char* name) const {
   const pugi::xml_attribute attribute = node_.attribute(name);
   const std::string element = std::string("the element \"") + node_.name() + "\"";
-  return placed(xml_, node_.offset_debug(),
-                attribute ? element + " has no usable " + name + ": \"" + attribute.value() + "\""
-                          : element + " has no " + name);
+  return lines_.placed(node_.offset_debug(), attribute ? element + " has no usable " + name +
+                                                             ": \"" + attribute.value() + "\""
+                                                       : element + " has no " + name);
 }
 
 /// Returns the two parts of an attribute such as "10,20".
@@ -107,8 +118,11 @@ SkinFont Values::font() const {
 
 Align Values::align(const char* name) const {
   const std::string_view text = node_.attribute(name).value();
-  if (text == "center") return Align::center;
-  return text == "right" || text == "bottom" ? Align::end : Align::begin;
+  for (const auto& [known, align] : kAligns) {
+    if (text == known) return align;
+  }
+  notice(name);
+  return Align::begin;
 }
 
 TextLayout Values::layout() const {

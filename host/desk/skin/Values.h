@@ -4,21 +4,32 @@
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "Skin.h"
 
 namespace desk {
 
-/// Returns what is wrong at `offset` of the text with the line and column of that, both from 1.
-std::string placed(std::string_view xml, std::ptrdiff_t offset, const std::string& what);
+/// Where the lines of a text begin.
+class Lines {
+ public:
+  explicit Lines(std::string_view text);
+
+  /// Returns `what` behind the line and the column of `offset`, both from 1.
+  std::string placed(std::ptrdiff_t offset, const std::string& what) const;
+
+ private:
+  std::vector<std::ptrdiff_t> begins_;
+};
 
 /// Reads the attributes of one element of a skin. An attribute that is not to be understood counts
 /// as one that is not there, and is noticed with the place of its element.
 class Values {
  public:
-  /// `xml`: the text that `node` has been read from.
-  Values(std::string_view xml, pugi::xml_node node, const SkinSettings& settings, Notices& notices)
-      : xml_(xml), node_(node), settings_(settings), notices_(notices) {}
+  /// `lines`: those of the text that `node` has been read from.
+  Values(const Lines& lines, pugi::xml_node node, const SkinSettings& settings, Notices& notices)
+      : lines_(lines), node_(node), settings_(settings), notices_(notices) {}
 
   std::string text(const char* name) const { return node_.attribute(name).value(); }
 
@@ -52,7 +63,7 @@ class Values {
   SkinFont font() const;
   Align align(const char* name) const;
 
-  std::string_view xml_;
+  const Lines& lines_;
   pugi::xml_node node_;
   const SkinSettings& settings_;
   Notices& notices_;

@@ -133,16 +133,18 @@ TEST(Skin, WhatIsNotUnderstoodIsLeftOutAndNoticedOnce) {
   const SkinScreen screen = parseScreen(
       kScreen + std::string("<!-- a comment --><panel/>text<panel/>"
                             R"(<widget name="a" position="0,0" size="1,1" shadow="1">)"
-                            R"(<convert type="Other">{</convert></widget>)"
+                            R"(<convert type="Other">{</convert>)"
+                            R"(<foo type="TemplatedMultiContent">{</foo></widget>)"
                             R"(<widget name="a" position="0,0" size="1,1" shadow="2"/></screen>)"),
       {}, notices);
   const SkinElement expected{.kind = SkinElement::Kind::widget, .name = "a", .area = {0, 0, 1, 1}};
   EXPECT_EQ(screen.elements, (std::vector{expected, expected}));
-  EXPECT_EQ(notices.lines(),
-            (std::vector<std::string>{
-                "the element \"panel\" is not understood",
-                "the attribute \"shadow\" of the element \"widget\" is not understood",
-                "the element \"convert\" is not understood"}));
+  EXPECT_EQ(
+      notices.lines(),
+      (std::vector<std::string>{
+          "the element \"panel\" is not understood",
+          "the attribute \"shadow\" of the element \"widget\" is not understood",
+          "the element \"convert\" is not understood", "the element \"foo\" is not understood"}));
 }
 
 TEST(Skin, LowestElementComesFirstAndEqualOnesKeepTheirOrder) {
@@ -304,7 +306,9 @@ TEST(Skin, SettingsHoldForAllItsScreens) {
                          .elements = {list, label}};
   EXPECT_EQ(skin.screens,
             (decltype(skin.screens){{"First", first}, {"Second", {.area = {0, 0, 1, 1}}}}));
-  EXPECT_EQ(notices.lines(), std::vector<std::string>());
+  EXPECT_EQ(notices.lines(),
+            std::vector<std::string>{
+                "the attribute \"scale\" of the element \"font\" is not understood"});
 }
 
 TEST(Skin, FaultyTemplateIsLeftOutAndNamedWithItsPlaceInTheFile) {
@@ -321,6 +325,27 @@ TEST(Skin, FaultyTemplateIsLeftOutAndNamedWithItsPlaceInTheFile) {
   EXPECT_EQ(notices.lines(),
             std::vector<std::string>{"line 4, column 21: the list's template is not understood: "
                                      "here should stand an entry"});
+}
+
+TEST(Skin, EveryPartOfASkinCountsAndIsNoticed) {
+  Notices notices;
+  const Skin skin = parseSkin(R"(<skin version="2">
+<colors><color name="first" value="#010203"/></colors>
+<colors><color name="second" value="first"/><colour/></colors>
+<fonts><alias name="a"/></fonts>
+<windowstyle/>
+<output><resolution xres="100" yres="50" dpi="7"/></output></skin>)",
+                              notices);
+  EXPECT_EQ(skin.settings.colours,
+            (decltype(skin.settings.colours){{"first", {1, 2, 3}}, {"second", {1, 2, 3}}}));
+  EXPECT_EQ(skin.settings.width, 100);
+  EXPECT_EQ(
+      notices.lines(),
+      (std::vector<std::string>{
+          "the attribute \"version\" of the element \"skin\" is not understood",
+          "the element \"windowstyle\" is not understood",
+          "the element \"colour\" is not understood", "the element \"alias\" is not understood",
+          "the attribute \"dpi\" of the element \"resolution\" is not understood"}));
 }
 
 TEST(Skin, UnusableResolutionAndColoursAreNoticed) {
