@@ -56,8 +56,13 @@ struct Scale {
   static int rounded(double pixels) { return static_cast<int>(pixels + 0.5); }
 };
 
+/// Returns a row's height; a row has one.
+int scaledRow(int height, const Scale& scale) {
+  return std::max(1, scale.down(height));
+}
+
 ListTemplate scaled(ListTemplate rows, const Scale& scale) {
-  rows.row_height = scale.down(rows.row_height);
+  rows.row_height = scaledRow(rows.row_height, scale);
   for (RowEntry& entry : rows.entries) {
     entry.area = scale.area(entry.area);
     entry.layout.font = scale.font(entry.layout.font);
@@ -68,9 +73,14 @@ ListTemplate scaled(ListTemplate rows, const Scale& scale) {
 SkinScreen scaled(SkinScreen screen, const Scale& scale) {
   screen.area = scale.area(screen.area);
   for (SkinElement& element : screen.elements) {
-    element.area = scale.area(element.area);
+    const SkinArea area = element.area;
+    element.area = scale.area(area);
     element.layout.font = scale.font(element.layout.font);
-    if (element.row_height) element.row_height = scale.down(*element.row_height);
+    if (element.row_height) {
+      const int rows = area.height / *element.row_height;
+      element.row_height = scaledRow(*element.row_height, scale);
+      element.area.height = std::max(element.area.height, rows * *element.row_height);
+    }
     if (element.rows) element.rows = scaled(*element.rows, scale);
   }
   return screen;

@@ -108,7 +108,10 @@ void Drawing::drawElement(Pane& pane, const SkinElement& element, const Shown& s
     drawPicture(pane, element.name);
     return;
   }
-  if (element.kind == SkinElement::Kind::widget) pane.set("data-widget", element.name);
+  if (element.kind == SkinElement::Kind::widget) {
+    pane.set("data-widget", element.name);
+    if (element.name.starts_with("key_")) pane.takePresses();
+  }
   if (!element.is_transparent) pane.fill(element.background.value_or(kBackground));
   if (element.kind == SkinElement::Kind::label) {
     drawText(pane, element.layout, element.name, element.foreground.value_or(kForeground), false);
@@ -143,7 +146,7 @@ void Drawing::drawText(Pane& pane, const TextLayout& layout, const std::string& 
 /// Draws a picture, or what stands for one that is not there: a frame, in the colour that its name
 /// says.
 void Drawing::drawPicture(Pane& pane, const std::string& path) {
-  if (const auto href = find_picture_(path)) {
+  if (const auto href = path.starts_with('/') ? find_picture_(path) : std::nullopt) {
     pane.show(*href);
     return;
   }
@@ -161,6 +164,7 @@ void Drawing::drawList(Pane& pane, const SkinElement& element, const Shown& show
   const std::size_t first = shown.selected / page * page;
   const std::size_t last = std::min(first + page, shown.rows.size());
   pane.set("role", "listbox");
+  pane.set("aria-label", shown.title);
   for (std::size_t index = first; index < last; ++index) {
     const bool is_selected = shown.has_cursor && index == shown.selected;
     const int top = static_cast<int>(index - first) * rows.row_height;
@@ -170,6 +174,7 @@ void Drawing::drawList(Pane& pane, const SkinElement& element, const Shown& show
     row.set("aria-selected", is_selected ? "true" : "false");
     row.set("aria-posinset", std::to_string(index + 1));
     row.set("aria-setsize", std::to_string(shown.rows.size()));
+    row.takePresses();
     if (is_selected) row.fill(element.background_selected.value_or(kSelected));
     const Colour usual = element.foreground.value_or(kForeground);
     drawRow(row, rows, shown.rows[index],

@@ -3,6 +3,7 @@
 #include <ft2build.h>
 
 #include <algorithm>
+#include <cctype>
 #include <new>
 #include <stdexcept>
 #include FT_FREETYPE_H
@@ -23,6 +24,14 @@ char32_t takeCharacter(std::string_view& text) {
 }
 
 }  // namespace
+
+std::string plainName(const std::string& name) {
+  std::string plain = name;
+  std::ranges::replace_if(
+      plain, [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) == 0; },
+      '_');
+  return plain;
+}
 
 struct Fonts::Library {
   Library() {
@@ -75,7 +84,7 @@ Fonts::Fonts(const SkinSettings& settings, const std::filesystem::path& director
       usual_(std::make_unique<Face>(library_->handle, STOWLINE_FONT)) {
   for (const auto& [name, file] : settings.fonts) {
     try {
-      own_.emplace(name, std::make_unique<Face>(library_->handle, directory / file));
+      own_.emplace(plainName(name), std::make_unique<Face>(library_->handle, directory / file));
     } catch (const std::runtime_error& error) {
       notices.add(error.what());
     }
@@ -89,7 +98,7 @@ std::filesystem::path Fonts::fileOf(const std::string& name) const {
 }
 
 Fonts::Face& Fonts::faceOf(const std::string& name) const {
-  const auto own = own_.find(name);
+  const auto own = own_.find(plainName(name));
   return own == own_.end() ? *usual_ : *own->second;
 }
 
@@ -140,7 +149,7 @@ std::vector<std::string> Fonts::wrapped(std::string_view line, const SkinFont& f
     std::size_t end = line.size() - rest.size();
     if (!rest.empty()) {
       const std::size_t blank = line.substr(0, end + 1).rfind(' ');
-      if (blank != std::string_view::npos && blank > 0) end = blank;
+      if (blank != std::string_view::npos && blank > line.find_first_not_of(' ')) end = blank;
     }
     const std::size_t last = line.substr(0, end).find_last_not_of(' ');
     lines.emplace_back(line.substr(0, last == std::string_view::npos ? end : last + 1));

@@ -11,6 +11,9 @@
 
 namespace desk::drawing {
 
+/// Returns a font's name as it can stand everywhere: its letters and digits, and "_" for the rest.
+std::string plainName(const std::string& name);
+
 /// The fonts of a skin, to measure text with. Text is valid UTF-8.
 class Fonts {
  public:
@@ -32,7 +35,7 @@ class Fonts {
   /// breaks at blanks, which go, or within a word that is too long for a line.
   std::vector<std::string> linesOf(std::string_view text, const TextLayout& layout, double width);
 
-  /// Returns the file of a font, that of the usual one for any other name.
+  /// Returns the file of a font by its plain name, that of the usual one for any other.
   std::filesystem::path fileOf(const std::string& name) const;
 
  private:
@@ -44,7 +47,7 @@ class Fonts {
 
   std::unique_ptr<Library> library_;
   std::unique_ptr<Face> usual_;
-  std::map<std::string, std::unique_ptr<Face>, std::less<>> own_;  ///< the skin's, by name
+  std::map<std::string, std::unique_ptr<Face>, std::less<>> own_;  ///< the skin's, by plain name
 };
 
 }  // namespace desk::drawing

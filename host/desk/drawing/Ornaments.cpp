@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace desk::drawing {
 namespace {
 
-constexpr struct {
-  const char* name;
-  Colour colour;
-} kNamed[] = {
+constexpr std::pair<const char*, Colour> kNamed[] = {
     {"red", {0x9f, 0x13, 0x13}},
     {"green", {0x1f, 0x77, 0x1f}},
     {"yellow", {0xa0, 0x85, 0x00}},

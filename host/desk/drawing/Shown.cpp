@@ -31,7 +31,7 @@ void addPackages(Shown& shown, const Json& packages) {
   shown.has_cursor = false;
   for (const Json& package : packages) {
     addRow(shown, package.at("name"), package.at("state"), "");
-    if (package.at("state") == "running") shown.selected = shown.rows.size() - 1;
+    if (package.at("state") != "waiting") shown.selected = shown.rows.size() - 1;
   }
 }
 

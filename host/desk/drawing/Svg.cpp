@@ -56,6 +56,13 @@ void Pane::fill(const SkinArea& area, const Colour& colour) {
   setColour(rect, "fill", colour);
 }
 
+void Pane::takePresses() {
+  pugi::xml_node rect = node_.append_child("rect");
+  setArea(rect, 0, 0, width_, height_);
+  rect.append_attribute("fill") = "none";
+  rect.append_attribute("pointer-events") = "all";
+}
+
 void Pane::outline(const SkinArea& area, int thickness, const Colour& colour) {
   pugi::xml_node rect = node_.append_child("rect");
   const double half = thickness / 2.0;
@@ -70,8 +77,9 @@ void Pane::write(const std::string& line, double x, double baseline, const SkinF
   pugi::xml_node text = node_.append_child("text");
   text.append_attribute("x") = number(x).c_str();
   text.append_attribute("y") = number(baseline).c_str();
+  text.append_attribute("xml:space") = "preserve";
   text.append_attribute("font-family") =
-      native::shownXml("skin-" + font.name + ", DejaVu Sans, sans-serif").c_str();
+      ("skin-" + plainName(font.name) + ", DejaVu Sans, sans-serif").c_str();
   text.append_attribute("font-size") = font.size;
   text.append_attribute("text-anchor") = kAnchors[static_cast<int>(align)];
   setColour(text, "fill", colour);
@@ -86,7 +94,6 @@ SvgDocument::SvgDocument(int width, int height)
     : pane_(document_.append_child("svg"), width, height) {
   pane_.set("xmlns", "http://www.w3.org/2000/svg");
   pane_.set("viewBox", "0 0 " + std::to_string(width) + " " + std::to_string(height));
-  pane_.set("xml:space", "preserve");
 }
 
 std::string SvgDocument::text() const {

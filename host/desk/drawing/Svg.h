@@ -28,6 +28,9 @@ class Pane {
   void fill(const SkinArea& area, const Colour& colour);
   void fill(const Colour& colour) { fill({0, 0, width_, height_}, colour); }
 
+  /// Takes what is pressed anywhere in the pane, not on its letters alone.
+  void takePresses();
+
   /// Draws an area's outline within it, so many pixels wide.
   void outline(const SkinArea& area, int thickness, const Colour& colour);
 

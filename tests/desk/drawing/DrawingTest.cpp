@@ -111,6 +111,7 @@ TEST(Drawing, ListShowsThePageOfTheCursorAndAScrollBar) {
   const Lines expected = {kBackgroundLine,
                           "svg 10,5 80x20 list listbox",
                           "svg 10,5 80x10 option true",
+                          "rect 10,5 80x10 none",
                           "rect 10,5 80x10 #333333",
                           "svg 20,5 60x10",
                           "text 20,12.77 #222222 start 8 three",
@@ -156,6 +157,7 @@ TEST(Drawing, RowIsDrawnByItsTemplate) {
   EXPECT_EQ(drawn(list, shown), (Lines{kBackgroundLine,
                                        "svg 10,5 80x40 list listbox",
                                        "svg 10,5 80x20 option true",
+                                       "rect 10,5 80x20 none",
                                        "rect 10,5 80x20 #2f5a8f",
                                        "svg 11,7 3x4",
                                        "image 11,7 data:there",
@@ -167,6 +169,7 @@ TEST(Drawing, RowIsDrawnByItsTemplate) {
                                        "text 80,10.57 #ffffff start 6 >",
                                        "svg 80,5 5x10",
                                        "svg 10,25 80x20 option false",
+                                       "rect 10,25 80x20 none",
                                        "svg 11,27 3x4",
                                        "svg 20,25 60x10",
                                        "text 20,32.43 #ffffff start 8 two",
@@ -175,6 +178,27 @@ TEST(Drawing, RowIsDrawnByItsTemplate) {
                                        "svg 80,25 5x10",
                                        "text 80,30.57 #ffffff start 6 >",
                                        "svg 80,25 5x10"}));
+}
+
+/// Returns how many rows of a list a dialog shows on a television picture of this size.
+std::ptrdiff_t shownRows(const char* dialog, std::size_t rows, int width, int height) {
+  SkinFile file;
+  file.skin.settings.width = width;
+  file.skin.settings.height = height;
+  Drawing drawing(std::move(file), [](const std::string&) { return std::nullopt; });
+  Json shown = frame(Json::object(), Json(rows, Json::array({"a row"})));
+  shown["screen"] = dialog;
+  pugi::xml_document document;
+  EXPECT_TRUE(document.load_string(drawing.draw(shown, std::nullopt).c_str()));
+  return std::ssize(document.select_nodes("//svg[@role='option']"));
+}
+
+TEST(Drawing, DialogsShowAsManyRowsInEveryResolution) {
+  for (const auto& [width, height] :
+       {std::pair{720, 576}, {1280, 720}, {1920, 1080}, {1024, 576}, {3840, 2160}, {8, 8}}) {
+    EXPECT_EQ(shownRows("MessageBox", 9, width, height), 2) << height;
+    EXPECT_EQ(shownRows("ChoiceBox", 20, width, height), 9) << height;
+  }
 }
 
 TEST(Drawing, WhatTheScreenDoesNotHaveIsNoticedOnce) {

@@ -55,6 +55,7 @@ TEST_F(FontsTest, LineBreaksAtBlanksAndWithinAWordThatIsTooLong) {
       {"mmmmmm", {"mmmm", "mm"}},
       {"m mmmmm", {"m", "mmmm", "m"}},
       {"m m mm", {"m m", "mm"}},
+      {"  mmmmm", {"  mmm", "mm"}},
       {"mm\nmm", {"mm", "mm"}},
       {"m\n\nm\n", {"m", "", "m"}},
   };
