@@ -31,7 +31,7 @@ std::string percentEncoded(const std::string& path) {
 
 std::optional<std::string> Pictures::name(const std::string& path) {
   const std::lock_guard lock(mutex_);
-  if (!path.starts_with('/') || !drawing::readPicture(receiver_, path)) return std::nullopt;
+  if (!drawing::readPicture(receiver_, path)) return std::nullopt;
   named_.insert(path);
   return "/picture" + percentEncoded(path) + "?token=" + token_;
 }

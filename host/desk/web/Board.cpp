@@ -66,7 +66,7 @@ std::optional<std::string> Board::nextEvents(Seen& seen, std::chrono::millisecon
     seen.picture = pictures_;
   }
   if (events.empty() && has_ended_) return std::nullopt;
-  return events.empty() ? ":\n\n" : events;
+  return events.empty() ? event("alive", "null") : events;
 }
 
 /// Returns the lines that have not been seen, as far as they are still kept.

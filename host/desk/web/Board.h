@@ -41,7 +41,7 @@ class Board {
 
   /// Waits until there is something that a viewer has not seen, for at most `patience`. Returns it
   /// as server-sent events (the HTML standard, "text/event-stream") and takes note of it in `seen`;
-  /// an empty comment when there is nothing; nothing after the end.
+  /// the event "alive" when there is nothing; nothing after the end.
   std::optional<std::string> nextEvents(Seen& seen, std::chrono::milliseconds patience);
 
   /// Takes a word that a viewer has pressed. Returns false when too many wait to be done already.

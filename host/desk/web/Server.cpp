@@ -1,14 +1,13 @@
 #include "Server.h"
 
-#include <httplib.h>
 #include <sys/random.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <stdexcept>
 #include <utility>
 
+#include "Http.h"
 #include "Page.h"
 #include "native/OsError.h"
 #include "play/Words.h"
@@ -16,35 +15,20 @@
 namespace desk::web {
 namespace {
 
-constexpr const char* kHost = "127.0.0.1";
-
-/// So many viewers and requests are served at a time; more wait.
-constexpr std::size_t kThreads = 256;
-
 /// No request's body is longer, in bytes.
 constexpr std::size_t kLongestBody = 64;
-
-/// How long the next byte of a request may take to come, and one of an answer to go, in seconds.
-constexpr time_t kReadTimeout = 2;
-constexpr time_t kWriteTimeout = 5;
-
-/// How long a whole request may take to come to a connection that has had none, and how often this
-/// is looked at.
-constexpr std::chrono::milliseconds kPatience(4000);
-constexpr std::chrono::milliseconds kWatch(500);
-
-/// How long viewers may take to hear of the end.
-constexpr std::chrono::milliseconds kFarewell(1000);
 
 /// How often a viewer hears that the receiver is still there.
 constexpr std::chrono::milliseconds kHeartbeat(1000);
 
-/// Returns the port that the server is bound to: `port`, any free one for 0.
-int bound(httplib::Server& http, int port) {
-  const int found =
-      port == 0 ? http.bind_to_any_port(kHost) : (http.bind_to_port(kHost, port) ? port : -1);
-  if (found <= 0) throw std::runtime_error("cannot listen on port " + std::to_string(port));
-  return found;
+/// Whether `host` names a server on `port` of this machine. Browsers leave the usual port out.
+bool isOwnHost(const std::string& host, int port) {
+  constexpr int kUsualPort = 80;
+  const std::string behind = ":" + std::to_string(port);
+  for (const std::string name : {"127.0.0.1", "localhost"}) {
+    if (host == name + behind || (port == kUsualPort && host == name)) return true;
+  }
+  return false;
 }
 
 /// Puts a text in the place of a mark wherever that stands.
@@ -71,16 +55,8 @@ std::string randomToken() {
 
 Server::Server(Board& board, int port, std::string token, const FindAsset& find_font,
                const FindAsset& find_picture)
-    : board_(board),
-      token_(std::move(token)),
-      http_(std::make_unique<httplib::Server>()),
-      port_(bound(*http_, port)),
-      connections_(port_) {
-  http_->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    : board_(board), token_(std::move(token)), http_(std::make_unique<Http>(port)) {
   http_->set_payload_max_length(kLongestBody);
-  http_->set_read_timeout(kReadTimeout);
-  http_->set_write_timeout(kWriteTimeout);
-  http_->set_tcp_nodelay(true);
   http_->set_default_headers({{"Cache-Control", "no-store"},
                               {"Content-Security-Policy", kPolicy},
                               {"Referrer-Policy", "no-referrer"},
@@ -98,36 +74,23 @@ Server::Server(Board& board, int port, std::string token, const FindAsset& find_
   listening_ = std::async(std::launch::async, [this] { http_->listen_after_bind(); });
   // It cannot be stopped before it runs.
   while (!http_->is_running()) std::this_thread::yield();
-  watch_ = std::jthread([this](const std::stop_token& stop) { letStrangersGo(stop); });
 }
 
 Server::~Server() {
   board_.end();
-  http_->stop();
-  if (listening_.wait_for(kFarewell) == std::future_status::timeout) connections_.endAll();
-}
-
-void Server::letStrangersGo(const std::stop_token& stop) {
-  std::unique_lock lock(mutex_);
-  while (!stopped_.wait_for(lock, stop, kWatch, [&] { return stop.stop_requested(); })) {
-    connections_.endStrangers(kPatience);
-  }
+  http_->close();
 }
 
 std::string Server::address() const {
-  return std::string("http://") + kHost + ":" + std::to_string(port_) + "/?token=" + token_;
+  return "http://127.0.0.1:" + std::to_string(http_->port()) + "/?token=" + token_;
 }
 
 /// Refuses what does not come from the page at address().
-bool Server::isRefused(const httplib::Request& request, httplib::Response& response) {
-  const std::string port = ":" + std::to_string(port_);
-  const std::string hosts[] = {kHost + port, "localhost" + port};
+bool Server::isRefused(const httplib::Request& request, httplib::Response& response) const {
   const std::string host = request.get_header_value("Host");
-  const bool is_host = std::ranges::find(hosts, host) != std::end(hosts);
   const bool is_own =
       !request.has_header("Origin") || request.get_header_value("Origin") == "http://" + host;
-  if (is_host && is_own && request.get_param_value("token") == token_) {
-    connections_.trust(request.remote_port);
+  if (isOwnHost(host, http_->port()) && is_own && request.get_param_value("token") == token_) {
     return false;
   }
   response.status = 403;
@@ -164,14 +127,13 @@ void Server::addEvents() {
     const auto seen = std::make_shared<Board::Seen>();
     response.set_chunked_content_provider(
         "text/event-stream", [this, seen](std::size_t, httplib::DataSink& sink) {
-          const auto events = board_.nextEvents(*seen, kHeartbeat);
-          if (!events) {
-            constexpr std::string_view kEnd = "event: end\ndata: null\n\n";
-            sink.write(kEnd.data(), kEnd.size());
-            sink.done();
-            return true;
+          while (const auto events = board_.nextEvents(*seen, kHeartbeat)) {
+            if (!sink.write(events->data(), events->size())) return false;
           }
-          return sink.write(events->data(), events->size());
+          constexpr std::string_view kEnd = "event: end\ndata: null\n\n";
+          sink.write(kEnd.data(), kEnd.size());
+          sink.done();
+          return true;
         });
   });
 }

@@ -1,24 +1,21 @@
 #pragma once
 
-#include <condition_variable>
 #include <functional>
 #include <future>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 
 #include "Board.h"
-#include "Connections.h"
 
 namespace httplib {
-class Server;
 struct Request;
 struct Response;
 }  // namespace httplib
 
 namespace desk::web {
+
+class Http;
 
 /// A file that the page asks for.
 struct Asset {
@@ -31,7 +28,7 @@ std::string randomToken();
 
 /// Serves the page to viewers on this machine, who know the address that only its user has been
 /// told: every request has to carry the token, to name this server as its host, and to come from
-/// this server's own page. Who is connected and does not soon say such a request is let go.
+/// this server's own page.
 class Server {
  public:
   /// Finds the font of a skin by its name, or a picture by its path.
@@ -42,7 +39,7 @@ class Server {
   Server(Board& board, int port, std::string token, const FindAsset& find_font,
          const FindAsset& find_picture);
 
-  /// Lets every viewer go: those who take in what has been sent, and the others after a while.
+  /// Tells every viewer of the end, and lets them go; one that does not listen after a second.
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
@@ -51,8 +48,7 @@ class Server {
   std::string address() const;
 
  private:
-  bool isRefused(const httplib::Request& request, httplib::Response& response);
-  void letStrangersGo(const std::stop_token& stop);
+  bool isRefused(const httplib::Request& request, httplib::Response& response) const;
   void addPage();
   void addAssets(const char* pattern, const FindAsset& find);
   void addEvents();
@@ -60,13 +56,8 @@ class Server {
 
   Board& board_;
   std::string token_;
-  std::unique_ptr<httplib::Server> http_;
-  int port_;
-  Connections connections_;
+  std::unique_ptr<Http> http_;
   std::future<void> listening_;
-  std::mutex mutex_;
-  std::condition_variable_any stopped_;
-  std::jthread watch_;
 };
 
 }  // namespace desk::web

@@ -13,7 +13,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kAtOnce(0);
-constexpr const char* kNothing = ":\n\n";
+constexpr const char* kNothing = "event: alive\ndata: null\n\n";
 
 struct BoardTest : testing::Test {
   std::string events(Board::Seen& seen) { return board.nextEvents(seen, kAtOnce).value_or("end"); }
