@@ -163,8 +163,8 @@ void addDesk(CLI::App& stowline) {
   const auto options = std::make_shared<Options>();
   CLI::App* desk = stowline.add_subcommand(
       "desk",
-      "Open the main menu on a stand-in receiver: on this terminal, where ? shows the keys, or\n"
-      "by a script.");
+      "Open the main menu on a stand-in receiver: on this terminal, where ? shows the keys, in a\n"
+      "browser, or by a script.");
   CLI::Option* receiver =
       desk->add_option("--receiver", options->receiver, "the receiver's directory")
           ->type_name("DIR");
@@ -186,10 +186,12 @@ void addDesk(CLI::App& stowline) {
       ->check(CLI::IsMember({"text", "json"}))
       ->capture_default_str()
       ->needs(play);
-  desk->add_option("--pictures", options->pictures,
-                   "write every frame into this directory as the television would show it, in SVG")
-      ->type_name("DIR")
-      ->needs(play);
+  CLI::Option* pictures =
+      desk->add_option(
+              "--pictures", options->pictures,
+              "write every frame into this directory as the television would show it, in SVG")
+          ->type_name("DIR")
+          ->needs(play);
   CLI::Option* web =
       desk->add_option("--web", options->port,
                        "open the menu in a browser: print the address of a page on this port, on "
@@ -201,20 +203,26 @@ void addDesk(CLI::App& stowline) {
   desk->add_option("--translations", options->translations,
                    "show the module's texts in another language, by a catalogue of msgfmt")
       ->type_name("FILE.mo");
-  desk->add_option("--skin", options->skin, "the skin of --web and --pictures")->type_name("FILE");
+  CLI::Option* skin = desk->add_option("--skin", options->skin, "the skin of --web and --pictures")
+                          ->type_name("FILE");
   desk->add_option("--theme", options->theme, "the colours of the terminal")
       ->check(CLI::IsMember({"plain", "dark", "light"}))
-      ->excludes(play);
+      ->excludes(play)
+      ->excludes(web);
   desk->add_option("--record", options->record,
                    "append every frame on the terminal to this file, as JSON")
       ->type_name("FILE")
-      ->excludes(play);
+      ->excludes(play)
+      ->excludes(web);
   desk->add_option("--log", options->records.log, "append the module's log lines to this file")
       ->type_name("FILE");
   desk->add_option("--trace", options->records.trace, "append every shell command to this file")
       ->type_name("FILE");
   desk->callback([=] {
     require({receiver});
+    if (skin->count() > 0 && web->count() + pictures->count() == 0) {
+      throw CLI::RequiresError("--skin", "--web or --pictures");
+    }
     runDesk(*options, play->count() > 0  ? FrontEnd::script
                       : web->count() > 0 ? FrontEnd::browser
                                          : FrontEnd::terminal);

@@ -1,11 +1,11 @@
 // The receiver in a real browser.
 
 import assert from "node:assert/strict";
-import { existsSync, mkdirSync, readdirSync, writeFileSync } from "node:fs";
+import { existsSync, mkdirSync, readFileSync, readdirSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { Receiver, browserFor, openPage, pictures, textsOf, waitForText } from "./receiver.mjs";
+import { Receiver, browserFor, openPage, pictures, samples, textsOf, waitForText } from "./receiver.mjs";
 
 const backups = "media/hdd/qor-stowline";
 
@@ -41,54 +41,135 @@ test("the first picture is the menu, with the cursor on its first row", async (t
   await page.screenshot({ path: join(pictures, "menu.png") });
 });
 
-test("the channel settings are backed up by the keyboard alone", async (t) => {
-  const receiver = new Receiver(t);
-  const page = await openPage(await browserFor(t), await receiver.open());
-  await page.keyboard.press("ArrowDown");
-  await page.keyboard.press("ArrowDown");
-  await page.locator('#row-2[aria-selected="true"]').waitFor();
-  await page.keyboard.press("Enter");
-  await waitForText(page, "Settings backup finished succesfully");
-  await page.screenshot({ path: join(pictures, "message.png") });
-  assert.equal(backupsOf(receiver, "settings_").length, 1);
-  await page.keyboard.press("Escape");
-  assert.deepEqual(await waitForText(page, "Backup channel settings"), menu);
-});
+/** What a viewer does with each device. */
+const devices = {
+  keyboard: {
+    context: {},
+    async moveTo(page, from, to) {
+      for (let at = from; at !== to; at += Math.sign(to - from)) await page.keyboard.press(at < to ? "ArrowDown" : "ArrowUp");
+    },
+    ok: (page) => page.keyboard.press("Enter"),
+    exit: (page) => page.keyboard.press("Escape"),
+    green: (page) => page.keyboard.press("F2"),
+  },
+  mouse: {
+    context: {},
+    moveTo: (page, from, to) => page.click(`#row-${to}`),
+    async ok(page) {
+      const row = page.locator('#television [aria-selected="true"]');
+      await (await row.count() === 0 ? page.locator("#remote .ok") : row).click();
+    },
+    exit: (page) => page.click("#remote .exit"),
+    green: (page) => page.click('[data-widget="key_green"]'),
+  },
+  touch: {
+    context: { viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true },
+    moveTo: (page, from, to) => page.tap(`#row-${to}`),
+    ok: (page) => page.tap("#remote .ok"),
+    exit: (page) => page.tap("#remote .exit"),
+    green: (page) => page.tap("#remote .green"),
+  },
+};
 
-test("the channel settings are backed up by the mouse alone", async (t) => {
-  const receiver = new Receiver(t);
-  const desk = await receiver.open();
+/** What a backup has to bring back, and the packages that the feed has no more. */
+const kept = ["etc/enigma2/lamedb", "etc/enigma2/bouquets.tv", "etc/fstab", "etc/enigma2/settings"];
+const lost = ["enigma2-plugin-extensions-webinterface", "enigma2-plugin-settings-meridian"];
+
+for (const [name, device] of Object.entries(devices)) {
+  test(`a receiver is backed up, flashed and restored by ${name} alone`, async (t) => {
+    const receiver = new Receiver(t);
+    const contents = () => kept.map((file) => readFileSync(receiver.path(file), "utf8"));
+    const [files, packages] = [contents(), receiver.packages()];
+    const context = await (await browserFor(t)).newContext(device.context);
+    let page = null;
+    const selected = async () =>
+      Number((await page.getAttribute('#television [aria-selected="true"]', "id")).replace("row-", ""));
+    const press = async (text) => {
+      const row = page.locator('#television [role="option"]', { hasText: text }).first();
+      await row.waitFor();
+      const to = Number((await row.getAttribute("id")).replace("row-", ""));
+      const from = await selected();
+      if (from !== to) await device.moveTo(page, from, to);
+      await page.locator(`#row-${to}[aria-selected="true"]`).waitFor();
+      await device.ok(page);
+    };
+
+    const backup = await receiver.open();
+    page = await openPage(context, backup);
+    for (const [row, message] of [
+      ["Backup installed plugins", "List of installed plugins was created succesfully"],
+      ["Backup channel settings", "Settings backup finished succesfully"],
+      ["Backup configurations", "Configuration backup finished succesfully"],
+    ]) {
+      await press(row);
+      await waitForText(page, message);
+      if (row.includes("channel")) await page.screenshot({ path: join(pictures, `message-${name}.png`), fullPage: true });
+      await device.exit(page);
+    }
+    await waitForText(page, "Exit");
+    await device.exit(page);
+    assert.equal(await backup.ended, 0);
+    await page.locator("#state", { hasText: "The menu is closed" }).waitFor();
+    assert.deepEqual(["settings_", "configuration_", "pluginlist_"].map((kind) => backupsOf(receiver, kind).length > 0),
+                     [true, true, true]);
+
+    receiver.flash();
+    assert.notDeepEqual(contents(), files);
+    assert.notDeepEqual(receiver.packages(), packages);
+
+    const restore = await receiver.open("--menu", "restore");
+    page = await openPage(context, restore);
+    await press("Restore plugins");
+    await press("pluginlist_");
+    await waitForText(page, "finished");
+    await device.ok(page);
+    await press("Restore channel settings");
+    await press("settings_");
+    await waitForText(page, "Restoring settings finished successfully");
+    await device.ok(page);
+    await press("Restore configurations");
+    await press("configuration_");
+    await page.locator('[data-screen="StowlineHelpScreen"]').waitFor();
+    await device.green(page);
+    await page.locator("#state", { hasText: "The GUI was killed and has been started again." }).waitFor();
+    await waitForText(page, "QOR Stowline (Restore)");
+    assert.deepEqual(await page.$$eval("#log .notice", (items) => items.map((item) => item.textContent)),
+                     ["the GUI was killed", "the GUI was started again"]);
+    await device.exit(page);
+    assert.equal(await restore.ended, 0);
+    assert.deepEqual(contents(), files);
+    assert.deepEqual(receiver.packages(), packages.filter((name) => !lost.includes(name)));
+  });
+}
+
+test("a row and a colour key are pressed beside their letters too", async (t) => {
+  const desk = await new Receiver(t).open();
   const page = await openPage(await browserFor(t), desk);
-  await page.click("#row-2");
-  await page.locator('#row-2[aria-selected="true"]').waitFor();
-  await page.click("#row-2");
-  await waitForText(page, "Settings backup finished succesfully");
-  assert.equal(backupsOf(receiver, "settings_").length, 1);
-  await page.click("#remote >> text=exit");
-  await waitForText(page, "Backup channel settings");
-  await page.click('[data-widget="key_red"]');
+  const press = async (selector, x, y) => {
+    const box = await page.locator(selector).boundingBox();
+    await page.mouse.click(box.x + box.width * x, box.y + box.height * y);
+  };
+  await press("#row-3", 0.95, 0.05);
+  await page.locator('#row-3[aria-selected="true"]').waitFor();
+  await press('[data-widget="key_red"]', 0.9, 0.9);
   assert.equal(await desk.ended, 0);
-  await page.locator("#state", { hasText: "The menu is closed" }).waitFor();
 });
 
-test("the channel settings are backed up by touch alone", async (t) => {
-  const receiver = new Receiver(t);
-  const desk = await receiver.open();
-  const phone = await (await browserFor(t)).newContext({ viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true });
-  const page = await openPage(phone, desk, null);
-  await page.tap("#row-1");
-  await page.locator('#row-1[aria-selected="true"]').waitFor();
-  await page.tap("#remote .down");
-  await page.locator('#row-2[aria-selected="true"]').waitFor();
-  await page.tap("#remote .ok");
-  await waitForText(page, "Settings backup finished succesfully");
-  await page.screenshot({ path: join(pictures, "phone.png"), fullPage: true });
-  assert.equal(backupsOf(receiver, "settings_").length, 1);
-  assert.equal(await page.evaluate(() => document.documentElement.scrollWidth <= window.innerWidth), true);
-  await page.tap("#remote .exit");
-  await waitForText(page, "Backup channel settings");
-  await page.tap("#remote .red");
-  assert.equal(await desk.ended, 0);
+test("the whole page fits on a phone, and the whole picture into a window that is not high", async (t) => {
+  const desk = await new Receiver(t).open("--skin", join(samples, "skin_sd.xml"));
+  const browser = await browserFor(t);
+  for (const [width, height] of [[390, 844], [1366, 768], [1920, 1080], [1280, 400]]) {
+    const page = await openPage(browser, desk, { width, height });
+    await page.keyboard.press("ArrowDown");
+    await page.waitForFunction(() => document.querySelector("#television").style.getPropertyValue("--ratio") === "1.25");
+    const { wide, bottom } = await page.evaluate(() => ({
+      wide: document.documentElement.scrollWidth,
+      bottom: document.querySelector("#television").getBoundingClientRect().bottom,
+    }));
+    await page.screenshot({ path: join(pictures, `window-${width}x${height}.png`) });
+    assert.ok(wide <= width, `${wide} of ${width}`);
+    assert.ok(bottom <= height, `${bottom} of ${height}`);
+  }
 });
 
 test("keys that are pressed faster than they are done are done in their order", async (t) => {
@@ -97,7 +178,7 @@ test("keys that are pressed faster than they are done are done in their order", 
   await page.evaluate((keys) => {
     const television = document.getElementById("television");
     for (const key of keys) television.dispatchEvent(new KeyboardEvent("keydown", { key, bubbles: true }));
-  }, [...Array(40).fill(["ArrowDown", "ArrowUp"]).flat(), "ArrowDown", "ArrowDown", "Enter"]);
+  }, [...Array(25).fill(["ArrowDown", "ArrowUp"]).flat(), "ArrowDown", "ArrowDown", "Enter"]);
   await waitForText(page, "Settings backup finished succesfully");
 });
 
@@ -129,15 +210,17 @@ test("a running console moves as it prints", async (t) => {
   const receiver = new Receiver(t);
   mkdirSync(receiver.path(backups), { recursive: true });
   writeFileSync(receiver.path(backups + "/restore_mine.sh"),
-                "#!/bin/sh\nfor i in 1 2 3; do echo line $i; while [ ! -e /tmp/go$i ]; do sleep 0.05; done; done\n");
+                "#!/bin/sh\nfor i in 1 2 3; do echo 'line '$i'    of  3'; while [ ! -e /tmp/go$i ]; do sleep 0.05; done; done\n");
   const page = await openPage(await browserFor(t), await receiver.open("--menu", "restore"));
   await choose(page, "Run personal script");
   await choose(page, "restore_mine.sh");
   await waitForText(page, "yes");
   await page.keyboard.press("Enter");
   for (const number of [1, 2, 3]) {
-    const texts = await waitForText(page, "line " + number);
+    const texts = await waitForText(page, `line ${number}    of  3`);
     assert.equal(texts.at(-1), "running");
+    const spaces = await page.$$eval("#television text", (all) => all.map((text) => getComputedStyle(text).whiteSpace));
+    assert.deepEqual(new Set(spaces), new Set(["pre"]));
     await page.screenshot({ path: join(pictures, `console-${number}.png`) });
     writeFileSync(receiver.path("tmp/go" + number), "");
   }
@@ -169,27 +252,24 @@ test("packages move from waiting to done as they are installed", async (t) => {
   ]);
 });
 
-test("a restore that ends the GUI says so, and the menu comes back", async (t) => {
+test("a screen reader hears what a screen says, what is going on, and the row with the cursor", async (t) => {
   const receiver = new Receiver(t);
-  const browser = await browserFor(t);
-  const backup = await receiver.open();
-  const before = await openPage(browser, backup);
-  await choose(before, "Backup configurations");
-  await waitForText(before, "succesfully");
-  await before.keyboard.press("Escape");
-  await waitForText(before, "Exit");
-  await before.keyboard.press("Escape");
-  assert.equal(await backup.ended, 0);
-
-  const page = await openPage(browser, await receiver.open("--menu", "restore"));
+  const name = "configuration_ver_c_20260314_10-30_solo2.tar.gz";
+  receiver.addBackup(name);
+  receiver.addBackup("restore_mine.sh", "#!/bin/sh\necho one\necho two\n");
+  const page = await openPage(await browserFor(t), await receiver.open("--menu", "restore"));
+  const heard = (text) => page.locator("#announcement", { hasText: text }).waitFor({ state: "attached" });
   await choose(page, "Restore configurations");
-  await choose(page, "configuration_ver_c");
-  await page.locator('[data-screen="StowlineHelpScreen"]').waitFor();
-  await page.keyboard.press("F2");
-  await page.locator("#state", { hasText: "The GUI was killed and has been started again." }).waitFor();
-  await waitForText(page, "QOR Stowline (Restore)");
-  const lines = await page.$$eval("#log .notice", (items) => items.map((item) => item.textContent));
-  assert.deepEqual(lines, ["the GUI was killed", "the GUI was started again"]);
+  await heard(name);
+  await page.keyboard.press("Enter");
+  await heard(/Are you sure you want to restore\s+following backup:\s+configuration_ver_c.*System will restart/s);
+  await page.keyboard.press("Escape");
+  await page.keyboard.press("Escape");
+  await choose(page, "Run personal script");
+  await choose(page, "restore_mine.sh");
+  await heard(/restore_mine.sh.*yes$/s);
+  await page.keyboard.press("Enter");
+  await heard(/two.*finished$/s);
 });
 
 test("a screen reader finds the list, its rows and the one with the cursor", async (t) => {

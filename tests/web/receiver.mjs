@@ -1,7 +1,7 @@
 // A receiver in a directory of its own, and the command stowline that shows it in a browser.
 
 import { execFileSync, spawn, spawnSync } from "node:child_process";
-import { mkdirSync, mkdtempSync, renameSync, rmSync, writeFileSync } from "node:fs";
+import { mkdirSync, mkdtempSync, readFileSync, renameSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -41,6 +41,12 @@ export class Receiver {
     const directory = this.path("media/hdd/qor-stowline/");
     mkdirSync(directory, { recursive: true });
     writeFileSync(Buffer.concat([Buffer.from(directory), Buffer.from(name, "latin1")]), content);
+  }
+
+  /** Returns the names of the installed packages. */
+  packages() {
+    const status = readFileSync(this.path("var/lib/opkg/status"), "utf8");
+    return [...status.matchAll(/^Package: (.*)$/gm)].map(([, name]) => name).sort();
   }
 
   /** Puts the receiver back to factory state. */

@@ -86,6 +86,7 @@ const walks = {
     ["question", ["yellow"], "MessageBox"],
     ["configurations", ["exit", "exit", "row:3", "ok"], "StowlineRestore"],
     ["confirmation", ["ok"], "StowlineHelpScreen"],
+    ["console", ["exit", "exit", "row:5", "ok", "ok", "ok"], "Console"],
   ],
 };
 
@@ -111,6 +112,7 @@ for (const skin of skins) {
       const receiver = new Receiver(t);
       receiver.addBackup("settings_20260314_10-30_solo2.tar.gz");
       receiver.addBackup("configuration_ver_c_20260314_10-30_solo2.tar.gz");
+      receiver.addBackup("restore_mine.sh", "#!/bin/sh\necho done\n");
       const browser = await browserFor(t);
       const viewport = { width: skin.width + 400, height: skin.height + 300 };
       const file = join(samples, `skin_${skin.name}.xml`);

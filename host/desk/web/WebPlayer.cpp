@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "native/OsError.h"
 #include "native/ShownText.h"
@@ -13,16 +14,39 @@
 namespace desk::web {
 namespace {
 
-/// Returns what a screen reader is to say of a frame when its screen comes up or its text changes.
+/// Returns the last line of a text that is not empty.
+std::string lastLineOf(const std::string& text) {
+  const std::size_t end = text.find_last_not_of('\n') + 1;
+  const std::size_t begin = text.substr(0, end).rfind('\n') + 1;
+  return text.substr(begin, end - begin);
+}
+
+/// Returns what a screen reader is to say of a frame when its screen comes up or changes: its title
+/// and texts, what is going on, and the row with the cursor.
 std::string announcementOf(const Channel::Message& frame) {
-  std::string text = frame.at("title");
-  if (frame.contains("type")) text += ". " + frame.at("text").get<std::string>();
+  std::vector<std::string> parts = {frame.at("title")};
+  for (const auto& [name, text] : frame.at("widgets").items()) {
+    if (name != "title" && !name.starts_with("key_")) parts.push_back(text);
+  }
+  const bool is_console = frame.contains("text") && frame.contains("running");
+  if (is_console) {
+    parts.push_back(lastLineOf(frame.at("text")));
+  } else if (frame.contains("text")) {
+    parts.push_back(frame.at("text"));
+  }
+  for (const auto& package : frame.value("packages", Channel::Message::array())) {
+    if (package.at("state") == "running") parts.push_back(package.at("name"));
+  }
+  if (frame.contains("running")) parts.emplace_back(frame.at("running") ? "running" : "finished");
   const auto& rows = frame.at("rows");
   const auto selected = frame.at("selected").get<std::size_t>();
-  if (selected < rows.size()) {
-    for (const auto& part : rows.at(selected)) text += ". " + part.get<std::string>();
+  if (selected < rows.size())
+    parts.insert(parts.end(), rows.at(selected).begin(), rows.at(selected).end());
+  std::string announcement;
+  for (const std::string& part : parts) {
+    if (!part.empty()) announcement += (announcement.empty() ? "" : ". ") + part;
   }
-  return text;
+  return announcement;
 }
 
 }  // namespace

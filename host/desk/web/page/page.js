@@ -47,10 +47,17 @@ function loadFont(family) {
   document.fonts.add(new FontFace(name, "url(" + url + ")"));
 }
 
+// Tells the style sheet how wide the picture is for its height.
+function fit() {
+  const { width, height } = television.firstElementChild.viewBox.baseVal;
+  television.style.setProperty("--ratio", width / height);
+}
+
 function showPicture(picture) {
   const drawn = new DOMParser().parseFromString(picture.svg, "image/svg+xml").documentElement;
   for (const text of drawn.querySelectorAll("text")) loadFont(text.getAttribute("font-family"));
   television.replaceChildren(document.importNode(drawn, true));
+  fit();
   const selected = television.querySelector('[aria-selected="true"]');
   if (selected) {
     television.setAttribute("aria-activedescendant", selected.id);
@@ -76,27 +83,45 @@ function addLines(lines) {
 
 let events = null;
 let hasEnded = false;
+let silence = 0;
+
+// The receiver is heard every second.
+function hear() {
+  clearTimeout(silence);
+  silence = setTimeout(loseConnection, 5000);
+}
+
+function loseConnection() {
+  events.close();
+  state.textContent = "The connection is lost. Trying again …";
+  clearTimeout(silence);
+  silence = setTimeout(connect, 1000);
+}
 
 // A browser has few connections to one server: a window that nobody sees leaves its own to the others.
 function connect() {
   events?.close();
+  clearTimeout(silence);
   if (hasEnded || document.visibilityState === "hidden") return;
   events = new EventSource(address("/events"));
   events.addEventListener("open", () => {
     log.replaceChildren();
     state.textContent = "";
+    hear();
   });
-  events.addEventListener("picture", (event) => showPicture(JSON.parse(event.data)));
+  events.addEventListener("alive", hear);
+  events.addEventListener("picture", (event) => {
+    hear();
+    showPicture(JSON.parse(event.data));
+  });
   events.addEventListener("log", (event) => addLines(JSON.parse(event.data)));
   events.addEventListener("end", () => {
     hasEnded = true;
-    events.close();
+    connect();
     state.textContent = "The menu is closed, and the receiver with it.";
   });
-  events.addEventListener("error", () => {
-    state.textContent = "The connection is lost. Trying again …";
-    if (events.readyState === EventSource.CLOSED) setTimeout(connect, 1000);
-  });
+  events.addEventListener("error", loseConnection);
+  hear();
 }
 
 document.addEventListener("keydown", (event) => {
@@ -125,5 +150,6 @@ television.addEventListener("click", (event) => {
 });
 
 document.addEventListener("visibilitychange", connect);
-television.focus();
+if (television.firstElementChild) fit();
+television.focus({ preventScroll: true });
 connect();
