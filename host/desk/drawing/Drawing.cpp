@@ -21,7 +21,7 @@ ListTemplate plainRows(const SkinElement& list) {
   layout.valign = Align::center;
   layout.wraps = false;
   const int height = list.row_height.value_or(layout.font.size * 3 / 2);
-  const SkinArea area = {scaled(10, 720), 0, std::max(0, list.area.width - 20), height};
+  const SkinArea area = {10, 0, std::max(0, list.area.width - 20), height};
   return {.row_height = height,
           .entries = {{.kind = RowEntry::Kind::text,
                        .area = area,
@@ -154,7 +154,7 @@ void Drawing::drawPicture(Pane& pane, const std::string& path) {
   if (const auto colour = colourNamedIn(path)) {
     pane.fill(area, *colour);
   } else {
-    pane.outline(area, scaled(2, 720), kBorder);
+    pane.outline(area, 2, kBorder);
   }
 }
 

@@ -48,7 +48,9 @@ Shown shownBy(const Json& frame, std::optional<int> seconds_left) {
   for (const auto& [type, sign] : kSigns) {
     if (frame.value("type", std::string()) == type) shown.texts["type"] = sign;
   }
-  if (seconds_left) shown.texts["timeout"] = std::to_string(*seconds_left) + " s";
+  if (frame.contains("timeout")) {
+    shown.texts["timeout"] = seconds_left ? std::to_string(*seconds_left) + " s" : "";
+  }
   if (frame.contains("running")) {
     shown.texts["status"] = frame.at("running").get<bool>() ? "running" : "finished";
     shown.shows_end = true;

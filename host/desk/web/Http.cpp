@@ -23,7 +23,7 @@ using Milliseconds = std::chrono::milliseconds;
 constexpr std::ptrdiff_t kMostConnections = 256;
 
 /// No request is longer, in bytes, with its headers and its body.
-constexpr std::size_t kLongestRequest = 16384;
+constexpr std::size_t kLongestRequest = 8192;
 
 /// How long a request may take to come, and a part of an answer to go; and that when the server
 /// closes.
@@ -131,6 +131,13 @@ class Workers : public httplib::ThreadPool {
   std::counting_semaphore<kMostConnections> free_{kMostConnections};
 };
 
+/// Takes from a request what the library would do by itself: parts of an answer as often as one
+/// likes, and packing and unpacking.
+void makePlain(httplib::Request& request) {
+  request.ranges.clear();
+  for (const char* header : {"Accept-Encoding", "Content-Encoding"}) request.headers.erase(header);
+}
+
 /// A port that another server has is taken: without the library's own SO_REUSEPORT.
 void setOptions(socket_t socket) {
   const int yes = 1;
@@ -157,7 +164,7 @@ void Http::close() {
 bool Http::process_and_close_socket(socket_t socket) {
   Connection connection(native::Descriptor(socket), closing_.number());
   bool is_closed = false;
-  const bool is_read = process_request(connection, true, is_closed, nullptr);
+  const bool is_read = process_request(connection, true, is_closed, makePlain);
   connection.finish();
   return is_read;
 }

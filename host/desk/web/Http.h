@@ -17,8 +17,8 @@ class Http : public httplib::Server {
 
   int port() const { return port_; }
 
-  /// Ends listening: requests that have not come are not waited for, and answers for a second at
-  /// most. The server has to be listening.
+  /// Ends listening: requests that have not come are not waited for, and each part of an answer
+  /// for a second at most. The server has to be listening.
   void close();
 
  private:

@@ -73,7 +73,9 @@ Server::Server(Board& board, int port, std::string token, const FindAsset& find_
   addPress();
   listening_ = std::async(std::launch::async, [this] { http_->listen_after_bind(); });
   // It cannot be stopped before it runs.
-  while (!http_->is_running()) std::this_thread::yield();
+  constexpr std::chrono::milliseconds kMoment(1);
+  while (!http_->is_running() && listening_.wait_for(kMoment) == std::future_status::timeout) {
+  }
 }
 
 Server::~Server() {

@@ -8,7 +8,7 @@ const log = document.getElementById("log");
 
 const mostLines = 500;
 
-// The keys of the keyboard, as on the terminal.
+// The keys of the keyboard that are the remote control's, as on the terminal.
 const keys = {
   ArrowUp: "up", ArrowDown: "down", ArrowLeft: "left", ArrowRight: "right",
   Enter: "ok", Escape: "exit", Backspace: "exit", q: "exit",
@@ -85,7 +85,7 @@ let events = null;
 let hasEnded = false;
 let silence = 0;
 
-// The receiver is heard every second.
+// Something is heard of the receiver every second.
 function hear() {
   clearTimeout(silence);
   silence = setTimeout(loseConnection, 5000);
@@ -114,7 +114,10 @@ function connect() {
     hear();
     showPicture(JSON.parse(event.data));
   });
-  events.addEventListener("log", (event) => addLines(JSON.parse(event.data)));
+  events.addEventListener("log", (event) => {
+    hear();
+    addLines(JSON.parse(event.data));
+  });
   events.addEventListener("end", () => {
     hasEnded = true;
     connect();
