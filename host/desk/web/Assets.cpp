@@ -3,11 +3,11 @@
 #include <array>
 #include <cctype>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 #include "drawing/Pictures.h"
+#include "host/Error.h"
+#include "native/Reading.h"
 
 namespace desk::web {
 namespace {
@@ -45,9 +45,11 @@ std::optional<Asset> Pictures::find(const std::string& path) {
 }
 
 std::optional<Asset> readFont(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return std::nullopt;
-  return Asset{.content = {std::istreambuf_iterator<char>(stream), {}}, .type = "font/ttf"};
+  try {
+    return Asset{.content = native::readFile(file), .type = "font/ttf"};
+  } catch (const host::Error&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace desk::web

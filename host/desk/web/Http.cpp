@@ -58,8 +58,17 @@ class Connection : public httplib::Stream {
   }
 
   bool is_readable() const override { return !unread_.empty() || isReadableWithin({}); }
-  bool is_writable() const override { return isWritable(); }
   socket_t socket() const override { return socket_.number(); }
+
+  bool is_writable() const override {
+    std::array<pollfd, 2> watched = {
+        pollfd{.fd = socket_.number(), .events = POLLOUT, .revents = 0},
+        pollfd{.fd = closing_, .events = POLLIN, .revents = 0}};
+    if (!waitFor(watched, kAnswer)) return false;
+    if (watched[0].revents != 0) return true;
+    std::array<pollfd, 1> last = {watched[0]};
+    return waitFor(last, kFarewell);
+  }
 
   // Nobody asks who it is: whoever is here is on this machine.
   void get_remote_ip_and_port(std::string& /*ip*/, int& /*port*/) const override {}
@@ -75,7 +84,7 @@ class Connection : public httplib::Stream {
   }
 
   ssize_t write(const char* bytes, std::size_t size) override {
-    if (!isWritable()) return -1;
+    if (!is_writable()) return -1;
     return send(socket_.number(), bytes, size, MSG_NOSIGNAL | MSG_DONTWAIT);
   }
 
@@ -84,16 +93,6 @@ class Connection : public httplib::Stream {
     std::array<pollfd, 2> watched = {pollfd{.fd = socket_.number(), .events = POLLIN, .revents = 0},
                                      pollfd{.fd = closing_, .events = POLLIN, .revents = 0}};
     return waitFor(watched, patience) && watched[1].revents == 0;
-  }
-
-  bool isWritable() const {
-    std::array<pollfd, 2> watched = {
-        pollfd{.fd = socket_.number(), .events = POLLOUT, .revents = 0},
-        pollfd{.fd = closing_, .events = POLLIN, .revents = 0}};
-    if (!waitFor(watched, kAnswer)) return false;
-    if (watched[0].revents != 0) return true;
-    std::array<pollfd, 1> last = {watched[0]};
-    return waitFor(last, kFarewell);
   }
 
   bool fill() {
