@@ -1,4 +1,4 @@
-#include "Growth.h"
+#include "bench/Growth.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -15,8 +15,8 @@
 #include <exception>
 #include <string_view>
 
-#include "Growth.h"
-#include "Processes.h"
+#include "bench/Growth.h"
+#include "bench/Processes.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "MemoryHost.h"
+#include "bench/MemoryHost.h"
 
 #include <utility>
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/Host.h"
-#include "host/Screen.h"
-#include "host/Session.h"
+#include "host/include/Host.h"
+#include "host/include/Screen.h"
+#include "host/include/Session.h"
 
 namespace bench {
 

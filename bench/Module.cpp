@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "BackupActions.h"
-#include "Media.h"
-#include "MemoryHost.h"
-#include "Packages.h"
-#include "StowlineRestore.h"
+#include "bench/MemoryHost.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Media.h"
+#include "plugin/src/Packages.h"
+#include "plugin/src/StowlineRestore.h"
 
 namespace bench {
 namespace {

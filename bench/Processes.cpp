@@ -1,4 +1,4 @@
-#include "Processes.h"
+#include "bench/Processes.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
-#include "native/Descriptor.h"
-#include "native/Enclosure.h"
+#include "host/native/Descriptor.h"
+#include "host/native/Enclosure.h"
 
 namespace bench {
 namespace {

@@ -7,18 +7,18 @@
 #include <utility>
 #include <vector>
 
-#include "Commands.h"
-#include "OnReceiver.h"
-#include "Verdicts.h"
-#include "native/ShownText.h"
-#include "output/Progress.h"
-#include "output/Table.h"
-#include "scheduled/ScheduledBackup.h"
+#include "command/Commands.h"
+#include "command/OnReceiver.h"
+#include "command/Verdicts.h"
+#include "command/output/Progress.h"
+#include "command/output/Table.h"
+#include "command/scheduled/ScheduledBackup.h"
+#include "host/native/ShownText.h"
 
 namespace command {
 namespace {
 
-struct Options {
+struct AutoOptions {
   std::filesystem::path receiver;
   std::vector<std::string> jobs = scheduled::jobNames();
   bool json = false;
@@ -68,7 +68,7 @@ Json jsonOf(const scheduled::Report& report) {
   return json;
 }
 
-void runAuto(const Options& options) {
+void runAuto(const AutoOptions& options) {
   moveOntoReceiver(options.receiver);
   const scheduled::Report report = scheduled::run(options.jobs, output::bars(!options.quiet));
   if (options.json) {
@@ -85,7 +85,7 @@ void runAuto(const Options& options) {
 }  // namespace
 
 void addAuto(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<AutoOptions>();
   CLI::App* scheduled = stowline.add_subcommand(
       "auto",
       "Write a scheduled backup, read it again, and delete the oldest ones only when all is well.");

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
+#include "command/Commands.h"
 
 namespace command {
 namespace {

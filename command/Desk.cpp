@@ -10,31 +10,31 @@
 #include <utility>
 #include <vector>
 
-#include "Commands.h"
-#include "Setup.h"
-#include "Stowline.h"
-#include "drawing/PictureFiles.h"
-#include "gui/GuiProcess.h"
-#include "native/Reading.h"
-#include "native/ShownText.h"
-#include "play/ScriptPlayer.h"
-#include "play/Words.h"
-#include "supervisor/Supervisor.h"
-#include "terminal/Guard.h"
-#include "terminal/TerminalPlayer.h"
-#include "terminal/TerminalState.h"
-#include "tree/ReceiverTree.h"
-#include "tree/TreeLock.h"
-#include "web/Assets.h"
-#include "web/Server.h"
-#include "web/WebPlayer.h"
+#include "command/Commands.h"
+#include "desk/drawing/PictureFiles.h"
+#include "desk/gui/GuiProcess.h"
+#include "desk/play/ScriptPlayer.h"
+#include "desk/play/Words.h"
+#include "desk/supervisor/Supervisor.h"
+#include "desk/terminal/Guard.h"
+#include "desk/terminal/TerminalPlayer.h"
+#include "desk/terminal/TerminalState.h"
+#include "desk/tree/ReceiverTree.h"
+#include "desk/tree/TreeLock.h"
+#include "desk/web/Assets.h"
+#include "desk/web/Server.h"
+#include "desk/web/WebPlayer.h"
+#include "host/native/Reading.h"
+#include "host/native/ShownText.h"
+#include "plugin/src/Setup.h"
+#include "plugin/src/Stowline.h"
 
 namespace command {
 namespace {
 
 constexpr const char* kPluginPath = "/usr/lib/enigma2/python/Plugins/SystemPlugins/QORPanel";
 
-struct Options {
+struct DeskOptions {
   std::filesystem::path receiver;
   std::string menu = "backup";
   std::string words;
@@ -83,12 +83,12 @@ desk::Application moduleWith(const std::string& menu, desk::Translations transla
 
 /// Returns what runs the module in the receiver tree `tree`.
 std::function<void(desk::Channel)> guiOn(const std::filesystem::path& tree,
-                                         const Options& options) {
+                                         const DeskOptions& options) {
   return [tree, application = moduleWith(options.menu, readTranslations(options.translations))](
              desk::Channel channel) { desk::runGuiProcess(tree, application, std::move(channel)); };
 }
 
-void playScript(const Options& options, const std::filesystem::path& tree) {
+void playScript(const DeskOptions& options, const std::filesystem::path& tree) {
   const std::vector<std::string> words = desk::parseWords(options.words);
   std::optional<desk::drawing::PictureFiles> pictures;
   if (!options.pictures.empty()) {
@@ -108,7 +108,7 @@ void playScript(const Options& options, const std::filesystem::path& tree) {
   }
 }
 
-void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
+void playOnTerminal(const DeskOptions& options, const std::filesystem::path& tree) {
   namespace terminal = desk::terminal;
   terminal::requireTerminal();
   terminal::putGuardBeforeTerminal();
@@ -123,7 +123,7 @@ void playOnTerminal(const Options& options, const std::filesystem::path& tree) {
   if (signal != 0) raise(signal);
 }
 
-void playInBrowser(const Options& options, const std::filesystem::path& tree) {
+void playInBrowser(const DeskOptions& options, const std::filesystem::path& tree) {
   namespace web = desk::web;
   const std::string token = web::randomToken();
   web::Pictures pictures(tree, token);
@@ -143,7 +143,7 @@ void playInBrowser(const Options& options, const std::filesystem::path& tree) {
 /// Where the menu is shown.
 enum class FrontEnd { terminal, script, browser };
 
-void runDesk(const Options& options, FrontEnd front_end) {
+void runDesk(const DeskOptions& options, FrontEnd front_end) {
   desk::requireTree(options.receiver);
   const desk::TreeLock lock(options.receiver);
   const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
@@ -160,7 +160,7 @@ void runDesk(const Options& options, FrontEnd front_end) {
 }  // namespace
 
 void addDesk(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<DeskOptions>();
   CLI::App* desk = stowline.add_subcommand(
       "desk",
       "Open the main menu on a stand-in receiver: on this terminal, where ? shows the keys, in a\n"

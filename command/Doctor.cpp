@@ -1,4 +1,4 @@
-#include "doctor/Doctor.h"
+#include "command/doctor/Doctor.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
-#include "OnReceiver.h"
-#include "native/ShownText.h"
-#include "output/Progress.h"
-#include "output/Table.h"
+#include "command/Commands.h"
+#include "command/OnReceiver.h"
+#include "command/output/Progress.h"
+#include "command/output/Table.h"
+#include "host/native/ShownText.h"
 
 namespace command {
 namespace {
@@ -23,7 +23,7 @@ using Json = nlohmann::ordered_json;
 using doctor::Check;
 using doctor::State;
 
-struct Options {
+struct DoctorOptions {
   std::filesystem::path receiver;
   bool json = false;
   bool quiet = false;
@@ -50,7 +50,7 @@ void printTable(const std::vector<Check>& checks, bool is_quiet) {
   if (has_rows) table.print(std::cout);
 }
 
-void runDoctor(const Options& options) {
+void runDoctor(const DoctorOptions& options) {
   moveOntoReceiver(options.receiver);
   const std::vector<Check> checks = doctor::examine(output::bars(!options.quiet));
   if (options.json) {
@@ -67,7 +67,7 @@ void runDoctor(const Options& options) {
 }  // namespace
 
 void addDoctor(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<DoctorOptions>();
   CLI::App* doctor = stowline.add_subcommand(
       "doctor", "Look whether a receiver can back itself up and be restored.");
   addReceiverOption(*doctor, options->receiver);

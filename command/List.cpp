@@ -7,12 +7,12 @@
 #include <string>
 #include <string_view>
 
-#include "Commands.h"
-#include "backups/Catalogue.h"
-#include "native/Model.h"
-#include "native/NativeSystem.h"
-#include "native/ShownText.h"
-#include "output/Table.h"
+#include "command/Commands.h"
+#include "command/backups/Catalogue.h"
+#include "command/output/Table.h"
+#include "host/native/Model.h"
+#include "host/native/NativeSystem.h"
+#include "host/native/ShownText.h"
 
 namespace command {
 namespace {
@@ -22,7 +22,7 @@ using backups::BackupSet;
 using backups::Catalogue;
 using backups::Restore;
 
-struct Options {
+struct ListOptions {
   std::filesystem::path medium;
   std::string model;
   bool json = false;
@@ -155,7 +155,7 @@ std::string ownModel() {
   return os.exists(native::kModelFile) ? native::readModel(os) : "";
 }
 
-void runList(const Options& options) {
+void runList(const ListOptions& options) {
   const std::string model = options.model.empty() ? ownModel() : options.model;
   const Catalogue catalogue = backups::readCatalogue(options.medium, model);
   if (options.json) {
@@ -168,7 +168,7 @@ void runList(const Options& options) {
 }  // namespace
 
 void addList(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ListOptions>();
   CLI::App* list = stowline.add_subcommand(
       "list", "List the backups on a medium, and what a receiver's restore list makes of them.");
   CLI::Option* medium =

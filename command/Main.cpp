@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
-#include "host/Error.h"
-#include "native/OsError.h"
-#include "native/ShownText.h"
+#include "command/Commands.h"
+#include "host/include/Error.h"
+#include "host/native/OsError.h"
+#include "host/native/ShownText.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
-#include "OnReceiver.h"
+#include "command/OnReceiver.h"
 
 #include <stdexcept>
 #include <string>
 
-#include "native/Enclosure.h"
-#include "native/Model.h"
+#include "host/native/Enclosure.h"
+#include "host/native/Model.h"
 #ifdef STOWLINE_STAND_IN
-#include "tree/ReceiverTree.h"
+#include "desk/tree/ReceiverTree.h"
 #endif
 
 namespace command {

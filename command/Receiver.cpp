@@ -3,13 +3,13 @@
 #include <memory>
 #include <string>
 
-#include "Commands.h"
-#include "tree/ReceiverTree.h"
+#include "command/Commands.h"
+#include "desk/tree/ReceiverTree.h"
 
 namespace command {
 namespace {
 
-struct Options {
+struct ReceiverOptions {
   std::filesystem::path dir;
   std::string model = "solo2";
 };
@@ -17,7 +17,7 @@ struct Options {
 }  // namespace
 
 void addReceiver(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ReceiverOptions>();
   CLI::App* receiver = stowline.add_subcommand("receiver", "Lay out or flash a receiver tree.");
   receiver->require_subcommand(0, 1);
   receiver->callback([receiver] {

@@ -8,17 +8,17 @@
 #include <stdexcept>
 #include <string>
 
-#include "Commands.h"
-#include "backups/FileKind.h"
-#include "output/Progress.h"
-#include "preview/Differences.h"
-#include "preview/JsonReport.h"
-#include "preview/TextReport.h"
+#include "command/Commands.h"
+#include "command/backups/FileKind.h"
+#include "command/output/Progress.h"
+#include "command/preview/Differences.h"
+#include "command/preview/JsonReport.h"
+#include "command/preview/TextReport.h"
 
 namespace command {
 namespace {
 
-struct Options {
+struct ShowOptions {
   std::filesystem::path file;
   std::optional<std::filesystem::path> receiver;
   bool diff = false;
@@ -48,7 +48,7 @@ void showText(const preview::Preview& preview, bool diff) {
       });
 }
 
-void runShow(const Options& options) {
+void runShow(const ShowOptions& options) {
   if (backups::kindOf(options.file.filename().string()) == backups::FileKind::plugin_list) {
     throw std::runtime_error("'" + options.file.string() +
                              "' is a list of packages, a line each, and no archive");
@@ -68,7 +68,7 @@ void runShow(const Options& options) {
 }  // namespace
 
 void addShow(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ShowOptions>();
   CLI::App* show = stowline.add_subcommand(
       "show", "Show what an archive holds, and what a restore of it would do on a receiver.");
   CLI::Option* file = show->add_option("FILE", options->file, "the archive");

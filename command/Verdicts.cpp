@@ -1,13 +1,13 @@
-#include "Verdicts.h"
+#include "command/Verdicts.h"
 
 #include <ostream>
 #include <system_error>
 
-#include "backups/VerifyFile.h"
-#include "host/Error.h"
-#include "native/OsError.h"
-#include "native/ShownText.h"
-#include "output/Table.h"
+#include "command/backups/VerifyFile.h"
+#include "command/output/Table.h"
+#include "host/include/Error.h"
+#include "host/native/OsError.h"
+#include "host/native/ShownText.h"
 
 namespace command {
 namespace {

@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "archive/Verify.h"
-#include "backups/FileKind.h"
+#include "command/archive/Verify.h"
+#include "command/backups/FileKind.h"
 
 namespace command {
 

@@ -7,22 +7,22 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
-#include "Verdicts.h"
-#include "backups/VerifyFile.h"
-#include "output/Progress.h"
-#include "output/Table.h"
+#include "command/Commands.h"
+#include "command/Verdicts.h"
+#include "command/backups/VerifyFile.h"
+#include "command/output/Progress.h"
+#include "command/output/Table.h"
 
 namespace command {
 namespace {
 
-struct Options {
+struct VerifyOptions {
   std::vector<std::filesystem::path> files;
   bool json = false;
   bool quiet = false;
 };
 
-void runVerify(const Options& options) {
+void runVerify(const VerifyOptions& options) {
   Json all = Json::array();
   std::size_t unsound = 0;
   for (const std::filesystem::path& file : options.files) {
@@ -44,7 +44,7 @@ void runVerify(const Options& options) {
 }  // namespace
 
 void addVerify(CLI::App& stowline) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<VerifyOptions>();
   CLI::App* verify = stowline.add_subcommand(
       "verify", "Read backups to their end and say whether they can be restored without harm.");
   CLI::Option* files = verify->add_option("FILE", options->files, "the backups");

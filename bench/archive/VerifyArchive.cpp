@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "archive/Verify.h"
+#include "command/archive/Verify.h"
 
 /// Reads and verifies the archive that the argument names, by the longest list of places there is.
 int main(int argc, char** argv) {

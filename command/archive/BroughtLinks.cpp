@@ -1,4 +1,4 @@
-#include "BroughtLinks.h"
+#include "command/archive/BroughtLinks.h"
 
 namespace tarball {
 namespace {

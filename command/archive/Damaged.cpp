@@ -1,8 +1,8 @@
-#include "Damaged.h"
+#include "command/archive/Damaged.h"
 
 #include <utility>
 
-#include "Paths.h"
+#include "command/archive/Paths.h"
 
 namespace tarball {
 namespace {

@@ -1,4 +1,4 @@
-#include "GzipFile.h"
+#include "command/archive/GzipFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "native/OsError.h"
+#include "host/native/OsError.h"
 
 namespace tarball {
 namespace {

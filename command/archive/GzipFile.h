@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Damaged.h"
-#include "Stream.h"
-#include "native/Descriptor.h"
+#include "command/archive/Damaged.h"
+#include "command/archive/Stream.h"
+#include "host/native/Descriptor.h"
 
 namespace tarball {
 

@@ -1,8 +1,8 @@
-#include "Paths.h"
+#include "command/archive/Paths.h"
 
 #include <climits>
 
-#include "native/ShownText.h"
+#include "host/native/ShownText.h"
 
 namespace tarball {
 std::vector<std::string_view> componentsOf(std::string_view path) {

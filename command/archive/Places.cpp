@@ -1,11 +1,11 @@
-#include "Places.h"
+#include "command/archive/Places.h"
 
 #include <fnmatch.h>
 
 #include <algorithm>
 
-#include "ByteLocale.h"
-#include "Paths.h"
+#include "command/archive/ByteLocale.h"
+#include "command/archive/Paths.h"
 
 namespace tarball {
 

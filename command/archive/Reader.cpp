@@ -1,4 +1,4 @@
-#include "Reader.h"
+#include "command/archive/Reader.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -9,7 +9,7 @@
 #include <new>
 #include <utility>
 
-#include "ByteLocale.h"
+#include "command/archive/ByteLocale.h"
 
 namespace tarball {
 namespace {

@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "GzipFile.h"
-#include "Member.h"
-#include "Stream.h"
+#include "command/archive/GzipFile.h"
+#include "command/archive/Member.h"
+#include "command/archive/Stream.h"
 
 struct archive;
 

@@ -1,12 +1,12 @@
-#include "Verify.h"
+#include "command/archive/Verify.h"
 
 #include <algorithm>
 #include <climits>
 #include <functional>
 #include <unordered_set>
 
-#include "BroughtLinks.h"
-#include "Paths.h"
+#include "command/archive/BroughtLinks.h"
+#include "command/archive/Paths.h"
 
 namespace tarball {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Places.h"
-#include "Reader.h"
+#include "command/archive/Places.h"
+#include "command/archive/Reader.h"
 
 namespace tarball {
 

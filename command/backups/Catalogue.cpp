@@ -1,4 +1,4 @@
-#include "Catalogue.h"
+#include "command/backups/Catalogue.h"
 
 #include <algorithm>
 #include <functional>
@@ -9,12 +9,12 @@
 #include <unordered_set>
 #include <utility>
 
-#include "BackupActions.h"
-#include "BoxTypes.h"
-#include "FileKind.h"
-#include "RestoreScreen.h"
-#include "Setup.h"
-#include "look/Host.h"
+#include "command/backups/FileKind.h"
+#include "command/backups/RestoreScreen.h"
+#include "host/look/Host.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/BoxTypes.h"
+#include "plugin/src/Setup.h"
 
 namespace backups {
 namespace {

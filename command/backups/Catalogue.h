@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "SetName.h"
+#include "command/backups/SetName.h"
 
 namespace backups {
 

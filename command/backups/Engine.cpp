@@ -1,4 +1,4 @@
-#include "Engine.h"
+#include "command/backups/Engine.h"
 
 #include <optional>
 #include <sstream>
@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "BackupActions.h"
-#include "Setup.h"
-#include "look/Host.h"
+#include "host/look/Host.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Setup.h"
 
 namespace backups {
 namespace {

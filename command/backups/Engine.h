@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "archive/Places.h"
+#include "command/archive/Places.h"
 
 namespace backups {
 

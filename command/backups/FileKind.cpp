@@ -1,15 +1,15 @@
-#include "FileKind.h"
+#include "command/backups/FileKind.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
 
-#include "BoxTypes.h"
-#include "Catalogue.h"
-#include "RestoreScreen.h"
-#include "Setup.h"
-#include "look/Host.h"
+#include "command/backups/Catalogue.h"
+#include "command/backups/RestoreScreen.h"
+#include "host/look/Host.h"
+#include "plugin/src/BoxTypes.h"
+#include "plugin/src/Setup.h"
 
 namespace backups {
 namespace {

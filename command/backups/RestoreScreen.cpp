@@ -1,9 +1,9 @@
-#include "RestoreScreen.h"
+#include "command/backups/RestoreScreen.h"
 
 #include <memory>
 #include <string_view>
 
-#include "StowlineHelpScreen.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace backups {
 namespace {

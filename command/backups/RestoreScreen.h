@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "StowlineRestore.h"
-#include "look/Host.h"
+#include "host/look/Host.h"
+#include "plugin/src/StowlineRestore.h"
 
 namespace backups {
 

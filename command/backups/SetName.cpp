@@ -1,4 +1,4 @@
-#include "SetName.h"
+#include "command/backups/SetName.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "VerifyFile.h"
+#include "command/backups/VerifyFile.h"
 
 #include <fcntl.h>
 
@@ -8,12 +8,12 @@
 #include <filesystem>
 #include <string_view>
 
-#include "Engine.h"
-#include "archive/Paths.h"
-#include "host/Error.h"
-#include "native/Descriptor.h"
-#include "native/OsError.h"
-#include "native/Reading.h"
+#include "command/archive/Paths.h"
+#include "command/backups/Engine.h"
+#include "host/include/Error.h"
+#include "host/native/Descriptor.h"
+#include "host/native/OsError.h"
+#include "host/native/Reading.h"
 
 namespace backups {
 namespace {

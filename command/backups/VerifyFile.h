@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "FileKind.h"
-#include "archive/GzipFile.h"
-#include "archive/Verify.h"
+#include "command/archive/GzipFile.h"
+#include "command/archive/Verify.h"
+#include "command/backups/FileKind.h"
 
 namespace backups {
 

@@ -1,4 +1,4 @@
-#include "Backups.h"
+#include "command/doctor/Backups.h"
 
 #include <ftw.h>
 #include <glob.h>
@@ -11,16 +11,16 @@
 #include <stdexcept>
 #include <string>
 
-#include "Setup.h"
-#include "backups/Catalogue.h"
-#include "backups/Engine.h"
-#include "backups/FileKind.h"
-#include "backups/VerifyFile.h"
-#include "host/Error.h"
-#include "native/OsError.h"
-#include "native/ShownText.h"
-#include "output/Table.h"
-#include "scheduled/Medium.h"
+#include "command/backups/Catalogue.h"
+#include "command/backups/Engine.h"
+#include "command/backups/FileKind.h"
+#include "command/backups/VerifyFile.h"
+#include "command/output/Table.h"
+#include "command/scheduled/Medium.h"
+#include "host/include/Error.h"
+#include "host/native/OsError.h"
+#include "host/native/ShownText.h"
+#include "plugin/src/Setup.h"
 
 namespace doctor {
 namespace {

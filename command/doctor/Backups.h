@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "Doctor.h"
-#include "host/Host.h"
+#include "command/doctor/Doctor.h"
+#include "host/include/Host.h"
 
 namespace doctor {
 

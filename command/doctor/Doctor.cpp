@@ -1,16 +1,16 @@
-#include "Doctor.h"
+#include "command/doctor/Doctor.h"
 
 #include <exception>
 #include <utility>
 
-#include "Backups.h"
-#include "Setup.h"
-#include "Tools.h"
-#include "host/Error.h"
-#include "native/Host.h"
-#include "native/Model.h"
-#include "native/NativeSystem.h"
-#include "native/OsError.h"
+#include "command/doctor/Backups.h"
+#include "command/doctor/Tools.h"
+#include "host/include/Error.h"
+#include "host/native/Host.h"
+#include "host/native/Model.h"
+#include "host/native/NativeSystem.h"
+#include "host/native/OsError.h"
+#include "plugin/src/Setup.h"
 
 namespace doctor {
 

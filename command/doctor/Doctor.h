@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "archive/GzipFile.h"
+#include "command/archive/GzipFile.h"
 
 namespace doctor {
 

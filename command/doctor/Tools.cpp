@@ -1,4 +1,4 @@
-#include "Tools.h"
+#include "command/doctor/Tools.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -7,11 +7,11 @@
 #include <set>
 #include <stdexcept>
 
-#include "archive/Damaged.h"
-#include "archive/Reader.h"
-#include "native/OsError.h"
-#include "scheduled/CapturedOutput.h"
-#include "scheduled/PackageManager.h"
+#include "command/archive/Damaged.h"
+#include "command/archive/Reader.h"
+#include "command/scheduled/CapturedOutput.h"
+#include "command/scheduled/PackageManager.h"
+#include "host/native/OsError.h"
 
 namespace doctor {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Doctor.h"
-#include "host/OperatingSystem.h"
+#include "command/doctor/Doctor.h"
+#include "host/include/OperatingSystem.h"
 
 namespace doctor {
 

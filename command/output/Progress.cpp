@@ -1,4 +1,4 @@
-#include "Progress.h"
+#include "command/output/Progress.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -8,8 +8,8 @@
 #include <memory>
 #include <utility>
 
-#include "Table.h"
-#include "native/ShownText.h"
+#include "command/output/Table.h"
+#include "host/native/ShownText.h"
 
 namespace output {
 namespace {

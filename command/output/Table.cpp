@@ -1,4 +1,4 @@
-#include "Table.h"
+#include "command/output/Table.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "Change.h"
+#include "command/preview/Change.h"
 
 #include <sys/stat.h>
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "archive/Member.h"
-#include "native/Root.h"
+#include "command/archive/Member.h"
+#include "host/native/Root.h"
 
 namespace preview {
 

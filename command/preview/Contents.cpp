@@ -1,7 +1,7 @@
-#include "Contents.h"
+#include "command/preview/Contents.h"
 
-#include "host/Error.h"
-#include "native/Reading.h"
+#include "host/include/Error.h"
+#include "host/native/Reading.h"
 
 namespace preview {
 

@@ -1,13 +1,13 @@
-#include "Differences.h"
+#include "command/preview/Differences.h"
 
 #include <algorithm>
 #include <optional>
 #include <unordered_map>
 
-#include "UnifiedDiff.h"
-#include "host/Error.h"
-#include "native/Reading.h"
-#include "native/ShownText.h"
+#include "command/preview/UnifiedDiff.h"
+#include "host/include/Error.h"
+#include "host/native/Reading.h"
+#include "host/native/ShownText.h"
 
 namespace preview {
 namespace {

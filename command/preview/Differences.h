@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "Preview.h"
+#include "command/preview/Preview.h"
 
 namespace preview {
 

@@ -1,13 +1,13 @@
-#include "Forecast.h"
+#include "command/preview/Forecast.h"
 
 #include <algorithm>
 #include <functional>
 #include <utility>
 
-#include "Contents.h"
-#include "Patterns.h"
-#include "archive/Paths.h"
-#include "host/Error.h"
+#include "command/archive/Paths.h"
+#include "command/preview/Contents.h"
+#include "command/preview/Patterns.h"
+#include "host/include/Error.h"
 
 namespace preview {
 namespace {

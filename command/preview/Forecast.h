@@ -5,10 +5,10 @@
 #include <unordered_set>
 #include <vector>
 
-#include "Change.h"
-#include "Plan.h"
-#include "archive/Reader.h"
-#include "native/Root.h"
+#include "command/archive/Reader.h"
+#include "command/preview/Change.h"
+#include "command/preview/Plan.h"
+#include "host/native/Root.h"
 
 namespace preview {
 

@@ -1,9 +1,9 @@
-#include "JsonReport.h"
+#include "command/preview/JsonReport.h"
 
 #include <array>
 #include <cstdio>
 
-#include "native/ShownText.h"
+#include "host/native/ShownText.h"
 
 namespace preview {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using native::shownText;
 
-std::string modeText(unsigned mode) {
+std::string octalMode(unsigned mode) {
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%04o", mode);
   return text.data();
@@ -25,7 +25,7 @@ Json textOrNull(const std::string& text) {
 Json jsonOf(const tarball::Member& member) {
   return {{"path", shownText(member.path)},
           {"type", wordOf(member.type)},
-          {"mode", modeText(member.mode)},
+          {"mode", octalMode(member.mode)},
           {"size", stateOf(member).size},
           {"modified", member.modified},
           {"uid", member.uid},
@@ -37,7 +37,7 @@ Json jsonOf(const std::optional<State>& state) {
   if (!state) return {};
   return {{"type", wordOf(state->type)},
           {"size", state->size},
-          {"mode", modeText(state->mode)},
+          {"mode", octalMode(state->mode)},
           {"link", textOrNull(state->link)}};
 }
 

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Differences.h"
+#include "command/preview/Differences.h"
 
 namespace preview {
 

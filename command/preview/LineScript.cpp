@@ -1,4 +1,4 @@
-#include "LineScript.h"
+#include "command/preview/LineScript.h"
 
 #include <dtl/dtl.hpp>
 

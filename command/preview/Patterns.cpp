@@ -1,4 +1,4 @@
-#include "Patterns.h"
+#include "command/preview/Patterns.h"
 
 #include <fnmatch.h>
 
@@ -6,9 +6,9 @@
 #include <cerrno>
 #include <string_view>
 
-#include "archive/ByteLocale.h"
-#include "archive/Paths.h"
-#include "host/Error.h"
+#include "command/archive/ByteLocale.h"
+#include "command/archive/Paths.h"
+#include "host/include/Error.h"
 
 namespace preview {
 namespace {

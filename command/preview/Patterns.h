@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "native/Root.h"
+#include "host/native/Root.h"
 
 namespace preview {
 

@@ -1,8 +1,8 @@
-#include "Plan.h"
+#include "command/preview/Plan.h"
 
 #include <string_view>
 
-#include "backups/RestoreScreen.h"
+#include "command/backups/RestoreScreen.h"
 
 namespace preview {
 namespace {

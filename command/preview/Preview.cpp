@@ -1,9 +1,9 @@
-#include "Preview.h"
+#include "command/preview/Preview.h"
 
 #include <utility>
 
-#include "Forecast.h"
-#include "archive/Damaged.h"
+#include "command/archive/Damaged.h"
+#include "command/preview/Forecast.h"
 
 namespace preview {
 namespace {

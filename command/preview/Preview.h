@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "Change.h"
-#include "Plan.h"
-#include "Rehearsal.h"
-#include "archive/Reader.h"
+#include "command/archive/Reader.h"
+#include "command/preview/Change.h"
+#include "command/preview/Plan.h"
+#include "command/preview/Rehearsal.h"
 
 namespace preview {
 

@@ -1,17 +1,17 @@
-#include "Rehearsal.h"
+#include "command/preview/Rehearsal.h"
 
 #include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
-#include "BoxTypes.h"
-#include "Setup.h"
-#include "backups/Catalogue.h"
-#include "backups/RestoreScreen.h"
-#include "host/Error.h"
-#include "look/Host.h"
-#include "native/Model.h"
+#include "command/backups/Catalogue.h"
+#include "command/backups/RestoreScreen.h"
+#include "host/include/Error.h"
+#include "host/look/Host.h"
+#include "host/native/Model.h"
+#include "plugin/src/BoxTypes.h"
+#include "plugin/src/Setup.h"
 
 namespace preview {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "native/Descriptor.h"
-#include "native/Root.h"
+#include "host/native/Descriptor.h"
+#include "host/native/Root.h"
 
 namespace preview {
 

@@ -1,14 +1,14 @@
-#include "TextReport.h"
+#include "command/preview/TextReport.h"
 
 #include <array>
 #include <ctime>
 #include <ostream>
 #include <utility>
 
-#include "archive/Paths.h"
-#include "native/Reading.h"
-#include "native/ShownText.h"
-#include "output/Table.h"
+#include "command/archive/Paths.h"
+#include "command/output/Table.h"
+#include "host/native/Reading.h"
+#include "host/native/ShownText.h"
 
 namespace preview {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 using tarball::shownPath;
 
 /// Returns permissions as ls(1) shows them: "rwxr-xr-x".
-std::string modeText(unsigned mode) {
+std::string symbolicMode(unsigned mode) {
   std::string text = "rwxrwxrwx";
   for (std::size_t at = 0; at < text.size(); ++at) {
     if ((mode & (0400U >> at)) == 0) text[at] = '-';
@@ -76,7 +76,7 @@ void printMembers(const Preview& preview, std::ostream& out) {
   output::Table table({{"MODE"}, {"SIZE", true}, {"TIME"}, {"PATH"}});
   for (const tarball::Member& member : preview.members) {
     table.add(
-        {typeCharacter(member.type) + modeText(member.mode), sizeText(stateOf(member).size),
+        {typeCharacter(member.type) + symbolicMode(member.mode), sizeText(stateOf(member).size),
          timeText(member.modified),
          shownPath(member.path) + (member.link.empty() ? "" : " -> " + shownPath(member.link))});
   }
@@ -89,7 +89,7 @@ std::string sideText(const std::optional<State>& side, const std::optional<State
   if (!side) return "-";
   std::string text = isFile(side) ? sizeText(side->size) : wordOf(side->type);
   if (other && side->type == other->type && side->mode != other->mode) {
-    text += " " + modeText(side->mode);
+    text += " " + symbolicMode(side->mode);
   }
   return text;
 }

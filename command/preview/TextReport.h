@@ -2,7 +2,7 @@
 
 #include <iosfwd>
 
-#include "Differences.h"
+#include "command/preview/Differences.h"
 
 namespace preview {
 

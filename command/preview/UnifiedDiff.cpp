@@ -1,12 +1,12 @@
-#include "UnifiedDiff.h"
+#include "command/preview/UnifiedDiff.h"
 
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "LineScript.h"
-#include "native/Reading.h"
+#include "command/preview/LineScript.h"
+#include "host/native/Reading.h"
 
 namespace preview {
 namespace {

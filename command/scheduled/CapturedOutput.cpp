@@ -1,4 +1,4 @@
-#include "CapturedOutput.h"
+#include "command/scheduled/CapturedOutput.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "native/OsError.h"
-#include "native/Reading.h"
+#include "host/native/OsError.h"
+#include "host/native/Reading.h"
 
 namespace scheduled {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "native/Descriptor.h"
+#include "host/native/Descriptor.h"
 
 namespace scheduled {
 

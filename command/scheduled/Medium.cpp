@@ -1,4 +1,4 @@
-#include "Medium.h"
+#include "command/scheduled/Medium.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,10 +11,10 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "Media.h"
-#include "Setup.h"
-#include "native/Descriptor.h"
-#include "native/OsError.h"
+#include "host/native/Descriptor.h"
+#include "host/native/OsError.h"
+#include "plugin/src/Media.h"
+#include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {

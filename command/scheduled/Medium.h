@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/Host.h"
+#include "host/include/Host.h"
 
 namespace scheduled {
 

@@ -1,7 +1,7 @@
-#include "PackageManager.h"
+#include "command/scheduled/PackageManager.h"
 
-#include "CapturedOutput.h"
-#include "Packages.h"
+#include "command/scheduled/CapturedOutput.h"
+#include "plugin/src/Packages.h"
 
 namespace scheduled {
 

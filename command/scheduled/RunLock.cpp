@@ -1,4 +1,4 @@
-#include "RunLock.h"
+#include "command/scheduled/RunLock.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "native/Descriptor.h"
+#include "host/native/Descriptor.h"
 
 namespace scheduled {
 

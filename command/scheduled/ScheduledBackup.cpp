@@ -1,20 +1,20 @@
-#include "ScheduledBackup.h"
+#include "command/scheduled/ScheduledBackup.h"
 
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
 
-#include "BackupActions.h"
-#include "CapturedOutput.h"
-#include "Medium.h"
-#include "PackageManager.h"
-#include "RunLock.h"
-#include "Setup.h"
-#include "Systems.h"
-#include "Trust.h"
-#include "backups/VerifyFile.h"
-#include "host/Error.h"
-#include "native/OsError.h"
+#include "command/backups/VerifyFile.h"
+#include "command/scheduled/CapturedOutput.h"
+#include "command/scheduled/Medium.h"
+#include "command/scheduled/PackageManager.h"
+#include "command/scheduled/RunLock.h"
+#include "command/scheduled/Systems.h"
+#include "command/scheduled/Trust.h"
+#include "host/include/Error.h"
+#include "host/native/OsError.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "archive/GzipFile.h"
-#include "archive/Verify.h"
+#include "command/archive/GzipFile.h"
+#include "command/archive/Verify.h"
 
 namespace scheduled {
 

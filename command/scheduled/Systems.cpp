@@ -1,9 +1,9 @@
-#include "Systems.h"
+#include "command/scheduled/Systems.h"
 
 #include <algorithm>
 
-#include "host/Error.h"
-#include "native/OsError.h"
+#include "host/include/Error.h"
+#include "host/native/OsError.h"
 
 namespace scheduled {
 

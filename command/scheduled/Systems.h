@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "native/Host.h"
-#include "native/NativeSystem.h"
+#include "host/native/Host.h"
+#include "host/native/NativeSystem.h"
 
 namespace scheduled {
 

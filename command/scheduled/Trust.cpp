@@ -1,4 +1,4 @@
-#include "Trust.h"
+#include "command/scheduled/Trust.h"
 
 #include <algorithm>
 #include <functional>
@@ -7,16 +7,16 @@
 #include <stdexcept>
 #include <vector>
 
-#include "BackupActions.h"
-#include "Setup.h"
-#include "backups/Catalogue.h"
-#include "backups/RestoreScreen.h"
-#include "backups/SetName.h"
-#include "backups/VerifyFile.h"
-#include "look/Host.h"
-#include "native/Host.h"
-#include "native/Model.h"
-#include "native/Root.h"
+#include "command/backups/Catalogue.h"
+#include "command/backups/RestoreScreen.h"
+#include "command/backups/SetName.h"
+#include "command/backups/VerifyFile.h"
+#include "host/look/Host.h"
+#include "host/native/Host.h"
+#include "host/native/Model.h"
+#include "host/native/Root.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {

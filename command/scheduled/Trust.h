@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "archive/GzipFile.h"
-#include "archive/Verify.h"
-#include "backups/FileKind.h"
-#include "host/Host.h"
+#include "command/archive/GzipFile.h"
+#include "command/archive/Verify.h"
+#include "command/backups/FileKind.h"
+#include "host/include/Host.h"
 
 namespace scheduled {
 

@@ -1,4 +1,4 @@
-#include "Host.h"
+#include "host/look/Host.h"
 
 #include <utility>
 

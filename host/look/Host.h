@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "System.h"
-#include "Widgets.h"
-#include "host/Session.h"
-#include "native/Host.h"
+#include "host/include/Session.h"
+#include "host/look/System.h"
+#include "host/look/Widgets.h"
+#include "host/native/Host.h"
 
 namespace look {
 

@@ -1,11 +1,11 @@
-#include "System.h"
+#include "host/look/System.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <utility>
 
-#include "native/OsError.h"
-#include "native/Reading.h"
+#include "host/native/OsError.h"
+#include "host/native/Reading.h"
 
 namespace look {
 namespace {

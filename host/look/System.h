@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "host/OperatingSystem.h"
-#include "native/NativeSystem.h"
-#include "native/Root.h"
+#include "host/include/OperatingSystem.h"
+#include "host/native/NativeSystem.h"
+#include "host/native/Root.h"
 
 namespace look {
 

@@ -1,8 +1,8 @@
-#include "Widgets.h"
+#include "host/look/Widgets.h"
 
 #include <algorithm>
 
-#include "host/Error.h"
+#include "host/include/Error.h"
 
 namespace look {
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "host/IpkgComponent.h"
-#include "host/Screen.h"
-#include "host/Widgets.h"
+#include "host/include/IpkgComponent.h"
+#include "host/include/Screen.h"
+#include "host/include/Widgets.h"
 
 namespace look {
 

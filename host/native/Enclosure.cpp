@@ -1,4 +1,4 @@
-#include "Enclosure.h"
+#include "host/native/Enclosure.h"
 
 #include <fcntl.h>
 #include <sched.h>
@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "Descriptor.h"
+#include "host/native/Descriptor.h"
 
 namespace native {
 namespace {

@@ -1,8 +1,8 @@
-#include "Host.h"
+#include "host/native/Host.h"
 
 #include <iostream>
 
-#include "Model.h"
+#include "host/native/Model.h"
 
 namespace native {
 namespace {

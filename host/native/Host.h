@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "SettingsConfig.h"
-#include "host/Host.h"
+#include "host/include/Host.h"
+#include "host/native/SettingsConfig.h"
 
 namespace native {
 

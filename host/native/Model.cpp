@@ -1,4 +1,4 @@
-#include "Model.h"
+#include "host/native/Model.h"
 
 namespace native {
 

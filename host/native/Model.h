@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/OperatingSystem.h"
+#include "host/include/OperatingSystem.h"
 
 namespace native {
 

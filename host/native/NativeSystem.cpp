@@ -1,4 +1,4 @@
-#include "NativeSystem.h"
+#include "host/native/NativeSystem.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,9 +11,9 @@
 #include <memory>
 #include <utility>
 
-#include "Descriptor.h"
-#include "OsError.h"
-#include "Reading.h"
+#include "host/native/Descriptor.h"
+#include "host/native/OsError.h"
+#include "host/native/Reading.h"
 
 namespace native {
 int NativeSystem::system(const std::string& command) {

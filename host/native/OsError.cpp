@@ -1,4 +1,4 @@
-#include "OsError.h"
+#include "host/native/OsError.h"
 
 #include <cstring>
 

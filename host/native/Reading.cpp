@@ -1,4 +1,4 @@
-#include "Reading.h"
+#include "host/native/Reading.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -9,7 +9,7 @@
 #include <cstring>
 #include <memory>
 
-#include "OsError.h"
+#include "host/native/OsError.h"
 
 namespace native {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Descriptor.h"
+#include "host/native/Descriptor.h"
 
 namespace native {
 

@@ -1,4 +1,4 @@
-#include "Root.h"
+#include "host/native/Root.h"
 
 #include <fcntl.h>
 #include <linux/openat2.h>
@@ -9,9 +9,9 @@
 #include <climits>
 #include <utility>
 
-#include "OsError.h"
-#include "Reading.h"
-#include "Walk.h"
+#include "host/native/OsError.h"
+#include "host/native/Reading.h"
+#include "host/native/Walk.h"
 
 namespace native {
 namespace {

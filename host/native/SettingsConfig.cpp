@@ -1,4 +1,4 @@
-#include "SettingsConfig.h"
+#include "host/native/SettingsConfig.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -8,10 +8,10 @@
 #include <optional>
 #include <utility>
 
-#include "Descriptor.h"
-#include "NativeSystem.h"
-#include "OsError.h"
-#include "host/Error.h"
+#include "host/include/Error.h"
+#include "host/native/Descriptor.h"
+#include "host/native/NativeSystem.h"
+#include "host/native/OsError.h"
 
 namespace native {
 namespace {

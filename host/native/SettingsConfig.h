@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/Config.h"
+#include "host/include/Config.h"
 
 namespace native {
 

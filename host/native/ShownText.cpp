@@ -1,4 +1,4 @@
-#include "ShownText.h"
+#include "host/native/ShownText.h"
 
 #include <algorithm>
 #include <string_view>

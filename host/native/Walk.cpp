@@ -1,4 +1,4 @@
-#include "Walk.h"
+#include "host/native/Walk.h"
 
 #include <fcntl.h>
 #include <unistd.h>

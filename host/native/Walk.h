@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Descriptor.h"
+#include "host/native/Descriptor.h"
 
 namespace native {
 

@@ -1,4 +1,4 @@
-#include "Channels.h"
+#include "host/receiver/Channels.h"
 
 namespace receiver {
 

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "Names.h"
-#include "host/ChannelDatabase.h"
+#include "host/include/ChannelDatabase.h"
+#include "host/receiver/Names.h"
 
 namespace receiver {
 

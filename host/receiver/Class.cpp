@@ -1,9 +1,9 @@
-#include "Class.h"
+#include "host/receiver/Class.h"
 
 #include <string>
 #include <vector>
 
-#include "Types.h"
+#include "host/receiver/Types.h"
 
 namespace receiver {
 namespace {

@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-#include "Instance.h"
-#include "Members.h"
+#include "host/receiver/Instance.h"
+#include "host/receiver/Members.h"
 
 namespace receiver {
 

@@ -1,13 +1,13 @@
-#include "Classes.h"
+#include "host/receiver/Classes.h"
 
 #include <memory>
 
-#include "BackupActions.h"
-#include "Peer.h"
-#include "Sessions.h"
-#include "Stowline.h"
-#include "StowlineHelpScreen.h"
-#include "StowlineRestore.h"
+#include "host/receiver/Peer.h"
+#include "host/receiver/Sessions.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Stowline.h"
+#include "plugin/src/StowlineHelpScreen.h"
+#include "plugin/src/StowlineRestore.h"
 
 namespace receiver {
 namespace {

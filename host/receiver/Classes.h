@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Class.h"
+#include "host/receiver/Class.h"
 
 namespace receiver {
 

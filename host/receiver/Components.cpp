@@ -1,6 +1,6 @@
-#include "Components.h"
+#include "host/receiver/Components.h"
 
-#include "Peer.h"
+#include "host/receiver/Peer.h"
 
 namespace receiver {
 namespace {

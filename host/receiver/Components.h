@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Names.h"
-#include "host/Components.h"
+#include "host/include/Components.h"
+#include "host/receiver/Names.h"
 
 namespace receiver {
 

@@ -1,4 +1,4 @@
-#include "Configuration.h"
+#include "host/receiver/Configuration.h"
 
 namespace receiver {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Names.h"
-#include "host/Config.h"
+#include "host/include/Config.h"
+#include "host/receiver/Names.h"
 
 namespace receiver {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "Classes.h"
-#include "Setup.h"
+#include "host/receiver/Classes.h"
+#include "plugin/src/Setup.h"
 
 namespace receiver {
 namespace {

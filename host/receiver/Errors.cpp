@@ -1,10 +1,10 @@
-#include "Errors.h"
+#include "host/receiver/Errors.h"
 
 #include <memory>
 #include <new>
 #include <string>
 
-#include "host/Error.h"
+#include "host/include/Error.h"
 
 namespace receiver {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Reference.h"
-#include "host/Error.h"
+#include "host/include/Error.h"
+#include "host/receiver/Reference.h"
 
 namespace receiver {
 

@@ -1,9 +1,9 @@
-#include "Instance.h"
+#include "host/receiver/Instance.h"
 
 #include <utility>
 
-#include "Class.h"
-#include "Types.h"
+#include "host/receiver/Class.h"
+#include "host/receiver/Types.h"
 
 namespace receiver {
 namespace {

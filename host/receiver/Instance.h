@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "Module.h"
-#include "Self.h"
+#include "host/receiver/Module.h"
+#include "host/receiver/Self.h"
 
 namespace receiver {
 

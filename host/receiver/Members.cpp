@@ -1,4 +1,4 @@
-#include "Members.h"
+#include "host/receiver/Members.h"
 
 #include <utility>
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "BackupJobs.h"
-#include "Module.h"
-#include "PackageCommands.h"
+#include "host/receiver/Module.h"
+#include "host/receiver/PackageCommands.h"
+#include "plugin/src/BackupJobs.h"
 
 namespace receiver {
 

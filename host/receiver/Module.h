@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ReceiverHost.h"
+#include "host/receiver/ReceiverHost.h"
 
 namespace receiver {
 

@@ -1,4 +1,4 @@
-#include "Names.h"
+#include "host/receiver/Names.h"
 
 #include <vector>
 

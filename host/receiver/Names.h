@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Objects.h"
-#include "host/Binding.h"
+#include "host/include/Binding.h"
+#include "host/receiver/Objects.h"
 
 namespace receiver {
 

@@ -1,4 +1,4 @@
-#include "Objects.h"
+#include "host/receiver/Objects.h"
 
 #include <array>
 #include <forward_list>

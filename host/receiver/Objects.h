@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Errors.h"
-#include "host/Value.h"
+#include "host/include/Value.h"
+#include "host/receiver/Errors.h"
 
 namespace receiver {
 

@@ -13,7 +13,7 @@
 #include <exception>
 #include <new>
 
-#include "host/Error.h"
+#include "host/include/Error.h"
 
 #define HIDDEN __attribute__((visibility("hidden")))
 

@@ -1,4 +1,4 @@
-#include "PackageCommands.h"
+#include "host/receiver/PackageCommands.h"
 
 namespace receiver {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "Components.h"
-#include "host/Dialogs.h"
+#include "host/include/Dialogs.h"
+#include "host/receiver/Components.h"
 
 namespace receiver {
 

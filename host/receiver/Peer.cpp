@@ -1,6 +1,6 @@
-#include "Peer.h"
+#include "host/receiver/Peer.h"
 
-#include "Sessions.h"
+#include "host/receiver/Sessions.h"
 
 namespace receiver {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "Components.h"
-#include "Self.h"
-#include "host/Screen.h"
+#include "host/include/Screen.h"
+#include "host/receiver/Components.h"
+#include "host/receiver/Self.h"
 
 namespace receiver {
 

@@ -1,4 +1,4 @@
-#include "ReceiverHost.h"
+#include "host/receiver/ReceiverHost.h"
 
 namespace receiver {
 namespace {

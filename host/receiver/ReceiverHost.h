@@ -3,12 +3,12 @@
 #include <string>
 #include <string_view>
 
-#include "Channels.h"
-#include "Components.h"
-#include "Configuration.h"
-#include "Names.h"
-#include "System.h"
-#include "host/Host.h"
+#include "host/include/Host.h"
+#include "host/receiver/Channels.h"
+#include "host/receiver/Components.h"
+#include "host/receiver/Configuration.h"
+#include "host/receiver/Names.h"
+#include "host/receiver/System.h"
 
 namespace receiver {
 

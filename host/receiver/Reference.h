@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Interpreter.h"
+#include "host/receiver/Interpreter.h"
 
 namespace receiver {
 

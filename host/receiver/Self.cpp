@@ -1,6 +1,6 @@
-#include "Self.h"
+#include "host/receiver/Self.h"
 
-#include "Class.h"
+#include "host/receiver/Class.h"
 
 namespace receiver {
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Objects.h"
+#include "host/receiver/Objects.h"
 
 namespace receiver {
 

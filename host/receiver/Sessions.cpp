@@ -1,11 +1,11 @@
-#include "Sessions.h"
+#include "host/receiver/Sessions.h"
 
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include "PackageCommands.h"
+#include "host/receiver/PackageCommands.h"
 
 namespace receiver {
 namespace {

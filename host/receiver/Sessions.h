@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "Peer.h"
-#include "host/Session.h"
+#include "host/include/Session.h"
+#include "host/receiver/Peer.h"
 
 namespace receiver {
 

@@ -1,6 +1,6 @@
-#include "System.h"
+#include "host/receiver/System.h"
 
-#include "host/Error.h"
+#include "host/include/Error.h"
 
 namespace receiver {
 namespace {

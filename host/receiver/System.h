@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Names.h"
-#include "host/OperatingSystem.h"
+#include "host/include/OperatingSystem.h"
+#include "host/receiver/Names.h"
 
 namespace receiver {
 

@@ -1,8 +1,8 @@
-#include "Types.h"
+#include "host/receiver/Types.h"
 
 #include <memory>
 
-#include "Errors.h"
+#include "host/receiver/Errors.h"
 
 namespace receiver {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "Interpreter.h"
+#include "host/receiver/Interpreter.h"
 
 namespace receiver {
 

@@ -1,12 +1,12 @@
-#include "BackupActions.h"
+#include "plugin/src/BackupActions.h"
 
 #include <algorithm>
 #include <functional>
 #include <unordered_set>
 
-#include "ChannelFiles.h"
-#include "Packages.h"
-#include "Setup.h"
+#include "plugin/src/ChannelFiles.h"
+#include "plugin/src/Packages.h"
+#include "plugin/src/Setup.h"
 
 namespace stowline {
 namespace {

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "BackupJobs.h"
-#include "host/Host.h"
-#include "host/Overrides.h"
+#include "host/include/Host.h"
+#include "host/include/Overrides.h"
+#include "plugin/src/BackupJobs.h"
 
 namespace stowline {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Value.h"
+#include "host/include/Value.h"
 
 namespace stowline {
 

@@ -1,4 +1,4 @@
-#include "Media.h"
+#include "plugin/src/Media.h"
 
 #include <exception>
 #include <unordered_set>

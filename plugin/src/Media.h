@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/OperatingSystem.h"
+#include "host/include/OperatingSystem.h"
 
 namespace stowline {
 

@@ -1,4 +1,4 @@
-#include "Packages.h"
+#include "plugin/src/Packages.h"
 
 namespace stowline {
 

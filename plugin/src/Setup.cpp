@@ -1,4 +1,4 @@
-#include "Setup.h"
+#include "plugin/src/Setup.h"
 
 #include <exception>
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "host/Host.h"
+#include "host/include/Host.h"
 
 namespace stowline {
 

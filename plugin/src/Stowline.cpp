@@ -1,13 +1,13 @@
-#include "Stowline.h"
+#include "plugin/src/Stowline.h"
 
 #include <unordered_set>
 #include <utility>
 
-#include "BackupActions.h"
-#include "Media.h"
-#include "Packages.h"
-#include "Setup.h"
-#include "StowlineRestore.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Media.h"
+#include "plugin/src/Packages.h"
+#include "plugin/src/Setup.h"
+#include "plugin/src/StowlineRestore.h"
 
 namespace stowline {
 

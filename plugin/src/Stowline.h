@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "BackupJobs.h"
-#include "TitledScreen.h"
-#include "host/Host.h"
-#include "host/Screen.h"
+#include "host/include/Host.h"
+#include "host/include/Screen.h"
+#include "plugin/src/BackupJobs.h"
+#include "plugin/src/TitledScreen.h"
 
 namespace stowline {
 

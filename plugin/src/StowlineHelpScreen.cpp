@@ -1,4 +1,4 @@
-#include "StowlineHelpScreen.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 #include <iterator>
 #include <utility>

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "TitledScreen.h"
-#include "host/Host.h"
-#include "host/Screen.h"
+#include "host/include/Host.h"
+#include "host/include/Screen.h"
+#include "plugin/src/TitledScreen.h"
 
 namespace stowline {
 

@@ -1,4 +1,4 @@
-#include "StowlineRestore.h"
+#include "plugin/src/StowlineRestore.h"
 
 #include <algorithm>
 #include <exception>
@@ -6,11 +6,11 @@
 #include <unordered_set>
 #include <utility>
 
-#include "BoxTypes.h"
-#include "ChannelFiles.h"
-#include "Packages.h"
-#include "Setup.h"
-#include "StowlineHelpScreen.h"
+#include "plugin/src/BoxTypes.h"
+#include "plugin/src/ChannelFiles.h"
+#include "plugin/src/Packages.h"
+#include "plugin/src/Setup.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace stowline {
 namespace {

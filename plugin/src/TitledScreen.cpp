@@ -1,4 +1,4 @@
-#include "TitledScreen.h"
+#include "plugin/src/TitledScreen.h"
 
 #include <exception>
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/Host.h"
-#include "host/Screen.h"
+#include "host/include/Host.h"
+#include "host/include/Screen.h"
 
 namespace stowline {
 

@@ -1,4 +1,4 @@
-#include "Account.h"
+#include "tests/command/Account.h"
 
 #include <grp.h>
 #include <sys/prctl.h>
@@ -8,7 +8,7 @@
 #include <ostream>
 #include <system_error>
 
-#include "Process.h"
+#include "tests/command/Process.h"
 
 namespace command_test {
 namespace {

@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Namespace.h"
-#include "native/Descriptor.h"
+#include "host/native/Descriptor.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Namespace.h"
 
 namespace command_test {
 namespace {

@@ -4,8 +4,8 @@
 #include <tuple>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Expected.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Expected.h"
 
 namespace command_test {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <optional>
 
-#include "Account.h"
-#include "Frames.h"
-#include "Receiver.h"
+#include "tests/command/Account.h"
+#include "tests/command/Frames.h"
+#include "tests/command/Receiver.h"
 
 namespace command_test {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Namespace.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Namespace.h"
 
 namespace command_test {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
+#include "tests/command/DeskTest.h"
 
 namespace command_test {
 namespace {

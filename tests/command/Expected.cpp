@@ -1,4 +1,4 @@
-#include "Expected.h"
+#include "tests/command/Expected.h"
 
 #include <fnmatch.h>
 #include <glob.h>

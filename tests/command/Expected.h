@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Commands.h"
+#include "tests/support/Commands.h"
 
 namespace command_test {
 

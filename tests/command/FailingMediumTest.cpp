@@ -2,9 +2,9 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Expected.h"
-#include "Namespace.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Expected.h"
+#include "tests/command/Namespace.h"
 
 namespace command_test {
 namespace {

@@ -1,11 +1,11 @@
-#include "Files.h"
+#include "tests/command/Files.h"
 
 #include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
-#include "Process.h"
+#include "tests/command/Process.h"
 
 namespace command_test {
 

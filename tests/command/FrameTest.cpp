@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
+#include "tests/command/DeskTest.h"
 
 namespace command_test {
 namespace {

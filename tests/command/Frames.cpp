@@ -1,9 +1,9 @@
-#include "Frames.h"
+#include "tests/command/Frames.h"
 
 #include <array>
 #include <utility>
 
-#include "StowlineHelpScreen.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace command_test {
 namespace {

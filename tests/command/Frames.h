@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Receiver.h"
+#include "tests/command/Receiver.h"
 
 namespace command_test {
 

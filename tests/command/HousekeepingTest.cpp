@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "BackupActions.h"
-#include "DeskTest.h"
-#include "Setup.h"
-#include "model/Host.h"
-#include "native/Enclosure.h"
+#include "desk/model/Host.h"
+#include "host/native/Enclosure.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Setup.h"
+#include "tests/command/DeskTest.h"
 
 namespace command_test {
 namespace {

@@ -1,8 +1,8 @@
-#include "Namespace.h"
+#include "tests/command/Namespace.h"
 
 #include <unistd.h>
 
-#include "Process.h"
+#include "tests/command/Process.h"
 
 namespace command_test {
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Expected.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Expected.h"
 
 namespace command_test {
 namespace {
@@ -32,10 +32,6 @@ const std::vector<std::string> kRestored = {
     "enigma2-plugin-systemplugins-pipservicerelation",
     "enigma2-plugin-systemplugins-vfdskinselector",
 };
-
-std::string pathOf(const std::string& name) {
-  return kBackups + "/" + name;
-}
 
 std::vector<ShownPackage> done(const std::vector<std::string>& names) {
   std::vector<ShownPackage> shown;
@@ -100,7 +96,7 @@ TEST_P(PackageTest, BringsAFlashedReceiversPluginsBackFromTheList) {
   EXPECT_EQ(play.lines[2], listFrame("ok", {list}));
   EXPECT_EQ(play.lines[4], packagesFrame("wait", done(kRestored)));
   EXPECT_EQ(play.lines[5], menuFrame("ok", "restore", 1));
-  EXPECT_EQ(play.trace, installation({"cat " + pathOf(list)}, kRestored));
+  EXPECT_EQ(play.trace, installation({"cat " + inBackups(list)}, kRestored));
   EXPECT_EQ(
       play.log,
       (std::vector<std::string>{
@@ -127,7 +123,7 @@ TEST_P(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
   const std::string notes = "enigma2-plugin-extensions-epgnotes";
   const std::string teletext = "enigma2-plugin-extensions-teletextplus";
   const std::string unknown = "enigma2-plugin-extensions-unknown";
-  receiver().write(pathOf(kListFile), teletext + "\n\n" + unknown + "\n" + notes + "\n");
+  receiver().write(inBackups(kListFile), teletext + "\n\n" + unknown + "\n" + notes + "\n");
   const std::vector<std::string> before = installedPackages(receiver());
 
   const Play play = receiver().play("restore", kFromList);
@@ -136,7 +132,7 @@ TEST_P(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
       play.last(),
       packagesFrame("wait",
                     {{teletext, "failed"}, {"", "failed"}, {unknown, "failed"}, {notes, "done"}}));
-  EXPECT_EQ(play.trace, installation({"cat " + pathOf(kListFile)}, {teletext, "", unknown, notes}));
+  EXPECT_EQ(play.trace, installation({"cat " + inBackups(kListFile)}, {teletext, "", unknown, notes}));
   std::vector<std::string> expected = before;
   expected.push_back(notes);
   std::ranges::sort(expected);
@@ -145,7 +141,7 @@ TEST_P(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
 }
 
 TEST_P(PackageTest, LogsWhatIsInstalledOrExcluded) {
-  receiver().write(pathOf(kListFile),
+  receiver().write(inBackups(kListFile),
                    "enigma2-plugin-skin-atile\n"
                    "enigma2-plugin-extensions-webinterface\n"
                    "enigma2-plugin-extensions-webbrowser\n"
@@ -169,7 +165,7 @@ TEST_P(PackageTest, LogsWhatIsInstalledOrExcluded) {
 }
 
 TEST_P(PackageTest, FailingFeedUpdateInstallsNothing) {
-  receiver().write(pathOf(kListFile), "enigma2-plugin-extensions-epgnotes\n");
+  receiver().write(inBackups(kListFile), "enigma2-plugin-extensions-epgnotes\n");
   fs::remove_all(receiver().at("/srv/feed"));
   const std::string before = receiver().read(kStatus);
 
@@ -192,10 +188,10 @@ TEST_P(PackageTest, FailingFeedUpdateInstallsNothing) {
 }
 
 TEST_P(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
-  fs::rename(receiver().at(pathOf("plugins/enigma2-plugin-extensions-hallclock_0.7-r0_all.ipk")),
-             receiver().at(pathOf("plugins/hall clock.ipk")));
+  fs::rename(receiver().at(inBackups("plugins/enigma2-plugin-extensions-hallclock_0.7-r0_all.ipk")),
+             receiver().at(inBackups("plugins/hall clock.ipk")));
   for (const std::string other : {"b.IPK", "c.ipk.txt"}) {
-    receiver().write(pathOf("plugins/" + other), "");
+    receiver().write(inBackups("plugins/" + other), "");
   }
   const Play play = receiver().play("restore", std::string(kLocal) + "ok " + kLocal + "exit down");
 
@@ -204,8 +200,8 @@ TEST_P(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
   std::vector<std::string> sorted = once;
   std::ranges::sort(sorted);
   EXPECT_EQ(sorted, (std::vector<std::string>{
-                        pathOf("plugins/enigma2-plugin-systemplugins-remotenotes_1.0-r0_all.ipk"),
-                        pathOf("plugins/hall clock.ipk")}));
+                        inBackups("plugins/enigma2-plugin-systemplugins-remotenotes_1.0-r0_all.ipk"),
+                        inBackups("plugins/hall clock.ipk")}));
   std::vector<std::string> twice = once;
   std::ranges::copy(once, std::back_inserter(twice));
   EXPECT_EQ(play.lines[3], packagesFrame("wait", done(once)));
@@ -222,12 +218,12 @@ TEST_P(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
 }
 
 TEST_P(PackageTest, NoLocalPackagesNoScreen) {
-  fs::remove_all(receiver().at(pathOf("plugins")));
+  fs::remove_all(receiver().at(inBackups("plugins")));
   const Play missing = receiver().play("restore", kLocal);
   EXPECT_EQ(missing.last(), menuFrame("wait", "restore", 4));
   EXPECT_EQ(missing.trace, installation({}, {}));
 
-  fs::create_directory(receiver().at(pathOf("plugins")));
+  fs::create_directory(receiver().at(inBackups("plugins")));
   const Play empty = receiver().play("restore", kLocal);
   EXPECT_EQ(empty.last(), menuFrame("wait", "restore", 4));
   EXPECT_EQ(empty.trace, installation({}, {}));

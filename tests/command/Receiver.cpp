@@ -1,4 +1,4 @@
-#include "Receiver.h"
+#include "tests/command/Receiver.h"
 
 #include <algorithm>
 #include <stdexcept>

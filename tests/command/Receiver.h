@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "Files.h"
-#include "Process.h"
-#include "Snapshot.h"
-#include "support/TemporaryDirectory.h"
+#include "tests/command/Files.h"
+#include "tests/command/Process.h"
+#include "tests/command/Snapshot.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace nlohmann {
 
@@ -92,5 +92,10 @@ class Receiver {
 
 /// The backup directory on the default medium.
 inline const std::string kBackups = "/media/hdd/qor-stowline";
+
+/// Returns the path of a file in it.
+inline std::string inBackups(const std::string& name) {
+  return kBackups + "/" + name;
+}
 
 }  // namespace command_test

@@ -1,8 +1,8 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Expected.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Expected.h"
 
 namespace command_test {
 namespace {

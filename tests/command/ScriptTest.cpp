@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "DeskTest.h"
+#include "tests/command/DeskTest.h"
 
 namespace command_test {
 namespace {

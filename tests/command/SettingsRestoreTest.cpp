@@ -1,8 +1,8 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
-#include "Expected.h"
+#include "tests/command/DeskTest.h"
+#include "tests/command/Expected.h"
 
 namespace command_test {
 namespace {
@@ -16,10 +16,6 @@ constexpr std::size_t kSmallest = 10000;
 
 const Json kDone = boxFrame("ok", "info", "", "Restoring settings finished successfully");
 const Json kFailed = boxFrame("ok", "error", "", "Restoring settings failed");
-
-std::string pathOf(const std::string& archive) {
-  return kBackups + "/" + archive;
-}
 
 /// Bytes that no tar takes for an archive.
 std::string garbage(std::size_t size) {
@@ -41,7 +37,7 @@ TEST_P(SettingsRestoreTest, BringsBackTheChannelFilesAndNothingElse) {
   receiver().flash();
   Snapshot expected = receiver().content();
   for (const std::string& member : settingsMembers(receiver().tree())) expected.erase(member);
-  for (const std::string& member : membersOf(receiver().at(pathOf(archive)))) {
+  for (const std::string& member : membersOf(receiver().at(inBackups(archive)))) {
     expected[member] = used.at(member);
   }
 
@@ -51,7 +47,7 @@ TEST_P(SettingsRestoreTest, BringsBackTheChannelFilesAndNothingElse) {
       play.lines,
       (std::vector<Json>{menuFrame("", "restore", 0), menuFrame("select:channel", "restore", 2),
                          listFrame("ok", {archive}), kDone, menuFrame("timeout", "restore", 2)}));
-  EXPECT_EQ(play.trace, settingsRestoreCommands(pathOf(archive)));
+  EXPECT_EQ(play.trace, settingsRestoreCommands(inBackups(archive)));
   EXPECT_EQ(play.log, std::vector<std::string>());
   EXPECT_EQ(changes(expected, withoutLog(receiver().content())), std::vector<std::string>());
 }
@@ -66,7 +62,7 @@ TEST_P(SettingsRestoreTest, RemovesChannelFilesThatTheArchiveDoesNotHold) {
 }
 
 TEST_P(SettingsRestoreTest, DamagedArchiveLeavesTheReceiverWithoutChannelsAndSaysSo) {
-  receiver().write(pathOf(kArchive), garbage(kSmallest + 1));
+  receiver().write(inBackups(kArchive), garbage(kSmallest + 1));
   Snapshot expected = receiver().content();
   for (const std::string& member : settingsMembers(receiver().tree())) expected.erase(member);
 
@@ -76,12 +72,12 @@ TEST_P(SettingsRestoreTest, DamagedArchiveLeavesTheReceiverWithoutChannelsAndSay
       play.lines,
       (std::vector<Json>{menuFrame("", "restore", 0), menuFrame("select:channel", "restore", 2),
                          listFrame("ok", {kArchive}), kFailed, listFrame("timeout", {kArchive})}));
-  EXPECT_EQ(play.trace, settingsRestoreCommands(pathOf(kArchive)));
+  EXPECT_EQ(play.trace, settingsRestoreCommands(inBackups(kArchive)));
   EXPECT_EQ(changes(expected, withoutLog(receiver().content())), std::vector<std::string>());
 }
 
 TEST_P(SettingsRestoreTest, IgnoresAnArchiveOfOneByteLessThanTheSmallest) {
-  receiver().write(pathOf(kArchive), garbage(kSmallest - 1));
+  receiver().write(inBackups(kArchive), garbage(kSmallest - 1));
   const Snapshot before = receiver().content();
 
   const Play play = receiver().play("restore", std::string(kOpenList) + "ok");
@@ -94,11 +90,11 @@ TEST_P(SettingsRestoreTest, IgnoresAnArchiveOfOneByteLessThanTheSmallest) {
 TEST_P(SettingsRestoreTest, TakesTheSmallestArchive) {
   receiver().play("backup", "select:channel ok");
   receiver().renameBackup(receiver().backup("settings_", ".tar.gz"), kArchive);
-  receiver().write(pathOf(kArchive), receiver().read(pathOf(kArchive)).substr(0, kSmallest));
+  receiver().write(inBackups(kArchive), receiver().read(inBackups(kArchive)).substr(0, kSmallest));
 
   const Play play = receiver().play("restore", std::string(kOpenList) + "ok");
 
-  EXPECT_EQ(play.trace, settingsRestoreCommands(pathOf(kArchive)));
+  EXPECT_EQ(play.trace, settingsRestoreCommands(inBackups(kArchive)));
 }
 
 }  // namespace

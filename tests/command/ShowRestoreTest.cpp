@@ -2,8 +2,8 @@
 #include <set>
 #include <string>
 
-#include "Expected.h"
-#include "ShowTest.h"
+#include "tests/command/Expected.h"
+#include "tests/command/ShowTest.h"
 
 namespace command_test {
 namespace {

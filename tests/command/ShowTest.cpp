@@ -1,4 +1,4 @@
-#include "ShowTest.h"
+#include "tests/command/ShowTest.h"
 
 #include <sys/stat.h>
 
@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Expected.h"
-#include "Namespace.h"
+#include "tests/command/Expected.h"
+#include "tests/command/Namespace.h"
 
 namespace command_test {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "DeskTest.h"
+#include "tests/command/DeskTest.h"
 
 namespace command_test {
 
@@ -43,7 +43,7 @@ class ShowTest : public DeskTest {
     return Json::parse(outcome.output)["restore"];
   }
 
-  std::string pathOf(const std::string& name) { return receiver().at(kBackups + "/" + name); }
+  std::string pathOf(const std::string& name) { return receiver().at(inBackups(name)); }
 
   std::string settings_;
   std::string configuration_;

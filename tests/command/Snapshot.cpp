@@ -1,8 +1,8 @@
-#include "Snapshot.h"
+#include "tests/command/Snapshot.h"
 
 #include <set>
 
-#include "Files.h"
+#include "tests/command/Files.h"
 
 namespace command_test {
 namespace {

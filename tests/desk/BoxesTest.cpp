@@ -1,5 +1,5 @@
-#include "DeskFixture.h"
-#include "model/Boxes.h"
+#include "desk/model/Boxes.h"
+#include "tests/desk/DeskFixture.h"
 
 namespace desk {
 namespace {

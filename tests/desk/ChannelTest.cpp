@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "gui/Channel.h"
+#include "desk/gui/Channel.h"
 
 namespace desk {
 namespace {

@@ -1,5 +1,5 @@
-#include "DeskFixture.h"
-#include "model/ConsoleLayer.h"
+#include "desk/model/ConsoleLayer.h"
+#include "tests/desk/DeskFixture.h"
 
 namespace desk {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "play/Countdown.h"
+#include "desk/play/Countdown.h"
 
 namespace desk {
 namespace {

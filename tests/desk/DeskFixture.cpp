@@ -1,4 +1,4 @@
-#include "DeskFixture.h"
+#include "tests/desk/DeskFixture.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "model/Jobs.h"
-#include "model/Observer.h"
-#include "model/Session.h"
-#include "native/Descriptor.h"
-#include "support/TemporaryDirectory.h"
+#include "desk/model/Jobs.h"
+#include "desk/model/Observer.h"
+#include "desk/model/Session.h"
+#include "host/native/Descriptor.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
 

@@ -7,9 +7,9 @@
 #include <optional>
 #include <stdexcept>
 
-#include "DeskFixture.h"
-#include "model/Jobs.h"
-#include "support/Raised.h"
+#include "desk/model/Jobs.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/Raised.h"
 
 namespace desk {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "model/KeyMap.h"
+#include "desk/model/KeyMap.h"
 
 namespace desk {
 namespace {

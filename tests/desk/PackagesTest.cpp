@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-#include "DeskFixture.h"
-#include "model/Opkg.h"
-#include "support/TemporaryDirectory.h"
+#include "desk/model/Opkg.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
 namespace {

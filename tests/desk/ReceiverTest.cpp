@@ -1,8 +1,8 @@
 #include <stdexcept>
 
-#include "DeskFixture.h"
-#include "TestScreen.h"
-#include "model/Receiver.h"
+#include "desk/model/Receiver.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/desk/TestScreen.h"
 
 namespace desk {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "model/RowList.h"
+#include "desk/model/RowList.h"
 
 namespace desk {
 namespace {

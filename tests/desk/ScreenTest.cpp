@@ -1,9 +1,9 @@
 #include <stdexcept>
 
-#include "DeskFixture.h"
-#include "TestScreen.h"
-#include "model/Host.h"
-#include "support/Raised.h"
+#include "desk/model/Host.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/desk/TestScreen.h"
+#include "tests/support/Raised.h"
 
 namespace desk {
 namespace {

@@ -1,7 +1,7 @@
 #include <stdexcept>
 
-#include "DeskFixture.h"
-#include "model/Session.h"
+#include "desk/model/Session.h"
+#include "tests/desk/DeskFixture.h"
 
 namespace desk {
 namespace {

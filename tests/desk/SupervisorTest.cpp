@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "play/ScriptPlayer.h"
-#include "supervisor/Supervisor.h"
-#include "support/TemporaryDirectory.h"
+#include "desk/play/ScriptPlayer.h"
+#include "desk/supervisor/Supervisor.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
 namespace {

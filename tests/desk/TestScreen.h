@@ -7,9 +7,9 @@
 #include <string>
 #include <utility>
 
-#include "host/Dialogs.h"
-#include "host/Host.h"
-#include "host/Screen.h"
+#include "host/include/Dialogs.h"
+#include "host/include/Host.h"
+#include "host/include/Screen.h"
 
 namespace desk {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "play/TextFrame.h"
+#include "desk/play/TextFrame.h"
 
 namespace desk {
 namespace {

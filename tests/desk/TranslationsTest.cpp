@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/Translations.h"
+#include "desk/model/Translations.h"
 
 namespace desk {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "play/Words.h"
+#include "desk/play/Words.h"
 
 namespace desk {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "archive/Verify.h"
+#include "command/archive/Verify.h"
 
 namespace {
 

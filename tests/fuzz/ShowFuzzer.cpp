@@ -8,8 +8,8 @@
 #include <fstream>
 #include <string>
 
-#include "preview/JsonReport.h"
-#include "preview/Preview.h"
+#include "command/preview/JsonReport.h"
+#include "command/preview/Preview.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <pugixml.hpp>
 #include <string_view>
 
-#include "drawing/Drawing.h"
-#include "native/ShownText.h"
+#include "desk/drawing/Drawing.h"
+#include "host/native/ShownText.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "BackupActions.h"
-#include "Expected.h"
-#include "Receiver.h"
+#include "plugin/src/BackupActions.h"
+#include "tests/plugin/Receiver.h"
+#include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 

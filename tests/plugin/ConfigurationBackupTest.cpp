@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "BackupTest.h"
+#include "tests/plugin/BackupTest.h"
 
 namespace stowline {
 namespace {

@@ -1,8 +1,8 @@
 #include <memory>
 
-#include "Expected.h"
-#include "Receiver.h"
-#include "StowlineHelpScreen.h"
+#include "plugin/src/StowlineHelpScreen.h"
+#include "tests/plugin/Receiver.h"
+#include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 namespace {

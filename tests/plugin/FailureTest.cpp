@@ -2,8 +2,8 @@
 #include <optional>
 #include <sstream>
 
-#include "Expected.h"
-#include "Flows.h"
+#include "tests/plugin/flows/Expected.h"
+#include "tests/plugin/flows/Flows.h"
 
 namespace stowline {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "StowlineHelpScreen.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace stowline {
 namespace {

@@ -1,4 +1,4 @@
-#include "MenuTest.h"
+#include "tests/plugin/MenuTest.h"
 
 namespace stowline {
 namespace {

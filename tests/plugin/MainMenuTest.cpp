@@ -1,5 +1,5 @@
-#include "BackupActions.h"
-#include "MenuTest.h"
+#include "plugin/src/BackupActions.h"
+#include "tests/plugin/MenuTest.h"
 
 namespace stowline {
 namespace {

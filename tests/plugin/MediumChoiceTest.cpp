@@ -1,4 +1,4 @@
-#include "MenuTest.h"
+#include "tests/plugin/MenuTest.h"
 
 namespace stowline {
 namespace {
@@ -16,7 +16,6 @@ struct MediumChoice : MenuTest {
   }
 };
 
-const std::string kSelected = "self[\"menu\"].getCurrent()\n";
 const std::string kNoAutomounts =
     exists("/media/net/autofs") + exists("/media/net/autonet") + "open(\"/proc/mounts\")\n";
 

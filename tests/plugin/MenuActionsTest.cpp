@@ -1,5 +1,5 @@
-#include "MenuTest.h"
-#include "StowlineRestore.h"
+#include "plugin/src/StowlineRestore.h"
+#include "tests/plugin/MenuTest.h"
 
 namespace stowline {
 namespace {
@@ -7,8 +7,6 @@ namespace {
 using namespace expected;
 
 using MenuActions = MenuTest;
-
-const std::string kSelected = "self[\"menu\"].getCurrent()\n";
 
 struct RestoreEntry {
   const char* key;

@@ -3,11 +3,14 @@
 #include <memory>
 #include <string>
 
-#include "Expected.h"
-#include "Receiver.h"
-#include "Stowline.h"
+#include "plugin/src/Stowline.h"
+#include "tests/plugin/Receiver.h"
+#include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
+
+/// What every press of a row begins with.
+inline const std::string kSelected = "self[\"menu\"].getCurrent()\n";
 
 /// A receiver on which the main menu can be opened.
 struct MenuTest : ModuleTest {

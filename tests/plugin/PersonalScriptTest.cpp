@@ -1,4 +1,4 @@
-#include "RestoreListTest.h"
+#include "tests/plugin/RestoreListTest.h"
 
 namespace stowline {
 namespace {

@@ -1,30 +1,31 @@
-#include "BackupTest.h"
+#include "tests/plugin/BackupTest.h"
 
 namespace stowline {
 namespace {
 
 using namespace expected;
 
-const std::string kList = "/media/hdd/qor-stowline/pluginlist_20240305_07-04_solo2.lst";
+const std::string kPluginList = "/media/hdd/qor-stowline/pluginlist_20240305_07-04_solo2.lst";
 
 using PluginList = BackupTest;
 
 TEST_F(PluginList, AppendsTheInstalledPluginPackagesToTheList) {
   EXPECT_EQ(described(actions.createPluginList()), "True");
   EXPECT_EQ(record.take(),
-            backupDirectory() + fileExists(kList) +
+            backupDirectory() + fileExists(kPluginList) +
                 "os.system(\"opkg list-installed | grep enigma2-plugin | cut -d \\\" \\\" -f 1 >> "
                 "/media/hdd/qor-stowline/pluginlist_20240305_07-04_solo2.lst\")\n" +
-                fileExists(kList));
+                fileExists(kPluginList));
   EXPECT_EQ(actions.path, kDirectory);
-  EXPECT_EQ(actions.pluginfile, kList);
+  EXPECT_EQ(actions.pluginfile, kPluginList);
 }
 
 TEST_F(PluginList, DeletesAListOfTheSameNameFirstSoThatItStartsEmpty) {
-  host.system.addFile(kList);
+  host.system.addFile(kPluginList);
   EXPECT_EQ(described(actions.createPluginList()), "True");
-  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kList) + system("rm -f " + kList) +
-                               system(pluginListCommand(kList)) + fileExists(kList));
+  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kPluginList) +
+                               system("rm -f " + kPluginList) +
+                               system(pluginListCommand(kPluginList)) + fileExists(kPluginList));
 }
 
 TEST_F(PluginList, ReportsSuccessByTheFileAloneNotByTheStatus) {

@@ -4,10 +4,10 @@
 
 #include <utility>
 
-#include "Setup.h"
-#include "support/RecordingHost.h"
-#include "support/RecordingPeer.h"
-#include "support/RecordingSession.h"
+#include "plugin/src/Setup.h"
+#include "tests/support/RecordingHost.h"
+#include "tests/support/RecordingPeer.h"
+#include "tests/support/RecordingSession.h"
 
 namespace stowline {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "Expected.h"
-#include "Receiver.h"
-#include "StowlineRestore.h"
+#include "plugin/src/StowlineRestore.h"
+#include "tests/plugin/Receiver.h"
+#include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 

@@ -1,5 +1,5 @@
-#include "RestoreListTest.h"
-#include "StowlineHelpScreen.h"
+#include "plugin/src/StowlineHelpScreen.h"
+#include "tests/plugin/RestoreListTest.h"
 
 namespace stowline {
 namespace {

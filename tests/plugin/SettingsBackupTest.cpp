@@ -1,4 +1,4 @@
-#include "BackupTest.h"
+#include "tests/plugin/BackupTest.h"
 
 namespace stowline {
 namespace {

@@ -1,6 +1,6 @@
-#include "Expected.h"
-#include "Receiver.h"
-#include "Setup.h"
+#include "plugin/src/Setup.h"
+#include "tests/plugin/Receiver.h"
+#include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 namespace {

@@ -1,6 +1,6 @@
-#include "BackupActions.h"
-#include "Expected.h"
-#include "Receiver.h"
+#include "plugin/src/BackupActions.h"
+#include "tests/plugin/Receiver.h"
+#include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 namespace {

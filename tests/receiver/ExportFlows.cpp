@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "Flows.h"
+#include "tests/plugin/flows/Flows.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "support/Commands.h"
+#include "tests/support/Commands.h"
 
 namespace support {
 

@@ -1,4 +1,4 @@
-#include "support/Journal.h"
+#include "tests/support/Journal.h"
 
 namespace support {
 namespace {

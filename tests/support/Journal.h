@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/Error.h"
-#include "host/Value.h"
+#include "host/include/Error.h"
+#include "host/include/Value.h"
 
 namespace support {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/Error.h"
+#include "host/include/Error.h"
 
 namespace support {
 

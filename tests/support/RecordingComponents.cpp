@@ -1,4 +1,4 @@
-#include "support/RecordingComponents.h"
+#include "tests/support/RecordingComponents.h"
 
 #include <map>
 

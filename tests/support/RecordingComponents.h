@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "host/Components.h"
-#include "support/Journal.h"
+#include "host/include/Components.h"
+#include "tests/support/Journal.h"
 
 namespace support {
 

@@ -1,4 +1,4 @@
-#include "support/RecordingConfig.h"
+#include "tests/support/RecordingConfig.h"
 
 namespace support {
 namespace {

@@ -5,8 +5,8 @@
 #include <set>
 #include <string>
 
-#include "host/Config.h"
-#include "support/Journal.h"
+#include "host/include/Config.h"
+#include "tests/support/Journal.h"
 
 namespace support {
 

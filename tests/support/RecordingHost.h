@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "host/Host.h"
-#include "support/Journal.h"
-#include "support/RecordingComponents.h"
-#include "support/RecordingConfig.h"
-#include "support/RecordingSystem.h"
+#include "host/include/Host.h"
+#include "tests/support/Journal.h"
+#include "tests/support/RecordingComponents.h"
+#include "tests/support/RecordingConfig.h"
+#include "tests/support/RecordingSystem.h"
 
 namespace support {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "support/RecordingHost.h"
+#include "tests/support/RecordingHost.h"
 
 namespace support {
 namespace {

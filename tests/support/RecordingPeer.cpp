@@ -1,4 +1,4 @@
-#include "support/RecordingPeer.h"
+#include "tests/support/RecordingPeer.h"
 
 #include <stdexcept>
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/Screen.h"
-#include "support/RecordingComponents.h"
+#include "host/include/Screen.h"
+#include "tests/support/RecordingComponents.h"
 
 namespace support {
 

@@ -1,4 +1,4 @@
-#include "support/RecordingSession.h"
+#include "tests/support/RecordingSession.h"
 
 namespace support {
 namespace {

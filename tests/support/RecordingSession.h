@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "host/Session.h"
-#include "support/Journal.h"
+#include "host/include/Session.h"
+#include "tests/support/Journal.h"
 
 namespace support {
 

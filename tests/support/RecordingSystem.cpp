@@ -1,4 +1,4 @@
-#include "support/RecordingSystem.h"
+#include "tests/support/RecordingSystem.h"
 
 #include <algorithm>
 #include <cerrno>

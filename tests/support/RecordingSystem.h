@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/OperatingSystem.h"
-#include "support/Journal.h"
+#include "host/include/OperatingSystem.h"
+#include "tests/support/Journal.h"
 
 namespace support {
 

@@ -1,4 +1,4 @@
-#include "support/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <cstdlib>
 #include <filesystem>

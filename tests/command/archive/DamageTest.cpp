@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
-#include "Archives.h"
-#include "TarWriter.h"
+#include "tests/support/archive/Archives.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace archive_test {
 namespace {
@@ -37,13 +37,13 @@ std::string twoMembers() {
          member({.name = "etc/CCcam.cfg"}, "port") + kEndMark;
 }
 
-struct Case {
+struct DamageCase {
   std::string name;
   std::string bytes;
   std::string damage;
 };
 
-class Damages : public testing::TestWithParam<Case> {};
+class Damages : public testing::TestWithParam<DamageCase> {};
 
 TEST_P(Damages, AreSaidWithTheirPlace) {
   EXPECT_EQ(ArchiveFile(GetParam().bytes).damage(), GetParam().damage);
@@ -59,7 +59,7 @@ std::string sizeOf(const std::string& bytes) {
   return std::to_string(bytes.size());
 }
 
-std::vector<Case> cases() {
+std::vector<DamageCase> damageCases() {
   const std::string packed = gzipped(twoMembers());
   const std::string size = sizeOf(packed);
   const std::string tar = twoMembers();
@@ -125,7 +125,7 @@ std::vector<Case> cases() {
   };
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, Damages, testing::ValuesIn(cases()),
+INSTANTIATE_TEST_SUITE_P(Every, Damages, testing::ValuesIn(damageCases()),
                          [](const auto& info) { return info.param.name; });
 
 TEST(Damage, OfTheCompressedDataIsTheCauseOfDamageInTheTarArchive) {

@@ -3,9 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "Archives.h"
-#include "Measured.h"
-#include "TarWriter.h"
+#include "tests/support/archive/Archives.h"
+#include "tests/support/archive/Measured.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace archive_test {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 constexpr long kMostMemory = 64 * 1024;  // KiB
 
 /// An archive that is made to use up the time or the memory of whoever reads it.
-struct Case {
+struct LimitCase {
   std::string name;
   std::function<std::string()> archive;
   std::string verdict;  // what the first and only line begins with
@@ -66,7 +66,7 @@ std::string links(std::size_t count) {
 constexpr const char* kTooLarge = "the archive unpacks to more than 1 GiB (";
 constexpr const char* kHeaderTooLarge = "the header of a member is too large (";
 
-std::vector<Case> cases() {
+std::vector<LimitCase> limitCases() {
   return {
       {"ContentsWithoutEnd",
        [] { return gzipped(block({.name = "keys/a", .size = 8589934591})) + fourGiB(); },
@@ -120,7 +120,7 @@ std::vector<Case> cases() {
   };
 }
 
-class Limits : public testing::TestWithParam<Case> {};
+class Limits : public testing::TestWithParam<LimitCase> {};
 
 TEST_P(Limits, KeepMemoryAndTimeSmall) {
   const ArchiveFile file(GetParam().archive());
@@ -131,7 +131,7 @@ TEST_P(Limits, KeepMemoryAndTimeSmall) {
   RecordProperty("peak_kib", std::to_string(outcome.peak));
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, Limits, testing::ValuesIn(cases()),
+INSTANTIATE_TEST_SUITE_P(Every, Limits, testing::ValuesIn(limitCases()),
                          [](const auto& info) { return info.param.name; });
 
 TEST(Limits, LeaveRoomForAHundredThousandMembers) {

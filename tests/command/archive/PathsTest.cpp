@@ -2,7 +2,7 @@
 
 #include <climits>
 
-#include "archive/Paths.h"
+#include "command/archive/Paths.h"
 
 namespace tarball {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <clocale>
 
-#include "archive/Places.h"
+#include "command/archive/Places.h"
 
 namespace tarball {
 namespace {

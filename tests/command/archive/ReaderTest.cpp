@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "Archives.h"
-#include "TarWriter.h"
-#include "host/Error.h"
-#include "support/TemporaryDirectory.h"
+#include "host/include/Error.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/archive/Archives.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace archive_test {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <string>
 
-#include "Archives.h"
-#include "support/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/archive/Archives.h"
 
 namespace archive_test {
 namespace {

@@ -3,14 +3,14 @@
 #include <climits>
 #include <string>
 
-#include "Archives.h"
-#include "TarWriter.h"
-#include "archive/Verify.h"
+#include "command/archive/Verify.h"
+#include "tests/support/archive/Archives.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace archive_test {
 namespace {
 
-struct Case {
+struct VerdictCase {
   std::string name;
   std::string members;
   Lines verdict;
@@ -42,7 +42,7 @@ Lines lines(const std::string& what, const std::string& member) {
   return {what + member};
 }
 
-class Verdicts : public testing::TestWithParam<Case> {};
+class Verdicts : public testing::TestWithParam<VerdictCase> {};
 
 TEST_P(Verdicts, NameWhatAMemberWouldDo) {
   EXPECT_EQ(ArchiveFile(gzipped(GetParam().members + kEndMark)).verdict(), GetParam().verdict);
@@ -50,7 +50,7 @@ TEST_P(Verdicts, NameWhatAMemberWouldDo) {
 
 const std::string kTooLong = "keys/" + std::string(PATH_MAX, 'x');
 
-std::vector<Case> cases() {
+std::vector<VerdictCase> verdictCases() {
   return {
       {"Nothing", "", {"no member"}},
       {"SoundMembers", file("etc/hostname") + file("keys") + file("keys/a/b"), {}},
@@ -114,7 +114,7 @@ std::vector<Case> cases() {
   };
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, Verdicts, testing::ValuesIn(cases()),
+INSTANTIATE_TEST_SUITE_P(Every, Verdicts, testing::ValuesIn(verdictCases()),
                          [](const auto& info) { return info.param.name; });
 
 TEST(Verdict, CountsMembersAndBytes) {

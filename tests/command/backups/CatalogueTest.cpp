@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "backups/Catalogue.h"
-#include "host/Error.h"
-#include "support/TemporaryDirectory.h"
+#include "command/backups/Catalogue.h"
+#include "host/include/Error.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace backups {
 namespace {

@@ -2,20 +2,20 @@
 
 #include <string>
 
-#include "backups/Engine.h"
+#include "command/backups/Engine.h"
 
 namespace backups {
 namespace {
 
 /// A member, the archives that may hold it (s: settings, c: configuration, u: user files, a: any
 /// of them), and those that leave it out.
-struct Case {
+struct EngineCase {
   const char* member;
   const char* held;
   const char* excluded;
 };
 
-constexpr Case kCases[] = {
+constexpr EngineCase kEngineCases[] = {
     {"etc/enigma2/bouquets.tv", "sca", "c"},
     {"etc/enigma2/lamedb", "sca", "c"},
     {"etc/tuxbox/satellites.xml", "sa", ""},
@@ -41,7 +41,7 @@ TEST(Engine, PlacesAreThoseThatTheModuleArchives) {
                         {'c', engine.configuration},
                         {'u', engine.user_files},
                         {'a', engine.any}};
-  for (const Case& one : kCases) {
+  for (const EngineCase& one : kEngineCases) {
     std::string held;
     std::string excluded;
     for (const Kind& kind : kinds) {

@@ -2,17 +2,17 @@
 
 #include <string>
 
-#include "backups/FileKind.h"
+#include "command/backups/FileKind.h"
 
 namespace backups {
 namespace {
 
-struct Case {
+struct KindCase {
   const char* name;
   const char* kind;
 };
 
-constexpr Case kCases[] = {
+constexpr KindCase kKindCases[] = {
     {"settings_20240305_07-04_solo2.tar.gz", "settings"},
     {"settings_20240305_07-04_zero.auto.tar.gz", "settings"},
     {"settings_mine.tar.gz", "settings"},
@@ -29,7 +29,7 @@ constexpr Case kCases[] = {
 };
 
 TEST(FileKind, IsWhatTheModulesListsTakeAFileForByItsName) {
-  for (const Case& one : kCases) {
+  for (const KindCase& one : kKindCases) {
     EXPECT_EQ(std::string(wordOf(kindOf(one.name))), one.kind) << one.name;
   }
 }

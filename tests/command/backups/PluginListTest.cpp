@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "backups/VerifyFile.h"
-#include "host/Error.h"
-#include "support/TemporaryDirectory.h"
+#include "command/backups/VerifyFile.h"
+#include "host/include/Error.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace backups {
 namespace {

@@ -2,20 +2,20 @@
 
 #include <string>
 
-#include "BackupActions.h"
-#include "Setup.h"
-#include "backups/SetName.h"
-#include "look/Host.h"
+#include "command/backups/SetName.h"
+#include "host/look/Host.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Setup.h"
 
 namespace backups {
 namespace {
 
-struct Case {
+struct NameCase {
   const char* name;
   const char* said;  ///< time, model, who wrote it and version; "" for nothing
 };
 
-constexpr Case kCases[] = {
+constexpr NameCase kNameCases[] = {
     {"settings_20240305_07-04_solo2.tar.gz", "2024-03-05 07:04 solo2 hand "},
     {"settings_20240305_07-04_solo2.auto.tar.gz", "2024-03-05 07:04 solo2 timer "},
     {"configuration_ver_c_20240305_07-04_uno.tar.gz", "2024-03-05 07:04 uno hand c"},
@@ -36,7 +36,7 @@ constexpr Case kCases[] = {
 };
 
 TEST(SetName, SaysWhenAndOnWhichModelABackupWasMadeAndWhetherByATimer) {
-  for (const Case& one : kCases) {
+  for (const NameCase& one : kNameCases) {
     const auto said = parseSetName(one.name);
     const std::string text = said ? said->time + " " + said->model +
                                         (said->is_scheduled ? " timer " : " hand ") + said->version

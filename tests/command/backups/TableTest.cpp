@@ -3,7 +3,7 @@
 #include <sstream>
 #include <string>
 
-#include "output/Table.h"
+#include "command/output/Table.h"
 
 namespace output {
 namespace {

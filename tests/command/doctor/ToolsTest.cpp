@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "BackupActions.h"
-#include "Setup.h"
-#include "backups/RestoreScreen.h"
-#include "doctor/Tools.h"
-#include "look/Host.h"
-#include "support/TemporaryDirectory.h"
+#include "command/backups/RestoreScreen.h"
+#include "command/doctor/Tools.h"
+#include "host/look/Host.h"
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Setup.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace doctor {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <ostream>
 
-#include "TarWriter.h"
-#include "Told.h"
-#include "preview/Differences.h"
-#include "preview/TextReport.h"
+#include "command/preview/Differences.h"
+#include "command/preview/TextReport.h"
+#include "tests/command/preview/Told.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace preview {
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "TarWriter.h"
-#include "Told.h"
+#include "tests/command/preview/Told.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace preview_test {
 namespace {

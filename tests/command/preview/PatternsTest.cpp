@@ -2,8 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "Told.h"
-#include "preview/Patterns.h"
+#include "command/preview/Patterns.h"
+#include "tests/command/preview/Told.h"
 
 namespace preview_test {
 namespace {

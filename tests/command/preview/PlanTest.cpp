@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "preview/Plan.h"
-#include "support/Commands.h"
+#include "command/preview/Plan.h"
+#include "tests/support/Commands.h"
 
 namespace preview_test {
 namespace {

@@ -4,8 +4,8 @@
 #include <ctime>
 #include <sstream>
 
-#include "preview/JsonReport.h"
-#include "preview/TextReport.h"
+#include "command/preview/JsonReport.h"
+#include "command/preview/TextReport.h"
 
 namespace preview_test {
 namespace {

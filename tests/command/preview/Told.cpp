@@ -1,4 +1,4 @@
-#include "Told.h"
+#include "tests/command/preview/Told.h"
 
 #include <sys/stat.h>
 
@@ -7,8 +7,8 @@
 #include <sstream>
 #include <utility>
 
-#include "TarWriter.h"
-#include "preview/Forecast.h"
+#include "command/preview/Forecast.h"
+#include "tests/support/archive/TarWriter.h"
 
 namespace preview_test {
 namespace {

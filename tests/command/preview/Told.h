@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "preview/Change.h"
-#include "preview/Plan.h"
-#include "support/TemporaryDirectory.h"
+#include "command/preview/Change.h"
+#include "command/preview/Plan.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace preview_test {
 

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <random>
 
-#include "preview/UnifiedDiff.h"
-#include "support/TemporaryDirectory.h"
+#include "command/preview/UnifiedDiff.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace preview_test {
 namespace {

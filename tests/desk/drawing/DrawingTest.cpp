@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "drawing/Drawing.h"
-#include "drawing/SkinFile.h"
+#include "desk/drawing/Drawing.h"
+#include "desk/drawing/SkinFile.h"
 
 namespace desk::drawing {
 namespace {

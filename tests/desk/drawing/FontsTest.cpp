@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "drawing/Fonts.h"
-#include "support/TemporaryDirectory.h"
+#include "desk/drawing/Fonts.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace desk::drawing {
 namespace {

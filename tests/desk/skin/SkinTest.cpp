@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "skin/Skin.h"
+#include "desk/skin/Skin.h"
 
 namespace desk {
 namespace {

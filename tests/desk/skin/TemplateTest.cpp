@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "skin/Expression.h"
-#include "skin/ListTemplate.h"
+#include "desk/skin/Expression.h"
+#include "desk/skin/ListTemplate.h"
 
 namespace desk {
 namespace {

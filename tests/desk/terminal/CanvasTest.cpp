@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "Pictures.h"
-#include "terminal/Canvas.h"
+#include "desk/terminal/Canvas.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

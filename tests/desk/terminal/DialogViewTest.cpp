@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string>
 
-#include "Pictures.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

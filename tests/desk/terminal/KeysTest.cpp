@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "terminal/Keys.h"
+#include "desk/terminal/Keys.h"
 
 namespace desk::terminal {
 namespace {

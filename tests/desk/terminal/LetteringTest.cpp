@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "Pictures.h"
-#include "terminal/Lettering.h"
+#include "desk/terminal/Lettering.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Pictures.h"
-#include "terminal/Log.h"
+#include "desk/terminal/Log.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

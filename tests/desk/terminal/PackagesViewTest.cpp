@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Pictures.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

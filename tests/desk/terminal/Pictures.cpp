@@ -1,4 +1,4 @@
-#include "Pictures.h"
+#include "tests/desk/terminal/Pictures.h"
 
 #include <clocale>
 #include <ostream>
@@ -23,6 +23,10 @@ Json manyRows(int count) {
   std::vector<std::array<std::string, 2>> texts;
   for (int row = 0; row < count; ++row) texts.push_back({"row " + std::to_string(row), ""});
   return rows(texts);
+}
+
+Json list(int count, int selected) {
+  return frame({{"rows", manyRows(count)}, {"selected", selected}});
 }
 
 std::string manyLines(int count) {

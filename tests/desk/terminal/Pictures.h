@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "terminal/Television.h"
+#include "desk/terminal/Television.h"
 
 namespace desk::terminal {
 
@@ -27,6 +27,9 @@ Json rows(const std::vector<std::array<std::string, 2>>& texts);
 
 /// Returns `count` rows, "row 0" and so on.
 Json manyRows(int count);
+
+/// Returns a frame of `count` such rows.
+Json list(int count, int selected);
 
 /// Returns `count` lines, "line 0" and so on, each with its line break.
 std::string manyLines(int count);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Pictures.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

@@ -3,16 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "Pictures.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {
 
 constexpr int kPage = 5;
-
-Json list(int count, int selected) {
-  return frame({{"rows", manyRows(count)}, {"selected", selected}});
-}
 
 /// Returns what a view of `page` lines makes of the frame.
 Picture drawn(RowsView& view, const Json& frame, int page = kPage) {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Pictures.h"
-#include "terminal/RowsView.h"
+#include "desk/terminal/RowsView.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {
@@ -19,10 +19,6 @@ Picture drawn(RowsView& view, const Json& frame, Size size, const Lettering& let
 std::string pictureOfRows(const Json& frame, Size size, const Lettering& lettering = utf8()) {
   RowsView view;
   return shown(drawn(view, frame, size, lettering).canvas);
-}
-
-Json list(int count, int selected) {
-  return frame({{"rows", manyRows(count)}, {"selected", selected}});
 }
 
 TEST(RowsView, NoRowsNothingToSee) {

@@ -3,16 +3,16 @@
 #include <string>
 #include <vector>
 
-#include "terminal/Scroll.h"
+#include "desk/terminal/Scroll.h"
 
 namespace desk::terminal {
 namespace {
 
-constexpr int kPage = 10;
+constexpr int kPageSize = 10;
 
 /// Returns the first shown line of a text that is at its last line.
 int topAtEnd(Scroll& scroll, int count) {
-  return scroll.top(count, kPage, count - 1);
+  return scroll.top(count, kPageSize, count - 1);
 }
 
 TEST(Scroll, TextThatFitsIsShownFromItsBeginning) {
@@ -22,7 +22,8 @@ TEST(Scroll, TextThatFitsIsShownFromItsBeginning) {
 
 TEST(Scroll, GrowingTextIsFollowed) {
   Scroll scroll;
-  for (const int count : {11, 12, 100}) EXPECT_EQ(topAtEnd(scroll, count), count - kPage) << count;
+  for (const int count : {11, 12, 100})
+    EXPECT_EQ(topAtEnd(scroll, count), count - kPageSize) << count;
 }
 
 TEST(Scroll, LineThatTheTextIsAtMovesItAsLittleAsNeeded) {
@@ -32,7 +33,7 @@ TEST(Scroll, LineThatTheTextIsAtMovesItAsLittleAsNeeded) {
     int top;
   } steps[] = {{0, 0}, {9, 0}, {10, 1}, {99, 90}, {95, 90}, {40, 40}, {0, 0}};
   for (const auto& [current, top] : steps) {
-    EXPECT_EQ(scroll.top(100, kPage, current), top) << current;
+    EXPECT_EQ(scroll.top(100, kPageSize, current), top) << current;
   }
 }
 

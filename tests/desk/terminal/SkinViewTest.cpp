@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Pictures.h"
-#include "skin/Skin.h"
+#include "desk/skin/Skin.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

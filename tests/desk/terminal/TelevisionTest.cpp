@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Pictures.h"
-#include "terminal/Television.h"
+#include "desk/terminal/Television.h"
+#include "tests/desk/terminal/Pictures.h"
 
 namespace desk::terminal {
 namespace {

@@ -4,7 +4,7 @@
 #include <set>
 #include <vector>
 
-#include "terminal/Theme.h"
+#include "desk/terminal/Theme.h"
 
 namespace desk::terminal {
 namespace {

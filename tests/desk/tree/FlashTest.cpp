@@ -3,7 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "TreeFixture.h"
+#include "tests/desk/tree/TreeFixture.h"
 
 namespace desk {
 namespace {

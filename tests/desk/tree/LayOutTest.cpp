@@ -4,8 +4,8 @@
 #include <csignal>
 #include <sstream>
 
-#include "TreeFixture.h"
-#include "support/Commands.h"
+#include "tests/desk/tree/TreeFixture.h"
+#include "tests/support/Commands.h"
 
 namespace desk {
 namespace {

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "TreeFixture.h"
+#include "tests/desk/tree/TreeFixture.h"
 
 namespace desk {
 namespace {

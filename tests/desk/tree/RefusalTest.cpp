@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "TreeFixture.h"
+#include "tests/desk/tree/TreeFixture.h"
 
 namespace desk {
 namespace {

@@ -4,7 +4,7 @@
 #include <csignal>
 #include <ctime>
 
-#include "TreeFixture.h"
+#include "tests/desk/tree/TreeFixture.h"
 
 namespace desk {
 namespace {

@@ -1,4 +1,4 @@
-#include "TreeFixture.h"
+#include "tests/desk/tree/TreeFixture.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Files.h"
-#include "ReceiverTree.h"
+#include "desk/tree/Files.h"
+#include "desk/tree/ReceiverTree.h"
 
 namespace desk {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <thread>
 
-#include "web/Board.h"
+#include "desk/web/Board.h"
 
 namespace desk::web {
 namespace {

@@ -1,0 +1,31 @@
+# What a room's CMakeLists.txt says in a line or two. A target is named as its folder: desk/web is desk_web.
+
+# add_room(NAME LIBRARY...): a static library of the calling folder's sources, and what it links.
+function(add_room name)
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC ${ARGN})
+endfunction()
+
+# add_room_test(NAME [SHARDS count] [LIBRARIES library...]): a test program of the calling folder's sources.
+# ctest runs it as one test, or as so many shards, which can run side by side.
+function(add_room_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "SHARDS" "LIBRARIES")
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${test_LIBRARIES} test_support GTest::gtest_main)
+  target_precompile_headers(${name} REUSE_FROM test_support)
+  if(NOT test_SHARDS)
+    set(test_SHARDS 1)
+  endif()
+  math(EXPR last "${test_SHARDS} - 1")
+  foreach(shard RANGE ${last})
+    set(test ${name}.${shard})
+    if(test_SHARDS EQUAL 1)
+      set(test ${name})
+    endif()
+    add_test(NAME ${test} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${test} PROPERTIES TIMEOUT 600 ENVIRONMENT
+      "GTEST_TOTAL_SHARDS=${test_SHARDS};GTEST_SHARD_INDEX=${shard}")
+  endforeach()
+endfunction()

@@ -1,0 +1,23 @@
+# What makes a build quicker, where it is installed: a compiler cache and a linker.
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  # A precompiled header is found again by its content (ccache(1), "Precompiled headers").
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE} sloppiness=pch_defines,time_macros,include_file_mtime,include_file_ctime)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+    add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+  else()
+    add_compile_options(-fpch-preprocess)
+  endif()
+endif()
+
+# What is made for a receiver is linked by its own toolchain.
+if(NOT CMAKE_CROSSCOMPILING)
+  foreach(linker mold lld)
+    find_program(LINKER_${linker} ld.${linker})
+    if(LINKER_${linker})
+      add_link_options(-fuse-ld=${linker})
+      break()
+    endif()
+  endforeach()
+endif()

@@ -1,0 +1,48 @@
+#include "desk/drawing/PictureFiles.h"
+
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+#include <utility>
+
+#include "desk/drawing/Pictures.h"
+
+namespace desk::drawing {
+namespace {
+
+/// Returns the end of a picture's file name for a word: letters and digits of it.
+std::string nameOf(std::string word) {
+  if (word.empty()) return "opening";
+  for (char& character : word) {
+    if (std::isalnum(static_cast<unsigned char>(character)) == 0) character = '-';
+  }
+  return word.substr(0, 40);
+}
+
+}  // namespace
+
+PictureFiles::PictureFiles(const std::filesystem::path& directory,
+                           const std::filesystem::path& receiver, SkinFile skin)
+    : directory_(directory),
+      receiver_(receiver),
+      drawing_(std::move(skin), [this](const std::string& path) -> std::optional<std::string> {
+        const auto picture = readPicture(receiver_, path);
+        return picture ? std::optional(dataUrlOf(*picture)) : std::nullopt;
+      }) {
+  std::filesystem::create_directories(directory);
+}
+
+void PictureFiles::write(const nlohmann::ordered_json& frame) {
+  std::array<char, 16> number{};
+  std::snprintf(number.data(), number.size(), "%03d-", ++count_);
+  const std::filesystem::path file =
+      directory_ / (number.data() + nameOf(frame.at("key")) + ".svg");
+  const int timeout = frame.value("timeout", 0);
+  std::ofstream stream(file, std::ios::binary);
+  stream << drawing_.draw(frame, timeout > 0 ? std::optional(timeout) : std::nullopt);
+  if (!stream.flush()) throw std::runtime_error("cannot write '" + file.string() + "'");
+}
+
+}  // namespace desk::drawing

@@ -1,0 +1,75 @@
+#include "desk/model/Boxes.h"
+
+#include <utility>
+
+#include "host/native/ShownText.h"
+
+namespace desk {
+namespace {
+
+const char* typeName(host::MessageBox::Type type) {
+  switch (type) {
+    case host::MessageBox::TYPE_INFO:
+      return "info";
+    case host::MessageBox::TYPE_ERROR:
+      return "error";
+    case host::MessageBox::TYPE_YESNO:
+      break;
+  }
+  return "yesno";
+}
+
+}  // namespace
+
+MessageBoxLayer::MessageBoxLayer(host::MessageBox box) : Layer("MessageBox"), box_(std::move(box)) {
+  if (isQuestion()) answers_.setRows({{"yes"}, {"no"}});
+}
+
+void MessageBoxLayer::handleKey(const std::string& key) {
+  if (key == "exit") {
+    close(false);
+  } else if (key == "ok") {
+    close(answers_.selected() == 0);
+  } else {
+    answers_.handleKey(key);
+  }
+}
+
+void MessageBoxLayer::letTimeOutPass() {
+  if (box_.timeout > 0) handleKey("ok");
+}
+
+RowList* MessageBoxLayer::rowList() {
+  return isQuestion() ? &answers_ : nullptr;
+}
+
+void MessageBoxLayer::addTo(Json& frame) const {
+  frame["type"] = typeName(box_.type);
+  frame["text"] = native::shownText(box_.text);
+  frame["timeout"] = box_.timeout;
+}
+
+ChoiceBoxLayer::ChoiceBoxLayer(const host::ChoiceBox& box)
+    : Layer("ChoiceBox"), question_(box.title), choices_(box.list) {
+  std::vector<Row> rows;
+  for (const host::Value& choice : choices_) {
+    rows.push_back({native::shownText(choice.list()->front().str())});
+  }
+  rows_.setRows(std::move(rows));
+}
+
+void ChoiceBoxLayer::addTo(Json& frame) const {
+  frame["text"] = native::shownText(question_);
+}
+
+void ChoiceBoxLayer::handleKey(const std::string& key) {
+  if (key == "exit" || (key == "ok" && choices_.empty())) {
+    close({});
+  } else if (key == "ok") {
+    close(choices_[static_cast<std::size_t>(rows_.selected())]);
+  } else {
+    rows_.handleKey(key);
+  }
+}
+
+}  // namespace desk

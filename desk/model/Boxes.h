@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "desk/model/Layer.h"
+#include "host/include/Dialogs.h"
+
+namespace desk {
+
+/// A message or a yes/no question. Exit answers no; ok answers yes unless the cursor is on no.
+class MessageBoxLayer : public Layer {
+ public:
+  explicit MessageBoxLayer(host::MessageBox box);
+
+  void handleKey(const std::string& key) override;
+  void letTimeOutPass() override;
+  RowList* rowList() override;
+  void addTo(Json& frame) const override;
+
+ private:
+  bool isQuestion() const { return box_.type == host::MessageBox::TYPE_YESNO; }
+
+  host::MessageBox box_;
+  RowList answers_;
+};
+
+/// A choice among tuples. Exit leaves it with nothing, as does ok when there is nothing to choose.
+class ChoiceBoxLayer : public Layer {
+ public:
+  explicit ChoiceBoxLayer(const host::ChoiceBox& box);
+
+  void handleKey(const std::string& key) override;
+  RowList* rowList() override { return &rows_; }
+  void addTo(Json& frame) const override;
+
+ private:
+  std::string question_;
+  host::Value::List choices_;
+  RowList rows_;
+};
+
+}  // namespace desk

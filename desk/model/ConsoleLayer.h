@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include "desk/model/Jobs.h"
+#include "desk/model/Layer.h"
+#include "desk/model/Observer.h"
+#include "host/include/Dialogs.h"
+
+namespace desk {
+
+/// Runs shell commands one after the other and shows their output. Closes by ok or exit, once the
+/// last one has ended.
+class ConsoleLayer : public Layer {
+ public:
+  ConsoleLayer(host::Console console, Jobs& jobs, Observer& observer);
+
+  void handleKey(const std::string& key) override;
+  void addTo(Json& frame) const override;
+
+ private:
+  void runNext();
+
+  host::Console console_;
+  Jobs& jobs_;
+  Observer& observer_;
+  std::size_t next_ = 0;
+  bool running_ = true;
+  std::string output_;
+};
+
+}  // namespace desk

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "desk/model/RowList.h"
+#include "host/include/Value.h"
+
+namespace desk {
+
+/// A frame or another message of the desk, with its keys in the order in which they were set.
+using Json = nlohmann::ordered_json;
+
+/// A screen or dialog on the session's stack.
+class Layer {
+ public:
+  explicit Layer(std::string class_name) : class_name_(std::move(class_name)) {}
+  virtual ~Layer() = default;
+  Layer(const Layer&) = delete;
+  Layer& operator=(const Layer&) = delete;
+
+  const std::string& className() const { return class_name_; }
+
+  /// The title that a viewer sees.
+  std::string shown_title;
+
+  /// Completes the layout, once the layer is on top. Raises what the screen's own hooks raise.
+  virtual void finishLayout() {}
+
+  /// Handles a key of the remote control. Raises what the screen's own handler raises.
+  virtual void handleKey(const std::string& key) = 0;
+
+  /// Lets the time-out of the layer pass, if it has one.
+  virtual void letTimeOutPass() {}
+
+  /// The rows with the cursor, null when the layer has no list.
+  virtual RowList* rowList() { return nullptr; }
+
+  /// Adds to `frame` what only this kind of layer shows.
+  virtual void addTo(Json& frame) const = 0;
+
+  /// Marks the layer as closed, with `result` for its opener.
+  void close(const host::Value& result) {
+    if (!result_) result_ = result;
+  }
+
+  /// The close result, once the layer is closed.
+  const std::optional<host::Value>& result() const { return result_; }
+
+ private:
+  std::string class_name_;
+  std::optional<host::Value> result_;
+};
+
+}  // namespace desk
