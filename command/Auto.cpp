@@ -1,7 +1,6 @@
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <memory>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -9,7 +8,6 @@
 
 #include "command/Commands.h"
 #include "command/OnReceiver.h"
-#include "command/Verdicts.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
 #include "command/scheduled/ScheduledBackup.h"
@@ -18,12 +16,7 @@
 namespace command {
 namespace {
 
-struct AutoOptions {
-  std::filesystem::path receiver;
-  std::vector<std::string> jobs = scheduled::jobNames();
-  bool json = false;
-  bool quiet = false;
-};
+using Json = nlohmann::ordered_json;
 
 void printText(const scheduled::Report& report) {
   for (const scheduled::JobReport& job : report.jobs) {
@@ -68,6 +61,8 @@ Json jsonOf(const scheduled::Report& report) {
   return json;
 }
 
+}  // namespace
+
 void runAuto(const AutoOptions& options) {
   moveOntoReceiver(options.receiver);
   const scheduled::Report report = scheduled::run(options.jobs, output::bars(!options.quiet));
@@ -80,23 +75,6 @@ void runAuto(const AutoOptions& options) {
     const char* kept = report.deleted.empty() ? "nothing old was deleted: " : "";
     throw std::runtime_error(kept + native::shownLine(report.failure));
   }
-}
-
-}  // namespace
-
-void addAuto(CLI::App& stowline) {
-  const auto options = std::make_shared<AutoOptions>();
-  CLI::App* scheduled = stowline.add_subcommand(
-      "auto",
-      "Write a scheduled backup, read it again, and delete the oldest ones only when all is well.");
-  addReceiverOption(*scheduled, options->receiver);
-  scheduled->add_option("--jobs", options->jobs, "what to back up")
-      ->delimiter(',')
-      ->check(CLI::IsMember(scheduled::jobNames()))
-      ->capture_default_str();
-  scheduled->add_flag("--json", options->json, "print JSON");
-  scheduled->add_flag("--quiet", options->quiet, "print nothing but what has failed");
-  scheduled->callback([=] { runAuto(*options); });
 }
 
 }  // namespace command

@@ -1,39 +1,71 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace command {
 
-/// Raises CLI::RequiredError for the first of `options` that was not given. Unlike the library's
-/// own check it comes after that of unknown options, so that a mistyped one is named.
-inline void require(std::initializer_list<const CLI::Option*> options) {
-  for (const CLI::Option* option : options) {
-    if (option->count() == 0) throw CLI::RequiredError(option->get_name());
-  }
-}
+/// What each command does, with its options as they were given. All of them print to the standard
+/// streams, and raise host::Error or another std::exception when they fail.
 
-/// Adds `stowline receiver new` and `stowline receiver flash`.
-void addReceiver(CLI::App& stowline);
+struct AutoOptions {
+  std::filesystem::path receiver;  ///< a receiver tree; "": the receiver that this runs on
+  std::vector<std::string> jobs;
+  bool json = false;
+  bool quiet = false;
+};
+void runAuto(const AutoOptions& options);
 
-/// Adds `stowline auto`.
-void addAuto(CLI::App& stowline);
+/// Where the menu is shown.
+enum class FrontEnd { terminal, script, browser };
 
-/// Adds `stowline completion`. The other commands are to be there first.
-void addCompletion(CLI::App& stowline);
+struct DeskOptions {
+  FrontEnd front_end = FrontEnd::terminal;
+  std::filesystem::path receiver;
+  std::string menu = "backup";
+  std::string words;
+  std::string frames = "text";
+  std::filesystem::path trace;
+  std::filesystem::path log;
+  std::string theme;
+  std::filesystem::path record;
+  std::filesystem::path translations;
+  std::filesystem::path skin;
+  std::filesystem::path pictures;
+  int port = 0;  ///< of the page; 0: any free one
+};
+void runDesk(const DeskOptions& options);
 
-/// Adds `stowline desk`.
-void addDesk(CLI::App& stowline);
+struct DoctorOptions {
+  std::filesystem::path receiver;  ///< a receiver tree; "": the receiver that this runs on
+  bool json = false;
+  bool quiet = false;
+};
+void runDoctor(const DoctorOptions& options);
 
-/// Adds `stowline doctor`.
-void addDoctor(CLI::App& stowline);
+struct ListOptions {
+  std::filesystem::path medium;
+  std::string model;  ///< "": that of the receiver that this runs on, if it is one
+  bool json = false;
+};
+void runList(const ListOptions& options);
 
-/// Adds `stowline list`.
-void addList(CLI::App& stowline);
+struct ShowOptions {
+  std::filesystem::path file;
+  std::optional<std::filesystem::path> receiver;
+  bool diff = false;
+  bool json = false;
+  bool quiet = false;
+};
+void runShow(const ShowOptions& options);
 
-/// Adds `stowline show`.
-void addShow(CLI::App& stowline);
-
-/// Adds `stowline verify`.
-void addVerify(CLI::App& stowline);
+struct VerifyOptions {
+  std::vector<std::filesystem::path> files;
+  bool json = false;
+  bool quiet = false;
+};
+void runVerify(const VerifyOptions& options);
 
 }  // namespace command

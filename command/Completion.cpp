@@ -1,11 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
-#include <memory>
-#include <sstream>
 #include <string>
-#include <vector>
 
-#include "command/Commands.h"
+#include "command/CommandLine.h"
 
 namespace command {
 namespace {
@@ -84,7 +80,9 @@ void replace(std::string& text, const std::string& what, const std::string& with
   text.replace(text.find(what), what.size(), with);
 }
 
-void printScript(CLI::App& stowline, const std::string& shell) {
+}  // namespace
+
+void printCompletion(CLI::App& stowline, const std::string& shell) {
   Parts parts;
   addCommand(parts, stowline, "");
   std::string script = kScript;
@@ -93,20 +91,6 @@ void printScript(CLI::App& stowline, const std::string& shell) {
   replace(script, "@WORDS@", parts.words);
   if (shell == "zsh") std::cout << "autoload -U +X bashcompinit && bashcompinit\n";
   std::cout << script;
-}
-
-}  // namespace
-
-void addCompletion(CLI::App& stowline) {
-  const auto shell = std::make_shared<std::string>();
-  CLI::App* completion = stowline.add_subcommand(
-      "completion", "Print what completes this command's words in a shell, to be sourced there.");
-  CLI::Option* option =
-      completion->add_option("SHELL", *shell, "the shell")->check(CLI::IsMember({"bash", "zsh"}));
-  completion->callback([=, &stowline] {
-    require({option});
-    printScript(stowline, *shell);
-  });
 }
 
 }  // namespace command

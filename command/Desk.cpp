@@ -1,10 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 #include <map>
-#include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -33,20 +32,6 @@ namespace command {
 namespace {
 
 constexpr const char* kPluginPath = "/usr/lib/enigma2/python/Plugins/SystemPlugins/QORPanel";
-
-struct DeskOptions {
-  std::filesystem::path receiver;
-  std::string menu = "backup";
-  std::string words;
-  std::string frames = "text";
-  desk::Records records;
-  std::string theme;
-  std::filesystem::path record;
-  std::filesystem::path translations;
-  std::filesystem::path skin;
-  std::filesystem::path pictures;
-  int port = 0;
-};
 
 /// The themes of the terminal by name.
 const std::map<std::string, desk::terminal::Theme> kThemes = {
@@ -81,6 +66,10 @@ desk::Application moduleWith(const std::string& menu, desk::Translations transla
           .translations = std::move(translations)};
 }
 
+desk::Records recordsOf(const DeskOptions& options) {
+  return {.log = options.log, .trace = options.trace};
+}
+
 /// Returns what runs the module in the receiver tree `tree`.
 std::function<void(desk::Channel)> guiOn(const std::filesystem::path& tree,
                                          const DeskOptions& options) {
@@ -100,7 +89,7 @@ void playScript(const DeskOptions& options, const std::filesystem::path& tree) {
   desk::ScriptPlayer player(
       options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout,
       draw);
-  desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
+  desk::Supervisor supervisor(guiOn(tree, options), recordsOf(options), player);
   player.play(supervisor, words);
   if (!pictures) return;
   for (const std::string& notice : pictures->notices().lines()) {
@@ -117,7 +106,7 @@ void playOnTerminal(const DeskOptions& options, const std::filesystem::path& tre
   int signal = 0;
   {
     terminal::TerminalPlayer player(theme, options.record);
-    desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
+    desk::Supervisor supervisor(guiOn(tree, options), recordsOf(options), player);
     signal = player.play(supervisor);
   }
   if (signal != 0) raise(signal);
@@ -131,7 +120,7 @@ void playInBrowser(const DeskOptions& options, const std::filesystem::path& tree
                                  [&](const std::string& path) { return pictures.name(path); });
   web::Board board;
   web::WebPlayer player(board, drawing);
-  desk::Supervisor supervisor(guiOn(tree, options), options.records, player);
+  desk::Supervisor supervisor(guiOn(tree, options), recordsOf(options), player);
   const web::Server server(
       board, options.port, token,
       [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
@@ -140,14 +129,13 @@ void playInBrowser(const DeskOptions& options, const std::filesystem::path& tree
   player.play(supervisor);
 }
 
-/// Where the menu is shown.
-enum class FrontEnd { terminal, script, browser };
+}  // namespace
 
-void runDesk(const DeskOptions& options, FrontEnd front_end) {
+void runDesk(const DeskOptions& options) {
   desk::requireTree(options.receiver);
   const desk::TreeLock lock(options.receiver);
   const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
-  switch (front_end) {
+  switch (options.front_end) {
     case FrontEnd::terminal:
       return playOnTerminal(options, tree);
     case FrontEnd::script:
@@ -155,78 +143,6 @@ void runDesk(const DeskOptions& options, FrontEnd front_end) {
     case FrontEnd::browser:
       return playInBrowser(options, tree);
   }
-}
-
-}  // namespace
-
-void addDesk(CLI::App& stowline) {
-  const auto options = std::make_shared<DeskOptions>();
-  CLI::App* desk = stowline.add_subcommand(
-      "desk",
-      "Open the main menu on a stand-in receiver: on this terminal, where ? shows the keys, in a\n"
-      "browser, or by a script.");
-  CLI::Option* receiver =
-      desk->add_option("--receiver", options->receiver, "the receiver's directory")
-          ->type_name("DIR");
-  desk->add_option("--menu", options->menu, "the flavour of the main menu")
-      ->check(CLI::IsMember({"backup", "restore"}))
-      ->capture_default_str();
-  CLI::Option* play =
-      desk->add_option("--play", options->words, "the keys to press, in order, without a terminal")
-          ->type_name("WORDS")
-          ->check([](const std::string& script) {
-            try {
-              desk::parseWords(script);
-              return std::string();
-            } catch (const desk::UnknownWord& error) {
-              return std::string(error.what());
-            }
-          });
-  desk->add_option("--frames", options->frames, "how --play prints frames")
-      ->check(CLI::IsMember({"text", "json"}))
-      ->capture_default_str()
-      ->needs(play);
-  CLI::Option* pictures =
-      desk->add_option(
-              "--pictures", options->pictures,
-              "write every frame into this directory as the television would show it, in SVG")
-          ->type_name("DIR")
-          ->needs(play);
-  CLI::Option* web =
-      desk->add_option("--web", options->port,
-                       "open the menu in a browser: print the address of a page on this port, on "
-                       "any free one without PORT")
-          ->type_name("[PORT]")
-          ->expected(0, 1)
-          ->check(CLI::Range(0, 65535))
-          ->excludes(play);
-  desk->add_option("--translations", options->translations,
-                   "show the module's texts in another language, by a catalogue of msgfmt")
-      ->type_name("FILE.mo");
-  CLI::Option* skin = desk->add_option("--skin", options->skin, "the skin of --web and --pictures")
-                          ->type_name("FILE");
-  desk->add_option("--theme", options->theme, "the colours of the terminal")
-      ->check(CLI::IsMember({"plain", "dark", "light"}))
-      ->excludes(play)
-      ->excludes(web);
-  desk->add_option("--record", options->record,
-                   "append every frame on the terminal to this file, as JSON")
-      ->type_name("FILE")
-      ->excludes(play)
-      ->excludes(web);
-  desk->add_option("--log", options->records.log, "append the module's log lines to this file")
-      ->type_name("FILE");
-  desk->add_option("--trace", options->records.trace, "append every shell command to this file")
-      ->type_name("FILE");
-  desk->callback([=] {
-    require({receiver});
-    if (skin->count() > 0 && web->count() + pictures->count() == 0) {
-      throw CLI::RequiresError("--skin", "--web or --pictures");
-    }
-    runDesk(*options, play->count() > 0  ? FrontEnd::script
-                      : web->count() > 0 ? FrontEnd::browser
-                                         : FrontEnd::terminal);
-  });
 }
 
 }  // namespace command

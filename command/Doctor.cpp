@@ -1,10 +1,8 @@
 #include "command/doctor/Doctor.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -22,12 +20,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 using doctor::Check;
 using doctor::State;
-
-struct DoctorOptions {
-  std::filesystem::path receiver;
-  bool json = false;
-  bool quiet = false;
-};
 
 Json jsonOf(const std::vector<Check>& checks) {
   Json json = Json::array();
@@ -50,6 +42,8 @@ void printTable(const std::vector<Check>& checks, bool is_quiet) {
   if (has_rows) table.print(std::cout);
 }
 
+}  // namespace
+
 void runDoctor(const DoctorOptions& options) {
   moveOntoReceiver(options.receiver);
   const std::vector<Check> checks = doctor::examine(output::bars(!options.quiet));
@@ -62,18 +56,6 @@ void runDoctor(const DoctorOptions& options) {
   if (failed > 0)
     throw std::runtime_error(std::to_string(failed) +
                              (failed == 1 ? " check has failed" : " checks have failed"));
-}
-
-}  // namespace
-
-void addDoctor(CLI::App& stowline) {
-  const auto options = std::make_shared<DoctorOptions>();
-  CLI::App* doctor = stowline.add_subcommand(
-      "doctor", "Look whether a receiver can back itself up and be restored.");
-  addReceiverOption(*doctor, options->receiver);
-  doctor->add_flag("--json", options->json, "print JSON");
-  doctor->add_flag("--quiet", options->quiet, "print only what is not well");
-  doctor->callback([=] { runDoctor(*options); });
 }
 
 }  // namespace command

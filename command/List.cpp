@@ -1,8 +1,6 @@
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -21,12 +19,6 @@ using Json = nlohmann::ordered_json;
 using backups::BackupSet;
 using backups::Catalogue;
 using backups::Restore;
-
-struct ListOptions {
-  std::filesystem::path medium;
-  std::string model;
-  bool json = false;
-};
 
 /// Returns the word for what a restore list makes of a backup.
 const char* wordOf(Restore restore) {
@@ -155,6 +147,8 @@ std::string ownModel() {
   return os.exists(native::kModelFile) ? native::readModel(os) : "";
 }
 
+}  // namespace
+
 void runList(const ListOptions& options) {
   const std::string model = options.model.empty() ? ownModel() : options.model;
   const Catalogue catalogue = backups::readCatalogue(options.medium, model);
@@ -163,24 +157,6 @@ void runList(const ListOptions& options) {
   } else {
     printText(catalogue, model);
   }
-}
-
-}  // namespace
-
-void addList(CLI::App& stowline) {
-  const auto options = std::make_shared<ListOptions>();
-  CLI::App* list = stowline.add_subcommand(
-      "list", "List the backups on a medium, and what a receiver's restore list makes of them.");
-  CLI::Option* medium =
-      list->add_option("MEDIUM", options->medium, "the medium's directory, such as /media/hdd");
-  list->add_option(
-      "--model", options->model,
-      "the receiver's model; by default that of the receiver this runs on, if it is one");
-  list->add_flag("--json", options->json, "print JSON");
-  list->callback([=] {
-    require({medium});
-    runList(*options);
-  });
 }
 
 }  // namespace command

@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -9,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "command/Commands.h"
+#include "command/CommandLine.h"
 #include "host/include/Error.h"
 #include "host/native/OsError.h"
 #include "host/native/ShownText.h"
@@ -17,20 +16,6 @@
 namespace {
 
 constexpr int kUsageError = 2;
-
-/// Adds the commands that this build has.
-void addCommands(CLI::App& stowline) {
-#ifdef STOWLINE_STAND_IN
-  command::addReceiver(stowline);
-  command::addDesk(stowline);
-#endif
-  command::addAuto(stowline);
-  command::addDoctor(stowline);
-  command::addList(stowline);
-  command::addShow(stowline);
-  command::addVerify(stowline);
-  command::addCompletion(stowline);
-}
 
 /// Returns `text` on one line, for what is said of an error.
 std::string oneLine(std::string text) {
@@ -107,7 +92,7 @@ int main(int argc, char** argv) {
       throw CLI::ValidationError("name a command: " + namesOf(stowline.get_subcommands({})));
     }
   });
-  addCommands(stowline);
+  command::addCommands(stowline);
   try {
     return run(stowline, argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -27,16 +27,6 @@ void enter(const std::filesystem::path& /*tree*/) {}
 
 }  // namespace
 
-#ifdef STOWLINE_STAND_IN
-void addReceiverOption(CLI::App& command, std::filesystem::path& tree) {
-  command
-      .add_option("--receiver", tree, "a receiver tree; by default the receiver that this runs on")
-      ->type_name("DIR");
-}
-#else
-void addReceiverOption(CLI::App& /*command*/, std::filesystem::path& /*tree*/) {}
-#endif
-
 void moveOntoReceiver(const std::filesystem::path& tree) {
   if (!tree.empty()) {
     enter(tree);

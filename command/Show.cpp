@@ -1,9 +1,8 @@
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -17,14 +16,6 @@
 
 namespace command {
 namespace {
-
-struct ShowOptions {
-  std::filesystem::path file;
-  std::optional<std::filesystem::path> receiver;
-  bool diff = false;
-  bool json = false;
-  bool quiet = false;
-};
 
 void showJson(const preview::Preview& preview, bool diff) {
   nlohmann::ordered_json json = preview::jsonOf(preview);
@@ -48,6 +39,8 @@ void showText(const preview::Preview& preview, bool diff) {
       });
 }
 
+}  // namespace
+
 void runShow(const ShowOptions& options) {
   if (backups::kindOf(options.file.filename().string()) == backups::FileKind::plugin_list) {
     throw std::runtime_error("'" + options.file.string() +
@@ -63,28 +56,6 @@ void runShow(const ShowOptions& options) {
     showText(preview, options.diff);
   }
   if (!preview.damage.empty()) throw std::runtime_error(preview.damage);
-}
-
-}  // namespace
-
-void addShow(CLI::App& stowline) {
-  const auto options = std::make_shared<ShowOptions>();
-  CLI::App* show = stowline.add_subcommand(
-      "show", "Show what an archive holds, and what a restore of it would do on a receiver.");
-  CLI::Option* file = show->add_option("FILE", options->file, "the archive");
-  CLI::Option* against =
-      show->add_option(
-              "--against", options->receiver,
-              "the directory of the receiver's files, \"/\" on a receiver; it is only read")
-          ->type_name("DIR");
-  show->add_flag("--diff", options->diff, "show the differences of text files, too")
-      ->needs(against);
-  show->add_flag("--json", options->json, "print JSON");
-  show->add_flag("--quiet", options->quiet, "show no progress");
-  show->callback([=] {
-    require({file});
-    runShow(*options);
-  });
 }
 
 }  // namespace command

@@ -1,26 +1,108 @@
-#include <CLI/CLI.hpp>
+#include "command/archive/Verify.h"
+
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "command/Commands.h"
-#include "command/Verdicts.h"
+#include "command/backups/FileKind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
+#include "host/include/Error.h"
+#include "host/native/OsError.h"
+#include "host/native/ShownText.h"
 
 namespace command {
 namespace {
 
-struct VerifyOptions {
-  std::vector<std::filesystem::path> files;
-  bool json = false;
-  bool quiet = false;
+using Json = nlohmann::ordered_json;
+
+/// A backup that was read to its end, or could not be read.
+struct Verified {
+  std::filesystem::path file;
+  backups::FileKind kind;
+  std::string error;  ///< why it could not be read; "" when it could
+  tarball::Verdict verdict;
+
+  bool isSound() const { return error.empty() && verdict.sound(); }
 };
+
+void print(std::ostream& out, const char* title, const std::vector<tarball::Finding>& findings,
+           std::uint64_t count) {
+  for (const tarball::Finding& finding : findings) {
+    out << "  " << title << finding.what;
+    if (!finding.member.empty()) out << ": " << native::shownLine(finding.member);
+    out << "\n";
+  }
+  if (count > findings.size()) {
+    out << "  " << title << "and " << count - findings.size() << " more\n";
+  }
+}
+
+Json jsonOf(const std::vector<tarball::Finding>& findings) {
+  Json all = Json::array();
+  for (const tarball::Finding& finding : findings) {
+    all.push_back({{"what", finding.what},
+                   {"member", finding.member.empty() ? Json() : Json(finding.member)}});
+  }
+  return all;
+}
+
+/// Reads a backup to its end. `begin` hears how far an archive has been read.
+Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgress& begin) {
+  Verified verified{
+      .file = file, .kind = backups::kindOf(file.filename().string()), .error = {}, .verdict = {}};
+  std::error_code unknown;
+  const std::filesystem::file_status status = std::filesystem::status(file, unknown);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    verified.error = "it is no regular file";
+    return verified;
+  }
+  try {
+    verified.verdict = backups::verifyFile(file.string(), verified.kind, begin);
+  } catch (const host::Error& error) {
+    verified.error = native::reasonOf(error);
+  }
+  return verified;
+}
+
+/// Prints what was found, for people.
+void print(std::ostream& out, const Verified& verified) {
+  const tarball::Verdict& verdict = verified.verdict;
+  out << native::shownLine(verified.file.string()) << ": ";
+  if (!verified.error.empty()) {
+    out << "cannot be read: " << native::shownLine(verified.error) << "\n";
+    return;
+  }
+  const bool is_list = verified.kind == backups::FileKind::plugin_list;
+  out << (verified.isSound() ? "sound" : "NOT SOUND") << ", " << wordOf(verified.kind) << ", "
+      << output::counted(verdict.members, is_list ? "package" : "member") << ", "
+      << output::sizeText(static_cast<long long>(verdict.unpacked)) << "\n";
+  print(out, "", verdict.findings, verdict.found);
+  print(out, "note: ", verdict.notes, verdict.noted);
+}
+
+/// Returns the same for programs.
+Json jsonOf(const Verified& verified) {
+  const tarball::Verdict& verdict = verified.verdict;
+  return {{"file", native::shownText(verified.file.string())},
+          {"kind", wordOf(verified.kind)},
+          {"sound", verified.isSound()},
+          {"error", verified.error.empty() ? Json() : Json(native::shownText(verified.error))},
+          {"members", verdict.members},
+          {"unpacked", verdict.unpacked},
+          {"findings", jsonOf(verdict.findings)},
+          {"findings_total", verdict.found},
+          {"notes", jsonOf(verdict.notes)},
+          {"notes_total", verdict.noted}};
+}
+
+}  // namespace
 
 void runVerify(const VerifyOptions& options) {
   Json all = Json::array();
@@ -39,21 +121,6 @@ void runVerify(const VerifyOptions& options) {
     throw std::runtime_error(std::to_string(unsound) + " of " +
                              std::to_string(options.files.size()) + " not sound");
   }
-}
-
-}  // namespace
-
-void addVerify(CLI::App& stowline) {
-  const auto options = std::make_shared<VerifyOptions>();
-  CLI::App* verify = stowline.add_subcommand(
-      "verify", "Read backups to their end and say whether they can be restored without harm.");
-  CLI::Option* files = verify->add_option("FILE", options->files, "the backups");
-  verify->add_flag("--json", options->json, "print JSON");
-  verify->add_flag("--quiet", options->quiet, "print only what is not sound, and no progress");
-  verify->callback([=] {
-    require({files});
-    runVerify(*options);
-  });
 }
 
 }  // namespace command

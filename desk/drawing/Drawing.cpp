@@ -1,6 +1,7 @@
 #include "desk/drawing/Drawing.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "desk/drawing/BaseSkin.h"

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstdio>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "desk/drawing/Shown.h"
 
+#include <nlohmann/json.hpp>
+
 namespace desk::drawing {
 namespace {
 

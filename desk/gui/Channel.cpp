@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <nlohmann/json.hpp>
 
 namespace desk {
 

@@ -1,5 +1,6 @@
 #include "desk/model/Boxes.h"
 
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/native/ShownText.h"

@@ -1,5 +1,6 @@
 #include "desk/model/ConsoleLayer.h"
 
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/include/Error.h"

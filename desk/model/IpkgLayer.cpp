@@ -1,5 +1,7 @@
 #include "desk/model/IpkgLayer.h"
 
+#include <nlohmann/json.hpp>
+
 #include "desk/model/Opkg.h"
 #include "host/include/Error.h"
 #include "host/native/ShownText.h"

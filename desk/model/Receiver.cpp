@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
+#include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
 

@@ -1,6 +1,7 @@
 #include "desk/model/ScreenLayer.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "desk/model/Components.h"
 #include "host/include/Error.h"

@@ -1,6 +1,7 @@
 #include "desk/play/Conversation.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 namespace desk {

@@ -1,6 +1,7 @@
 #include "desk/play/Countdown.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace desk {
 namespace {

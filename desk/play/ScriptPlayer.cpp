@@ -1,5 +1,6 @@
 #include "desk/play/ScriptPlayer.h"
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <stdexcept>

@@ -1,6 +1,7 @@
 #include "desk/play/TextFrame.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <vector>
 

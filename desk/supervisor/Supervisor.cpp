@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 

@@ -1,6 +1,7 @@
 #include "desk/terminal/RowsView.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace desk::terminal {
 namespace {

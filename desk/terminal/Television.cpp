@@ -1,6 +1,7 @@
 #include "desk/terminal/Television.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "desk/terminal/ColourKeys.h"

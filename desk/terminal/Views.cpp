@@ -1,6 +1,7 @@
 #include "desk/terminal/Views.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 

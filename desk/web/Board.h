@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <mutex>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 

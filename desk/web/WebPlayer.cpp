@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 #include <vector>

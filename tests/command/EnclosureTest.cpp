@@ -1,5 +1,5 @@
+#include <cctype>
 #include <filesystem>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -66,11 +66,12 @@ Calls::const_iterator beginOfInside(const Calls& calls, const fs::path& tree) {
 
 /// Returns the paths of the descriptors that the call names or returns which lie outside `tree`.
 std::vector<std::string> pathsOutside(const std::string& call, const fs::path& tree) {
-  static const std::regex descriptor("(?:AT_FDCWD|[0-9]+)<(/[^>]*)>");
   std::vector<std::string> outside;
-  for (std::sregex_iterator found(call.begin(), call.end(), descriptor), end; found != end;
-       ++found) {
-    const std::string path = (*found)[1];
+  for (std::size_t at = call.find("</"); at != std::string::npos; at = call.find("</", at + 1)) {
+    const bool is_descriptor =
+        at > 0 && (std::isdigit(call[at - 1]) != 0 || call.substr(0, at).ends_with("AT_FDCWD"));
+    if (!is_descriptor) continue;
+    const std::string path = call.substr(at + 1, call.find('>', at) - at - 1);
     if (path != tree && !path.starts_with(tree.string() + "/")) outside.push_back(path);
   }
   return outside;

@@ -132,7 +132,8 @@ TEST_P(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
       play.last(),
       packagesFrame("wait",
                     {{teletext, "failed"}, {"", "failed"}, {unknown, "failed"}, {notes, "done"}}));
-  EXPECT_EQ(play.trace, installation({"cat " + inBackups(kListFile)}, {teletext, "", unknown, notes}));
+  EXPECT_EQ(play.trace,
+            installation({"cat " + inBackups(kListFile)}, {teletext, "", unknown, notes}));
   std::vector<std::string> expected = before;
   expected.push_back(notes);
   std::ranges::sort(expected);
@@ -199,9 +200,10 @@ TEST_P(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
   const std::vector<std::string> once = namesOf(play.lines[3]);
   std::vector<std::string> sorted = once;
   std::ranges::sort(sorted);
-  EXPECT_EQ(sorted, (std::vector<std::string>{
-                        inBackups("plugins/enigma2-plugin-systemplugins-remotenotes_1.0-r0_all.ipk"),
-                        inBackups("plugins/hall clock.ipk")}));
+  EXPECT_EQ(sorted,
+            (std::vector<std::string>{
+                inBackups("plugins/enigma2-plugin-systemplugins-remotenotes_1.0-r0_all.ipk"),
+                inBackups("plugins/hall clock.ipk")}));
   std::vector<std::string> twice = once;
   std::ranges::copy(once, std::back_inserter(twice));
   EXPECT_EQ(play.lines[3], packagesFrame("wait", done(once)));

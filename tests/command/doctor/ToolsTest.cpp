@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -40,16 +39,19 @@ std::vector<std::string> commandsOfTheModule() {
 /// Returns what the commands run: the first word of each part of a line, but for the words of the
 /// shell's own. A program that is named by its path in /bin is one as any other.
 Words programsOf(const std::vector<std::string>& commands) {
-  const std::regex separators(R"([;|]\s*|\b(?:if|then)\s)");
+  const Words before_programs = {"if", "then"};
   const Words shell = {"[", "echo", "fi"};
   Words programs;
-  for (const std::string& command : commands) {
-    for (std::sregex_token_iterator part(command.begin(), command.end(), separators, -1), end;
-         part != end; ++part) {
-      std::istringstream words(part->str());
+  for (std::string command : commands) {
+    std::ranges::replace(command, '|', ';');
+    std::istringstream parts(command);
+    for (std::string part; std::getline(parts, part, ';');) {
+      std::istringstream words(part);
       std::string program;
-      if (!(words >> program) || shell.contains(program)) continue;
-      programs.insert(std::regex_replace(program, std::regex("^/bin/"), ""));
+      while (words >> program && before_programs.contains(program)) {
+      }
+      if (program.starts_with("/bin/")) program.erase(0, std::string("/bin/").size());
+      if (!program.empty() && !shell.contains(program)) programs.insert(program);
     }
   }
   return programs;
