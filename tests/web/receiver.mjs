@@ -5,6 +5,7 @@ import { mkdirSync, mkdtempSync, readFileSync, renameSync, rmSync, writeFileSync
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
+import { after } from "node:test";
 
 import { chromium } from "playwright-core";
 
@@ -108,10 +109,14 @@ export class Desk {
   }
 }
 
-/** A browser that goes with its test. */
+let launched = null;
+after(async () => (await launched)?.close());
+
+/** The browser of all the tests of a file; its windows go with their test. */
 export async function browserFor(test) {
-  const browser = await chromium.launch({ executablePath: "/usr/bin/chromium", args: ["--no-sandbox"] });
-  test.after(() => browser.close());
+  launched ??= chromium.launch({ executablePath: "/usr/bin/chromium", args: ["--no-sandbox"] });
+  const browser = await launched;
+  test.after(() => Promise.all(browser.contexts().map((context) => context.close())));
   return browser;
 }
 
