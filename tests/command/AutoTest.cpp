@@ -63,15 +63,13 @@ class AutoTest : public DeskTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(, AutoTest, kAccounts, nameOfAccount);
-
 /// Returns `name` with its time as "STAMP".
 std::string withoutTime(std::string name) {
   const std::size_t model = name.find("_solo2");
   return name.replace(model - 14, 14, "STAMP");
 }
 
-TEST_P(AutoTest, WritesEveryKindWithOneStampAndSaysSo) {
+TEST_F(AutoTest, WritesEveryKindWithOneStampAndSaysSo) {
   const Strings before = namesOnMedium();
   const Outcome outcome = backup();
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
@@ -98,7 +96,7 @@ TEST_P(AutoTest, WritesEveryKindWithOneStampAndSaysSo) {
                            "plugins: " + kBackups + "/" + names[2] + ", sound"}));
 }
 
-TEST_P(AutoTest, DeletesTheOldestWhenAllIsWellAndJsonSaysWhich) {
+TEST_F(AutoTest, DeletesTheOldestWhenAllIsWellAndJsonSaysWhich) {
   putOldBackups();
   const Strings before = namesOnMedium();
   const Outcome outcome = backup({"--json"});
@@ -130,7 +128,7 @@ TEST_P(AutoTest, DeletesTheOldestWhenAllIsWellAndJsonSaysWhich) {
   EXPECT_EQ(namesOnMedium().size(), before.size() + written.size() - gone.size());
 }
 
-TEST_P(AutoTest, JobsAreThoseThatAreAskedFor) {
+TEST_F(AutoTest, JobsAreThoseThatAreAskedFor) {
   const Strings before = namesOnMedium();
   const Outcome outcome = backup({"--jobs", "plugins,settings", "--quiet"});
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
@@ -141,7 +139,7 @@ TEST_P(AutoTest, JobsAreThoseThatAreAskedFor) {
             (Strings{"pluginlist_STAMP_solo2.auto.lst", "settings_STAMP_solo2.auto.tar.gz"}));
 }
 
-TEST_P(AutoTest, ArchiveThatIsNotSoundIsRemovedAndNothingOldGoes) {
+TEST_F(AutoTest, ArchiveThatIsNotSoundIsRemovedAndNothingOldGoes) {
   putOldBackups();
   const Strings before = namesOnMedium();
   // Cut off, as on a medium that is full.
@@ -154,7 +152,7 @@ TEST_P(AutoTest, ArchiveThatIsNotSoundIsRemovedAndNothingOldGoes) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, ArchiveThatIsOnlyOddStaysAndNothingOldGoes) {
+TEST_F(AutoTest, ArchiveThatIsOnlyOddStaysAndNothingOldGoes) {
   putOldBackups();
   const Strings before = namesOnMedium();
   ASSERT_EQ(run({"mkfifo", receiver().at("/etc/enigma2/pipe")}).status, 0);
@@ -163,7 +161,7 @@ TEST_P(AutoTest, ArchiveThatIsOnlyOddStaysAndNothingOldGoes) {
   EXPECT_EQ(newNames(before).size(), 2U);
 }
 
-TEST_P(AutoTest, WhatTheRestoreListDoesNotTakeIsNoBackup) {
+TEST_F(AutoTest, WhatTheRestoreListDoesNotTakeIsNoBackup) {
   putOldBackups();
   for (const char* name : {"lamedb", "userbouquet.lastscanned.tv"}) {
     fs::remove(receiver().at("/etc/enigma2/") / name);
@@ -173,7 +171,7 @@ TEST_P(AutoTest, WhatTheRestoreListDoesNotTakeIsNoBackup) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, UserFilesThatWereToBeWrittenAreRequired) {
+TEST_F(AutoTest, UserFilesThatWereToBeWrittenAreRequired) {
   putOldBackups();
   const Strings before = namesOnMedium();
   receiver().replaceTool("/bin/tar",
@@ -182,7 +180,7 @@ TEST_P(AutoTest, UserFilesThatWereToBeWrittenAreRequired) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, ClockBehindTheNewestBackupIsSaidBeforeAnythingIsWritten) {
+TEST_F(AutoTest, ClockBehindTheNewestBackupIsSaidBeforeAnythingIsWritten) {
   for (const char* year : {"2997", "2998", "2999"}) {
     receiver().write(kBackups + "/settings_" + year + "0301_07-04_solo2.auto.tar.gz", "future");
   }
@@ -191,7 +189,7 @@ TEST_P(AutoTest, ClockBehindTheNewestBackupIsSaidBeforeAnythingIsWritten) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, ModelThatCannotBePartOfANameIsRefused) {
+TEST_F(AutoTest, ModelThatCannotBePartOfANameIsRefused) {
   putOldBackups();
   const Strings before = namesOnMedium();
   for (const char* model : {"", "a b", "box;reboot"}) {
@@ -201,7 +199,7 @@ TEST_P(AutoTest, ModelThatCannotBePartOfANameIsRefused) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, KindThatWasNotBackedUpLosesNothingUnlessAGoodBackupOfItStays) {
+TEST_F(AutoTest, KindThatWasNotBackedUpLosesNothingUnlessAGoodBackupOfItStays) {
   putOldBackups();
   const Strings before = namesOnMedium();
   expectKept(backup({"--jobs", "settings"}),
@@ -216,7 +214,7 @@ struct Worthless {
   const char* reason;  ///< the kind that none is good of
 };
 
-TEST_P(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
+TEST_F(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
   const Strings before = namesOnMedium();
   ASSERT_EQ(backup().status, 0);
   std::map<std::string, std::string> good;
@@ -249,7 +247,7 @@ TEST_P(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
   }
 }
 
-TEST_P(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
+TEST_F(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
   putOldBackups();
   const Strings before = namesOnMedium();
   receiver().replaceTool("/bin/tar",
@@ -264,7 +262,7 @@ TEST_P(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
             outcome.errors);
 }
 
-TEST_P(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
+TEST_F(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
   const Strings before = namesOnMedium();
   receiver().replaceTool("/usr/bin/opkg", "echo locked >&2; exit 255");
   expectKept(backup({"--jobs", "plugins"}), "cannot be trusted: opkg does not answer: locked",
@@ -287,7 +285,7 @@ TEST_P(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
   EXPECT_EQ(newNames(before).size(), 1U);
 }
 
-TEST_P(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
+TEST_F(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
   receiver().write(kBackups + "/settings_20240301_07-04_solo2.auto.tar.gz/in the way", "");
   for (const char* day : {"02", "03", "04"}) {
     receiver().write(kBackups + "/settings_202403" + day + "_07-04_solo2.auto.tar.gz", "old");
@@ -300,7 +298,7 @@ TEST_P(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
   EXPECT_EQ(newNames(before).size(), 1U);
 }
 
-TEST_P(AutoTest, SecondRunWaitsForNobody) {
+TEST_F(AutoTest, SecondRunWaitsForNobody) {
   const std::string lock = receiver().at("/var/run/stowline-auto.lock");
   writeFile(lock, "");
   const native::Descriptor file(open(lock.c_str(), O_RDWR | O_CLOEXEC));
@@ -310,7 +308,7 @@ TEST_P(AutoTest, SecondRunWaitsForNobody) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, BackupOfTheSameMinuteIsNotReplaced) {
+TEST_F(AutoTest, BackupOfTheSameMinuteIsNotReplaced) {
   // Not where the minute is about to end.
   while (std::time(nullptr) % 60 > 50) std::this_thread::sleep_for(std::chrono::seconds(1));
   const std::time_t now = std::time(nullptr);
@@ -323,7 +321,7 @@ TEST_P(AutoTest, BackupOfTheSameMinuteIsNotReplaced) {
   EXPECT_EQ(namesOnMedium(), before);
 }
 
-TEST_P(AutoTest, MediumThatIsNotMountedIsSaidAndNotMade) {
+TEST_F(AutoTest, MediumThatIsNotMountedIsSaidAndNotMade) {
   receiver().write("/proc/mounts", "rootfs / rootfs rw 0 0\n");
   fs::remove_all(receiver().at(kBackups));
   const Outcome outcome = backup();
@@ -332,7 +330,7 @@ TEST_P(AutoTest, MediumThatIsNotMountedIsSaidAndNotMade) {
   EXPECT_FALSE(receiver().exists(kBackups));
 }
 
-TEST_P(AutoTest, SettingThatNamesNoMediumIsSaid) {
+TEST_F(AutoTest, SettingThatNamesNoMediumIsSaid) {
   receiver().write("/etc/enigma2/settings",
                    "config.plugins.qorpanel.stowline.backuprestorepath=\n");
   const Outcome outcome = backup();
@@ -340,7 +338,7 @@ TEST_P(AutoTest, SettingThatNamesNoMediumIsSaid) {
   EXPECT_EQ(outcome.errors, "stowline: the settings name no medium\n");
 }
 
-TEST_P(AutoTest, LinkToAMediumAndDirectoryOnOneWillDo) {
+TEST_F(AutoTest, LinkToAMediumAndDirectoryOnOneWillDo) {
   fs::create_symlink("/media/hdd", receiver().at("/media/disk"));
   fs::create_directory(receiver().at("/media/hdd/box"));
   const std::pair<const char*, const char*> cases[] = {
@@ -382,9 +380,7 @@ class AutoMediumTest : public AutoTest {
   fs::path usb() { return receiver().at("/media/usb"); }
 };
 
-INSTANTIATE_TEST_SUITE_P(, AutoMediumTest, kAccounts, nameOfAccount);
-
-TEST_P(AutoMediumTest, FullMediumIsSaid) {
+TEST_F(AutoMediumTest, FullMediumIsSaid) {
   struct Case {
     const char* options;
     const char* reason;
@@ -404,7 +400,7 @@ TEST_P(AutoMediumTest, FullMediumIsSaid) {
   }
 }
 
-TEST_P(AutoMediumTest, ReadOnlyMediumIsSaid) {
+TEST_F(AutoMediumTest, ReadOnlyMediumIsSaid) {
   fs::create_directories(usb() / "qor-stowline");
   const Outcome outcome = backup({}, inMountNamespace(mountReadOnly(usb())));
   EXPECT_EQ(outcome.status, 1);

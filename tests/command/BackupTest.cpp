@@ -14,7 +14,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using BackupTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, BackupTest, kAccounts, nameOfAccount);
 
 constexpr const char* kPlugins = "select:installed ok ";
 constexpr const char* kSettings = "select:channel ok ";
@@ -56,7 +55,7 @@ std::string stampNow() {
   return text;
 }
 
-TEST_P(BackupTest, NamesCarryTheTimeAndTheModel) {
+TEST_F(BackupTest, NamesCarryTheTimeAndTheModel) {
   fs::remove(receiver().at("/etc/localtime"));  // without it, the receiver's time is UTC
   const std::string before = stampNow();
   receiver().play("backup", std::string(kPlugins) + "ok " + kSettings + "ok " + kConfiguration);
@@ -72,7 +71,7 @@ TEST_P(BackupTest, NamesCarryTheTimeAndTheModel) {
                                       "restore_hello.sh", "settings_" + stamp + "_solo2.tar.gz"}));
 }
 
-TEST_P(BackupTest, SettingsArchiveHoldsTheChannelFiles) {
+TEST_F(BackupTest, SettingsArchiveHoldsTheChannelFiles) {
   const Play play = receiver().play("backup", kSettings);
 
   const std::string archive = kBackups + "/" + receiver().backup("settings_", "_solo2.tar.gz");
@@ -85,7 +84,7 @@ TEST_P(BackupTest, SettingsArchiveHoldsTheChannelFiles) {
   EXPECT_EQ(std::ranges::count(members, "etc/tuxbox/cables.xml"), 1);
 }
 
-TEST_P(BackupTest, SettingsArchiveIsMadeThoughAFileIsMissing) {
+TEST_F(BackupTest, SettingsArchiveIsMadeThoughAFileIsMissing) {
   fs::remove(receiver().at("/etc/tuxbox/cables.xml"));
 
   EXPECT_EQ(receiver().play("backup", kSettings).last(), kSettingsDone);
@@ -93,7 +92,7 @@ TEST_P(BackupTest, SettingsArchiveIsMadeThoughAFileIsMissing) {
             settingsMembers(receiver().tree()));
 }
 
-TEST_P(BackupTest, SettingsArchiveIsMadeThoughAPatternMatchesNothing) {
+TEST_F(BackupTest, SettingsArchiveIsMadeThoughAPatternMatchesNothing) {
   std::vector<fs::path> radio;
   for (const auto& file : fs::directory_iterator(receiver().at("/etc/enigma2"))) {
     if (file.path().extension() == ".radio") radio.push_back(file.path());
@@ -105,7 +104,7 @@ TEST_P(BackupTest, SettingsArchiveIsMadeThoughAPatternMatchesNothing) {
             settingsMembers(receiver().tree()));
 }
 
-TEST_P(BackupTest, ConfigurationArchiveLeavesOutWhatIsExcluded) {
+TEST_F(BackupTest, ConfigurationArchiveLeavesOutWhatIsExcluded) {
   receiver().play("backup", "exit");
   const std::vector<std::string> expected = configurationMembers(receiver().tree());
   const Play play = receiver().play("backup", kConfiguration);
@@ -126,7 +125,7 @@ TEST_P(BackupTest, ConfigurationArchiveLeavesOutWhatIsExcluded) {
   }
 }
 
-TEST_P(BackupTest, UserFilesArchiveHoldsExactlyWhatTheUserHasMade) {
+TEST_F(BackupTest, UserFilesArchiveHoldsExactlyWhatTheUserHasMade) {
   const Play play = receiver().play("backup", kConfiguration);
 
   const std::string archive =
@@ -144,7 +143,7 @@ TEST_P(BackupTest, UserFilesArchiveHoldsExactlyWhatTheUserHasMade) {
   EXPECT_EQ(play.trace[1].size(), length);
 }
 
-TEST_P(BackupTest, NoUserFilesNoArchiveOfThem) {
+TEST_F(BackupTest, NoUserFilesNoArchiveOfThem) {
   for (const std::string& file : kUserFiles) ASSERT_TRUE(fs::remove(receiver().tree() / file));
   const Play play = receiver().play("backup", kConfiguration);
 
@@ -154,7 +153,7 @@ TEST_P(BackupTest, NoUserFilesNoArchiveOfThem) {
   EXPECT_EQ(play.trace, std::vector<std::string>{configurationBackupCommand(archive)});
 }
 
-TEST_P(BackupTest, PluginListNamesTheInstalledPluginsInThePackageManagersOrder) {
+TEST_F(BackupTest, PluginListNamesTheInstalledPluginsInThePackageManagersOrder) {
   const Play play = receiver().play("backup", kPlugins);
 
   const std::string list = kBackups + "/" + receiver().backup("pluginlist_", "_solo2.lst");
@@ -176,14 +175,14 @@ TEST_P(BackupTest, PluginListNamesTheInstalledPluginsInThePackageManagersOrder) 
             "enigma2-plugin-systemplugins-vfdskinselector\n");
 }
 
-TEST_P(BackupTest, EmptyPluginListIsASuccess) {
+TEST_F(BackupTest, EmptyPluginListIsASuccess) {
   receiver().write("/var/lib/opkg/status", "");
 
   EXPECT_EQ(receiver().play("backup", kPlugins).last(), kPluginsDone);
   EXPECT_EQ(receiver().read(kBackups + "/" + receiver().backup("pluginlist_", ".lst")), "");
 }
 
-TEST_P(BackupTest, PluginFilterLooksAtTheWholeLine) {
+TEST_F(BackupTest, PluginFilterLooksAtTheWholeLine) {
   receiver().write("/var/lib/opkg/status",
                    "Package: oddity\nVersion: 1-enigma2-plugin\nStatus: install user installed\n\n"
                    "Package: other\nVersion: 1\nStatus: install user installed\n\n");
@@ -205,7 +204,7 @@ constexpr Kind kKinds[] = {
     {kConfiguration, "configuration_ver_c_", ".tar.gz"},
 };
 
-TEST_P(BackupTest, SecondBackupOfOneOpeningReplacesTheFirst) {
+TEST_F(BackupTest, SecondBackupOfOneOpeningReplacesTheFirst) {
   for (const auto& [words, prefix, suffix] : kKinds) {
     SCOPED_TRACE(prefix);
     const Play play = receiver().play("backup", std::string(words) + "timeout ok");
@@ -223,7 +222,7 @@ TEST_P(BackupTest, SecondBackupOfOneOpeningReplacesTheFirst) {
             1);
 }
 
-TEST_P(BackupTest, ChangesNothingButTheMediumAndTheLog) {
+TEST_F(BackupTest, ChangesNothingButTheMediumAndTheLog) {
   const Snapshot before = receiver().content();
   receiver().play("backup", std::string(kPlugins) + "ok " + kSettings + "ok " + kConfiguration);
 

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using BadInputTest = DeskTest;
+using BadInputTest = EveryAccountTest;
 INSTANTIATE_TEST_SUITE_P(, BadInputTest, kAccounts, nameOfAccount);
 
 constexpr int kFailure = 1;

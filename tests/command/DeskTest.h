@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <optional>
 
@@ -10,7 +11,7 @@
 
 namespace command_test {
 
-/// A scenario on a receiver that has been in use, as an account that a derived fixture names.
+/// A scenario on a receiver that has been in use, as the account that a derived fixture names.
 class ReceiverTest : public testing::Test {
  protected:
   /// Lays the receiver out, or skips the test where the account is not to be had.
@@ -27,8 +28,15 @@ class ReceiverTest : public testing::Test {
   std::optional<Receiver> receiver_;
 };
 
-/// A scenario that runs once as root and once as an ordinary user.
-class DeskTest : public ReceiverTest, public testing::WithParamInterface<Account> {
+/// A scenario that runs as whoever runs the tests, unless a derived fixture names another account.
+class DeskTest : public ReceiverTest {
+ protected:
+  void SetUp() override { layOut(account()); }
+  virtual Account account() const { return getuid() == 0 ? Account::root : Account::ordinary; }
+};
+
+/// A scenario in which the account matters: it runs once as root and once as an ordinary user.
+class EveryAccountTest : public ReceiverTest, public testing::WithParamInterface<Account> {
  protected:
   void SetUp() override { layOut(GetParam()); }
 };

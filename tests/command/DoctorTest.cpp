@@ -37,9 +37,7 @@ class DoctorTest : public DeskTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(, DoctorTest, kAccounts, nameOfAccount);
-
-TEST_P(DoctorTest, ReceiverThatIsWellHasNoBackupYet) {
+TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYet) {
   const auto found = findings();
   Strings names;
   for (const auto& [name, finding] : found) {
@@ -54,7 +52,7 @@ TEST_P(DoctorTest, ReceiverThatIsWellHasNoBackupYet) {
   EXPECT_EQ(found.at("model"), "ok: solo2");
 }
 
-TEST_P(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
+TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
   receiver().play("backup",
                   "select:installed ok ok select:channel ok ok select:configurations ok ok");
   const std::string whole = receiver().backup("settings", ".tar.gz");
@@ -72,13 +70,13 @@ TEST_P(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
             "ok: " + receiver().backup("configuration", ".tar.gz") + ", less than a day old");
 }
 
-TEST_P(DoctorTest, OddEntriesOnTheMediumDoNotEndTheExamination) {
+TEST_F(DoctorTest, OddEntriesOnTheMediumDoNotEndTheExamination) {
   receiver().write(kBackups + "/settings_20240301_07-04_solo2.tar.gz/in it", "");
   fs::create_symlink("nowhere", receiver().at(kBackups) / "settings_20240302_07-04_solo2.tar.gz");
   EXPECT_EQ(findings().at("last good settings"), "warning: there is none");
 }
 
-TEST_P(DoctorTest, BackupWithADamagedCompanionIsNotSound) {
+TEST_F(DoctorTest, BackupWithADamagedCompanionIsNotSound) {
   receiver().play("backup", "select:configurations ok ok");
   const std::string companion = receiver().backup("configuration", "_user_files");
   receiver().write(kBackups + "/" + companion, "damaged");
@@ -87,7 +85,7 @@ TEST_P(DoctorTest, BackupWithADamagedCompanionIsNotSound) {
                        receiver().backup("configuration", ".tar.gz"));
 }
 
-TEST_P(DoctorTest, ModelThatCannotBePartOfANameIsAFailure) {
+TEST_F(DoctorTest, ModelThatCannotBePartOfANameIsAFailure) {
   for (const char* model : {"", "a b", "../x", "box;reboot"}) {
     receiver().write("/proc/stb/info/model", std::string(model) + "\n");
     EXPECT_EQ(findings().at("model"),
@@ -95,7 +93,7 @@ TEST_P(DoctorTest, ModelThatCannotBePartOfANameIsAFailure) {
   }
 }
 
-TEST_P(DoctorTest, TarThatDoesNotHonourExclusionsAfterTheFilesIsWarnedOf) {
+TEST_F(DoctorTest, TarThatDoesNotHonourExclusionsAfterTheFilesIsWarnedOf) {
   // As GNU tar does it.
   receiver().replaceTool(
       "/bin/tar",
@@ -106,7 +104,7 @@ TEST_P(DoctorTest, TarThatDoesNotHonourExclusionsAfterTheFilesIsWarnedOf) {
             "data and keys");
 }
 
-TEST_P(DoctorTest, BrokenToolsAreNamed) {
+TEST_F(DoctorTest, BrokenToolsAreNamed) {
   receiver().replaceTool("/bin/tar", "exit 1");
   receiver().replaceTool("/usr/bin/opkg", "echo 'cannot lock' >&2; exit 255");
   fs::remove(receiver().at("/bin/grep"));
@@ -117,7 +115,7 @@ TEST_P(DoctorTest, BrokenToolsAreNamed) {
   EXPECT_TRUE(found.at("tar's exclusions").starts_with("failed: "));
 }
 
-TEST_P(DoctorTest, BackupFromTheFutureMeansAClockThatIsWrong) {
+TEST_F(DoctorTest, BackupFromTheFutureMeansAClockThatIsWrong) {
   const std::string name = "pluginlist_29991231_23-59_solo2.lst";
   receiver().write(kBackups + "/" + name, "enigma2-plugin-one\n");
   const std::string clock = findings().at("clock");
@@ -125,14 +123,14 @@ TEST_P(DoctorTest, BackupFromTheFutureMeansAClockThatIsWrong) {
   EXPECT_TRUE(clock.ends_with(" is before the newest backup, 2999-12-31 23:59")) << clock;
 }
 
-TEST_P(DoctorTest, MediumThatIsNotMountedIsAFailureAndNothingElseIsSaidOfIt) {
+TEST_F(DoctorTest, MediumThatIsNotMountedIsAFailureAndNothingElseIsSaidOfIt) {
   receiver().write("/proc/mounts", "rootfs / rootfs rw 0 0\n");
   const auto found = findings();
   EXPECT_EQ(found.at("medium"), "failed: the medium /media/hdd is not mounted");
   EXPECT_EQ(found.size(), 5U);
 }
 
-TEST_P(DoctorTest, MediumThatIsTooSmallOrReadOnlyIsSaid) {
+TEST_F(DoctorTest, MediumThatIsTooSmallOrReadOnlyIsSaid) {
   const fs::path usb = receiver().at("/media/usb");
   if (const auto reason = whyNoMounts(usb)) GTEST_SKIP() << *reason;
   receiver().write("/etc/enigma2/settings",
@@ -145,13 +143,13 @@ TEST_P(DoctorTest, MediumThatIsTooSmallOrReadOnlyIsSaid) {
             "failed: /media/usb/qor-stowline cannot be written: Read-only file system");
 }
 
-TEST_P(DoctorTest, NothingStaysBehind) {
+TEST_F(DoctorTest, NothingStaysBehind) {
   const Snapshot before = receiver().content();
   examine();
   EXPECT_EQ(receiver().content(), before);
 }
 
-TEST_P(DoctorTest, TableNamesWhatIsNotWellAndQuietNothingElse) {
+TEST_F(DoctorTest, TableNamesWhatIsNotWellAndQuietNothingElse) {
   const Outcome outcome = examine({"--quiet"});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.output,

@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using EnclosureTest = DeskTest;
+using EnclosureTest = EveryAccountTest;
 INSTANTIATE_TEST_SUITE_P(, EnclosureTest, kAccounts, nameOfAccount);
 
 /// Every flow of the two menus; a restored configuration kills the GUI on the way.

@@ -39,9 +39,7 @@ class FailingMediumTest : public DeskTest {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(, FailingMediumTest, kAccounts, nameOfAccount);
-
-TEST_P(FailingMediumTest, FullMediumLeavesATruncatedArchiveWhichCountsAsDone) {
+TEST_F(FailingMediumTest, FullMediumLeavesATruncatedArchiveWhichCountsAsDone) {
   const fs::path seen = receiver().outside() / "seen";
   const Play play = receiver().play(
       "backup", "select:channel ok",
@@ -59,13 +57,13 @@ TEST_P(FailingMediumTest, FullMediumLeavesATruncatedArchiveWhichCountsAsDone) {
   EXPECT_EQ(namesIn(usb()), std::vector<std::string>());
 }
 
-TEST_P(FailingMediumTest, MediumWithoutRoomForAFileFailsEveryBackup) {
+TEST_F(FailingMediumTest, MediumWithoutRoomForAFileFailsEveryBackup) {
   // Room for the medium's root and for the backup directory.
   expectAllFailed(receiver().play("backup", kAllBackups,
                                   inMountNamespace(mountSmall(usb(), "size=4k,nr_inodes=2"))));
 }
 
-TEST_P(FailingMediumTest, MediumWithoutRoomForTheBackupDirectoryIsNotWriteable) {
+TEST_F(FailingMediumTest, MediumWithoutRoomForTheBackupDirectoryIsNotWriteable) {
   const Play play = receiver().play("backup", "ok down ok timeout",
                                     inMountNamespace(mountSmall(usb(), "size=4k,nr_inodes=1")));
 
@@ -74,7 +72,7 @@ TEST_P(FailingMediumTest, MediumWithoutRoomForTheBackupDirectoryIsNotWriteable) 
   EXPECT_EQ(play.lines[4], menuFrame("timeout", "backup", 0, "/media/usb"));
 }
 
-TEST_P(FailingMediumTest, ReadOnlyMediumIsNotWriteableOnceChosen) {
+TEST_F(FailingMediumTest, ReadOnlyMediumIsNotWriteableOnceChosen) {
   receiver().write("/etc/enigma2/settings", "config.osd.language=en_EN\n");
   const Play play =
       receiver().play("backup", "ok select:usb ok timeout", inMountNamespace(mountReadOnly(usb())));
@@ -86,7 +84,7 @@ TEST_P(FailingMediumTest, ReadOnlyMediumIsNotWriteableOnceChosen) {
             std::string("config.osd.language=en_EN\n") + kOnUsb);
 }
 
-TEST_P(FailingMediumTest, ReadOnlyMediumFailsEveryBackup) {
+TEST_F(FailingMediumTest, ReadOnlyMediumFailsEveryBackup) {
   expectAllFailed(receiver().play("backup", kAllBackups, inMountNamespace(mountReadOnly(usb()))));
   EXPECT_EQ(namesIn(usb()), std::vector<std::string>());
 
@@ -95,7 +93,7 @@ TEST_P(FailingMediumTest, ReadOnlyMediumFailsEveryBackup) {
   EXPECT_EQ(namesIn(usb() / "qor-stowline"), std::vector<std::string>());
 }
 
-TEST_P(FailingMediumTest, ReadOnlyMediumStillRestores) {
+TEST_F(FailingMediumTest, ReadOnlyMediumStillRestores) {
   receiver().play("backup", "select:channel ok");
   const std::string archive = namesIn(usb() / "qor-stowline").front();
   const Play play =
@@ -105,7 +103,7 @@ TEST_P(FailingMediumTest, ReadOnlyMediumStillRestores) {
   EXPECT_EQ(play.trace, settingsRestoreCommands("/media/usb/qor-stowline/" + archive));
 }
 
-TEST_P(FailingMediumTest, NothingIsRunOrDeletedOnAReadOnlyMedium) {
+TEST_F(FailingMediumTest, NothingIsRunOrDeletedOnAReadOnlyMedium) {
   const std::string script = "/media/usb/qor-stowline/restore_x.sh";
   receiver().makeScript(script, "touch /ran\n");
   const Play play = receiver().play("restore", "select:script ok ok ok yellow ok",

@@ -7,13 +7,12 @@ namespace command_test {
 namespace {
 
 using FrameTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, FrameTest, kAccounts, nameOfAccount);
 
 constexpr const char* kScript = "restore_hello.sh";
 constexpr const char* kRunQuestion =
     "Are you sure you want to run\nfollowing script:\nrestore_hello.sh";
 
-TEST_P(FrameTest, ShowsOneFrameAfterTheOpeningAndOneAfterEveryWord) {
+TEST_F(FrameTest, ShowsOneFrameAfterTheOpeningAndOneAfterEveryWord) {
   const Play play =
       receiver().play("backup", "down down down down up frame select:installed wait red");
 
@@ -29,7 +28,7 @@ TEST_P(FrameTest, ShowsOneFrameAfterTheOpeningAndOneAfterEveryWord) {
   EXPECT_EQ(play.errors, "");
 }
 
-TEST_P(FrameTest, OpensTheRestoreMenuWithItsSixRows) {
+TEST_F(FrameTest, OpensTheRestoreMenuWithItsSixRows) {
   const Play play = receiver().play("restore", "right exit frame");
 
   const std::vector<Json> expected = {menuFrame("", "restore", 0), menuFrame("right", "restore", 5),
@@ -37,7 +36,7 @@ TEST_P(FrameTest, OpensTheRestoreMenuWithItsSixRows) {
   EXPECT_EQ(play.lines, expected);
 }
 
-TEST_P(FrameTest, OpensTheBackupMenuUnlessTold) {
+TEST_F(FrameTest, OpensTheBackupMenuUnlessTold) {
   const Outcome desk = run(
       {kStowline, "desk", "--receiver", receiver().tree(), "--frames", "json", "--play", "exit"});
 
@@ -46,7 +45,7 @@ TEST_P(FrameTest, OpensTheBackupMenuUnlessTold) {
   EXPECT_EQ(Json::parse(lines[0]), menuFrame("", "backup", 0));
 }
 
-TEST_P(FrameTest, KeysWithoutAnActionChangeNothing) {
+TEST_F(FrameTest, KeysWithoutAnActionChangeNothing) {
   const std::vector<std::string> keys = {"green", "yellow", "blue", "0", "1", "2", "3",
                                          "4",     "5",      "6",    "7", "8", "9", "left"};
   std::string words;
@@ -58,7 +57,7 @@ TEST_P(FrameTest, KeysWithoutAnActionChangeNothing) {
   EXPECT_EQ(receiver().play("backup", words).lines, expected);
 }
 
-TEST_P(FrameTest, TimeOutClosesABoxThatHasOneAndLeavesAQuestion) {
+TEST_F(FrameTest, TimeOutClosesABoxThatHasOneAndLeavesAQuestion) {
   const std::vector<Json> box =
       receiver().play("backup", "select:installed ok frame timeout timeout").lines;
   const Json done =
@@ -75,7 +74,7 @@ TEST_P(FrameTest, TimeOutClosesABoxThatHasOneAndLeavesAQuestion) {
   EXPECT_EQ(question.back(), questionFrame("timeout", "QOR Stowline", kRunQuestion));
 }
 
-TEST_P(FrameTest, OkAndExitCloseABoxBeforeItsTimeOut) {
+TEST_F(FrameTest, OkAndExitCloseABoxBeforeItsTimeOut) {
   for (const std::string key : {"ok", "exit"}) {
     SCOPED_TRACE(key);
     const Play play = receiver().play("backup", "select:installed ok " + key);
@@ -83,7 +82,7 @@ TEST_P(FrameTest, OkAndExitCloseABoxBeforeItsTimeOut) {
   }
 }
 
-TEST_P(FrameTest, ExitAnswersAQuestionWithNo) {
+TEST_F(FrameTest, ExitAnswersAQuestionWithNo) {
   const Play play = receiver().play("restore", "select:script ok ok exit wait");
 
   const std::vector<Json> expected = {
@@ -98,7 +97,7 @@ TEST_P(FrameTest, ExitAnswersAQuestionWithNo) {
   EXPECT_EQ(play.trace, std::vector<std::string>());
 }
 
-TEST_P(FrameTest, OkAnswersNoOnceTheCursorIsOnNo) {
+TEST_F(FrameTest, OkAnswersNoOnceTheCursorIsOnNo) {
   const Play play = receiver().play("restore", "select:script ok ok down ok wait");
 
   ASSERT_EQ(play.lines.size(), 7U);
@@ -107,7 +106,7 @@ TEST_P(FrameTest, OkAnswersNoOnceTheCursorIsOnNo) {
   EXPECT_EQ(play.trace, std::vector<std::string>());
 }
 
-TEST_P(FrameTest, PrintsBoxesOfTextUnlessTold) {
+TEST_F(FrameTest, PrintsBoxesOfTextUnlessTold) {
   const Outcome desk =
       run({kStowline, "desk", "--receiver", receiver().tree(), "--play", "select:installed ok"});
 

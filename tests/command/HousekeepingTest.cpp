@@ -18,7 +18,6 @@ namespace command_test {
 namespace {
 
 using HousekeepingTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, HousekeepingTest, kAccounts, nameOfAccount);
 
 class Nobody : public desk::Observer {
  public:
@@ -98,7 +97,7 @@ std::string stampOfRun(std::vector<std::string> names) {
   return newest.substr(prefix.size(), newest.size() - prefix.size() - std::string(".lst").size());
 }
 
-TEST_P(HousekeepingTest, KeepsTheThreeNewestScheduledBackupsOfEveryKind) {
+TEST_F(HousekeepingTest, KeepsTheThreeNewestScheduledBackupsOfEveryKind) {
   for (const auto& names : {kOutdated, kKept}) {
     for (const std::string& name : names) {
       if (!receiver().exists(kBackups + "/" + name)) receiver().write(kBackups + "/" + name, "x");

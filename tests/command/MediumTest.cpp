@@ -10,13 +10,12 @@ namespace {
 namespace fs = std::filesystem;
 
 using MediumTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, MediumTest, kAccounts, nameOfAccount);
 
 const std::vector<std::string> kMedia = {"/media/hdd", "/media/usb", "/media/net/autofs/nas"};
 constexpr const char* kSettings = "/etc/enigma2/settings";
 constexpr const char* kKey = "config.plugins.qorpanel.stowline.backuprestorepath=";
 
-TEST_P(MediumTest, OffersTheMountedMediaButNoAutomountRootAndNoUnreadableShare) {
+TEST_F(MediumTest, OffersTheMountedMediaButNoAutomountRootAndNoUnreadableShare) {
   const Play play = receiver().play("backup", "ok down down down up");
 
   EXPECT_EQ(play.lines,
@@ -25,7 +24,7 @@ TEST_P(MediumTest, OffersTheMountedMediaButNoAutomountRootAndNoUnreadableShare) 
                                choiceFrame("down", kMedia, 2), choiceFrame("up", kMedia, 1)}));
 }
 
-TEST_P(MediumTest, OffersWhatTheMountTableSaysInItsOrder) {
+TEST_F(MediumTest, OffersWhatTheMountTableSaysInItsOrder) {
   receiver().write("/proc/mounts",
                    "x /media/usb vfat rw 0 0\n"
                    "x /media ext4 rw 0 0\n"
@@ -46,7 +45,7 @@ TEST_P(MediumTest, OffersWhatTheMountTableSaysInItsOrder) {
                                menuFrame("ok", "restore", 0)}));
 }
 
-TEST_P(MediumTest, ChosenMediumIsStoredShownAndUsed) {
+TEST_F(MediumTest, ChosenMediumIsStoredShownAndUsed) {
   const std::vector<std::string> before = receiver().lines(kSettings);
   const Play play = receiver().play("backup", "ok select:usb ok select:installed ok");
 
@@ -66,7 +65,7 @@ TEST_P(MediumTest, ChosenMediumIsStoredShownAndUsed) {
   EXPECT_EQ(receiver().lines(kSettings), expected);
 }
 
-TEST_P(MediumTest, DefaultMediumIsNotWritten) {
+TEST_F(MediumTest, DefaultMediumIsNotWritten) {
   const std::string before = receiver().read(kSettings);
   receiver().write("/proc/mounts", "x /media/usb vfat rw 0 0\nx /media/hdd/ ext4 rw 0 0\n");
   receiver().play("backup", "ok ok");
@@ -76,7 +75,7 @@ TEST_P(MediumTest, DefaultMediumIsNotWritten) {
   EXPECT_EQ(receiver().read(kSettings), before);
 }
 
-TEST_P(MediumTest, LeavingTheBoxKeepsTheMediumAndChecksItAgain) {
+TEST_F(MediumTest, LeavingTheBoxKeepsTheMediumAndChecksItAgain) {
   fs::remove_all(receiver().at(kBackups));
   const std::string before = receiver().read(kSettings);
   const Play play = receiver().play("backup", "ok down exit");
@@ -86,7 +85,7 @@ TEST_P(MediumTest, LeavingTheBoxKeepsTheMediumAndChecksItAgain) {
   EXPECT_TRUE(receiver().exists(kBackups));
 }
 
-TEST_P(MediumTest, MediumThatIsNoDirectoryIsNotWriteable) {
+TEST_F(MediumTest, MediumThatIsNoDirectoryIsNotWriteable) {
   fs::remove_all(receiver().at("/media/usb"));
   receiver().write("/media/usb", "");
   const Play play = receiver().play("backup",
@@ -105,7 +104,7 @@ TEST_P(MediumTest, MediumThatIsNoDirectoryIsNotWriteable) {
             (std::vector<std::string>{"plugins", "restore_hello.sh"}));
 }
 
-TEST_P(MediumTest, MediumThatHasVanishedListsNothing) {
+TEST_F(MediumTest, MediumThatHasVanishedListsNothing) {
   receiver().play("restore", "ok down ok");
   fs::remove_all(receiver().at("/media/usb"));
   receiver().write("/media/usb", "");
@@ -120,7 +119,7 @@ TEST_P(MediumTest, MediumThatHasVanishedListsNothing) {
   EXPECT_EQ(play.trace, std::vector<std::string>{"opkg update"});
 }
 
-TEST_P(MediumTest, MediumThatVanishesWhileTheMenuIsOpenLeavesEmptyListsAndABox) {
+TEST_F(MediumTest, MediumThatVanishesWhileTheMenuIsOpenLeavesEmptyListsAndABox) {
   // The first script takes the medium away, while the menu below stays open.
   receiver().play("restore", "ok down ok");
   receiver().makeScript("/media/usb/qor-stowline/restore_z.sh",

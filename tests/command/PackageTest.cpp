@@ -12,7 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using PackageTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, PackageTest, kAccounts, nameOfAccount);
 
 constexpr const char* kListFile = "pluginlist_20240305_07-04_solo2.lst";
 constexpr const char* kFromList = "select:plugins ok ok wait ";
@@ -83,7 +82,7 @@ std::vector<std::string> rereadings(const Receiver& receiver) {
   return lines;
 }
 
-TEST_P(PackageTest, BringsAFlashedReceiversPluginsBackFromTheList) {
+TEST_F(PackageTest, BringsAFlashedReceiversPluginsBackFromTheList) {
   receiver().play("backup", "select:installed ok");
   const std::string list = receiver().backup("pluginlist_", ".lst");
   const Snapshot used = receiver().content();
@@ -119,7 +118,7 @@ TEST_P(PackageTest, BringsAFlashedReceiversPluginsBackFromTheList) {
   }
 }
 
-TEST_P(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
+TEST_F(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
   const std::string notes = "enigma2-plugin-extensions-epgnotes";
   const std::string teletext = "enigma2-plugin-extensions-teletextplus";
   const std::string unknown = "enigma2-plugin-extensions-unknown";
@@ -141,7 +140,7 @@ TEST_P(PackageTest, FailingPackageLeavesTheOthersToBeInstalled) {
   EXPECT_TRUE(receiver().exists("/usr/lib/enigma2/python/Plugins/Extensions/EPGNotes/plugin.py"));
 }
 
-TEST_P(PackageTest, LogsWhatIsInstalledOrExcluded) {
+TEST_F(PackageTest, LogsWhatIsInstalledOrExcluded) {
   receiver().write(inBackups(kListFile),
                    "enigma2-plugin-skin-atile\n"
                    "enigma2-plugin-extensions-webinterface\n"
@@ -165,7 +164,7 @@ TEST_P(PackageTest, LogsWhatIsInstalledOrExcluded) {
           "[QOR-Stowline] do not restore excluded package: enigma2-plugin-settings-solstice"}));
 }
 
-TEST_P(PackageTest, FailingFeedUpdateInstallsNothing) {
+TEST_F(PackageTest, FailingFeedUpdateInstallsNothing) {
   receiver().write(inBackups(kListFile), "enigma2-plugin-extensions-epgnotes\n");
   fs::remove_all(receiver().at("/srv/feed"));
   const std::string before = receiver().read(kStatus);
@@ -188,7 +187,7 @@ TEST_P(PackageTest, FailingFeedUpdateInstallsNothing) {
   EXPECT_EQ(receiver().read(kStatus), before);
 }
 
-TEST_P(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
+TEST_F(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
   fs::rename(receiver().at(inBackups("plugins/enigma2-plugin-extensions-hallclock_0.7-r0_all.ipk")),
              receiver().at(inBackups("plugins/hall clock.ipk")));
   for (const std::string other : {"b.IPK", "c.ipk.txt"}) {
@@ -219,7 +218,7 @@ TEST_P(PackageTest, InstallsLocalPackagesAndQueuesThemAgain) {
   EXPECT_TRUE(receiver().exists("/usr/lib/enigma2/python/Plugins/Extensions/HallClock/plugin.py"));
 }
 
-TEST_P(PackageTest, NoLocalPackagesNoScreen) {
+TEST_F(PackageTest, NoLocalPackagesNoScreen) {
   fs::remove_all(receiver().at(inBackups("plugins")));
   const Play missing = receiver().play("restore", kLocal);
   EXPECT_EQ(missing.last(), menuFrame("wait", "restore", 4));
@@ -231,7 +230,7 @@ TEST_P(PackageTest, NoLocalPackagesNoScreen) {
   EXPECT_EQ(empty.trace, installation({}, {}));
 }
 
-TEST_P(PackageTest, ClosingTheMenuRereadsThePluginsAfterAPluginListOnly) {
+TEST_F(PackageTest, ClosingTheMenuRereadsThePluginsAfterAPluginListOnly) {
   receiver().play("restore", "select:channel ok red red");
   receiver().play("restore", std::string(kLocal) + "ok exit");
   receiver().play("backup", "select:installed ok ok exit");

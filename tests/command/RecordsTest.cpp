@@ -8,9 +8,8 @@ namespace command_test {
 namespace {
 
 using RecordsTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, RecordsTest, kAccounts, nameOfAccount);
 
-TEST_P(RecordsTest, LogAndTraceAreAppendedTo) {
+TEST_F(RecordsTest, LogAndTraceAreAppendedTo) {
   receiver().write(kBackups + "/pluginlist_x.lst", "enigma2-plugin-skin-atile\n");
   const std::vector<std::string> commands = {"opkg update", kInstalledPlugins,
                                              "cat " + kBackups + "/pluginlist_x.lst"};
@@ -30,7 +29,7 @@ TEST_P(RecordsTest, LogAndTraceAreAppendedTo) {
             (std::vector<std::string>{line, line}));
 }
 
-TEST_P(RecordsTest, GuiPutsItsNumberIntoTheTreeWhileItRuns) {
+TEST_F(RecordsTest, GuiPutsItsNumberIntoTheTreeWhileItRuns) {
   receiver().makeScript(kBackups + "/restore_pid.sh",
                         "pid=$(cat /var/run/enigma2.pid)\nkill -0 \"$pid\" && echo runs\n");
   const Play play = receiver().play("restore", "select:script ok select:pid ok ok wait");

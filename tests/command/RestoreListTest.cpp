@@ -8,7 +8,6 @@ namespace command_test {
 namespace {
 
 using RestoreListTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, RestoreListTest, kAccounts, nameOfAccount);
 
 constexpr const char* kNewer = "settings_20240306_07-04_solo2.tar.gz";
 constexpr const char* kOlder = "settings_20240305_07-04_solo2.tar.gz";
@@ -65,7 +64,7 @@ const List kLists[] = {
     {"select:script", {"restore_hello.sh", "backup_me.sh"}, "Start"},
 };
 
-TEST_P(RestoreListTest, ListsOneKindForThisModelNewestFirst) {
+TEST_F(RestoreListTest, ListsOneKindForThisModelNewestFirst) {
   add(receiver(), kManyNames);
   // A model's tag is "_", the model and a dot: this script is for another one.
   add(receiver(), {"restore_net_zero.sh", "restore_zero_zero.sh"});
@@ -76,7 +75,7 @@ TEST_P(RestoreListTest, ListsOneKindForThisModelNewestFirst) {
   }
 }
 
-TEST_P(RestoreListTest, EmptyListHasNoWorkingKeys) {
+TEST_F(RestoreListTest, EmptyListHasNoWorkingKeys) {
   std::filesystem::remove(receiver().at(kBackups + "/restore_hello.sh"));
   for (const auto& [row, shown, green] : kLists) {
     SCOPED_TRACE(row);
@@ -88,14 +87,14 @@ TEST_P(RestoreListTest, EmptyListHasNoWorkingKeys) {
   }
 }
 
-TEST_P(RestoreListTest, RedAndExitCloseIt) {
+TEST_F(RestoreListTest, RedAndExitCloseIt) {
   for (const std::string key : {"red", "exit"}) {
     EXPECT_EQ(receiver().play("restore", "select:channel ok " + key).last(),
               menuFrame(key, "restore", 2));
   }
 }
 
-TEST_P(RestoreListTest, ShowsAndDeletesNamesWithBlanksAndForeignBytes) {
+TEST_F(RestoreListTest, ShowsAndDeletesNamesWithBlanksAndForeignBytes) {
   // As the list shows them: bytes that are no UTF-8 are escaped.
   const std::string blanks = "settings my old box.tar.gz";
   const std::string accent = "settings_\u00e9t\u00e9.tar.gz";
@@ -121,7 +120,7 @@ TEST_P(RestoreListTest, ShowsAndDeletesNamesWithBlanksAndForeignBytes) {
   EXPECT_EQ(play.errors, "");
 }
 
-TEST_P(RestoreListTest, DeletesOnlyAfterAYes) {
+TEST_F(RestoreListTest, DeletesOnlyAfterAYes) {
   add(receiver(), {kNewer, kOlder});
   const Snapshot before = receiver().content();
 
@@ -140,7 +139,7 @@ TEST_P(RestoreListTest, DeletesOnlyAfterAYes) {
             std::vector<std::string>{"- media/hdd/qor-stowline/" + std::string(kOlder)});
 }
 
-TEST_P(RestoreListTest, DeletingTouchesNoCompanion) {
+TEST_F(RestoreListTest, DeletingTouchesNoCompanion) {
   const std::string archive = "configuration_ver_c_20240301_07-04_solo2.tar.gz";
   add(receiver(), {archive, archive + "_user_files", archive + "_atile_hd"});
 
@@ -151,7 +150,7 @@ TEST_P(RestoreListTest, DeletingTouchesNoCompanion) {
                                       "restore_hello.sh"}));
 }
 
-TEST_P(RestoreListTest, DeletingTheLastOneLeavesAListWhoseKeysDoNothing) {
+TEST_F(RestoreListTest, DeletingTheLastOneLeavesAListWhoseKeysDoNothing) {
   add(receiver(), {kNewer});
   const Play play =
       receiver().play("restore", "select:channel ok yellow ok ok yellow green up down");
@@ -165,7 +164,7 @@ TEST_P(RestoreListTest, DeletingTheLastOneLeavesAListWhoseKeysDoNothing) {
   EXPECT_EQ(play.log, std::vector<std::string>());
 }
 
-TEST_P(RestoreListTest, FailedRemovalIsAnErrorAndDisablesTheKeys) {
+TEST_F(RestoreListTest, FailedRemovalIsAnErrorAndDisablesTheKeys) {
   // A directory of a backup's name cannot be removed as a file.
   std::filesystem::create_directories(receiver().at(kBackups + "/" + kNewer + "/inside"));
   const Play play = receiver().play("restore", "select:channel ok yellow ok yellow ok");

@@ -12,7 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using ScriptTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, ScriptTest, kAccounts, nameOfAccount);
 
 constexpr const char* kQuestion = "Are you sure you want to run\nfollowing script:\n";
 
@@ -20,7 +19,7 @@ std::string running(const std::string& script) {
   return "select:script ok select:" + script + " ok ok wait";
 }
 
-TEST_P(ScriptTest, RunsInAConsoleWhichClosesTheListAfterwards) {
+TEST_F(ScriptTest, RunsInAConsoleWhichClosesTheListAfterwards) {
   fs::permissions(receiver().at(kBackups + "/restore_hello.sh"), fs::perms(0644));
   const Play play = receiver().play("restore", running("hello") + " exit");
 
@@ -37,14 +36,14 @@ TEST_P(ScriptTest, RunsInAConsoleWhichClosesTheListAfterwards) {
             fs::perms(0755));
 }
 
-TEST_P(ScriptTest, FailingScriptShowsItsErrorsAndItsExitStatus) {
+TEST_F(ScriptTest, FailingScriptShowsItsErrorsAndItsExitStatus) {
   receiver().makeScript(kBackups + "/restore_fail.sh", "echo before\necho no luck >&2\nexit 3\n");
   EXPECT_EQ(receiver().play("restore", running("fail")).last(),
             consoleFrame("wait", "before\nno luck\n[exit status 3]\n", false));
 }
 
 /// A quick script ends the GUI during the word that starts it, a slow one during the wait.
-TEST_P(ScriptTest, ScriptThatKillsTheGuiRestartsIt) {
+TEST_F(ScriptTest, ScriptThatKillsTheGuiRestartsIt) {
   receiver().makeScript(kBackups + "/restore_kill.sh", "killall -9 enigma2\n");
   const Play play = receiver().play("restore", running("kill") + " down exit");
 
@@ -68,7 +67,7 @@ std::ptrdiff_t processesIn(const fs::path& tree) {
   });
 }
 
-TEST_P(ScriptTest, NothingThatRunsIsLeftWhenTheWordsHaveRunOut) {
+TEST_F(ScriptTest, NothingThatRunsIsLeftWhenTheWordsHaveRunOut) {
   receiver().makeScript(kBackups + "/restore_hang.sh", "sleep 300 &\necho started\nsleep 300\n");
   const Play play = receiver().play("restore", "select:script ok select:hang ok ok");
   EXPECT_EQ(play.last()["screen"], "Console");
@@ -76,7 +75,7 @@ TEST_P(ScriptTest, NothingThatRunsIsLeftWhenTheWordsHaveRunOut) {
   while (processesIn(receiver().tree()) > 0) std::this_thread::yield();
 }
 
-TEST_P(ScriptTest, GuiThatEndsOtherwiseIsSaidInOneLine) {
+TEST_F(ScriptTest, GuiThatEndsOtherwiseIsSaidInOneLine) {
   receiver().makeScript(kBackups + "/restore_end.sh", "killall enigma2\n");
   const Play play = receiver().play("restore", running("end") + " down");
 
@@ -84,7 +83,7 @@ TEST_P(ScriptTest, GuiThatEndsOtherwiseIsSaidInOneLine) {
   EXPECT_EQ(play.errors, "stowline: the GUI has crashed: Terminated\n");
 }
 
-TEST_P(ScriptTest, ScriptSeesTheReceiverAlone) {
+TEST_F(ScriptTest, ScriptSeesTheReceiverAlone) {
   receiver().makeScript(kBackups + "/restore_look.sh", "echo \"$PATH $HOME $#\"\nls /media\n");
   EXPECT_EQ(
       receiver().play("restore", running("look")).last(),

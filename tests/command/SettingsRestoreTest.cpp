@@ -8,7 +8,6 @@ namespace command_test {
 namespace {
 
 using SettingsRestoreTest = DeskTest;
-INSTANTIATE_TEST_SUITE_P(, SettingsRestoreTest, kAccounts, nameOfAccount);
 
 constexpr const char* kOpenList = "select:channel ok ";
 constexpr const char* kArchive = "settings_20240305_07-04_solo2.tar.gz";
@@ -30,7 +29,7 @@ Snapshot withoutLog(Snapshot content) {
   return content;
 }
 
-TEST_P(SettingsRestoreTest, BringsBackTheChannelFilesAndNothingElse) {
+TEST_F(SettingsRestoreTest, BringsBackTheChannelFilesAndNothingElse) {
   receiver().play("backup", "select:channel ok");
   const std::string archive = receiver().backup("settings_", ".tar.gz");
   const Snapshot used = receiver().content();
@@ -52,7 +51,7 @@ TEST_P(SettingsRestoreTest, BringsBackTheChannelFilesAndNothingElse) {
   EXPECT_EQ(changes(expected, withoutLog(receiver().content())), std::vector<std::string>());
 }
 
-TEST_P(SettingsRestoreTest, RemovesChannelFilesThatTheArchiveDoesNotHold) {
+TEST_F(SettingsRestoreTest, RemovesChannelFilesThatTheArchiveDoesNotHold) {
   receiver().play("backup", "select:channel ok");
   receiver().write("/etc/enigma2/userbouquet.later.tv", "#NAME Later\n");
 
@@ -61,7 +60,7 @@ TEST_P(SettingsRestoreTest, RemovesChannelFilesThatTheArchiveDoesNotHold) {
   EXPECT_FALSE(receiver().exists("/etc/enigma2/userbouquet.later.tv"));
 }
 
-TEST_P(SettingsRestoreTest, DamagedArchiveLeavesTheReceiverWithoutChannelsAndSaysSo) {
+TEST_F(SettingsRestoreTest, DamagedArchiveLeavesTheReceiverWithoutChannelsAndSaysSo) {
   receiver().write(inBackups(kArchive), garbage(kSmallest + 1));
   Snapshot expected = receiver().content();
   for (const std::string& member : settingsMembers(receiver().tree())) expected.erase(member);
@@ -76,7 +75,7 @@ TEST_P(SettingsRestoreTest, DamagedArchiveLeavesTheReceiverWithoutChannelsAndSay
   EXPECT_EQ(changes(expected, withoutLog(receiver().content())), std::vector<std::string>());
 }
 
-TEST_P(SettingsRestoreTest, IgnoresAnArchiveOfOneByteLessThanTheSmallest) {
+TEST_F(SettingsRestoreTest, IgnoresAnArchiveOfOneByteLessThanTheSmallest) {
   receiver().write(inBackups(kArchive), garbage(kSmallest - 1));
   const Snapshot before = receiver().content();
 
@@ -87,7 +86,7 @@ TEST_P(SettingsRestoreTest, IgnoresAnArchiveOfOneByteLessThanTheSmallest) {
   EXPECT_EQ(changes(before, withoutLog(receiver().content())), std::vector<std::string>());
 }
 
-TEST_P(SettingsRestoreTest, TakesTheSmallestArchive) {
+TEST_F(SettingsRestoreTest, TakesTheSmallestArchive) {
   receiver().play("backup", "select:channel ok");
   receiver().renameBackup(receiver().backup("settings_", ".tar.gz"), kArchive);
   receiver().write(inBackups(kArchive), receiver().read(inBackups(kArchive)).substr(0, kSmallest));

@@ -11,7 +11,6 @@ namespace {
 namespace fs = std::filesystem;
 
 class ShowRestoreTest : public ShowTest {};
-INSTANTIATE_TEST_SUITE_P(, ShowRestoreTest, kAccounts, nameOfAccount);
 
 /// Returns what `restore` says will differ, as changes() tells it of two snapshots.
 std::set<std::string> saidOf(const Json& restore) {
@@ -59,7 +58,7 @@ void addWhatOtherCommandsDo(std::set<std::string>& lines, const Snapshot& before
   }
 }
 
-TEST_P(ShowRestoreTest, SettingsRestoreDoesWhatWasShownAndShowingDoesNothing) {
+TEST_F(ShowRestoreTest, SettingsRestoreDoesWhatWasShownAndShowingDoesNothing) {
   receiver().write("/etc/tuxbox/config/other", "stays\n");
   const Snapshot before = receiver().content();
   const Json restore = restoreOf(settings_);
@@ -74,7 +73,7 @@ TEST_P(ShowRestoreTest, SettingsRestoreDoesWhatWasShownAndShowingDoesNothing) {
   EXPECT_EQ(pathsOf(restoreOf(settings_), "same").size(), membersOf(pathOf(settings_)).size());
 }
 
-TEST_P(ShowRestoreTest, ConfigurationRestoreDoesWhatWasShownAndShowingDoesNothing) {
+TEST_F(ShowRestoreTest, ConfigurationRestoreDoesWhatWasShownAndShowingDoesNothing) {
   const Snapshot before = receiver().content();
   const Json restore = restoreOf(configuration_);
   EXPECT_EQ(changes(before, receiver().content()), Lines());
@@ -92,7 +91,7 @@ TEST_P(ShowRestoreTest, ConfigurationRestoreDoesWhatWasShownAndShowingDoesNothin
   EXPECT_EQ(doneBetween(before, receiver().content()), said);
 }
 
-TEST_P(ShowRestoreTest, VersionInTheNameDecidesWhatIsKept) {
+TEST_F(ShowRestoreTest, VersionInTheNameDecidesWhatIsKept) {
   const struct {
     const char* name;
     Lines kept;
@@ -119,7 +118,7 @@ TEST_P(ShowRestoreTest, VersionInTheNameDecidesWhatIsKept) {
   }
 }
 
-TEST_P(ShowRestoreTest, OldConfigurationRestoreDoesWhatWasShown) {
+TEST_F(ShowRestoreTest, OldConfigurationRestoreDoesWhatWasShown) {
   const std::string name = "configuration_20240305_07-04_solo2.tar.gz";
   fs::rename(pathOf(configuration_), pathOf(name));
   fs::remove(receiver().at("/etc/fstab"));
@@ -138,7 +137,7 @@ TEST_P(ShowRestoreTest, OldConfigurationRestoreDoesWhatWasShown) {
   EXPECT_EQ(receiver().read("/etc/fstab"), "");
 }
 
-TEST_P(ShowRestoreTest, DifferencesAreWhatPatchNeedsToMakeTheFilesOfTheArchive) {
+TEST_F(ShowRestoreTest, DifferencesAreWhatPatchNeedsToMakeTheFilesOfTheArchive) {
   const std::string diff = receiver().outside() / "diff";
   const fs::path copy = receiver().outside() / "copy";
   const Outcome outcome = showHere(settings_, {"--diff"});

@@ -15,9 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-INSTANTIATE_TEST_SUITE_P(, ShowTest, kAccounts, nameOfAccount);
-
-TEST_P(ShowTest, ListsTheMembersWithoutAReceiver) {
+TEST_F(ShowTest, ListsTheMembersWithoutAReceiver) {
   const Outcome outcome = show(pathOf(settings_), {"--json"});
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
   const Json shown = Json::parse(outcome.output);
@@ -29,7 +27,7 @@ TEST_P(ShowTest, ListsTheMembersWithoutAReceiver) {
             "what a restore would do on a receiver is shown with --against DIR");
 }
 
-TEST_P(ShowTest, BackupElsewhereIsShownAsIfItLayInTheBackupDirectory) {
+TEST_F(ShowTest, BackupElsewhereIsShownAsIfItLayInTheBackupDirectory) {
   const std::string outside = receiver().outside() / settings_;
   fs::rename(pathOf(settings_), outside);
   const Outcome outcome = show(outside, {"--json", "--against", receiver().tree()});
@@ -39,7 +37,7 @@ TEST_P(ShowTest, BackupElsewhereIsShownAsIfItLayInTheBackupDirectory) {
   EXPECT_EQ(pathsOf(restore, "delete"), Lines{"/etc/enigma2/userbouquet.later.tv"});
 }
 
-TEST_P(ShowTest, BackupOnAnotherMediumOfTheReceiverIsShownWhereItLies) {
+TEST_F(ShowTest, BackupOnAnotherMediumOfTheReceiverIsShownWhereItLies) {
   const std::string usb = "/media/usb/qor-stowline/" + configuration_;
   fs::create_directories(receiver().at(usb).parent_path());
   fs::rename(pathOf(configuration_), receiver().at(usb));
@@ -49,7 +47,7 @@ TEST_P(ShowTest, BackupOnAnotherMediumOfTheReceiverIsShownWhereItLies) {
   EXPECT_EQ(restore["commands"][2], "/etc/init.d/current_cam.sh stop ; tar -xzf " + usb + " -C /");
 }
 
-TEST_P(ShowTest, BackupThatTheListRefusesSaysWhyAndShowsNoCommand) {
+TEST_F(ShowTest, BackupThatTheListRefusesSaysWhyAndShowsNoCommand) {
   const struct {
     const char* name;
     std::size_t size;
@@ -74,7 +72,7 @@ TEST_P(ShowTest, BackupThatTheListRefusesSaysWhyAndShowsNoCommand) {
   }
 }
 
-TEST_P(ShowTest, DamagedArchiveShowsWhatCouldBeReadAndWhatIsWrong) {
+TEST_F(ShowTest, DamagedArchiveShowsWhatCouldBeReadAndWhatIsWrong) {
   const std::string name = "settings_20240305_07-04_solo2.tar.gz";
   writeFile(pathOf(name), readFile(pathOf(settings_)).substr(0, 12000));
   const Outcome outcome = showHere(name, {"--json"});
@@ -90,7 +88,7 @@ TEST_P(ShowTest, DamagedArchiveShowsWhatCouldBeReadAndWhatIsWrong) {
             read.size());
 }
 
-TEST_P(ShowTest, WhatIsNotAReceiverIsSaid) {
+TEST_F(ShowTest, WhatIsNotAReceiverIsSaid) {
   const Outcome outcome = show(pathOf(settings_), {"--against", receiver().outside()});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.output, "");
@@ -99,7 +97,7 @@ TEST_P(ShowTest, WhatIsNotAReceiverIsSaid) {
                                 "'/proc/stb/info/model'\n");
 }
 
-TEST_P(ShowTest, LinksOfTheReceiverThatPointOutsideAreNotFollowed) {
+TEST_F(ShowTest, LinksOfTheReceiverThatPointOutsideAreNotFollowed) {
   const fs::path outside = receiver().outside() / "outside";
   fs::create_directories(outside);
   writeFile(outside / "userbouquet.outside.tv", "secret");
@@ -119,7 +117,7 @@ TEST_P(ShowTest, LinksOfTheReceiverThatPointOutsideAreNotFollowed) {
   EXPECT_EQ(told, added);
 }
 
-TEST_P(ShowTest, HostilePathsAreShownAndNothingOutsideTheReceiverIsLookedAt) {
+TEST_F(ShowTest, HostilePathsAreShownAndNothingOutsideTheReceiverIsLookedAt) {
   const std::string name = "settings_20240305_07-04_solo2.tar.gz";
   const fs::path made = receiver().outside() / "made";
   writeFile(receiver().outside() / "outside", "secret");
@@ -133,7 +131,7 @@ TEST_P(ShowTest, HostilePathsAreShownAndNothingOutsideTheReceiverIsLookedAt) {
   EXPECT_EQ(pathsOf(shown["restore"], "add"), (Lines{"/../outside", "/settings"}));
 }
 
-TEST_P(ShowTest, WholeSystemCanBeTheReceiver) {
+TEST_F(ShowTest, WholeSystemCanBeTheReceiver) {
 #ifdef STOWLINE_SANITIZE
   GTEST_SKIP() << "the sanitizers need the system's own /proc";
 #endif
@@ -155,7 +153,7 @@ TEST_P(ShowTest, WholeSystemCanBeTheReceiver) {
   EXPECT_EQ(pathsOf(restore, "add").size(), membersOf(name).size());
 }
 
-TEST_P(ShowTest, WrongUsageIsSaid) {
+TEST_F(ShowTest, WrongUsageIsSaid) {
   const struct {
     Lines arguments;
     const char* errors;
@@ -172,10 +170,12 @@ TEST_P(ShowTest, WrongUsageIsSaid) {
   }
 }
 
-class UnreadableShowTest : public ShowTest {};
-INSTANTIATE_TEST_SUITE_P(, UnreadableShowTest, testing::Values(Account::ordinary), nameOfAccount);
+class UnreadableShowTest : public ShowTest {
+ protected:
+  Account account() const override { return Account::ordinary; }
+};
 
-TEST_P(UnreadableShowTest, WhatMayNotBeReadIsSaidAndEndsNothing) {
+TEST_F(UnreadableShowTest, WhatMayNotBeReadIsSaidAndEndsNothing) {
   const std::string name = "settings_20240305_07-04_solo2.tar.gz";
   writeFile(receiver().at("/etc/large"), readFile(pathOf(settings_)));
   const Outcome tar = run({"tar", "-czf", pathOf(name), "--mode=0", "-C", receiver().tree(),
