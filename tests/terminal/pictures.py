@@ -1,6 +1,6 @@
 """Pictures of every screen and dialog as the terminal shows them, for the documentation and its test.
 
-    pictures.py            writes the pictures in the documentation, and those that the test compares, anew
+    pictures.py            writes the pictures in the documentation anew
 
 STOWLINE_COMMAND names the command.
 """
@@ -167,11 +167,11 @@ def block(lines):
     return "```text\n" + "\n".join(lines) + "\n```\n"
 
 
-def page(columns, rows):
-    """Returns the page of Markdown with all the pictures of a terminal of this size."""
+def page():
+    """Returns the page of Markdown with all the pictures."""
     head = ("# The screens\n\nEvery screen and dialog, as `stowline desk` shows it on a terminal of %dx%d. "
-            "`scripts/pictures` has made\nthis page, by walking through the menus.\n" % (columns, rows))
-    return head + "".join("\n## %s\n\n%s" % (title, block(lines)) for title, lines in take_all(columns, rows))
+            "`scripts/pictures` has made\nthis page, by walking through the menus.\n" % LARGE)
+    return head + "".join("\n## %s\n\n%s" % (title, block(lines)) for title, lines in take_all(*LARGE))
 
 
 def with_pictures(text):
@@ -183,14 +183,13 @@ def with_pictures(text):
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
-# The size of the terminal that the pictures within other texts are taken on.
-SMALL = (72, 20)
+# The page of all the pictures, and the size of the terminal that they are taken on.
+SCREENS = "docs/screens.md"
+LARGE = (80, 24)
 
-# The pages that are made here, and the terminals' sizes.
-PAGES = {"docs/screens.md": (80, 24), "tests/terminal/screens-132x43.md": (132, 43)}
-
-# The page that holds some pictures.
+# The page that holds some pictures, and their size.
 README = "README.md"
+SMALL = (72, 20)
 
 
 def read(name):
@@ -204,6 +203,5 @@ def write(name, content):
 
 
 if __name__ == "__main__":
-    for name, size in PAGES.items():
-        write(name, page(*size))
+    write(SCREENS, page())
     write(README, with_pictures(read(README)))
