@@ -61,15 +61,13 @@ struct ScheduledKind {
   const char* suffix;
 };
 
+/// In the order in which old ones are deleted.
 constexpr ScheduledKind kScheduledKinds[] = {
-    {"pluginlist", ".auto.lst"},
     {"settings", ".auto.tar.gz"},
     {"configuration", ".auto.tar.gz"},
-    {"configuration", ".auto.tar.gz_atile_hd"},
-    {"configuration", ".auto.tar.gz_user_files"},
+    {"pluginlist", ".auto.lst"},
 };
 
-constexpr const char* kHousekeepingOrder[] = {"settings", "configuration", "pluginlist"};
 constexpr int kScheduledToKeep = 3;
 
 /// Returns the backup directory as it is written into a file name. One that could not be had is the
@@ -92,16 +90,6 @@ bool endsWith(std::string_view name, const std::string& boxtype, std::string_vie
   return name.ends_with(boxtype);
 }
 
-bool isScheduledBackup(const std::string& name, const std::string& boxtype) {
-  return std::ranges::any_of(kScheduledKinds, [&](const ScheduledKind& kind) {
-    return name.starts_with(kind.prefix) && endsWith(name, boxtype, kind.suffix);
-  });
-}
-
-bool isCompanion(const std::string& name) {
-  return name.ends_with("_atile_hd") || name.ends_with("_user_files");
-}
-
 host::Value valueOf(const std::vector<std::string>& texts) {
   return host::Value::List(texts.begin(), texts.end());
 }
@@ -114,13 +102,13 @@ std::vector<std::string> textsOf(const host::Value& value) {
   return texts;
 }
 
-/// Adds to `rm_flist` the names to delete out of `newest_first`: every main file of the kind
-/// `file_type` but the newest ones, each with its possible companions.
+/// Adds to `rm_flist` the names to delete out of `newest_first`: every backup of the kind for the
+/// model `boxtype` but the newest ones, each with its possible companions.
 void addOutdated(std::vector<std::string>& rm_flist, const std::vector<std::string>& newest_first,
-                 const std::string& file_type) {
+                 const ScheduledKind& kind, const std::string& boxtype) {
   int erase_counter = 0;
   for (const std::string& name : newest_first) {
-    if (!name.starts_with(file_type) || isCompanion(name)) continue;
+    if (!name.starts_with(kind.prefix) || !endsWith(name, boxtype, kind.suffix)) continue;
     if (++erase_counter <= kScheduledToKeep) continue;
     for (const char* suffix : {"", "_atile_hd", "_user_files"}) rm_flist.push_back(name + suffix);
   }
@@ -243,11 +231,10 @@ void BackupActions::houseKeeping() {
   if (!directory) return;
 
   std::vector<std::string> flist = host_.os().listdir(*directory);
-  std::erase_if(flist, [&](const std::string& name) { return !isScheduledBackup(name, boxtype); });
   std::ranges::sort(flist, std::greater());
 
   std::vector<std::string> rm_flist;
-  for (const char* file_type : kHousekeepingOrder) addOutdated(rm_flist, flist, file_type);
+  for (const ScheduledKind& kind : kScheduledKinds) addOutdated(rm_flist, flist, kind, boxtype);
   for (const std::string& name : rm_flist) {
     const std::string full = *directory + "/" + name;
     if (!host_.os().exists(full)) continue;
