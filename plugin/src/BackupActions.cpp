@@ -78,9 +78,9 @@ std::string pathText(const std::optional<std::string>& path) {
 
 std::string_view withoutOuterSpace(std::string_view text) {
   constexpr const char* kSpace = " \t\n\r\v\f";
-  const std::size_t first = text.find_first_not_of(kSpace);
-  if (first == std::string_view::npos) return "";
-  return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+  text.remove_prefix(std::min(text.find_first_not_of(kSpace), text.size()));
+  text.remove_suffix(text.size() - (text.find_last_not_of(kSpace) + 1));
+  return text;
 }
 
 /// Whether the model `boxtype` stands in `name` right before `suffix`, its end.
