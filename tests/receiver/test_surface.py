@@ -642,7 +642,8 @@ class SubClasses(SurfaceTest):
         class Own(stowline.BackupActions):
             saveAtileUserFiles = lambda self: 5  # noqa: E731
 
-        self.assertIsInstance(self.raised(Own().createConfigFile), TypeError)
+        raised = self.raised(Own().createConfigFile)
+        self.assertEqual((type(raised), str(raised)), (TypeError, "no list of paths: 5"))
 
     def test_an_operation_put_into_an_object_or_a_class_is_called_too(self):
         calls = []
