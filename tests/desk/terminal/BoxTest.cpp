@@ -8,8 +8,8 @@ namespace desk::terminal {
 namespace {
 
 /// Returns a box of this size with `heading` and, in its lower edge, `note`.
-std::string boxOf(Size size, const std::string& heading, const std::string& note = "",
-                  const Lettering& lettering = utf8()) {
+std::string drawnBox(Size size, const std::string& heading, const std::string& note = "",
+                     const Lettering& lettering = utf8()) {
   Canvas canvas(size, lettering);
   const Area area = {0, 0, size.columns, size.rows};
   canvas.box(area, heading);
@@ -18,7 +18,7 @@ std::string boxOf(Size size, const std::string& heading, const std::string& note
 }
 
 TEST(Box, HasItsHeadingAtTheLeftAndItsNoteAtTheRight) {
-  EXPECT_EQ(boxOf({20, 3}, "Log", "3/9"), R"(
+  EXPECT_EQ(drawnBox({20, 3}, "Log", "3/9"), R"(
 ┌─ Log ────────────┐
 │                  │
 └──────────── 3/9 ─┘
@@ -26,7 +26,7 @@ TEST(Box, HasItsHeadingAtTheLeftAndItsNoteAtTheRight) {
 }
 
 TEST(Box, IsDrawnInAsciiWhereTheTerminalKnowsNoBetter) {
-  EXPECT_EQ(boxOf({20, 3}, "Caf\u00e9", "3/9", ascii()), R"(
+  EXPECT_EQ(drawnBox({20, 3}, "Caf\u00e9", "3/9", ascii()), R"(
 +- Caf\xc3\xa9 ----+
 |                  |
 +------------ 3/9 -+
@@ -51,12 +51,12 @@ TEST(Box, HeadingThatDoesNotFitIsCut) {
 }
 
 TEST(Box, WithoutAHeadingIsClosed) {
-  EXPECT_EQ(boxOf({4, 3}, ""), R"(
+  EXPECT_EQ(drawnBox({4, 3}, ""), R"(
 ┌──┐
 │  │
 └──┘
 )");
-  EXPECT_EQ(boxOf({2, 2}, ""), R"(
+  EXPECT_EQ(drawnBox({2, 2}, ""), R"(
 ┌┐
 └┘
 )");

@@ -13,57 +13,6 @@ Json choice(const Json& more) {
   return result;
 }
 
-TEST(ChoiceView, NothingToChoose) {
-  EXPECT_EQ(pictureOf(choice({{"text", "Nothing to choose."}})), R"(
-
-
-
-
-
-
-            ┌─ ChoiceBox ──────────────────────────┐
-            │                                      │
-            │  Nothing to choose.                  │
-            │                                      │
-            └─────────────────────── nothing here ─┘
-
-
-
-
-
-
-
-
- Enter OK   Esc Exit   l Log   ? Help
-)");
-}
-
-TEST(ChoiceView, OneRow) {
-  EXPECT_EQ(pictureOf(choice({{"title", "Archives"}, {"rows", rows({{"first", ""}})}})),
-            R"(
-
-
-
-
-
-            ┌─ Archives ───────────────────────────┐
-            │                                      │
-            │  Which one?                          │
-            │                                      │
-            │  > first                             │
-            │                                      │
-            └──────────────────────────────── 1/1 ─┘
-
-
-
-
-
-
-
- Enter OK   Esc Exit   l Log   ? Help
-)");
-}
-
 TEST(ChoiceView, ManyRowsAreScrolledWithinTheDialog) {
   EXPECT_EQ(pictureOf(choice({{"rows", manyRows(30)}, {"selected", 29}})), R"(
             ┌─ ChoiceBox ──────────────────────────┐
@@ -89,70 +38,28 @@ TEST(ChoiceView, ManyRowsAreScrolledWithinTheDialog) {
 )");
 }
 
+TEST(ChoiceView, SaysWhereTheCursorIsIfThereIsAnythingToChoose) {
+  EXPECT_EQ(boxOf(choice({{"text", "Nothing to choose."}})),
+            (Lines{"12,6 40x5 ChoiceBox, nothing here", "2   Nothing to choose."}));
+  EXPECT_EQ(boxOf(choice({{"title", "Archives"}, {"rows", rows({{"first", ""}})}})),
+            (Lines{"12,5 40x7 Archives, 1/1", "2   Which one?", "4   > first"}));
+}
+
 TEST(ChoiceView, WidestRowDecidesTheWidth) {
   EXPECT_EQ(
-      pictureOf(choice(
+      boxOf(choice(
           {{"rows", rows({{"settings of the living room, yesterday", ""}, {"\u65e5\u672c", ""}})},
            {"selected", 1}})),
-      R"(
-
-
-
-
-
-         ┌─ ChoiceBox ────────────────────────────────┐
-         │                                            │
-         │  Which one?                                │
-         │                                            │
-         │    settings of the living room, yesterday  │
-         │  > 日本                                    │
-         │                                            │
-         └────────────────────────────────────── 2/2 ─┘
-
-
-
-
-
-
- Enter OK   Esc Exit   l Log   ? Help
-)");
+      (Lines{"9,5 46x8 ChoiceBox, 2/2", "2   Which one?",
+             "4     settings of the living room, yesterday", "5   > \u65e5\u672c"}));
 }
 
 TEST(ChoiceView, QuestionIsWrappedAndARowWiderThanTheTerminalCut) {
   const std::string words = "many words that do not fit into one line of the dialog, not at all";
-  EXPECT_EQ(pictureOf(choice({{"text", words}, {"rows", rows({{words, ""}})}})), R"(
-
-
-
-
-
-┌─ ChoiceBox ──────────────────────────────────────────────────┐
-│                                                              │
-│  many words that do not fit into one line of the dialog,     │
-│  not at all                                                  │
-│                                                              │
-│  > many words that do not fit into one line of the dialog,…  │
-│                                                              │
-└──────────────────────────────────────────────────────── 1/1 ─┘
-
-
-
-
-
-
- Enter OK   Esc Exit   l Log   ? Help
-)");
-}
-
-TEST(ChoiceView, RowsOfAChoiceTakePageWords) {
-  Television television(utf8());
-  const Json frame = choice({{"rows", manyRows(30)}, {"selected", 12}});
-  television.show(frame, kStart);
-  television.picture(kTerminal, kStart);
-  EXPECT_EQ(television.take(action::kPageUp), "row:0");
-  EXPECT_EQ(television.take(action::kPageDown), "row:24");
-  EXPECT_EQ(television.take(action::kFirst), "row:0");
-  EXPECT_EQ(television.take(action::kLast), "row:29");
+  EXPECT_EQ(boxOf(choice({{"text", words}, {"rows", rows({{words, ""}})}})),
+            (Lines{"0,5 64x8 ChoiceBox, 1/1",
+                   "2   many words that do not fit into one line of the dialog,", "3   not at all",
+                   "5   > many words that do not fit into one line of the dialog,…"}));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "tests/desk/terminal/Pictures.h"
 
@@ -27,62 +26,19 @@ Json manyPackages(int count, int done) {
   return packages;
 }
 
-TEST(PackagesView, EveryStateHasItsSignAndTheProgressCountsWhatIsOver) {
-  const Json packages = Json::array({package("one", "done"), package("two", "failed"),
-                                     package("three", "running"), package("four", "waiting")});
-  EXPECT_EQ(pictureOf(installation(packages)), R"(
-┌─ Ipkg ───────────────────────────────────────────────────────┐
-│ ✓ done     one                                               │
-│ ✗ failed   two                                               │
-│ ▶ running  three                                             │
-│   waiting  four                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│ ████████████████████████████░░░░░░░░░░░░░░░░░░░░░░░░░░░░ 2/4 │
-└──────────────────────────────────────────────────── running ─┘
-
- l Log   ? Help
-)");
-  EXPECT_EQ(pictureOf(installation(packages), kTerminal, ascii()), R"(
-+- Ipkg -------------------------------------------------------+
-| + done     one                                               |
-| x failed   two                                               |
-| > running  three                                             |
-|   waiting  four                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-|                                                              |
-| ############################............................ 2/4 |
-+---------------------------------------------------- running -+
-
- l Log   ? Help
-)");
-}
-
-TEST(PackagesView, StatesHaveInksOfTheirOwn) {
-  Television television(utf8());
-  television.show(
+TEST(PackagesView, EveryStateHasItsSignAndInkAndTheProgressCountsWhatIsOver) {
+  const Json packages =
       installation(Json::array({package("one", "done"), package("two", "failed"),
-                                package("three", "running"), package("four", "waiting")})),
-      kStart);
-  const Canvas canvas = television.picture(kTerminal, kStart).canvas;
+                                package("three", "running"), package("four", "waiting")}));
+  EXPECT_EQ(boxOf(packages),
+            (Lines{"0,0 64x18 Ipkg, running", "1  ✓ done     one", "2  ✗ failed   two",
+                   "3  ▶ running  three", "4    waiting  four",
+                   "16  ████████████████████████████░░░░░░░░░░░░░░░░░░░░░░░░░░░░ 2/4"}));
+  EXPECT_EQ(boxOf(packages, kTerminal, ascii()),
+            (Lines{"0,0 64x18 Ipkg, running", "1  + done     one", "2  x failed   two",
+                   "3  > running  three", "4    waiting  four",
+                   "16  ############################............................ 2/4"}));
+  const Canvas canvas = canvasOf(packages);
   EXPECT_EQ(inInk(canvas, 1, Ink::green), "  ✓ done");
   EXPECT_EQ(inInk(canvas, 2, Ink::error), "  ✗ failed");
   EXPECT_EQ(inInk(canvas, 3, Ink::notice), "  ▶ running");
@@ -90,117 +46,46 @@ TEST(PackagesView, StatesHaveInksOfTheirOwn) {
 }
 
 TEST(PackagesView, NoPackagesAreAllDone) {
-  EXPECT_EQ(pictureOf(installation(Json::array(), false)), R"(
-┌─ Ipkg ───────────────────────────────────────────────────────┐
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│ ████████████████████████████████████████████████████████ 0/0 │
-└─────────────────────────────────────────────────── finished ─┘
-
- Enter OK   Esc Exit   l Log   ? Help
-)");
+  EXPECT_EQ(boxOf(installation(Json::array(), false), kTerminal, ascii()),
+            (Lines{"0,0 64x18 Ipkg, finished",
+                   "16  ######################################################## 0/0"}));
 }
 
-TEST(PackagesView, LongNameIsCut) {
-  EXPECT_EQ(pictureOf(installation(
-                Json::array({package("package-" + std::string(40, 'x'), "done")}), false)),
-            R"(
-┌─ Ipkg ───────────────────────────────────────────────────────┐
-│ ✓ done     package-xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx  │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│ ████████████████████████████████████████████████████████ 1/1 │
-└─────────────────────────────────────────────────── finished ─┘
-
- Enter OK   Esc Exit   l Log   ? Help
-)");
-}
-
-TEST(PackagesView, RunningPackageStaysInSight) {
-  EXPECT_EQ(pictureOf(installation(manyPackages(40, 20))), R"(
-┌─ Ipkg ───────────────────────────────────────────────────────┐
-│ ✓ done     package-7                                         │
-│ ✓ done     package-8                                         │
-│ ✓ done     package-9                                         │
-│ ✓ done     package-10                                        │
-│ ✓ done     package-11                                        │
-│ ✓ done     package-12                                        │
-│ ✓ done     package-13                                        │
-│ ✓ done     package-14                                        │
-│ ✓ done     package-15                                        │
-│ ✓ done     package-16                                        │
-│ ✓ done     package-17                                        │
-│ ✓ done     package-18                                        │
-│ ✓ done     package-19                                        │
-│ ▶ running  package-20                                        │
-│                                                              │
-│ ███████████████████████████░░░░░░░░░░░░░░░░░░░░░░░░░░░ 20/40 │
-└──────────────────────────────────────────────────── running ─┘
-
- l Log   ? Help
-)");
+TEST(PackagesView, OfALongNameTheEndIsShown) {
+  const std::string fits = "package-" + std::string(41, 'x');
+  EXPECT_EQ(
+      boxOf(installation(Json::array({package(fits, "done"), package("a" + fits, "done")}), false)),
+      (Lines{"0,0 64x18 Ipkg, finished", "1  ✓ done     " + fits,
+             "2  ✓ done     …" + fits.substr(1),
+             "16  ████████████████████████████████████████████████████████ 2/2"}));
 }
 
 TEST(PackagesView, ProgressGrowsWithEveryPackage) {
-  std::vector<std::string> bars;
+  Lines bars;
   for (const int done : {0, 1, 7, 8}) {
-    Television television(ascii());
-    television.show(installation(manyPackages(8, done)), kStart);
-    bars.push_back(television.picture(kTerminal, kStart).canvas.line(16));
+    bars.push_back(boxOf(installation(manyPackages(8, done)), kTerminal, ascii()).back());
   }
-  EXPECT_EQ(bars, (std::vector<std::string>{
-                      "| ........................................................ 0/8 |",
-                      "| #######................................................. 1/8 |",
-                      "| #################################################....... 7/8 |",
-                      "| ######################################################## 8/8 |",
+  EXPECT_EQ(bars, (Lines{
+                      "16  ........................................................ 0/8",
+                      "16  #######................................................. 1/8",
+                      "16  #################################################....... 7/8",
+                      "16  ######################################################## 8/8",
                   }));
 }
 
-TEST(PackagesView, ViewerWhoScrollsBackStaysThere) {
+TEST(PackagesView, RunningPackageStaysInSightUntilAViewerMovesAway) {
   Television television(utf8());
-  const auto top = [&](int done) {
+  /// Returns the first package that is shown, the last one and what stands below.
+  const auto ends = [&](int done) {
     television.show(installation(manyPackages(40, done)), kStart);
-    const std::string line = television.picture(kTerminal, kStart).canvas.line(1);
-    const std::size_t name = line.find("package-");
-    return line.substr(name, line.find(' ', name) - name);
+    const Lines box = boxes(television.picture(kTerminal, kStart).canvas).at(0);
+    return Lines{box.at(1), box.at(14), box.at(15).substr(0, 3)};
   };
-  EXPECT_EQ(top(20), "package-7");
+  EXPECT_EQ(ends(20), (Lines{"1  ✓ done     package-7", "14  ▶ running  package-20", "16 "}));
   EXPECT_EQ(television.take("up"), "");
-  EXPECT_EQ(top(30), "package-6");
-}
-
-TEST(PackagesView, ViewerCanLookAtTheEndWhileTheFirstIsRunning) {
-  Television television(utf8());
-  television.show(installation(manyPackages(40, 0)), kStart);
-  const auto line = [&](int row) { return television.picture(kTerminal, kStart).canvas.line(row); };
-  EXPECT_NE(line(1).find("package-0"), std::string::npos);
+  EXPECT_EQ(ends(30), (Lines{"1  ✓ done     package-6", "14  ✓ done     package-19", "16 "}));
   television.take(action::kLast);
-  EXPECT_NE(line(14).find("package-39"), std::string::npos);
+  EXPECT_EQ(ends(0), (Lines{"1    waiting  package-26", "14    waiting  package-39", "16 "}));
 }
 
 }  // namespace

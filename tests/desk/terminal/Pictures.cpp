@@ -5,6 +5,61 @@
 #include <stdexcept>
 
 namespace desk::terminal {
+namespace {
+
+std::string place(const Area& area) {
+  return std::to_string(area.x) + "," + std::to_string(area.y) + " " + std::to_string(area.width) +
+         "x" + std::to_string(area.height);
+}
+
+/// Returns the cells of a row from `begin` to before `end`, without the blanks after them.
+std::string textIn(const Canvas& canvas, int row, int begin, int end) {
+  std::string text;
+  for (int column = begin; column < end; ++column) text += canvas.at(column, row).bytes;
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// Returns what an edge of a box says.
+std::string saidBy(std::string edge, const std::string& across) {
+  while (edge.starts_with(across)) edge.erase(0, across.size());
+  while (edge.ends_with(across)) edge.erase(edge.size() - across.size());
+  if (edge.empty()) return "";
+  return edge.starts_with(' ') && edge.ends_with(' ') ? edge.substr(1, edge.size() - 2)
+                                                      : "no edge: " + edge;
+}
+
+/// What the borders of boxes are made of.
+struct Border {
+  std::string upper_left, across, upper_right, down, lower_left;
+};
+
+const Border kBorders[] = {{"┌", "─", "┐", "│", "└"}, {"+", "-", "+", "|", "+"}};
+
+/// Returns what the box holds whose upper left corner is in this cell.
+Lines boxAt(const Canvas& canvas, int x, int y, const Border& border) {
+  int right = x + 1;
+  while (right + 1 < canvas.size().columns && canvas.at(right, y).bytes != border.upper_right) {
+    ++right;
+  }
+  int bottom = y + 1;
+  while (bottom + 1 < canvas.size().rows && canvas.at(x, bottom).bytes != border.lower_left) {
+    ++bottom;
+  }
+  Lines lines = {place({x, y, right - x + 1, bottom - y + 1})};
+  const std::string heading = saidBy(textIn(canvas, y, x + 1, right), border.across);
+  const std::string note = saidBy(textIn(canvas, bottom, x + 1, right), border.across);
+  if (!heading.empty()) lines.front() += " " + heading;
+  if (!note.empty()) lines.front() += ", " + note;
+  for (int row = y + 1; row < bottom; ++row) {
+    const bool is_whole =
+        canvas.at(x, row).bytes == border.down && canvas.at(right, row).bytes == border.down;
+    const std::string text = textIn(canvas, row, x + is_whole, right + !is_whole);
+    if (!text.empty()) lines.push_back(std::to_string(row - y) + " " + text);
+  }
+  return lines;
+}
+
+}  // namespace
 
 Lettering utf8() {
   if (!std::setlocale(LC_CTYPE, "C.UTF-8")) throw std::runtime_error("there is no locale C.UTF-8");
@@ -53,9 +108,33 @@ std::string shown(const Canvas& canvas) {
 }
 
 std::string pictureOf(const Json& frame, Size size, const Lettering& lettering) {
+  return shown(canvasOf(frame, size, lettering));
+}
+
+Canvas canvasOf(const Json& frame, Size size, const Lettering& lettering) {
   Television television(lettering);
   television.show(frame, kStart);
-  return shown(television.picture(size, kStart).canvas);
+  return television.picture(size, kStart).canvas;
+}
+
+std::vector<Lines> boxes(const Canvas& canvas) {
+  std::vector<Lines> all;
+  for (int y = 0; y + 1 < canvas.size().rows; ++y) {
+    for (int x = 0; x + 1 < canvas.size().columns; ++x) {
+      for (const Border& border : kBorders) {
+        const bool is_corner = canvas.at(x, y).bytes == border.upper_left &&
+                               canvas.at(x + 1, y).bytes == border.across &&
+                               canvas.at(x, y + 1).bytes == border.down;
+        if (is_corner) all.push_back(boxAt(canvas, x, y, border));
+      }
+    }
+  }
+  return all;
+}
+
+Lines boxOf(const Json& frame, Size size, const Lettering& lettering) {
+  const std::vector<Lines> all = boxes(canvasOf(frame, size, lettering));
+  return all.size() == 1 ? all.front() : Lines{std::to_string(all.size()) + " boxes"};
 }
 
 std::string inInk(const Canvas& canvas, int row, Ink ink) {
@@ -67,12 +146,9 @@ std::string inInk(const Canvas& canvas, int row, Ink ink) {
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
-std::vector<std::string> clicks(const Picture& picture) {
-  std::vector<std::string> texts;
-  for (const auto& [area, action] : picture.targets) {
-    texts.push_back(action + " " + std::to_string(area.x) + "," + std::to_string(area.y) + " " +
-                    std::to_string(area.width) + "x" + std::to_string(area.height));
-  }
+Lines clicks(const Picture& picture) {
+  Lines texts;
+  for (const auto& [area, action] : picture.targets) texts.push_back(action + " " + place(area));
   return texts;
 }
 

@@ -10,6 +10,8 @@
 
 namespace desk::terminal {
 
+using Lines = std::vector<std::string>;
+
 /// When a test begins.
 inline constexpr Time kStart{};
 
@@ -44,11 +46,22 @@ std::string shown(const Canvas& canvas);
 std::string pictureOf(const Json& frame, Size size = kTerminal,
                       const Lettering& lettering = utf8());
 
+/// Returns the canvas that `pictureOf` shows.
+Canvas canvasOf(const Json& frame, Size size = kTerminal, const Lettering& lettering = utf8());
+
+/// Returns what each box of the canvas holds: first "x,y WxH heading, note", then its lines that
+/// are not blank, as "row text". Where something else than the border is at a line's end, the line
+/// has what is left of the border too.
+std::vector<Lines> boxes(const Canvas& canvas);
+
+/// Returns what the only box of a picture of `frame` holds.
+Lines boxOf(const Json& frame, Size size = kTerminal, const Lettering& lettering = utf8());
+
 /// Returns the row's cells that are drawn with `ink` as text, and a blank for every other.
 std::string inInk(const Canvas& canvas, int row, Ink ink);
 
 /// Returns what can be clicked, one "action x,y WxH" each.
-std::vector<std::string> clicks(const Picture& picture);
+Lines clicks(const Picture& picture);
 
 /// Lets a failed test name the glyph.
 void PrintTo(const Glyph& glyph, std::ostream* stream);

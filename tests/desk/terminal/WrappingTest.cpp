@@ -8,8 +8,6 @@
 namespace desk::terminal {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 struct Wrapping {
   const char* text;
   int columns;
