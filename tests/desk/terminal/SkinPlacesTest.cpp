@@ -19,8 +19,9 @@ Canvas canvasWith(const std::string& elements, const Json& widgets = Json::objec
   return picture.canvas;
 }
 
-std::string screenWith(const std::string& elements, const Json& widgets = Json::object()) {
-  return shown(canvasWith(elements, widgets));
+/// Returns what is in the screen's box, from the line of its place on.
+Lines screenWith(const std::string& elements, const Json& widgets = Json::object()) {
+  return boxes(canvasWith(elements, widgets)).at(0);
 }
 
 TEST(SkinPlaces, TextStandsWhereItsAlignmentSays) {
@@ -36,43 +37,23 @@ TEST(SkinPlaces, TextStandsWhereItsAlignmentSays) {
                   horizontal[x] + "\" valign=\"" + vertical[y] + "\"/>";
     }
   }
-  EXPECT_EQ(screenWith(elements, widgets), R"(
-┌──────────────────────────────────────┐
-│left top      center top     right top│
-│                                      │
-│                                      │
-│                                      │
-│left center center center right center│
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│left bottom center bottom right bottom│
-└──────────────────────────────────────┘
-)");
+  EXPECT_EQ(screenWith(elements, widgets),
+            (Lines{"0,0 40x12", "1 left top      center top     right top",
+                   "5 left center center center right center",
+                   "10 left bottom center bottom right bottom"}));
 }
 
 TEST(SkinPlaces, FontDecidesHowFarLinesAreApart) {
-  EXPECT_EQ(screenWith(R"(<widget name="a" position="0,0" size="162,240" font="Regular;20"/>)"
-                       R"(<widget name="a" position="180,0" size="162,240" font="Regular;40"/>)"
-                       R"(<widget name="a" position="360,0" size="162,240" font="Regular;30"/>)"
-                       R"(<widget name="a" position="540,0" size="144,240" valign="bottom")"
-                       R"( font="Regular;60"/>)",
-                       {{"a", "one\ntwo\nthree"}}),
-            R"(
-┌──────────────────────────────────────┐
-│one       one       one               │
-│two                                   │
-│three     two       two               │
-│                    three     one     │
-│          three                       │
-│                                      │
-│                              two     │
-│                                      │
-│                                      │
-│                              three   │
-└──────────────────────────────────────┘
-)");
+  EXPECT_EQ(
+      screenWith(R"(<widget name="a" position="0,0" size="162,240" font="Regular;20"/>)"
+                 R"(<widget name="a" position="180,0" size="162,240" font="Regular;40"/>)"
+                 R"(<widget name="a" position="360,0" size="162,240" font="Regular;30"/>)"
+                 R"(<widget name="a" position="540,0" size="144,240" valign="bottom")"
+                 R"( font="Regular;60"/>)",
+                 {{"a", "one\ntwo\nthree"}}),
+      (Lines{"0,0 40x12", "1 one       one       one", "2 two", "3 three     two       two",
+             "4                     three     one", "5           three",
+             "7                               two", "10                               three"}));
 }
 
 TEST(SkinPlaces, TextIsWrappedWithinItsPlaceAndItsEndCutHoweverItIsAligned) {
@@ -80,20 +61,7 @@ TEST(SkinPlaces, TextIsWrappedWithinItsPlaceAndItsEndCutHoweverItIsAligned) {
     EXPECT_EQ(
         screenWith(R"(<widget name="a" position="90,48" size="180,72" valign=")" + align + R"("/>)",
                    {{"a", "a text of many words that are too many"}}),
-        R"(
-┌──────────────────────────────────────┐
-│                                      │
-│                                      │
-│     a text of                        │
-│     many words                       │
-│     that are                         │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-└──────────────────────────────────────┘
-)");
+        (Lines{"0,0 40x12", "3      a text of", "4      many words", "5      that are"}));
   }
 }
 
@@ -101,7 +69,7 @@ TEST(SkinPlaces, WidgetsWithoutATextAreNotSeen) {
   EXPECT_EQ(screenWith(R"(<widget name="a" position="0,0" size="90,48"/>)"
                        R"(<widget name="b" position="0,0" size="90,48"/>)",
                        {{"a", ""}}),
-            screenWith(""));
+            Lines{"0,0 40x12"});
 }
 
 TEST(SkinPlaces, ButtonsAreTaggedAndOtherPicturesMarkedHalfwayDown) {
@@ -113,20 +81,7 @@ TEST(SkinPlaces, ButtonsAreTaggedAndOtherPicturesMarkedHalfwayDown) {
                 R"(,24" size="36,72"/>)";
     x += 90;
   }
-  EXPECT_EQ(screenWith(elements), R"(
-┌──────────────────────────────────────┐
-│                                      │
-│                                      │
-│ r    g    y    b   ▣    ▣    ▣       │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-└──────────────────────────────────────┘
-)");
+  EXPECT_EQ(screenWith(elements), (Lines{"0,0 40x12", "3  r    g    y    b   ▣    ▣    ▣"}));
 }
 
 TEST(SkinPlaces, HigherElementsCoverLowerOnesAndEqualOnesTheEarlier) {
@@ -157,25 +112,12 @@ TEST(SkinPlaces, ElementsOutsideOfThePictureAreLeftOut) {
                        R"(<widget name="a" position="0,9000" size="180,24"/>)"
                        R"(<ePixmap pixmap="x.png" position="-90,0" size="18,24"/>)",
                        {{"a", "abcdef"}}),
-            screenWith(""));
+            Lines{"0,0 40x12"});
 }
 
 TEST(SkinPlaces, EvenTheSmallestElementHasACell) {
   EXPECT_EQ(screenWith(R"(<widget name="a" position="90,24" size="0,0"/>)", {{"a", "abc"}}),
-            R"(
-┌──────────────────────────────────────┐
-│                                      │
-│     a                                │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-└──────────────────────────────────────┘
-)");
+            (Lines{"0,0 40x12", "2      a"}));
 }
 
 TEST(SkinPlaces, NothingIsDrawnOutsideOfTheScreen) {
@@ -186,37 +128,14 @@ TEST(SkinPlaces, NothingIsDrawnOutsideOfTheScreen) {
                        R"(<ePixmap pixmap="button_red.png" position="666,72" size="60,24"/>)"
                        R"(<ePixmap pixmap="button_red.png" position="0,-24" size="60,24"/>)",
                        {{"a", "wide text"}}),
-            R"(
-┌──────────────────────────────────────┐
-│wide t…                               │
-│                                      │
-│                                    w…│
-│                                     r│
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-│                                      │
-└──────────────────────────────────────┘
-)");
+            (Lines{"0,0 40x12", "1 wide t…", "3                                     w…",
+                   "4                                      r"}));
 }
 
 TEST(SkinPlaces, ScreenOfTheWholePictureKeepsItsBorderOnTheTerminal) {
   Picture picture{Canvas({30, 10}, utf8())};
   drawSkin(picture, {0, 0, 30, 9}, frame({{"skin", R"(<screen position="0,0" size="720,576"/>)"}}));
-  EXPECT_EQ(shown(picture.canvas), R"(
-┌────────────────────────────┐
-│                            │
-│                            │
-│                            │
-│                            │
-│                            │
-│                            │
-│                            │
-└────────────────────────────┘
-
-)");
+  EXPECT_EQ(boxes(picture.canvas), std::vector<Lines>{{"0,0 30x9"}});
 }
 
 }  // namespace
