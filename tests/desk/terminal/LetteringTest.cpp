@@ -122,31 +122,29 @@ TEST(Lettering, TextTakesTheColumnsOfItsGlyphs) {
 }
 
 /// Returns the text cut to each width from -1 on, `count` of them.
-std::vector<std::string> cuts(const Lettering& lettering, const std::string& text, int count) {
-  std::vector<std::string> results;
+Lines cuts(const Lettering& lettering, const std::string& text, int count) {
+  Lines results;
   for (int width = -1; width < count - 1; ++width) results.push_back(lettering.cut(text, width));
   return results;
 }
 
-using Texts = std::vector<std::string>;
-
 TEST(Lettering, TextIsCutAndMarkedAtEveryWidthThatItDoesNotFitInto) {
-  EXPECT_EQ(cuts(utf8(), "Scan", 7), (Texts{"", "", "…", "S…", "Sc…", "Scan", "Scan"}));
-  EXPECT_EQ(cuts(ascii(), "Scan", 7), (Texts{"", "", "~", "S~", "Sc~", "Scan", "Scan"}));
-  EXPECT_EQ(cuts(utf8(), "", 3), (Texts{"", "", ""}));
+  EXPECT_EQ(cuts(utf8(), "Scan", 7), (Lines{"", "", "…", "S…", "Sc…", "Scan", "Scan"}));
+  EXPECT_EQ(cuts(ascii(), "Scan", 7), (Lines{"", "", "~", "S~", "Sc~", "Scan", "Scan"}));
+  EXPECT_EQ(cuts(utf8(), "", 3), (Lines{"", "", ""}));
 }
 
 TEST(Lettering, CutNeverTakesHalfOfACharacter) {
   EXPECT_EQ(cuts(utf8(), "\u65e5\u672ce\u0301", 8),
-            (Texts{"", "", "…", "…", "\u65e5…", "\u65e5…", "\u65e5\u672ce\u0301",
+            (Lines{"", "", "…", "…", "\u65e5…", "\u65e5…", "\u65e5\u672ce\u0301",
                    "\u65e5\u672ce\u0301"}));
 }
 
 TEST(Lettering, CutTextIsEscapedLikeAWholeOne) {
   EXPECT_EQ(cuts(ascii(), "a\u00e9", 11),
-            (Texts{"", "", "~", "a~", "a\\~", "a\\x~", "a\\xc~", "a\\xc3~", "a\\xc3\\~",
+            (Lines{"", "", "~", "a~", "a\\~", "a\\x~", "a\\xc~", "a\\xc3~", "a\\xc3\\~",
                    "a\\xc3\\x~", "a\\xc3\\xa9"}));
-  EXPECT_EQ(cuts(utf8(), "\ta", 7), (Texts{"", "", "…", " …", "  …", "   …", "    a"}));
+  EXPECT_EQ(cuts(utf8(), "\ta", 7), (Lines{"", "", "…", " …", "  …", "   …", "    a"}));
 }
 
 TEST(Lettering, CutAtTheFrontKeepsTheEnd) {

@@ -73,6 +73,7 @@ TEST_F(TelevisionTest, ActionsThatMoveTheCursorBecomeWords) {
   picture();
   EXPECT_EQ(television_.take(action::kLast), "row:1");
   EXPECT_EQ(television_.take(action::kPageDown), "row:1");
+  EXPECT_EQ(television_.take(action::kPageUp), "row:0");
   EXPECT_EQ(television_.take(action::kFirst), "row:0");
   television_.show(frame(), kStart);
   EXPECT_EQ(television_.take(action::kLast), "");
@@ -80,35 +81,23 @@ TEST_F(TelevisionTest, ActionsThatMoveTheCursorBecomeWords) {
 
 TEST_F(TelevisionTest, HelpLiesOverThePicture) {
   EXPECT_EQ(television_.take(action::kHelp), "");
-  EXPECT_EQ(screen(), R"(
-┌─ Stowline ───────────────────────────────────────────────────┐
-│ > Backup                                                     │
-│   R┌─ Keys ────────────────────────────────────────────┐     │
-│    │ Up Down            move, or scroll a text         │     │
-│    │ Left Right         ten rows back or on            │     │
-│    │ Page Up, Page Down a page back or on              │     │
-│    │ Home End           the first, the last row        │     │
-│    │ Enter              OK                             │     │
-│    │ Esc q Backspace    exit                           │     │
-│    │ F1 r   F2 g        red, green                     │     │
-│    │ F3 y   F4 b        yellow, blue                   │     │
-│    │ 0 to 9             the number keys                │     │
-│    │ l                  log lines and commands, or not │     │
-│    │ Ctrl-L             draw anew                      │     │
-│    │ Ctrl-C             end at once                    │     │
-│    │ mouse, wheel       a row or a key, up and down    │     │
-│    └───────────────────────────────── any key goes on ─┘     │
-└──────────────────────────────────────────────────────── 1/2 ─┘
- [red] Exit
- Enter OK   Esc Exit   l Log   ? Help
-)");
+  EXPECT_EQ(
+      boxes(picture().canvas).at(1),
+      (Lines{"5,2 53x15 Keys, any key goes on", "1  Up Down            move, or scroll a text",
+             "2  Left Right         ten rows back or on", "3  Page Up, Page Down a page back or on",
+             "4  Home End           the first, the last row", "5  Enter              OK",
+             "6  Esc q Backspace    exit", "7  F1 r   F2 g        red, green",
+             "8  F3 y   F4 b        yellow, blue", "9  0 to 9             the number keys",
+             "10  l                  log lines and commands, or not",
+             "11  Ctrl-L             draw anew", "12  Ctrl-C             end at once",
+             "13  mouse, wheel       a row or a key, up and down"}));
 }
 
 TEST_F(TelevisionTest, AnyKeyOrClickEndsTheHelpAndDoesNothingElse) {
   const std::string before = screen();
   for (const char* action : {action::kHelp, action::kLog, action::kLast, "ok", "row:1", ""}) {
     television_.take(action::kHelp);
-    EXPECT_EQ(clicks(picture()), std::vector<std::string>{"help 0,0 64x20"});
+    EXPECT_EQ(clicks(picture()), Lines{"help 0,0 64x20"});
     EXPECT_EQ(television_.take(action), "") << action;
     EXPECT_EQ(screen(), before) << action;
   }
@@ -121,30 +110,19 @@ TEST_F(TelevisionTest, LogTakesAThirdOfTheTerminalAndGoesAgain) {
   }
   EXPECT_EQ(screen(), before);
   EXPECT_EQ(television_.take(action::kLog), "");
-  EXPECT_EQ(screen(), R"(
-┌─ Stowline ───────────────────────────────────────────────────┐
-│ > Backup                                                     │
-│   Restore                                                    │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-│                                                              │
-└──────────────────────────────────────────────────────── 1/2 ─┘
-┌─ Log ────────────────────────────────────────────────────────┐
-│$ command 1                                                   │
-│$ command 2                                                   │
-│$ command 3                                                   │
-│$ command 4                                                   │
-└──────────────────────────────────────────────────────────────┘
- [red] Exit
- Enter OK   Esc Exit   l Log   ? Help
-)");
+  EXPECT_EQ(boxes(picture().canvas),
+            (std::vector<Lines>{{"0,0 64x12 Stowline, 1/2", "1  > Backup", "2    Restore"},
+                                {"0,12 64x6 Log", "1 $ command 1", "2 $ command 2", "3 $ command 3",
+                                 "4 $ command 4"}}));
   EXPECT_EQ(television_.take(action::kLog), "");
   EXPECT_EQ(screen(), before);
+}
+
+TEST_F(TelevisionTest, WhileSomethingRunsNoKeysForTheGuiAreOffered) {
+  television_.show(frame({{"text", ""}, {"running", true}}), kStart);
+  EXPECT_EQ(clicks(picture()), (Lines{"log 1,19 5x1", "help 9,19 6x1"}));
+  television_.show(frame({{"text", ""}, {"running", false}}), kStart);
+  EXPECT_EQ(lastLine(), kHints);
 }
 
 TEST_F(TelevisionTest, NoticeStandsInTheLastLineUntilTheNextKey) {
