@@ -59,29 +59,35 @@ void openStowline(bool keep_open) {
   _exit(127);
 }
 
-[[noreturn]] void runChild(const std::function<void()>& body, std::FILE* output,
-                           std::FILE* errors) {
+/// Becomes the program `argv`, as this account.
+[[noreturn]] void runChild(const std::vector<std::string>& argv, uid_t user, gid_t group,
+                           std::FILE* output, std::FILE* errors) {
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   dup2(nothing, STDIN_FILENO);
   dup2(fileno(output), STDOUT_FILENO);
   dup2(fileno(errors), STDERR_FILENO);
   try {
-    body();
+    if (seteuid(getuid()) != 0) _exit(EXIT_FAILURE);
+    openStowline(argv[0] != kStowline);
+    becomeForGood(user, group);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     _exit(EXIT_FAILURE);
   }
-  std::fflush(stdout);
-  _exit(EXIT_SUCCESS);
+  execute(argv);
 }
 
-Outcome runInChild(const std::function<void()>& body) {
+}  // namespace
+
+Outcome run(const std::vector<std::string>& argv) {
   const TemporaryFile output = temporaryFile();
   const TemporaryFile errors = temporaryFile();
   std::fflush(stdout);
+  const uid_t user = geteuid();
+  const gid_t group = getegid();
   const pid_t child = fork();
   if (child < 0) throw std::system_error(errno, std::generic_category(), "fork");
-  if (child == 0) runChild(body, output.get(), errors.get());
+  if (child == 0) runChild(argv, user, group, output.get(), errors.get());
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
@@ -89,28 +95,10 @@ Outcome runInChild(const std::function<void()>& body) {
           contentOf(output.get()), contentOf(errors.get())};
 }
 
-}  // namespace
-
-Outcome run(const std::vector<std::string>& argv) {
-  return runInChild([&argv, user = geteuid(), group = getegid()] {
-    if (seteuid(getuid()) != 0) _exit(EXIT_FAILURE);
-    openStowline(argv[0] != kStowline);
-    becomeForGood(user, group);
-    execute(argv);
-  });
-}
-
 std::vector<std::string> withoutLeakCheck(const std::vector<std::string>& wrapper) {
   std::vector<std::string> argv = {"env", "ASAN_OPTIONS=detect_leaks=0"};
   argv.insert(argv.end(), wrapper.begin(), wrapper.end());
   return argv;
-}
-
-Outcome runForked(const std::function<void()>& body) {
-  return runInChild([&body, user = geteuid(), group = getegid()] {
-    becomeForGood(user, group);
-    body();
-  });
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

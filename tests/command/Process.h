@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,10 +23,6 @@ Outcome run(const std::vector<std::string>& argv);
 /// check for leaks, which needs /proc: a command that moves to where there is none can only do
 /// without.
 std::vector<std::string> withoutLeakCheck(const std::vector<std::string>& wrapper);
-
-/// Calls `body` in a process of its own, as the account that the test program acts as. What it
-/// raises is printed as its errors, with status 1.
-Outcome runForked(const std::function<void()>& body);
 
 /// Cuts a text into its lines, without their newlines.
 std::vector<std::string> linesOf(const std::string& text);
