@@ -37,7 +37,8 @@ class DoctorTest : public DeskTest {
   }
 };
 
-TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYet) {
+TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYetAndNothingStaysBehind) {
+  const Snapshot before = receiver().content();
   const auto found = findings();
   Strings names;
   for (const auto& [name, finding] : found) {
@@ -50,6 +51,15 @@ TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYet) {
             (Strings{"clock", "last good configuration", "last good plugins", "last good settings",
                      "medium", "model", "package manager", "room", "tar's exclusions", "tools"}));
   EXPECT_EQ(found.at("model"), "ok: solo2");
+
+  const Outcome table = examine({"--quiet"});
+  EXPECT_EQ(table.status, 0);
+  EXPECT_EQ(table.output,
+            "CHECK                    STATE    FOUND\n"
+            "last good settings       warning  there is none\n"
+            "last good configuration  warning  there is none\n"
+            "last good plugins        warning  there is none\n");
+  EXPECT_EQ(receiver().content(), before);
 }
 
 TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
@@ -66,73 +76,58 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
       << settings;
   EXPECT_EQ(found.at("last good plugins"),
             "ok: " + receiver().backup("pluginlist", ".lst") + ", less than a day old");
-  EXPECT_EQ(found.at("last good configuration"),
-            "ok: " + receiver().backup("configuration", ".tar.gz") + ", less than a day old");
+  const std::string configuration = receiver().backup("configuration", ".tar.gz");
+  EXPECT_EQ(found.at("last good configuration"), "ok: " + configuration + ", less than a day old");
+
+  receiver().write(kBackups + "/" + configuration + "_user_files", "damaged");
+  EXPECT_EQ(findings().at("last good configuration"),
+            "warning: there is none; not sound is the newer " + configuration);
 }
 
-TEST_F(DoctorTest, OddEntriesOnTheMediumDoNotEndTheExamination) {
+TEST_F(DoctorTest, OddEntriesDoNotEndTheExaminationAndOneFromTheFutureMeansAWrongClock) {
   receiver().write(kBackups + "/settings_20240301_07-04_solo2.tar.gz/in it", "");
   fs::create_symlink("nowhere", receiver().at(kBackups) / "settings_20240302_07-04_solo2.tar.gz");
-  EXPECT_EQ(findings().at("last good settings"), "warning: there is none");
+  receiver().write(kBackups + "/pluginlist_29991231_23-59_solo2.lst", "enigma2-plugin-one\n");
+  const auto found = findings();
+  EXPECT_EQ(found.at("last good settings"), "warning: there is none");
+  const std::string clock = found.at("clock");
+  EXPECT_TRUE(clock.starts_with("warning: 2")) << clock;
+  EXPECT_TRUE(clock.ends_with(" is before the newest backup, 2999-12-31 23:59")) << clock;
 }
 
-TEST_F(DoctorTest, BackupWithADamagedCompanionIsNotSound) {
-  receiver().play("backup", "select:configurations ok ok");
-  const std::string companion = receiver().backup("configuration", "_user_files");
-  receiver().write(kBackups + "/" + companion, "damaged");
-  const std::string found = findings().at("last good configuration");
-  EXPECT_EQ(found, "warning: there is none; not sound is the newer " +
-                       receiver().backup("configuration", ".tar.gz"));
-}
-
-TEST_F(DoctorTest, ModelThatCannotBePartOfANameIsAFailure) {
-  for (const char* model : {"", "a b", "../x", "box;reboot"}) {
-    receiver().write("/proc/stb/info/model", std::string(model) + "\n");
-    EXPECT_EQ(findings().at("model"),
-              std::string("failed: '") + model + "' cannot be the model of a receiver");
-  }
-}
-
-TEST_F(DoctorTest, TarThatDoesNotHonourExclusionsAfterTheFilesIsWarnedOf) {
+TEST_F(DoctorTest, ModelAndToolsThatDoNotServeAreNamed) {
+  receiver().write("/proc/stb/info/model", "box;reboot\n");
   // As GNU tar does it.
   receiver().replaceTool(
       "/bin/tar",
       "args=; while [ $# -gt 0 ]; do case $1 in --exclude) shift ;; *) args=\"$args $1\" ;; "
       "esac; shift; done; exec /bin/tar.real $args");
-  EXPECT_EQ(findings().at("tar's exclusions"),
+  const auto odd = findings();
+  EXPECT_EQ(odd.at("model"), "failed: 'box;reboot' cannot be the model of a receiver");
+  EXPECT_EQ(odd.at("tar's exclusions"),
             "warning: not honoured after the file list: configuration backups will hold channel "
             "data and keys");
-}
 
-TEST_F(DoctorTest, BrokenToolsAreNamed) {
   receiver().replaceTool("/bin/tar", "exit 1");
   receiver().replaceTool("/usr/bin/opkg", "echo 'cannot lock' >&2; exit 255");
   fs::remove(receiver().at("/bin/grep"));
   fs::remove(receiver().at("/etc/init.d/networking"));
-  const auto found = findings();
-  EXPECT_EQ(found.at("tools"), "failed: missing: grep /etc/init.d/networking");
-  EXPECT_EQ(found.at("package manager"), "failed: opkg does not answer: cannot lock");
-  EXPECT_TRUE(found.at("tar's exclusions").starts_with("failed: "));
+  const auto broken = findings();
+  EXPECT_EQ(broken.at("tools"), "failed: missing: grep /etc/init.d/networking");
+  EXPECT_EQ(broken.at("package manager"), "failed: opkg does not answer: cannot lock");
+  EXPECT_TRUE(broken.at("tar's exclusions").starts_with("failed: "));
 }
 
-TEST_F(DoctorTest, BackupFromTheFutureMeansAClockThatIsWrong) {
-  const std::string name = "pluginlist_29991231_23-59_solo2.lst";
-  receiver().write(kBackups + "/" + name, "enigma2-plugin-one\n");
-  const std::string clock = findings().at("clock");
-  EXPECT_TRUE(clock.starts_with("warning: 2")) << clock;
-  EXPECT_TRUE(clock.ends_with(" is before the newest backup, 2999-12-31 23:59")) << clock;
-}
-
-TEST_F(DoctorTest, MediumThatIsNotMountedIsAFailureAndNothingElseIsSaidOfIt) {
+TEST_F(DoctorTest, MediumThatIsNotMountedTooSmallOrReadOnlyIsSaid) {
+  const std::string mounts = receiver().read("/proc/mounts");
   receiver().write("/proc/mounts", "rootfs / rootfs rw 0 0\n");
-  const auto found = findings();
-  EXPECT_EQ(found.at("medium"), "failed: the medium /media/hdd is not mounted");
-  EXPECT_EQ(found.size(), 5U);
-}
+  const auto not_mounted = findings();
+  EXPECT_EQ(not_mounted.at("medium"), "failed: the medium /media/hdd is not mounted");
+  EXPECT_EQ(not_mounted.size(), 5U) << "nothing else can be said of it";
 
-TEST_F(DoctorTest, MediumThatIsTooSmallOrReadOnlyIsSaid) {
   const fs::path usb = receiver().at("/media/usb");
   if (const auto reason = whyNoMounts(usb)) GTEST_SKIP() << *reason;
+  receiver().write("/proc/mounts", mounts);
   receiver().write("/etc/enigma2/settings",
                    "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
   const auto small = findings(inMountNamespace(mountSmall(usb, "size=100k")));
@@ -141,22 +136,6 @@ TEST_F(DoctorTest, MediumThatIsTooSmallOrReadOnlyIsSaid) {
   const auto read_only = findings(inMountNamespace(mountReadOnly(usb)));
   EXPECT_EQ(read_only.at("medium"),
             "failed: /media/usb/qor-stowline cannot be written: Read-only file system");
-}
-
-TEST_F(DoctorTest, NothingStaysBehind) {
-  const Snapshot before = receiver().content();
-  examine();
-  EXPECT_EQ(receiver().content(), before);
-}
-
-TEST_F(DoctorTest, TableNamesWhatIsNotWellAndQuietNothingElse) {
-  const Outcome outcome = examine({"--quiet"});
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.output,
-            "CHECK                    STATE    FOUND\n"
-            "last good settings       warning  there is none\n"
-            "last good configuration  warning  there is none\n"
-            "last good plugins        warning  there is none\n");
 }
 
 }  // namespace

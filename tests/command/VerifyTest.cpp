@@ -38,12 +38,14 @@ class VerifyTest : public ReceiverTest {
   }
 };
 
-TEST_F(VerifyTest, EveryBackupOfTheMenuIsSound) {
+TEST_F(VerifyTest, EveryBackupOfTheMenuIsSoundAndNothingIsWritten) {
   const std::string settings = backup("settings", ".tar.gz");
   const std::string configuration = backup("configuration", ".tar.gz");
   const std::string user_files = backup("configuration", "_user_files");
   const std::string plugins = backup("pluginlist", ".lst");
+  const Snapshot before = receiver().content();
   const Outcome outcome = verify({"--json", settings, configuration, user_files, plugins});
+  EXPECT_EQ(receiver().content(), before);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.errors, "");
   Json expected = Json::array();
@@ -67,7 +69,7 @@ TEST_F(VerifyTest, EveryBackupOfTheMenuIsSound) {
   EXPECT_EQ(Json::parse(outcome.output), expected);
 }
 
-TEST_F(VerifyTest, WhatIsDamagedAndWhereIsSaidAndTheOthersAreReadAllTheSame) {
+TEST_F(VerifyTest, WhatIsDamagedOrMisplacedIsSaidAndTheOthersAreReadAllTheSame) {
   const std::string whole = backup("settings", ".tar.gz");
   const std::string cut = receiver().outside() / "settings_cut.tar.gz";
   writeFile(cut, readFile(whole).substr(0, 100));
@@ -82,31 +84,20 @@ TEST_F(VerifyTest, WhatIsDamagedAndWhereIsSaidAndTheOthersAreReadAllTheSame) {
                           ": cannot be read: No such file or directory: '" +
                           std::string(receiver().outside() / "none") + "'");
   EXPECT_TRUE(lines[3].starts_with(whole + ": sound, settings, ")) << lines[3];
-}
 
-TEST_F(VerifyTest, QuietNamesOnlyWhatIsNotSound) {
-  const std::string whole = backup("settings", ".tar.gz");
-  EXPECT_EQ(verify({"--quiet", whole}).output, "");
-  const Outcome outcome = verify({"--quiet", whole, "/dev/null", "/"});
-  EXPECT_EQ(outcome.output,
+  const Outcome quiet = verify({"--quiet", whole, "/dev/null", "/"});
+  EXPECT_EQ(quiet.output,
             "/dev/null: cannot be read: it is no regular file\n"
             "/: cannot be read: it is no regular file\n");
-  EXPECT_EQ(outcome.errors, "stowline: 2 of 3 not sound\n");
-}
+  EXPECT_EQ(quiet.errors, "stowline: 2 of 3 not sound\n");
 
-TEST_F(VerifyTest, KindSaysWhichPlacesAnArchiveMayHold) {
+  // The kind, which the name says, is which places an archive may hold.
   const std::string renamed = receiver().outside() / "settings_renamed.tar.gz";
   fs::copy_file(backup("configuration", "_user_files"), renamed);
-  const Outcome outcome = verify({renamed});
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_NE(outcome.output.find("usr/share/enigma2/AtileHD/colors_atile_"), std::string::npos)
-      << outcome.output;
-}
-
-TEST_F(VerifyTest, NothingIsWritten) {
-  const Snapshot before = receiver().content();
-  verify({backup("settings", ".tar.gz"), backup("configuration", ".tar.gz")});
-  EXPECT_EQ(receiver().content(), before);
+  const Outcome misplaced = verify({renamed});
+  EXPECT_EQ(misplaced.status, 1);
+  EXPECT_NE(misplaced.output.find("usr/share/enigma2/AtileHD/colors_atile_"), std::string::npos)
+      << misplaced.output;
 }
 
 TEST(VerifyRefusals, WithoutAFileOneLineSaysWhatIsMissing) {
