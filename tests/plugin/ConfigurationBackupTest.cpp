@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "tests/plugin/BackupTest.h"
 
 namespace stowline {
@@ -39,14 +37,6 @@ TEST_F(ConfigurationBackup, ArchivesThePlacesThenTheExclusionsAndNoMoreWithoutUs
   EXPECT_EQ(actions.configfile, kArchive);
 }
 
-TEST_F(ConfigurationBackup, HoldsThirtyTwoPlacesAndEightExclusions) {
-  actions.createConfigFile();
-  const std::string record_text = record.take();
-  const auto begin = record_text.find("os.system(");
-  const std::string command = record_text.substr(begin, record_text.find('\n', begin) - begin);
-  EXPECT_EQ(std::count(command.begin(), command.end(), ' '), 2 + 32 + 2 * 8);
-}
-
 TEST_F(ConfigurationBackup, ArchivesTheUserFilesOfBothSkinsBesideIt) {
   addUserFiles();
   EXPECT_EQ(described(actions.createConfigFile()), "True");
@@ -57,14 +47,6 @@ TEST_F(ConfigurationBackup, ArchivesTheUserFilesOfBothSkinsBesideIt) {
                        "_user_files /usr/share/enigma2/AtileHD/colors_atile_mine.xml "
                        "/usr/share/enigma2/vfd_skin/skin_vfd_mine.xml") +
                 fileExists(kArchive));
-}
-
-TEST_F(ConfigurationBackup, DeletesAnArchiveOfTheSameNameFirst) {
-  host.system.addFile(kArchive);
-  EXPECT_EQ(described(actions.createConfigFile()), "True");
-  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) + system("rm -f " + kArchive) +
-                               system(support::configurationBackupCommand(kArchive)) +
-                               noUserFiles() + fileExists(kArchive));
 }
 
 TEST_F(ConfigurationBackup, KeepsAnOlderUserFilesArchiveOfTheSameName) {
@@ -90,21 +72,6 @@ TEST_F(ConfigurationBackup, FailedUserFilesArchiveIsNotReported) {
   };
   EXPECT_EQ(described(actions.createConfigFile()), "True");
   EXPECT_FALSE(host.system.has(kArchive + "_user_files"));
-}
-
-TEST_F(ConfigurationBackup, WritesNoneForADirectoryThatCouldNotBeHad) {
-  journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"OSError", "gone", 5});
-  has_room = false;
-  addUserFiles();
-  const std::string archive = "None/configuration_ver_c_20240305_07-04_solo2.tar.gz";
-  EXPECT_EQ(described(actions.createConfigFile()), "False");
-  EXPECT_EQ(record.take(),
-            backupDirectory() + fileExists(archive) +
-                system(support::configurationBackupCommand(archive)) + kBothSkinsSearched +
-                system("tar czf " + archive +
-                       "_user_files /usr/share/enigma2/AtileHD/colors_atile_mine.xml "
-                       "/usr/share/enigma2/vfd_skin/skin_vfd_mine.xml") +
-                fileExists(archive));
 }
 
 }  // namespace

@@ -51,27 +51,6 @@ TEST_F(Confirmation, TitleIsNeverTranslatedAndTheOtherTextsAre) {
   EXPECT_EQ(opened->peer.text("messagetext"), "Holen: archive.tar.gz\n\nNeustart!");
 }
 
-TEST_F(Confirmation, ShowsTheBackupAndTheWarningWhenTheLayoutIsComplete) {
-  Opened<StowlineHelpScreen> screen(*this, "archive.tar.gz", "/archive.tar.gz");
-  record.take();
-  screen.peer.finishLayout();
-  EXPECT_EQ(record.take(), block(R"(
-_("Are you sure you want to restore\nfollowing backup:\n")
-_("\nSystem will restart after the restore!")
-self["messagetext"].setText("Are you sure you want to restore\nfollowing backup:\narchive.tar.gz\n\n\nSystem will restart after the restore!")
-)"));
-}
-
-TEST_F(Confirmation, ToleratesASkinWithoutATitleWithALineInTheLog) {
-  const std::string widgetSet = "self[\"title\"] = StaticText(\"Qor Stowline\")";
-  journal.failOn(widgetSet, {"SkinError", "no title"});
-  const Opened<StowlineHelpScreen> screen(*this, "archive.tar.gz", "/archive.tar.gz");
-  std::string operations = confirmationOpened();
-  operations.insert(operations.find(widgetSet) + widgetSet.size() + 1,
-                    print("self[\"title\"] was not found in skin"));
-  EXPECT_EQ(record.take(), operations);
-}
-
 TEST_F(Confirmation, RedAndCancelCloseItWithNothingDone) {
   for (const char* key : {"red", "cancel"}) {
     SCOPED_TRACE(key);
@@ -90,65 +69,6 @@ TEST_F(Confirmation, GreenAndOkRestoreAndLeaveItOpen) {
     EXPECT_EQ(record.take(), configurationRestored({.archive = kVerC}));
     EXPECT_FALSE(opened->peer.closed);
   }
-}
-
-TEST_F(Confirmation, CurrentArchivePrintsNothingAndStartsWithThePictures) {
-  open(kVerC);
-  opened->screen.keyGo();
-  EXPECT_EQ(record.take(), block(R"(
-fileExists("/media/hdd/qor-stowline/configuration_ver_c_1_solo2.tar.gz_atile_hd")
-fileExists("/media/hdd/qor-stowline/configuration_ver_c_1_solo2.tar.gz_user_files")
-fileExists("/proc/stb/vmpeg/0/dst_width")
-os.system("mkdir -p /usr/share/enigma2/skin_default/spinner/tmp")
-os.system("mv /usr/share/enigma2/skin_default/spinner/*.png /usr/share/enigma2/skin_default/spinner/tmp")
-os.system("/etc/init.d/current_cam.sh stop ; tar -xzf /media/hdd/qor-stowline/configuration_ver_c_1_solo2.tar.gz -C /")
-os.system("echo \"[Qor Stowline] syncing ...\" ;  /bin/sync ; sleep 1")
-os.system("if [ ! -f /usr/share/enigma2/skin_default/spinner/wait1.png ] ; then  mv /usr/share/enigma2/skin_default/spinner/tmp/*.png /usr/share/enigma2/skin_default/spinner ; fi ; rm -rf /usr/share/enigma2/skin_default/spinner/tmp")
-os.system("rm -rf /.qws")
-os.system("if [ ! -L \"/etc/resolv.conf\" ] ; then rm /var/run/resolv.conf ; mv /etc/resolv.conf /var/run/resolv.conf ; ln -s /var/run/resolv.conf /etc/resolv.conf ; fi")
-os.system("/etc/init.d/networking stop ; /etc/init.d/networking start ; /etc/init.d/current_cam.sh start ; killall -9 enigma2")
-)"));
-}
-
-TEST_F(Confirmation, OldArchiveKeepsAccountsAndSambaAndRemovesThePasswdCopyTwice) {
-  host.system.addFile("/etc/samba/smb.conf");
-  for (const char* companion : {"_atile_hd", "_user_files"}) host.system.addFile(kVerA + companion);
-  host.system.addFile("/proc/stb/vmpeg/0/dst_width");
-  open(kVerA);
-  opened->screen.keyGo();
-  EXPECT_EQ(record.take(), block(R"(
-print("[Qor Stowline] do not restore old OE tree configuration files")
-os_path.exists("/etc/samba/smb.conf")
-print("[Qor Stowline] do not restore old samba configuration")
-fileExists("/media/hdd/qor-stowline/configuration_ver_a_1_solo2.tar.gz_atile_hd")
-fileExists("/media/hdd/qor-stowline/configuration_ver_a_1_solo2.tar.gz_user_files")
-os_path.exists("/etc/samba/smb.conf")
-print("[Qor Stowline] restore installed smb.conf")
-fileExists("/proc/stb/vmpeg/0/dst_width")
-os.system("cat /etc/fstab > /etc/fstab_backup")
-os.system("cat /etc/passwd > /etc/passwd_backup")
-os.system("cat /etc/shadow > /etc/shadow_backup")
-os.system("cat /etc/samba/smb.conf > /etc/samba/smb_backup")
-os.system("mkdir -p /usr/share/enigma2/skin_default/spinner/tmp")
-os.system("mv /usr/share/enigma2/skin_default/spinner/*.png /usr/share/enigma2/skin_default/spinner/tmp")
-os.system("/etc/init.d/current_cam.sh stop ; tar -xzf /media/hdd/qor-stowline/configuration_ver_a_1_solo2.tar.gz -C /")
-os.system("tar -xzf /media/hdd/qor-stowline/configuration_ver_a_1_solo2.tar.gz_atile_hd -C /")
-os.system("tar -xzf /media/hdd/qor-stowline/configuration_ver_a_1_solo2.tar.gz_user_files -C /")
-os.system("echo \"[Qor Stowline] syncing ...\" ;  /bin/sync ; sleep 1")
-os.system("if [ ! -f /usr/share/enigma2/skin_default/spinner/wait1.png ] ; then  mv /usr/share/enigma2/skin_default/spinner/tmp/*.png /usr/share/enigma2/skin_default/spinner ; fi ; rm -rf /usr/share/enigma2/skin_default/spinner/tmp")
-os.system("rm -rf /.qws")
-os.system("if [ ! -L \"/etc/resolv.conf\" ] ; then rm /var/run/resolv.conf ; mv /etc/resolv.conf /var/run/resolv.conf ; ln -s /var/run/resolv.conf /etc/resolv.conf ; fi")
-os.system("cat /etc/samba/smb_backup > /etc/samba/smb.conf ; rm /etc/samba/smb_backup")
-os.system("cat /etc/fstab_backup > /etc/fstab ; rm /etc/fstab_backup")
-os.system("cat /etc/passwd_backup > /etc/passwd ; rm /etc/passwd_backup")
-os.system("cat /etc/shadow_backup > /etc/shadow ; rm /etc/passwd_backup")
-os.system("chmod -x /etc/auto.network")
-os.system("echo 00000000 > /proc/stb/vmpeg/0/dst_height")
-os.system("echo 00000000 > /proc/stb/vmpeg/0/dst_left")
-os.system("echo 00000000 > /proc/stb/vmpeg/0/dst_top")
-os.system("echo 00000000 > /proc/stb/vmpeg/0/dst_width")
-os.system("/etc/init.d/networking stop ; /etc/init.d/networking start ; /etc/init.d/current_cam.sh start ; killall -9 enigma2")
-)"));
 }
 
 struct Rank {
@@ -214,13 +134,6 @@ TEST_F(Confirmation, SambaIsTestedBeforeAnyCommandRuns) {
   open(kVerB);
   opened->screen.keyGo();
   EXPECT_EQ(record.take(), configurationRestored({.archive = kVerB, .tests_samba = true}));
-}
-
-TEST_F(Confirmation, ResetsTheVideoWindowWhereThereIsOne) {
-  host.system.addFile("/proc/stb/vmpeg/0/dst_width");
-  open(kVerC);
-  opened->screen.keyGo();
-  EXPECT_EQ(record.take(), configurationRestored({.archive = kVerC, .has_video_window = true}));
 }
 
 TEST_F(Confirmation, RunsEveryCommandWhateverTheOthersReturn) {

@@ -18,17 +18,6 @@ struct Deleting : RestoreListTest {
 
 const std::string kNewer = kDirectory + "/configuration_2.tar.gz";
 
-TEST_F(Deleting, AsksWithTheNameJoinedToTheTextBeforeTranslation) {
-  ask();
-  EXPECT_EQ(record.take(), block(R"(
-self["filelist"].getCurrent()
-_("Are you sure you want to delete\nfollowing backup:\nconfiguration_2.tar.gz")
-session.openWithCallback(startDelete, MessageBox, "Are you sure you want to delete\nfollowing backup:\nconfiguration_2.tar.gz")
-)"));
-  EXPECT_EQ(described(list().sel), "\"configuration_2.tar.gz\"");
-  EXPECT_EQ(described(list().val), quoted(kNewer));
-}
-
 TEST_F(Deleting, TranslatesTheJoinedTextAndNotTheFixedTextAlone) {
   host.translations = {
       {"Are you sure you want to delete\nfollowing backup:\n", "wrong"},
@@ -54,12 +43,6 @@ TEST_F(Deleting, SkipsAFileThatVanishedMeanwhileAndListsAfresh) {
   session.answer(true);
   EXPECT_EQ(record.take(), exists(kNewer) + listed({"configuration_1.tar.gz"}));
   EXPECT_FALSE(list().exe);
-}
-
-TEST_F(Deleting, TheNumberOneIsAYesToo) {
-  ask();
-  session.answer(1);
-  EXPECT_FALSE(host.system.has(kNewer));
 }
 
 TEST_F(Deleting, AnyAnswerButYesChangesNothing) {

@@ -75,15 +75,6 @@ TEST_F(Housekeeping, DeletesCompanionsWithTheirArchiveAndNeverCountsThem) {
                                removed("configuration_ver_c_1_solo2.auto.tar.gz_user_files"));
 }
 
-TEST_F(Housekeeping, LeavesThreeOfAKindWithTheirCompanionsAlone) {
-  for (const char* day : {"1", "2", "3"}) {
-    const std::string name = "configuration_ver_c_" + std::string(day) + "_solo2.auto.tar.gz";
-    addFiles({name, name + "_user_files"});
-  }
-  actions.houseKeeping();
-  EXPECT_EQ(record.take(), kCollected);
-}
-
 TEST_F(Housekeeping, NeverDeletesAnOrphanedCompanion) {
   for (const char* day : {"1", "2", "3", "4", "5"}) {
     const std::string name = "configuration_ver_c_" + std::string(day) + "_solo2.auto.tar.gz";
@@ -153,28 +144,6 @@ TEST_F(Housekeeping, UsesTheModelOfTheObjectWhateverItsType) {
   EXPECT_EQ(record.take(), kCollected + removed("settings_1_duo2.auto.tar.gz") +
                                skipped("settings_1_duo2.auto.tar.gz_atile_hd") +
                                skipped("settings_1_duo2.auto.tar.gz_user_files"));
-}
-
-TEST_F(Housekeeping, DoesNothingInAnEmptyDirectory) {
-  actions.houseKeeping();
-  EXPECT_EQ(record.take(), kCollected);
-}
-
-TEST_F(Housekeeping, StopsWithoutABackupDirectory) {
-  journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"OSError", "gone", 5});
-  actions.houseKeeping();
-  EXPECT_EQ(record.take(), backupDirectory());
-}
-
-TEST_F(Housekeeping, FailedDeletionEndsItAndEarlierDeletionsStayDone) {
-  for (const char* day : {"1", "2", "3", "4", "5"}) {
-    addFiles({"settings_" + std::string(day) + "_solo2.auto.tar.gz"});
-  }
-  journal.failOn("os.remove(\"" + kDirectory + "/settings_1_solo2.auto.tar.gz\")",
-                 {"OSError", "is a directory", 21});
-  EXPECT_THROW(actions.houseKeeping(), host::Error);
-  EXPECT_FALSE(host.system.has(kDirectory + "/settings_2_solo2.auto.tar.gz"));
-  EXPECT_TRUE(host.system.has(kDirectory + "/settings_1_solo2.auto.tar.gz"));
 }
 
 }  // namespace

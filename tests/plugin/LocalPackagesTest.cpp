@@ -54,17 +54,6 @@ TEST_F(LocalPackages, AreQueuedEvenWhenTheirPackageIsInstalled) {
   EXPECT_EQ(menu().pluginsinstalledclean, (Lines{"a", "a.ipk", "enigma2-plugin-extensions-a"}));
 }
 
-TEST_F(LocalPackages, AreSkippedWithALineWhenAnInstalledPackageHasTheirWholePathForAName) {
-  host.system.outputs[kInstalledPlugins] = {kPlugins + "/a.ipk\n"};
-  host.system.addDirectory(kPlugins, {"a.ipk", "b.ipk"});
-  start();
-  send(host::IpkgEvent::EVENT_DONE);
-  EXPECT_EQ(record.take(),
-            backupDirectory() + kQueried + exists(kPlugins) + listdir(kPlugins) +
-                print("[QOR-Stowline] Plugin " + kPlugins + "/a.ipk is already installed") +
-                screenOpened({"b.ipk"}));
-}
-
 TEST_F(LocalPackages, AreQueuedAgainByASecondInstallationOfTheSameMenu) {
   host.system.addDirectory(kPlugins, {"a.ipk"});
   start();
@@ -84,12 +73,6 @@ TEST_F(LocalPackages, OpenNoScreenWhenThereIsNone) {
   start();
   send(host::IpkgEvent::EVENT_DONE);
   EXPECT_EQ(record.take(), backupDirectory() + kQueried + exists(kPlugins) + listdir(kPlugins));
-}
-
-TEST_F(LocalPackages, DoNothingWithoutTheirDirectory) {
-  start();
-  send(host::IpkgEvent::EVENT_DONE);
-  EXPECT_EQ(record.take(), backupDirectory() + kQueried + exists(kPlugins));
 }
 
 TEST_F(LocalPackages, SayWhenTheMediumIsNotWriteableWithoutAnyTitle) {
@@ -134,13 +117,6 @@ TEST_F(LocalPackages, FailedRefreshEndsInTheMissingSetStatus) {
   }
   EXPECT_EQ(record.take(), "self.setStatus(\"error\")\n");
   EXPECT_EQ(menu().restoretype, "installlocalplugin");
-}
-
-TEST_F(LocalPackages, FailedRefreshCallsSetStatusWhereSomebodyDefinedIt) {
-  start();
-  peer().operations.insert("setStatus");
-  send(host::IpkgEvent::EVENT_ERROR);
-  EXPECT_EQ(record.take(), "self.setStatus(\"error\")\n");
 }
 
 }  // namespace

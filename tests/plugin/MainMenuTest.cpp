@@ -59,13 +59,6 @@ TEST_F(MainMenu, OwnsOneManualBackupObject) {
   EXPECT_EQ(actions.executiontime, kStamp);
 }
 
-TEST_F(MainMenu, IsEmptyUntilTheLayoutIsComplete) {
-  Opened<Stowline> menu(*this, "/plugin", "backup");
-  EXPECT_TRUE(menu.peer.widget<RecordingList>("menu").entries.empty());
-  menu.peer.finishLayout();
-  EXPECT_EQ(menu.peer.widget<RecordingList>("menu").entries.size(), 4u);
-}
-
 TEST_F(MainMenu, ShowsTheMediumThenTheEntriesOfItsFlavour) {
   for (const char* type : {"backup", "restore"}) {
     Opened<Stowline> menu(*this, "/plugin", type);
@@ -75,26 +68,6 @@ TEST_F(MainMenu, ShowsTheMediumThenTheEntriesOfItsFlavour) {
     EXPECT_EQ(bracketed(menu.screen.list),
               bracketed(menu.peer.widget<RecordingList>("menu").entries));
   }
-}
-
-TEST_F(MainMenu, ListsTheEntryKeysInDisplayOrder) {
-  const auto keys = [this] {
-    std::string text;
-    for (const host::Value& row : menu().list) text += row.list()->front().str() + " ";
-    return text;
-  };
-  openMenu("backup");
-  EXPECT_EQ(keys(), "path createpluginlist settingbackup configbackup ");
-  openMenu("restore");
-  EXPECT_EQ(keys(),
-            "path installpluginlist settingrestore configrestore installlocalplugin "
-            "personalscript ");
-}
-
-TEST_F(MainMenu, ShowsTheStoredMediumAsItStandsDoubledSlashIncluded) {
-  openMenu("restore");
-  EXPECT_EQ(menu().list[0].list()->at(1).str(), "Backup/restore device : /media/hdd/");
-  EXPECT_EQ(menu().list[4].list()->at(2).str(), "from /media/hdd//qor-stowline/plugins");
 }
 
 TEST_F(MainMenu, ReadsTheMediumAfreshEachTimeItIsBuilt) {
@@ -131,17 +104,6 @@ TEST_F(MainMenu, IsBuiltWithoutAPictureThatIsMissing) {
   EXPECT_EQ(described(rows().entries[3]),
             "(\"configbackup\", \"Backup configurations\", \"save common configurations for GUI, "
             "plugins and softcams\", None, None)");
-}
-
-TEST_F(MainMenu, ToleratesASkinWithoutATitleWithALineInTheLog) {
-  const std::string widgetSet = "self[\"title\"] = StaticText(\"QOR Stowline (Backup)\")";
-  journal.failOn(widgetSet, {"SkinError", "no title"});
-  const Opened<Stowline> menu(*this, "/plugin", "backup");
-  std::string operations = menuOpened("backup");
-  operations.insert(operations.find(widgetSet) + widgetSet.size() + 1,
-                    print("self[\"title\"] was not found in skin"));
-  EXPECT_EQ(record.take(), operations);
-  EXPECT_EQ(menu.screen.title, "QOR Stowline (Backup)");
 }
 
 struct MenuKey {

@@ -38,11 +38,6 @@ TEST_F(MediumChoice, OffersTheMountedMediaInTheTablesOrder) {
             kSelected + kNoAutomounts + offered({"/media/usb", "/media/hdd", "/media/usb"}));
 }
 
-TEST_F(MediumChoice, OpensEvenWithNothingToChoose) {
-  choose();
-  EXPECT_EQ(record.take(), kSelected + kNoAutomounts + offered({}));
-}
-
 struct MountLine {
   const char* line;
   std::vector<std::string> offered;
@@ -116,18 +111,6 @@ config.plugins.qorpanel.stowline.save()
 config.save()
 )");
 
-TEST_F(MediumChoice, StoresTheChosenMountPointSavesChecksAndShowsIt) {
-  choose();
-  record.take();
-  session.answer(host::Value::List{"/media/usb", "/media/usb", {}});
-  EXPECT_EQ(record.take(),
-            "config.plugins.qorpanel.stowline.backuprestorepath.value = \"/media/usb\"\n" + kSaved +
-                newBackupDirectory("/media/usb/qor-stowline") +
-                menuCreated("backup", "/media/usb"));
-  EXPECT_EQ(menu().backuprestorepath, "/media/usb/qor-stowline");
-  EXPECT_EQ(rows().entries[0].list()->at(1).str(), "Backup/restore device : /media/usb");
-}
-
 TEST_F(MediumChoice, StoresTheTextFormOfTheSecondItem) {
   choose();
   record.take();
@@ -147,55 +130,12 @@ TEST_F(MediumChoice, AnythingElseThanAChoiceRaisesAndStoresNothing) {
   }
 }
 
-TEST_F(MediumChoice, SavesAndChecksAlsoWhenTheBoxWasLeft) {
-  choose();
-  record.take();
-  session.answer();
-  EXPECT_EQ(record.take(), kSaved + newBackupDirectory() + menuCreated("backup", "/media/hdd/"));
-}
-
-TEST_F(MediumChoice, SaysWhenTheMediumIsNotWriteableWithoutAnyTitleAndKeepsTheSetting) {
-  journal.failOn("os.makedirs(\"/media/usb/qor-stowline\")", {"OSError", "read-only", 30});
-  choose();
-  record.take();
-  session.answer(host::Value::List{"/media/usb", "/media/usb", {}});
-  EXPECT_EQ(record.take(),
-            "config.plugins.qorpanel.stowline.backuprestorepath.value = \"/media/usb\"\n" + kSaved +
-                newBackupDirectory("/media/usb/qor-stowline") +
-                box("Sorry, your backup destination is not writeable.\n\nPlease choose another "
-                    "one.",
-                    "TYPE_INFO") +
-                menuCreated("backup", "/media/usb"));
-  EXPECT_EQ(menu().backuprestorepath, std::nullopt);
-}
-
 TEST_F(MediumChoice, CheckAloneSavesNothing) {
   openMenu("restore");
   host.system.addDirectory(kDirectory);
   menu().checkFolders();
   EXPECT_EQ(record.take(), backupDirectory() + menuCreated("restore", "/media/hdd/"));
   EXPECT_EQ(menu().backuprestorepath, kDirectory);
-}
-
-const std::string kPluginsReloaded = block(R"(
-plugins.clearPluginList()
-resolveFilename(SCOPE_PLUGINS)
-plugins.readPluginList("/usr/lib/enigma2/python/Plugins/")
-)");
-
-TEST_F(MediumChoice, ClosingTheMenuReloadsThePluginsAfterARestoreOfPluginsOnly) {
-  for (const bool restored_plugins : {false, true}) {
-    SCOPED_TRACE(restored_plugins);
-    openMenu("restore");
-    if (restored_plugins) {
-      select("installpluginlist");
-      peer().press("ok");
-      record.take();
-    }
-    peer().press("red");
-    EXPECT_EQ(record.take(), (restored_plugins ? kPluginsReloaded : "") + "close(True)\n");
-    EXPECT_EQ(described(*peer().closed), "True");
-  }
 }
 
 }  // namespace

@@ -8,32 +8,6 @@ using namespace expected;
 
 using MenuActions = MenuTest;
 
-struct RestoreEntry {
-  const char* key;
-  const char* restoretype;
-  bool reloads_plugins;
-};
-
-constexpr RestoreEntry kRestoreEntries[] = {
-    {"installpluginlist", "plugininstall", true},
-    {"settingrestore", "settingrestore", false},
-    {"configrestore", "configrestore", false},
-    {"personalscript", "personalscript", false},
-};
-
-TEST_F(MenuActions, RestoreEntriesOpenTheRestoreListWithTheirModeAndTheMenusSkinPath) {
-  for (const RestoreEntry& entry : kRestoreEntries) {
-    SCOPED_TRACE(entry.key);
-    openMenu("restore");
-    select(entry.key);
-    peer().press("ok");
-    EXPECT_EQ(record.take(), kSelected + "session.open(StowlineRestore, " +
-                                 quoted(entry.restoretype) + ", \"/plugin\")\n");
-    EXPECT_EQ(menu().restoretype, entry.restoretype);
-    EXPECT_EQ(menu().reloadPluginlist, entry.reloads_plugins);
-  }
-}
-
 TEST_F(MenuActions, OpenedRestoreListIsMadeOfTheSameArguments) {
   openMenu("restore");
   select("installpluginlist");
@@ -43,15 +17,6 @@ TEST_F(MenuActions, OpenedRestoreListIsMadeOfTheSameArguments) {
   const auto& list = dynamic_cast<const StowlineRestore&>(*screen);
   EXPECT_EQ(list.restoretype, "plugininstall");
   EXPECT_EQ(list.skin_path, "/plugin");
-}
-
-TEST_F(MenuActions, LocalPackagesBeginWithARefreshOfTheFeedList) {
-  openMenu("restore");
-  select("installlocalplugin");
-  peer().press("ok");
-  EXPECT_EQ(record.take(), kSelected + "ipkg.startCmd(CMD_UPDATE)\n");
-  EXPECT_EQ(menu().restoretype, "installlocalplugin");
-  EXPECT_FALSE(menu().reloadPluginlist);
 }
 
 TEST_F(MenuActions, AnyOtherKeyDoesNothing) {
@@ -153,22 +118,6 @@ TEST_F(MenuActions, BackupJobsReportByWhetherTheirResultEqualsTrue) {
       EXPECT_EQ(menu().restoretype, "");
     }
   }
-}
-
-TEST_F(MenuActions, BackupRunsToItsEndBeforeTheBoxOpens) {
-  openMenu("backup");
-  host.system.addDirectory(kDirectory);
-  const std::string archive = kDirectory + "/settings_" + kStamp + ".tar.gz";
-  host.system.shell = [&](const std::string&) {
-    host.system.addFile(archive);
-    return 0;
-  };
-  select("settingbackup");
-  peer().press("ok");
-  EXPECT_EQ(record.take(),
-            kSelected + backupDirectory() + fileExists(archive) +
-                system(support::settingsBackupCommand(archive)) + fileExists(archive) +
-                box("Settings backup finished succesfully", "TYPE_INFO") + setDialogTitle());
 }
 
 TEST_F(MenuActions, SecondBackupOfTheSameMenuReplacesTheFirst) {

@@ -16,19 +16,6 @@ struct PersonalScript : RestoreListTest {
   }
 };
 
-TEST_F(PersonalScript, AsksBeforeItRuns) {
-  selectScript();
-  EXPECT_EQ(record.take(), block(R"(
-self["filelist"].getCurrent()
-os_path.exists("/media/usb/qor-stowline/restore_net.sh")
-os_stat("/media/usb/qor-stowline/restore_net.sh").st_size
-_("Are you sure you want to run\nfollowing script:\n")
-session.openWithCallback(runScript, MessageBox, "Are you sure you want to run\nfollowing script:\nrestore_net.sh")
-_("QOR Stowline")
-dialog.setTitle("QOR Stowline")
-)"));
-}
-
 TEST_F(PersonalScript, TranslatesTheQuestionWithoutTheName) {
   host.translations = {{"Are you sure you want to run\nfollowing script:\n", "Skript: "}};
   selectScript();
@@ -48,13 +35,6 @@ session.openWithCallback(keyCancel, Console, title="QOR Stowline is running pers
   EXPECT_FALSE(list().exe);
   session.answer();
   EXPECT_EQ(record.take(), "close()\n");
-}
-
-TEST_F(PersonalScript, TheNumberOneIsAYesToo) {
-  selectScript();
-  record.take();
-  session.answer(1);
-  EXPECT_TRUE(record.take().starts_with("os.chmod("));
 }
 
 TEST_F(PersonalScript, AnyAnswerButYesLeavesTheListOpenAndUnchanged) {

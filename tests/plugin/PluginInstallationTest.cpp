@@ -38,13 +38,6 @@ struct PluginInstallation : RestoreListTest {
   }
 };
 
-TEST_F(PluginInstallation, BeginsWithARefreshOfTheFeedList) {
-  start({}, {});
-  EXPECT_EQ(record.take(), "self[\"filelist\"].getCurrent()\n" + exists(kDirectory + "/" + kList) +
-                               "os_stat(" + quoted(kDirectory + "/" + kList) +
-                               ").st_size\nipkg.startCmd(CMD_UPDATE)\n");
-}
-
 TEST_F(PluginInstallation, InstallsEveryListedPackageThatIsNeitherInstalledNorExcluded) {
   start({"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-a\n",
          "enigma2-plugin-extensions-xbmc\n", "enigma2-plugin-settings-hotbird\n",
@@ -64,15 +57,6 @@ TEST_F(PluginInstallation, InstallsEveryListedPackageThatIsNeitherInstalledNorEx
   EXPECT_EQ(list().plugins.size(), 5U);
   session.answer();
   EXPECT_EQ(record.take(), "close()\n");
-}
-
-TEST_F(PluginInstallation, ExcludesFourPackagesByName) {
-  start({}, {});
-  list().installPlugins();
-  EXPECT_EQ(
-      list().excludedplugins,
-      (Lines{"enigma2-plugin-extensions-webbrowser", "enigma2-plugin-systemplugins-factorytest",
-             "enigma2-plugin-extensions-webinterface", "enigma2-plugin-extensions-xbmc"}));
 }
 
 struct ListLine {
@@ -178,14 +162,6 @@ TEST_F(PluginInstallation, FailedRefreshEndsInTheMissingSetStatus) {
   }
   EXPECT_EQ(record.take(), "self.setStatus(\"error\")\n");
   EXPECT_EQ(list().restoretype, "plugininstall");
-}
-
-TEST_F(PluginInstallation, FailedRefreshCallsSetStatusWhereSomebodyDefinedIt) {
-  start({}, {});
-  record.take();
-  peer().operations.insert("setStatus");
-  send(host::IpkgEvent::EVENT_ERROR);
-  EXPECT_EQ(record.take(), "self.setStatus(\"error\")\n");
 }
 
 }  // namespace

@@ -20,29 +20,12 @@ TEST_F(PluginList, AppendsTheInstalledPluginPackagesToTheList) {
   EXPECT_EQ(actions.pluginfile, kPluginList);
 }
 
-TEST_F(PluginList, DeletesAListOfTheSameNameFirstSoThatItStartsEmpty) {
-  host.system.addFile(kPluginList);
-  EXPECT_EQ(described(actions.createPluginList()), "True");
-  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kPluginList) +
-                               system("rm -f " + kPluginList) +
-                               system(pluginListCommand(kPluginList)) + fileExists(kPluginList));
-}
-
 TEST_F(PluginList, ReportsSuccessByTheFileAloneNotByTheStatus) {
   status = 256;
   EXPECT_EQ(described(actions.createPluginList()), "True");
   status = 0;
   has_room = false;
   EXPECT_EQ(described(actions.createPluginList()), "False");
-}
-
-TEST_F(PluginList, WritesNoneForADirectoryThatCouldNotBeHad) {
-  journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"OSError", "gone", 5});
-  has_room = false;
-  const std::string list = "None/pluginlist_20240305_07-04_solo2.lst";
-  EXPECT_EQ(described(actions.createPluginList()), "False");
-  EXPECT_EQ(record.take(), backupDirectory() + fileExists(list) + system(pluginListCommand(list)) +
-                               fileExists(list));
 }
 
 }  // namespace

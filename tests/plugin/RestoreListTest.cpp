@@ -165,18 +165,6 @@ TEST_F(RestoreList, SortsInDescendingByteOrderWhateverTheListingsOrder) {
                                  "settings_B.tar.gz", "settings.tar.gz"}));
 }
 
-TEST_F(RestoreList, ShowsUntaggedAndOwnBackupsNewestFirst) {
-  host.system.addDirectory(
-      kDirectory, {"settings_20150102_10-00_solo2.tar.gz", "settings_20150103_10-00.tar.gz"});
-  host.model = "duo";
-  openList("settingrestore");
-  EXPECT_EQ(list().flist, (Names{"settings_20150103_10-00.tar.gz"}));
-  host.model = "solo2";
-  openList("settingrestore");
-  EXPECT_EQ(list().flist,
-            (Names{"settings_20150103_10-00.tar.gz", "settings_20150102_10-00_solo2.tar.gz"}));
-}
-
 TEST_F(RestoreList, EmptyDirectoryListsNothingAndDisablesOkAndYellow) {
   openList("settingrestore");
   peer().press("ok");
@@ -205,16 +193,6 @@ TEST_F(RestoreList, EntryStaysOnceAListWasNotEmpty) {
   EXPECT_EQ(record.take(), listed({}));
   EXPECT_EQ(rows().rows, Names{});
   EXPECT_TRUE(list().entry);
-}
-
-TEST_F(RestoreList, ToleratesASkinWithoutATitleWithALineInTheLog) {
-  const std::string widgetSet = "self[\"title\"] = StaticText(\"QOR Stowline\")";
-  journal.failOn(widgetSet, {"SkinError", "no title"});
-  const Opened<StowlineRestore> list(*this, "settingrestore", "/plugin");
-  std::string operations = restoreListBegun("/plugin") + listed({}) + restoreListEnded();
-  operations.insert(operations.find(widgetSet) + widgetSet.size() + 1,
-                    print("self[\"title\"] was not found in skin"));
-  EXPECT_EQ(record.take(), operations);
 }
 
 TEST_F(RestoreList, RedAndCancelCloseItWithNoResult) {

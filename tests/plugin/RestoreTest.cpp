@@ -25,8 +25,6 @@ _("Restoring settings finished successfully")
 session.openWithCallback(keyCancel, MessageBox, "Restoring settings finished successfully", TYPE_INFO, timeout=10)
 )");
 
-const std::string kFailureBox = box("Restoring settings failed", "TYPE_ERROR");
-
 TEST_F(Restore, ReplacesTheChannelFilesReloadsThemAndClosesWithItsMessage) {
   addFile(kSettings);
   openList("settingrestore");
@@ -41,24 +39,6 @@ TEST_F(Restore, ReplacesTheChannelFilesReloadsThemAndClosesWithItsMessage) {
   EXPECT_EQ(described(list().sel), quoted(kSettings));
   EXPECT_EQ(described(list().val), quoted(fullPath(kSettings)));
   EXPECT_FALSE(list().exe);
-}
-
-TEST_F(Restore, RemovesEachChannelFileByItsOwnCommandBeforeUnpacking) {
-  addFile(kSettings);
-  openList("settingrestore");
-  list().val = "/a.tar.gz";
-  EXPECT_TRUE(list().restoreSettings());
-  EXPECT_EQ(record.take(), block(R"(
-os.system("rm -f /etc/enigma2/*.tv")
-os.system("rm -f /etc/enigma2/*.radio")
-os.system("rm -f /etc/enigma2/whitelist")
-os.system("rm -f /etc/enigma2/blacklist")
-os.system("rm -f /etc/enigma2/lamedb")
-os.system("rm -f /etc/tuxbox/satellites.xml")
-os.system("rm -f /etc/tuxbox/terrestrial.xml")
-os.system("rm -f /etc/tuxbox/cables.xml")
-os.system("tar xzf /a.tar.gz -C /")
-)") + channelsReloaded());
 }
 
 TEST_F(Restore, DoesNotLookAtWhatItsCommandsReturn) {
@@ -79,18 +59,6 @@ eDVBDB.getInstance().reloadServicelist()
 eDVBDB.getInstance().reloadBouquets()
 InfoBar.instance.servicelist
 )"));
-}
-
-TEST_F(Restore, FailedReloadIsReportedAndTheListStays) {
-  addFile(kSettings);
-  openList("settingrestore");
-  journal.failOn("eDVBDB.getInstance().reloadServicelist()", {"RuntimeError", "no database"});
-  peer().press("ok");
-  EXPECT_EQ(record.take(), selected(kSettings) + settingsRestored(fullPath(kSettings)) + block(R"(
-nimmanager.readTransponders()
-eDVBDB.getInstance().reloadServicelist()
-)") + kFailureBox);
-  EXPECT_FALSE(peer().closed);
 }
 
 TEST_F(Restore, OpensTheConfirmationOfAConfigurationAndStaysBeneathIt) {
@@ -207,18 +175,6 @@ TEST_F(Restore, NoBackupDirectoryDoesNothingAndKeepsTheSelection) {
     EXPECT_EQ(described(list().sel), "()");
     EXPECT_EQ(described(list().val), "()");
   }
-}
-
-TEST_F(Restore, ConsoleRestoreUnpacksThenEndsTheGui) {
-  addFile(kSettings);
-  openList("settingrestore");
-  list().sel = kSettings;
-  list().startRestore(true);
-  EXPECT_EQ(record.take(), block(R"(
-_("Restore running")
-session.open(Console, title="Restore running", cmdlist=["tar -xzf /media/hdd/qor-stowline/settings_20240305_07-04_solo2.tar.gz -C /", "killall -9 enigma2"])
-)"));
-  EXPECT_TRUE(list().exe);
 }
 
 TEST_F(Restore, ConsoleRestoreNeedsAnAnswerThatEqualsTrue) {

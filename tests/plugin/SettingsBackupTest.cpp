@@ -18,24 +18,6 @@ TEST_F(SettingsBackup, ArchivesTheEightChannelPlacesInTheirOrder) {
   EXPECT_EQ(actions.settingfile, kArchive);
 }
 
-TEST_F(SettingsBackup, WritesTheWholeCommandAsItStands) {
-  actions.createSettingFile();
-  EXPECT_NE(record.take().find(
-                "os.system(\"tar czf /media/hdd/qor-stowline/settings_20240305_07-04_solo2.tar.gz "
-                "/etc/enigma2/*.tv /etc/enigma2/*.radio /etc/enigma2/whitelist "
-                "/etc/enigma2/blacklist /etc/enigma2/lamedb /etc/tuxbox/satellites.xml "
-                "/etc/tuxbox/terrestrial.xml /etc/tuxbox/cables.xml\")\n"),
-            std::string::npos);
-}
-
-TEST_F(SettingsBackup, DeletesAnArchiveOfTheSameNameFirst) {
-  host.system.addFile(kArchive);
-  EXPECT_EQ(described(actions.createSettingFile()), "True");
-  EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) + system("rm -f " + kArchive) +
-                               system(support::settingsBackupCommand(kArchive)) +
-                               fileExists(kArchive));
-}
-
 TEST_F(SettingsBackup, FailedSecondRunLeavesNoArchive) {
   actions.createSettingFile();
   has_room = false;

@@ -59,12 +59,6 @@ os_path.join("/usr/share/enigma2/vfd_skin", "readme")
 )"));
 }
 
-TEST_F(UserFiles, SearchesNothingWhereNoDirectoryIs) {
-  EXPECT_EQ(actions.saveAtileUserFiles(), Paths{});
-  EXPECT_EQ(actions.saveVFDSkinUserFiles(), Paths{});
-  EXPECT_EQ(record.take(), expected::noUserFiles());
-}
-
 struct AtileFile {
   const char* directory;
   const char* name;
@@ -95,12 +89,6 @@ TEST_F(UserFiles, CountOnlyWhenTheWholePathBeginsWithAPrefix) {
     EXPECT_EQ(actions.saveAtileUserFiles(),
               file.is_users ? Paths{directory + "/" + file.name} : Paths{});
   }
-}
-
-TEST_F(UserFiles, AreAllPrefixedFilesWhenThePackageIsNotInstalled) {
-  host.system.addDirectory(kVfd, {"skin_vfd.xml", "skin_vfd_mine.xml"});
-  EXPECT_EQ(actions.saveVFDSkinUserFiles(),
-            (Paths{kVfd + "/skin_vfd.xml", kVfd + "/skin_vfd_mine.xml"}));
 }
 
 TEST_F(UserFiles, StayInListingOrder) {
@@ -147,18 +135,6 @@ TEST_F(UserFiles, ComeBySearchDirectory) {
   host.system.addDirectory("/1", {"x"});
   EXPECT_EQ(actions.saveUserFiles("/none", {"/1", "/2"}, {"/2", "/missing", "/1"}),
             (Paths{"/2/x", "/1/x"}));
-}
-
-TEST_F(UserFiles, FullPathsAreThoseOfEveryEntryInListingOrder) {
-  host.system.addDirectory("/d", {"b", "a", ".hidden", "two words"});
-  EXPECT_EQ(actions.listdir_fullpath("/d"), (Paths{"/d/b", "/d/a", "/d/.hidden", "/d/two words"}));
-  EXPECT_EQ(record.take(), expected::block(R"(
-os.listdir("/d")
-os_path.join("/d", "b")
-os_path.join("/d", "a")
-os_path.join("/d", ".hidden")
-os_path.join("/d", "two words")
-)"));
 }
 
 }  // namespace
