@@ -96,22 +96,19 @@ Json boxFrame(const std::string& key, const std::string& type, const std::string
   return result;
 }
 
-Json questionFrame(const std::string& key, const std::string& title, const std::string& text,
-                   int selected) {
+Json questionFrame(const std::string& key, const std::string& title, const std::string& text) {
   Json result = frame(key, "MessageBox", title);
   result["type"] = "yesno";
   result["text"] = text;
   result["timeout"] = 0;
   result["rows"] = rowsOf({"yes", "no"});
-  result["selected"] = selected;
   return result;
 }
 
-Json choiceFrame(const std::string& key, const std::vector<std::string>& rows, int selected) {
+Json choiceFrame(const std::string& key, const std::vector<std::string>& rows) {
   Json result = frame(key, "ChoiceBox", "QOR Stowline");
   result["text"] = "Please select medium to use as backup location";
   result["rows"] = rowsOf(rows);
-  result["selected"] = selected;
   return result;
 }
 

@@ -15,9 +15,8 @@ Json listFrame(const std::string& key, const std::vector<std::string>& rows, int
                const std::string& green = "Install");
 Json boxFrame(const std::string& key, const std::string& type, const std::string& title,
               const std::string& text);
-Json questionFrame(const std::string& key, const std::string& title, const std::string& text,
-                   int selected = 0);
-Json choiceFrame(const std::string& key, const std::vector<std::string>& rows, int selected = 0);
+Json questionFrame(const std::string& key, const std::string& title, const std::string& text);
+Json choiceFrame(const std::string& key, const std::vector<std::string>& rows);
 Json consoleFrame(const std::string& key, const std::string& text, bool running);
 Json confirmationFrame(const std::string& key, const std::string& archive);
 Json closedFrame(const std::string& key);
