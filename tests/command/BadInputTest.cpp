@@ -51,6 +51,11 @@ const Wrong kWrong[] = {
     {{"desk", "--receiver", "TREE", "--play", "okay"}, kUsageError, kWords},
     {{"desk", "--receiver", "TREE", "--play", "select:"}, kUsageError, {"'select:'", "TEXT"}},
     {{"desk", "--receiver", "TREE", "--play", "'select:my"}, kUsageError, {"quote"}},
+    {{"desk", "--receiver", "TREE", "--play", "select:\xff"},
+     kUsageError,
+     {"--play: 'select:\\xff' is not valid UTF-8; rows show such bytes as \\xNN (see 'stowline "
+      "desk "
+      "--help')"}},
     {{"desk", "--receiver", "MISSING", "--play", "ok"},
      kFailure,
      {"'MISSING'", "is not a receiver tree", "'stowline receiver new DIR'"}},
@@ -127,49 +132,6 @@ TEST_P(BadInputTest, GetsOneLineThatSaysWhatToDoAndNothingIsTouched) {
   }
 }
 
-TEST_P(BadInputTest, TreeWithoutItsToolsIsRefused) {
-  for (const std::string tool : {"/bin/busybox", "/bin/tar", "/usr/bin/opkg"}) {
-    SCOPED_TRACE(tool);
-    const fs::path aside = receiver().outside() / "aside";
-    fs::rename(receiver().at(tool), aside);
-    const Snapshot before = receiver().content();
-
-    const Outcome outcome = run(receiver().playArguments("backup", "ok"));
-
-    expectOneLine(outcome, kFailure,
-                  {tool, "'stowline receiver flash " + receiver().tree().string() + "'"});
-    EXPECT_EQ(outcome.output, "");
-    EXPECT_EQ(changes(before, receiver().content()), std::vector<std::string>());
-    fs::rename(aside, receiver().at(tool));
-  }
-}
-
-TEST_P(BadInputTest, RowThatIsNotThereEndsTheScript) {
-  const Play play = receiver().play("backup", "down select:nowhere down");
-
-  EXPECT_EQ(play.lines,
-            (std::vector<Json>{menuFrame("", "backup", 0), menuFrame("down", "backup", 1)}));
-  EXPECT_EQ(play.status, kFailure);
-  EXPECT_EQ(play.errors, "stowline: select:nowhere: the shown screen has no such row\n");
-}
-
-TEST_P(BadInputTest, TextOfForeignBytesIsToBeWrittenAsRowsShowIt) {
-  const Play play = receiver().play("backup", "select:\xff");
-
-  EXPECT_EQ(play.status, kUsageError);
-  EXPECT_EQ(play.errors,
-            "stowline: --play: 'select:\\xff' is not valid UTF-8; rows show such bytes as \\xNN "
-            "(see 'stowline desk --help')\n");
-}
-
-TEST_P(BadInputTest, OutputThatCannotBeWrittenIsAFailure) {
-  for (const std::string redirection : {">/dev/full", ">&-"}) {
-    std::vector<std::string> argv = {"sh", "-c", "exec \"$@\" " + redirection, "sh"};
-    std::ranges::copy(receiver().playArguments("backup", "exit"), std::back_inserter(argv));
-    expectOneLine(run(argv), kFailure, {"cannot write to standard output"});
-  }
-}
-
 TEST_P(BadInputTest, SystemWithoutUserNamespacesIsSaid) {
   if (GetParam() == Account::root) GTEST_SKIP() << "root needs no user namespace";
   // Below a namespace that allows none, and in which the user is no root.
@@ -193,6 +155,22 @@ TEST_P(BadInputTest, SystemWithoutUserNamespacesIsSaid) {
             "or allow them with 'sysctl user.max_user_namespaces=1000'\n");
   EXPECT_EQ(play.lines, std::vector<Json>());
   EXPECT_EQ(changes(before, receiver().content()), std::vector<std::string>());
+}
+
+using BrokenOffPlayTest = DeskTest;
+
+TEST_F(BrokenOffPlayTest, MissingRowOrUnwritableOutputIsAFailure) {
+  const Play play = receiver().play("backup", "down select:nowhere down");
+  EXPECT_EQ(play.lines,
+            (std::vector<Json>{menuFrame("", "backup", 0), menuFrame("down", "backup", 1)}));
+  EXPECT_EQ(play.status, kFailure);
+  EXPECT_EQ(play.errors, "stowline: select:nowhere: the shown screen has no such row\n");
+
+  for (const std::string redirection : {">/dev/full", ">&-"}) {
+    std::vector<std::string> argv = {"sh", "-c", "exec \"$@\" " + redirection, "sh"};
+    std::ranges::copy(receiver().playArguments("backup", "exit"), std::back_inserter(argv));
+    expectOneLine(run(argv), kFailure, {"cannot write to standard output"});
+  }
 }
 
 }  // namespace

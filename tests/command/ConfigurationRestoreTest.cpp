@@ -227,24 +227,6 @@ TEST_P(OrdinaryUsersRestoreTest, ReplacesTheSameAndRestartsTheGui) {
 
 using ConfirmationTest = DeskTest;
 
-TEST_F(ConfirmationTest, RedAndExitRestoreNothing) {
-  const std::string archive = "configuration_ver_c_20240305_07-04_solo2.tar.gz";
-  receiver().write(kBackups + "/" + archive, std::string(10000, 'x'));
-  for (const std::string key : {"red", "exit"}) {
-    const Play play = receiver().play("restore", "select:configurations ok green " + key);
-    EXPECT_EQ(play.lines[3], confirmationFrame("green", archive));
-    EXPECT_EQ(play.last(), listFrame(key, {archive}));
-    EXPECT_EQ(play.trace, std::vector<std::string>());
-  }
-}
-
-TEST_F(ConfirmationTest, ArchiveBelowTheSmallestIsIgnored) {
-  const std::string archive = "configuration_ver_c_20240305_07-04_solo2.tar.gz";
-  receiver().write(kBackups + "/" + archive, std::string(9999, 'x'));
-  EXPECT_EQ(receiver().play("restore", "select:configurations ok ok").last(),
-            listFrame("ok", {archive}));
-}
-
 TEST_F(ConfirmationTest, NewMenuShowsTheRestoredMedium) {
   receiver().play("backup", "ok down ok select:configurations ok");
   const std::string archive = namesIn(receiver().at("/media/usb/qor-stowline")).front();
