@@ -71,8 +71,10 @@ class ScrolledConsole : public testing::Test {
 
 TEST_F(ScrolledConsole, KeysScrollItAndAreNotForTheGui) {
   EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, running", "1 line 84", "16 line 99"}));
+  EXPECT_EQ(television_.take("up"), "");
+  EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, 1 more below, running", "1 line 83", "16 line 98"}));
   EXPECT_EQ(television_.take("left"), "");
-  EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, 16 more below, running", "1 line 68", "16 line 83"}));
+  EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, 17 more below, running", "1 line 67", "16 line 82"}));
   EXPECT_EQ(television_.take(action::kFirst), "");
   EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, 84 more below, running", "1 line 0", "16 line 15"}));
   EXPECT_EQ(television_.take("ok"), "ok");
