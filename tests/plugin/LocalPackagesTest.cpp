@@ -44,6 +44,19 @@ TEST_F(LocalPackages, HandsEveryPackageFileToThePackageScreenInListingOrder) {
   EXPECT_EQ(menu().restoretype, "");
 }
 
+TEST_F(LocalPackages, LeaveNothingOfTheOnesBeforeWhenTheirInstallationFails) {
+  host.system.outputs[kInstalledPlugins] = {"a\n"};
+  host.system.addDirectory(kPlugins, {"b.ipk"});
+  start();
+  menu().installLocalPlugins();
+  journal.failOn("os.popen(" + quoted(kInstalledPlugins) + ").readlines()",
+                 {"OSError", "no process", 11});
+  EXPECT_THROW(menu().installLocalPlugins(), host::Error);
+  EXPECT_EQ(menu().ipklist, Lines{});
+  EXPECT_EQ(menu().pluginsinstalled, Lines{});
+  EXPECT_EQ(menu().pluginsinstalledclean, Lines{});
+}
+
 TEST_F(LocalPackages, AreQueuedEvenWhenTheirPackageIsInstalled) {
   host.system.outputs[kInstalledPlugins] = {"a\n", "a.ipk\n", "enigma2-plugin-extensions-a\n"};
   host.system.addDirectory(kPlugins, {"a.ipk", "enigma2-plugin-extensions-a.ipk"});

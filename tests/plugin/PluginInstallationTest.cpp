@@ -59,6 +59,18 @@ TEST_F(PluginInstallation, InstallsEveryListedPackageThatIsNeitherInstalledNorEx
   EXPECT_EQ(record.take(), "close()\n");
 }
 
+TEST_F(PluginInstallation, LeavesNothingOfTheOneBeforeWhenItFails) {
+  start({"enigma2-plugin-extensions-b\n"}, {"enigma2-plugin-extensions-a\n"});
+  list().installPlugins();
+  journal.failOn("os.popen(" + quoted(kInstalledPlugins) + ").readlines()",
+                 {"OSError", "no process", 11});
+  EXPECT_THROW(list().installPlugins(), host::Error);
+  EXPECT_EQ(list().plugins, Lines{});
+  EXPECT_EQ(list().pluginsinstalled, Lines{});
+  EXPECT_EQ(list().pluginsinstalledclean, Lines{});
+  EXPECT_TRUE(list().cmdList.empty());
+}
+
 struct ListLine {
   const char* line;
   const char* queued;    ///< what is queued for it, null for nothing
