@@ -81,9 +81,11 @@ class Receiver:
         """Lets a program that was held run as it did."""
         os.rename(self.path(program + ".real"), self.path(program))
 
-    def go(self):
-        with open(self.path("gate"), "w", encoding="ascii") as gate:
-            gate.write("\n")
+    def go(self, gate="gate"):
+        """Lets what reads from the pipe `gate` run on. Who reads twice needs two: the second would see the end of
+        what the first has read."""
+        with open(self.path(gate), "w", encoding="ascii") as pipe:
+            pipe.write("\n")
 
     def processes(self):
         """Returns the processes that live in the tree, as {number: command line}."""

@@ -181,23 +181,24 @@ class ScreenTest(unittest.TestCase):
 
     def test_consoles_output_is_shown_as_it_comes_and_can_be_scrolled(self):
         self.receiver.write("media/hdd/qor-stowline/restore_me.sh",
-                            "#!/bin/sh\necho begin\nread line < /gate\nseq 1 100\nread line < /gate\n"
+                            "#!/bin/sh\necho begin\nread line < /first\nseq 1 100\nread line < /second\n"
                             "printf 'a\\tb\\033[1m\\r\\nlast'\n", 0o755)
-        os.mkfifo(self.receiver.path("gate"))
+        for gate in ("first", "second"):
+            os.mkfifo(self.receiver.path(gate))
         self.open_list("personal")
         self.terminal.press("Enter")
         self.terminal.wait_for("> yes")
         self.terminal.press("Enter")
         self.terminal.wait_for("│begin", "running")
         self.terminal.press("q", "Enter")
-        self.receiver.go()
+        self.receiver.go("first")
         self.terminal.wait_for("│100", "running")
         self.assertNotIn("│80 ", self.terminal.text())
         self.terminal.press("PageUp")
         self.terminal.wait_for("│80 ")
         self.terminal.press("Home")
         self.terminal.wait_for("│begin")
-        self.receiver.go()
+        self.receiver.go("second")
         self.terminal.wait_for("│begin", "finished")
         self.terminal.press("Down")
         self.terminal.wait_for("│1 ", "│20 ")
