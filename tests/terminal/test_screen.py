@@ -28,6 +28,7 @@ class ScreenTest(unittest.TestCase):
         self.terminal.wait_for("> ")
         self.terminal.press("Enter")
         self.terminal.wait_for("QOR Stowline ─" if "LC_ALL" not in terminal else "QOR Stowline -")
+        self.terminal.wait_until_gone("Backup/restore device")  # a picture may come in several writes
 
     def colours(self):
         """Returns the numbers of the colours that are shown, as SGR has them, without those of no colour."""
