@@ -70,10 +70,14 @@ Element elementOf(const pugi::xml_node& node) {
 
 TEST(InlineSkin, IsAScreenWithFiveChildren) {
   pugi::xml_document skin;
-  ASSERT_TRUE(skin.load_string(std::string(StowlineHelpScreen::skin).c_str()));
+  ASSERT_TRUE(skin.load_string(std::string(StowlineHelpScreen::skin).c_str(), pugi::parse_full));
   std::vector<Element> elements = {elementOf(skin.first_child())};
-  for (const pugi::xml_node& child : skin.first_child()) elements.push_back(elementOf(child));
+  for (const pugi::xml_node& child : skin.first_child()) {
+    elements.push_back(elementOf(child));
+    EXPECT_FALSE(child.first_child()) << child.name();
+  }
   EXPECT_EQ(elements, kElements);
+  EXPECT_FALSE(skin.first_child().next_sibling());
 }
 
 }  // namespace
