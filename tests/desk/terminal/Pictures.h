@@ -50,8 +50,8 @@ std::string pictureOf(const Json& frame, Size size = kTerminal,
 Canvas canvasOf(const Json& frame, Size size = kTerminal, const Lettering& lettering = utf8());
 
 /// Returns what each box of the canvas holds: first "x,y WxH heading, note", then its lines that
-/// are not blank, as "row text". Where something else than the border is at a line's end, the line
-/// has what is left of the border too.
+/// are not blank, as "row text". The border is left out, unless something is drawn over it at an
+/// end of the line.
 std::vector<Lines> boxes(const Canvas& canvas);
 
 /// Returns what the only box of a picture of `frame` holds.
