@@ -82,7 +82,7 @@ class Receiver:
         os.rename(self.path(program + ".real"), self.path(program))
 
     def go(self, gate="gate"):
-        """Lets what reads from the pipe `gate` run on. Who reads twice needs two: the second would see the end of
+        """Lets what reads from the pipe `gate` go on. Who reads twice needs two: the second would see the end of
         what the first has read."""
         with open(self.path(gate), "w", encoding="ascii") as pipe:
             pipe.write("\n")
@@ -122,6 +122,7 @@ class Terminal:
                        os.environ["PATH"], term, " ".join("%s='%s'" % item for item in variables.items())))
         self._tmux("set-option", "-g", "status", "off")
         self._tmux("set-option", "-g", "remain-on-exit", "on")
+        self.session = self._tmux("display-message", "-p", "#{pane_pid}").strip()
         self.columns, self.rows = columns, rows
         self._tmux("resize-window", "-x", str(columns), "-y", str(rows))
         self.wait_for(PROMPT.strip())
@@ -132,7 +133,10 @@ class Terminal:
         return done.stdout.decode(errors="surrogateescape")
 
     def close(self):
+        """Ends the shell, and the command that runs in it: another may then use its receiver."""
         subprocess.run(["tmux", "-S", self.socket, "kill-server"], check=False, stderr=subprocess.DEVNULL)
+        wait_until(lambda: not subprocess.run(["pgrep", "--session", self.session, "-x", "stowline"], check=False,
+                                              stdout=subprocess.PIPE).stdout, "the end of the command")
 
     def shell(self, command):
         """Types a command line."""
@@ -160,6 +164,7 @@ class Terminal:
         raise NotShown(text + " is not shown:\n" + self.text())
 
     def resize(self, columns, rows):
+        self.session = self._tmux("display-message", "-p", "#{pane_pid}").strip()
         self.columns, self.rows = columns, rows
         self._tmux("resize-window", "-x", str(columns), "-y", str(rows))
 
