@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "host/native/Descriptor.h"
-#include "tests/command/DeskTest.h"
-#include "tests/command/Namespace.h"
+#include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Namespace.h"
 
 namespace command_test {
 namespace {
@@ -39,7 +39,7 @@ class AutoTest : public DeskTest {
       names.push_back("configuration_ver_c" + stamp + ".tar.gz");
       names.push_back("pluginlist" + stamp + ".lst");
     }
-    for (const std::string& name : names) receiver().write(kBackups + "/" + name, "old");
+    for (const std::string& name : names) receiver().write(inBackups(name), "old");
     return names;
   }
 
@@ -90,10 +90,10 @@ TEST_F(AutoTest, WritesEveryKindWithOneStampAndSaysSo) {
     line = withoutTime(line);
     line = line.substr(0, line.find(',')) + line.substr(line.rfind(','));
   }
-  EXPECT_EQ(said, (Strings{"settings: " + kBackups + "/" + names[3] + ", sound",
-                           "config: " + kBackups + "/" + names[0] + ", sound",
-                           "config: " + kBackups + "/" + names[1] + ", sound",
-                           "plugins: " + kBackups + "/" + names[2] + ", sound"}));
+  EXPECT_EQ(said, (Strings{"settings: " + inBackups(names[3]) + ", sound",
+                           "config: " + inBackups(names[0]) + ", sound",
+                           "config: " + inBackups(names[1]) + ", sound",
+                           "plugins: " + inBackups(names[2]) + ", sound"}));
 }
 
 TEST_F(AutoTest, DeletesTheOldestWhenAllIsWellAndJsonSaysWhich) {
@@ -119,8 +119,8 @@ TEST_F(AutoTest, DeletesTheOldestWhenAllIsWellAndJsonSaysWhich) {
   Strings gone;
   for (const char* kind : {"settings", "configuration_ver_c", "pluginlist"}) {
     for (const char* day : {"02", "01"}) {
-      gone.push_back(kBackups + "/" + kind + "_202403" + day + "_07-04_solo2.auto" +
-                     (kind == std::string("pluginlist") ? ".lst" : ".tar.gz"));
+      gone.push_back(inBackups(std::string(kind) + "_202403" + day + "_07-04_solo2.auto" +
+                               (kind == std::string("pluginlist") ? ".lst" : ".tar.gz")));
     }
   }
   EXPECT_EQ(json["deleted"], Json(gone));
@@ -212,7 +212,7 @@ TEST_F(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
   ASSERT_EQ(backup().status, 0);
   std::map<std::string, std::string> good;
   for (const std::string& name : newNames(before)) {
-    good[name] = receiver().read(kBackups + "/" + name);
+    good[name] = receiver().read(inBackups(name));
     fs::remove(receiver().at(kBackups) / name);
   }
   const std::string small = receiver().outside() / "small.tar.gz";
@@ -230,7 +230,7 @@ TEST_F(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
         const bool is_worthless = day != std::string("01") && name.ends_with(ending);
         std::string old = name;
         old.replace(name.find("_solo2") - 14, 14, std::string("202403") + day + "_07-04");
-        receiver().write(kBackups + "/" + old, is_worthless ? content : bytes);
+        receiver().write(inBackups(old), is_worthless ? content : bytes);
       }
     }
     const Strings old = namesOnMedium();
@@ -280,15 +280,16 @@ TEST_F(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
 }
 
 TEST_F(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
-  receiver().write(kBackups + "/settings_20240301_07-04_solo2.auto.tar.gz/in the way", "");
+  receiver().write(inBackups("settings_20240301_07-04_solo2.auto.tar.gz/in the way"), "");
   for (const char* day : {"02", "03", "04"}) {
-    receiver().write(kBackups + "/settings_202403" + day + "_07-04_solo2.auto.tar.gz", "old");
+    receiver().write(inBackups(std::string("settings_202403") + day + "_07-04_solo2.auto.tar.gz"),
+                     "old");
   }
   const Strings before = namesOnMedium();
   const Outcome outcome = backup({"--jobs", "settings"});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.errors, "stowline: an old backup cannot be deleted: Is a directory: '" +
-                                kBackups + "/settings_20240301_07-04_solo2.auto.tar.gz'\n");
+                                inBackups("settings_20240301_07-04_solo2.auto.tar.gz") + "'\n");
   EXPECT_EQ(newNames(before).size(), 1U);
 }
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
-#include "tests/command/Namespace.h"
+#include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Namespace.h"
 
 namespace command_test {
 namespace {
@@ -67,7 +67,7 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
                   "select:installed ok ok select:channel ok ok select:configurations ok ok");
   const std::string whole = receiver().backup("settings", ".tar.gz");
   receiver().renameBackup(whole, "settings_20240305_07-04_solo2.tar.gz");
-  receiver().write(kBackups + "/settings_20240306_07-04_solo2.tar.gz", std::string(20000, 'x'));
+  receiver().write(inBackups("settings_20240306_07-04_solo2.tar.gz"), std::string(20000, 'x'));
   const auto found = findings();
   const std::string settings = found.at("last good settings");
   EXPECT_TRUE(settings.starts_with("warning: settings_20240305_07-04_solo2.tar.gz, ")) << settings;
@@ -79,15 +79,15 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
   const std::string configuration = receiver().backup("configuration", ".tar.gz");
   EXPECT_EQ(found.at("last good configuration"), "ok: " + configuration + ", less than a day old");
 
-  receiver().write(kBackups + "/" + configuration + "_user_files", "damaged");
+  receiver().write(inBackups(configuration + "_user_files"), "damaged");
   EXPECT_EQ(findings().at("last good configuration"),
             "warning: there is none; not sound is the newer " + configuration);
 }
 
 TEST_F(DoctorTest, OddEntriesDoNotEndTheExaminationAndOneFromTheFutureMeansAWrongClock) {
-  receiver().write(kBackups + "/settings_20240301_07-04_solo2.tar.gz/in it", "");
+  receiver().write(inBackups("settings_20240301_07-04_solo2.tar.gz/in it"), "");
   fs::create_symlink("nowhere", receiver().at(kBackups) / "settings_20240302_07-04_solo2.tar.gz");
-  receiver().write(kBackups + "/pluginlist_29991231_23-59_solo2.lst", "enigma2-plugin-one\n");
+  receiver().write(inBackups("pluginlist_29991231_23-59_solo2.lst"), "enigma2-plugin-one\n");
   const auto found = findings();
   EXPECT_EQ(found.at("last good settings"), "warning: there is none");
   const std::string clock = found.at("clock");

@@ -2,8 +2,8 @@
 #include <set>
 #include <string>
 
-#include "tests/command/Expected.h"
 #include "tests/command/ShowTest.h"
+#include "tests/support/command/Expected.h"
 
 namespace command_test {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/Expected.h"
-#include "tests/command/Namespace.h"
+#include "tests/support/command/Expected.h"
+#include "tests/support/command/Namespace.h"
 
 namespace command_test {
 namespace {
@@ -32,8 +32,8 @@ TEST_F(ShowTest, MembersAreListedAndTheRestoreIsThatOfWhereTheBackupLies) {
     return Json::parse(show(file, {"--json", "--against", receiver().tree()}).output)["restore"];
   };
   const Json as_own = restoreAt(outside);
-  EXPECT_EQ(as_own["archive"], kBackups + "/" + settings_);
-  EXPECT_EQ(as_own["commands"], Json(settingsRestoreCommands(kBackups + "/" + settings_)));
+  EXPECT_EQ(as_own["archive"], inBackups(settings_));
+  EXPECT_EQ(as_own["commands"], Json(settingsRestoreCommands(inBackups(settings_))));
   EXPECT_EQ(pathsOf(as_own, "delete"), Lines{"/etc/enigma2/userbouquet.later.tv"});
 
   const std::string usb = "/media/usb/qor-stowline/" + configuration_;
@@ -92,7 +92,7 @@ TEST_F(ShowTest, LinksOfTheReceiverThatPointOutsideAreNotFollowed) {
   fs::remove_all(receiver().at("/etc/enigma2"));
   fs::create_symlink(outside, receiver().at("/etc/enigma2"));
   const Json restore = restoreOf(settings_);
-  EXPECT_EQ(restore["archive"], kBackups + "/" + settings_);
+  EXPECT_EQ(restore["archive"], inBackups(settings_));
   EXPECT_EQ(pathsOf(restore, "delete"), Lines());
   Lines added;
   for (const std::string& member : membersOf(pathOf(settings_))) {
@@ -104,17 +104,18 @@ TEST_F(ShowTest, LinksOfTheReceiverThatPointOutsideAreNotFollowed) {
 }
 
 TEST_F(ShowTest, WholeSystemCanBeTheReceiver) {
-#ifdef STOWLINE_SANITIZE
-  GTEST_SKIP() << "the sanitizers need the system's own /proc";
-#endif
   if (const auto reason = whyNoMounts("/proc")) GTEST_SKIP() << *reason;
-  std::vector<std::string> argv = inMountNamespace(
-      "mount -t tmpfs tmpfs /proc && mkdir -p /proc/stb/info && echo solo2 > /proc/stb/info/model");
+  // A /proc that names a model, and of the true one has what starts a program.
+  const std::string real = receiver().outside() / "proc";
+  fs::create_directory(real);
+  std::vector<std::string> argv = withoutLeakCheck(inMountNamespace(
+      "mount --rbind /proc " + real + " && mount -t tmpfs tmpfs /proc && ln -s " + real +
+      "/self /proc && mkdir -p /proc/stb/info && echo solo2 > /proc/stb/info/model"));
   const std::string name = receiver().outside() / "qor-stowline" / settings_;
   fs::create_directories(receiver().outside() / "qor-stowline");
   fs::rename(pathOf(settings_), name);
   for (const std::string& word :
-       {std::string(STOWLINE_COMMAND), std::string("show"), name, std::string("--against"),
+       {std::string(kStowline), std::string("show"), name, std::string("--against"),
         std::string("/"), std::string("--json")}) {
     argv.push_back(word);
   }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
+#include "tests/support/command/DeskTest.h"
 
 namespace command_test {
 

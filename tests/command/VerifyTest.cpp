@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
+#include "tests/support/command/DeskTest.h"
 
 namespace command_test {
 namespace {
@@ -11,15 +11,17 @@ namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
 
 /// Backups of a receiver that has been in use, as the menu writes them.
-class VerifyTest : public ReceiverTest {
+class VerifyTest : public DeskTest {
  protected:
   void SetUp() override {
-    layOut(Account::ordinary);
+    DeskTest::SetUp();
     if (IsSkipped()) return;
     const Play play = receiver().play(
         "backup", "select:installed ok ok select:channel ok ok select:configurations ok ok");
     ASSERT_EQ(play.status, 0) << play.errors;
   }
+
+  Account account() const override { return Account::ordinary; }
 
   /// Returns the path of the one backup that begins and ends so.
   std::string backup(const std::string& prefix, const std::string& suffix) {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
-#include "tests/command/Expected.h"
+#include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Expected.h"
 
 namespace command_test {
 namespace {
@@ -100,7 +100,7 @@ TEST_F(BackupTest, SettingsArchiveIsMadeThoughAFileIsMissingAndAPatternMatchesNo
   for (const fs::path& file : missing) fs::remove(file);
 
   EXPECT_EQ(receiver().play("backup", kSettings).last(), kSettingsDone);
-  EXPECT_EQ(membersOf(receiver().at(kBackups + "/" + receiver().backup("settings_", ".tar.gz"))),
+  EXPECT_EQ(membersOf(receiver().at(inBackups(receiver().backup("settings_", ".tar.gz")))),
             settingsMembers(receiver().tree()));
 }
 
@@ -111,7 +111,7 @@ TEST_F(BackupTest, PluginFilterLooksAtTheWholeLineAndMayLeaveNothing) {
   for (const auto& [status, list] : {std::pair{other, ""}, {oddity + other, "oddity\n"}}) {
     receiver().write("/var/lib/opkg/status", status);
     EXPECT_EQ(receiver().play("backup", kPlugins).last(), kPluginsDone);
-    const std::string name = kBackups + "/" + receiver().backup("pluginlist_", ".lst");
+    const std::string name = inBackups(receiver().backup("pluginlist_", ".lst"));
     EXPECT_EQ(receiver().read(name), list);
     fs::remove(receiver().at(name));
   }

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
-#include "tests/command/Expected.h"
+#include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Expected.h"
 
 namespace command_test {
 namespace {
@@ -58,7 +58,7 @@ class ConfigurationRestoreTest : public DeskTest, public testing::WithParamInter
   }
 
   static const Case& it() { return GetParam(); }
-  std::string archivePath() const { return kBackups + "/" + archive_; }
+  std::string archivePath() const { return inBackups(archive_); }
 
   /// Restores the archive, and expects each frame, command and line, and every file as it must be.
   void expectRestored();
@@ -232,7 +232,7 @@ TEST_F(ConfirmationTest, NewMenuShowsTheRestoredMedium) {
   const std::string archive = namesIn(receiver().at("/media/usb/qor-stowline")).front();
   receiver().flash();
   fs::rename(receiver().at("/media/usb/qor-stowline/" + archive),
-             receiver().at(kBackups + "/" + archive));
+             receiver().at(inBackups(archive)));
 
   EXPECT_EQ(receiver().play("restore", "select:configurations ok ok green").last(),
             menuFrame("green", "restore", 0, "/media/usb"));

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
+#include "tests/support/command/DeskTest.h"
 
 namespace command_test {
 namespace {

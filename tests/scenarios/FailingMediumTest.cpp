@@ -2,9 +2,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
-#include "tests/command/Expected.h"
-#include "tests/command/Namespace.h"
+#include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Expected.h"
+#include "tests/support/command/Namespace.h"
 
 namespace command_test {
 namespace {

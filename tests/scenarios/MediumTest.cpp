@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
+#include "tests/support/command/DeskTest.h"
 
 namespace command_test {
 namespace {
@@ -12,11 +12,11 @@ namespace fs = std::filesystem;
 using MediumTest = DeskTest;
 
 const std::vector<std::string> kMedia = {"/media/hdd", "/media/usb", "/media/net/autofs/nas"};
-constexpr const char* kSettings = "/etc/enigma2/settings";
+constexpr const char* kSettingsFile = "/etc/enigma2/settings";
 constexpr const char* kKey = "config.plugins.qorpanel.stowline.backuprestorepath=";
 
 TEST_F(MediumTest, ChosenMediumOfThoseThatCanBeReadIsStoredShownAndUsed) {
-  const std::vector<std::string> before = receiver().lines(kSettings);
+  const std::vector<std::string> before = receiver().lines(kSettingsFile);
   const Play play = receiver().play("backup", "ok select:usb ok select:installed ok");
 
   ASSERT_EQ(play.lines.size(), 6U);
@@ -24,7 +24,7 @@ TEST_F(MediumTest, ChosenMediumOfThoseThatCanBeReadIsStoredShownAndUsed) {
   EXPECT_EQ(play.lines[3], menuFrame("ok", "backup", 0, "/media/usb"));
   std::vector<std::string> expected = before;
   expected.push_back(std::string(kKey) + "/media/usb");
-  EXPECT_EQ(receiver().lines(kSettings), expected);
+  EXPECT_EQ(receiver().lines(kSettingsFile), expected);
   const std::vector<std::string> files = namesIn(receiver().at("/media/usb/qor-stowline"));
   ASSERT_EQ(files.size(), 1U);
   EXPECT_TRUE(files[0].starts_with("pluginlist_")) << files[0];
@@ -33,7 +33,7 @@ TEST_F(MediumTest, ChosenMediumOfThoseThatCanBeReadIsStoredShownAndUsed) {
   EXPECT_EQ(receiver().play("restore", "ok ok").last(),
             menuFrame("ok", "restore", 0, "/media/hdd"));
   expected.back() = std::string(kKey) + "/media/hdd";
-  EXPECT_EQ(receiver().lines(kSettings), expected);
+  EXPECT_EQ(receiver().lines(kSettingsFile), expected);
 }
 
 TEST_F(MediumTest, MediumThatIsNoDirectoryIsNotWriteable) {

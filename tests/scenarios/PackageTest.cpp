@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
-#include "tests/command/Expected.h"
+#include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Expected.h"
 
 namespace command_test {
 namespace {

@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/command/DeskTest.h"
+#include "tests/support/command/DeskTest.h"
 
 namespace command_test {
 namespace {
@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 using ScriptTest = DeskTest;
 
 TEST_F(ScriptTest, RunsInAConsoleInsideTheReceiverWhichClosesTheListAfterwards) {
-  const std::string script = kBackups + "/restore_look.sh";
+  const std::string script = inBackups("restore_look.sh");
   receiver().makeScript(script,
                         "echo \"$PATH $HOME $#\"\nls /media\n"
                         "kill -0 \"$(cat /var/run/enigma2.pid)\" && echo the GUI runs\n");
@@ -46,7 +46,7 @@ std::ptrdiff_t processesIn(const fs::path& tree) {
 }
 
 TEST_F(ScriptTest, NothingThatRunsIsLeftWhenTheWordsHaveRunOut) {
-  receiver().makeScript(kBackups + "/restore_hang.sh", "sleep 300 &\necho started\nsleep 300\n");
+  receiver().makeScript(inBackups("restore_hang.sh"), "sleep 300 &\necho started\nsleep 300\n");
   const Play play = receiver().play("restore", "select:script ok select:hang ok ok");
   EXPECT_EQ(play.last()["screen"], "Console");
   EXPECT_EQ(play.status, 0);

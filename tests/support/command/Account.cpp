@@ -1,4 +1,4 @@
-#include "tests/command/Account.h"
+#include "tests/support/command/Account.h"
 
 #include <grp.h>
 #include <sys/prctl.h>
@@ -8,7 +8,7 @@
 #include <ostream>
 #include <system_error>
 
-#include "tests/command/Process.h"
+#include "tests/support/command/Process.h"
 
 namespace command_test {
 namespace {

@@ -5,9 +5,9 @@
 
 #include <optional>
 
-#include "tests/command/Account.h"
-#include "tests/command/Frames.h"
-#include "tests/command/Receiver.h"
+#include "tests/support/command/Account.h"
+#include "tests/support/command/Frames.h"
+#include "tests/support/command/Receiver.h"
 
 namespace command_test {
 

@@ -1,4 +1,4 @@
-#include "tests/command/Expected.h"
+#include "tests/support/command/Expected.h"
 
 #include <fnmatch.h>
 #include <glob.h>

@@ -1,11 +1,11 @@
-#include "tests/command/Files.h"
+#include "tests/support/command/Files.h"
 
 #include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
-#include "tests/command/Process.h"
+#include "tests/support/command/Process.h"
 
 namespace command_test {
 

@@ -1,4 +1,4 @@
-#include "tests/command/Frames.h"
+#include "tests/support/command/Frames.h"
 
 #include <array>
 #include <utility>

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/Receiver.h"
+#include "tests/support/command/Receiver.h"
 
 namespace command_test {
 

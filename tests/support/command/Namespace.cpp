@@ -1,8 +1,8 @@
-#include "tests/command/Namespace.h"
+#include "tests/support/command/Namespace.h"
 
 #include <unistd.h>
 
-#include "tests/command/Process.h"
+#include "tests/support/command/Process.h"
 
 namespace command_test {
 namespace {

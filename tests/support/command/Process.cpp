@@ -1,4 +1,4 @@
-#include "tests/command/Process.h"
+#include "tests/support/command/Process.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -13,7 +13,7 @@
 #include <sstream>
 #include <system_error>
 
-#include "tests/command/Account.h"
+#include "tests/support/command/Account.h"
 
 namespace command_test {
 namespace {

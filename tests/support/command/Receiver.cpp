@@ -1,4 +1,4 @@
-#include "tests/command/Receiver.h"
+#include "tests/support/command/Receiver.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -103,7 +103,7 @@ std::string Receiver::backup(const std::string& prefix, const std::string& suffi
 }
 
 void Receiver::renameBackup(const std::string& from, const std::string& to) const {
-  fs::rename(at(kBackups + "/" + from), at(kBackups + "/" + to));
+  fs::rename(at(inBackups(from)), at(inBackups(to)));
 }
 
 }  // namespace command_test

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/command/Files.h"
-#include "tests/command/Process.h"
-#include "tests/command/Snapshot.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/command/Files.h"
+#include "tests/support/command/Process.h"
+#include "tests/support/command/Snapshot.h"
 
 namespace nlohmann {
 

@@ -1,8 +1,8 @@
-#include "tests/command/Snapshot.h"
+#include "tests/support/command/Snapshot.h"
 
 #include <set>
 
-#include "tests/command/Files.h"
+#include "tests/support/command/Files.h"
 
 namespace command_test {
 namespace {
