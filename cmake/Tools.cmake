@@ -3,7 +3,8 @@
 find_program(CCACHE ccache)
 if(CCACHE)
   # A precompiled header is found again by its content (ccache(1), "Precompiled headers").
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE} sloppiness=pch_defines,time_macros,include_file_mtime,include_file_ctime)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
     add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
   else()
@@ -16,12 +17,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   add_compile_options(--param=ggc-min-heapsize=1048576)
 endif()
 
-# What is made for a receiver is linked by its own toolchain.
+# What is made for a receiver is linked by its own toolchain. A module has one of the two entry points that its exports
+# name, by its interpreter.
 if(NOT CMAKE_CROSSCOMPILING)
   foreach(linker mold lld)
     find_program(LINKER_${linker} ld.${linker})
     if(LINKER_${linker})
-      add_link_options(-fuse-ld=${linker})
+      add_link_options(-fuse-ld=${linker} -Wl,--undefined-version)
       break()
     endif()
   endforeach()
