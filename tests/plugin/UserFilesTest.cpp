@@ -124,6 +124,12 @@ TEST_F(UserFiles, PackageLinesAreTrimmedAndComparedExactly) {
   }
 }
 
+TEST_F(UserFiles, PackageLinesThatAPrefixWithABlankFindsAreTrimmedToo) {
+  host.system.addDirectory("/skin", {"a"});
+  host.system.addText("/list", {" /skin/a\n"});
+  EXPECT_EQ(actions.saveUserFiles("/list", {" /skin/", "/skin/"}, {"/skin"}), Paths{});
+}
+
 TEST_F(UserFiles, AreFoundOncePerPrefixThatTheyBeginWith) {
   host.system.addDirectory("/skin", {"ab"});
   EXPECT_EQ(actions.saveUserFiles("/none", {"/skin/a", "/skin/ab", "/skin/b"}, {"/skin"}),
