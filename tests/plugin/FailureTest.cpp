@@ -85,6 +85,9 @@ TEST_P(Failures, NoneLetsTheFlowRunToItsEnd) {
   receiver.record.take();
   run.go();
   EXPECT_EQ(receiver.record.take(), flow().operations);
+  if (const auto state = flow().endState()) {
+    EXPECT_EQ(run.state(), *state);
+  }
 }
 
 TEST_P(Failures, OfEveryOperationEndWhereTheyShould) {

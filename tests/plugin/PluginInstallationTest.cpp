@@ -55,6 +55,10 @@ TEST_F(PluginInstallation, InstallsEveryListedPackageThatIsNeitherInstalledNorEx
   EXPECT_EQ(list().pluginsinstalled,
             (Lines{"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-other\n"}));
   EXPECT_EQ(list().plugins.size(), 5U);
+  EXPECT_EQ(
+      list().excludedplugins,
+      (Lines{"enigma2-plugin-extensions-webbrowser", "enigma2-plugin-systemplugins-factorytest",
+             "enigma2-plugin-extensions-webinterface", "enigma2-plugin-extensions-xbmc"}));
   session.answer();
   EXPECT_EQ(record.take(), "close()\n");
 }

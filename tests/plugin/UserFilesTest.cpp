@@ -143,5 +143,10 @@ TEST_F(UserFiles, ComeBySearchDirectory) {
             (Paths{"/2/x", "/1/x"}));
 }
 
+TEST_F(UserFiles, FullPathsAreThoseOfEveryEntryInListingOrder) {
+  host.system.addDirectory("/d", {"b", "a", ".hidden", "two words"});
+  EXPECT_EQ(actions.listdir_fullpath("/d"), (Paths{"/d/b", "/d/a", "/d/.hidden", "/d/two words"}));
+}
+
 }  // namespace
 }  // namespace stowline

@@ -25,6 +25,7 @@ Json described(const stowline::Flow& flow) {
                  {"states", Json::array()}};
   for (const auto& caught : flow.caught) result["caught"][caught.operation] = linesOf(caught.then);
   for (const auto& from : flow.states) result["states"].push_back({from.operation, from.state});
+  if (const auto state = flow.endState()) result["end"] = *state;
   return result;
 }
 

@@ -66,6 +66,8 @@ def runs_to_its_end(flow):
         run = self.prepared(flow)
         run.go()
         self.assertEqual(journal.take(), flow["operations"])
+        if "end" in flow:
+            self.assertEqual(run.state(), flow["end"])
     return test
 
 

@@ -286,6 +286,13 @@ class Attributes(SurfaceTest):
             if initial is not UNSET:
                 self.assertEqual((value, type(value)), (initial, type(initial)), (name, attribute))
 
+    def test_a_list_that_is_not_filled_has_selected_and_listed_nothing(self):
+        class Unfilled(stowline.StowlineRestore):
+            def fill_list(self):
+                pass
+        made = Unfilled(self.session, "settingrestore", "/plugin")
+        self.assertEqual((made.path, made.flist, made.sel, made.val, made.entry, made.exe), ("", [], [], [], False, False))
+
     def test_components_begin_as_the_frameworks(self):
         for name in ("Stowline", "StowlineRestore"):
             made = self.made(name)

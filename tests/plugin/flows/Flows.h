@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -37,6 +38,13 @@ struct Flow {
   std::string operations;
   std::vector<Caught> caught = {};
   std::vector<StateFrom> states = {};
+  std::optional<std::string> completed = {};  ///< the state at the end, if not the last of `states`
+
+  /// The state at the end, where the flow tells any.
+  std::optional<std::string> endState() const {
+    if (completed || states.empty()) return completed;
+    return states.back().state;
+  }
 };
 
 inline void PrintTo(const Flow& flow, std::ostream* out) {

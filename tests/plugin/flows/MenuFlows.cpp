@@ -68,7 +68,8 @@ Flow layout(const std::string& name, const std::string& type) {
   return {.name = name,
           .prepare = prepare,
           .operations = menuCreated(type, "/media/hdd/"),
-          .states = {{"_(\"Backup/restore device : %s\")", "empty"}}};
+          .states = {{"_(\"Backup/restore device : %s\")", "empty"}},
+          .completed = "filled"};
 }
 
 /// A backup entry whose file is there before and after, unless there is no backup directory.

@@ -251,7 +251,8 @@ std::vector<Flow> confirmationFlows() {
        .prepare = onConfirmation([](Confirmation& screen) { screen.peer.finishLayout(); }),
        .operations = translate(question) + translate(warning) + "self[\"messagetext\"].setText(" +
                      quoted(question + kConfiguration + "\n\n" + warning) + ")\n",
-       .states = {{"_(" + quoted(question) + ")", ""}}},
+       .states = {{"_(" + quoted(question) + ")", ""}},
+       .completed = question + kConfiguration + "\n\n" + warning},
       {.name = "ConfigurationRestore",
        .prepare = onConfirmation([](Confirmation& screen) { screen.peer.press("green"); }),
        .operations = configurationRestored({.archive = fullPath(kConfiguration),
