@@ -9,7 +9,7 @@ endfunction()
 
 # add_room_test(NAME [SHARDS count] [ROOMS folder...] LIBRARIES library...): a test program of the calling folder's
 # sources. ctest runs it as one test, or as so many shards, which can run side by side. It tests ROOMS, by default
-# the folder that is below tests what this one is.
+# the folder at the same path without "tests/".
 function(add_room_test name)
   cmake_parse_arguments(PARSE_ARGV 1 test "" "SHARDS" "ROOMS;LIBRARIES")
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)

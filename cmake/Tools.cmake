@@ -1,7 +1,7 @@
 # What makes a build quicker, where it is installed: a compiler cache and a linker.
 
 find_program(CCACHE ccache)
-if(CCACHE)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # A precompiled header is found again by its content (ccache(1), "Precompiled headers").
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
       CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
@@ -17,8 +17,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   add_compile_options(--param=ggc-min-heapsize=1048576)
 endif()
 
-# What is made for a receiver is linked by its own toolchain. A module has one of the two entry points that its exports
-# name, by its interpreter.
+# What is made for a receiver is linked by its own toolchain. host/receiver/exports.map names two entry points, of which
+# a module has one: mold would warn that the other is undefined.
 if(NOT CMAKE_CROSSCOMPILING)
   foreach(linker mold lld)
     find_program(LINKER_${linker} ld.${linker})
