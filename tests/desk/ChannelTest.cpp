@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <thread>

@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 
 #include "desk/model/Opkg.h"
 #include "tests/desk/DeskFixture.h"

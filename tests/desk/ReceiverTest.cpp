@@ -1,3 +1,4 @@
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "desk/model/Receiver.h"

@@ -164,7 +164,6 @@ class Terminal:
         raise NotShown(text + " is not shown:\n" + self.text())
 
     def resize(self, columns, rows):
-        self.session = self._tmux("display-message", "-p", "#{pane_pid}").strip()
         self.columns, self.rows = columns, rows
         self._tmux("resize-window", "-x", str(columns), "-y", str(rows))
 

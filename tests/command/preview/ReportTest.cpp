@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "command/preview/JsonReport.h"

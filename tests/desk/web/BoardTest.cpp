@@ -2,6 +2,7 @@
 #include <poll.h>
 
 #include <chrono>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <thread>
 
