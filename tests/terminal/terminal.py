@@ -135,8 +135,10 @@ class Terminal:
     def close(self):
         """Ends the shell, and the command that runs in it: another may then use its receiver."""
         subprocess.run(["tmux", "-S", self.socket, "kill-server"], check=False, stderr=subprocess.DEVNULL)
-        wait_until(lambda: not subprocess.run(["pgrep", "--session", self.session, "-x", "stowline"], check=False,
-                                              stdout=subprocess.PIPE).stdout, "the end of the command")
+        # One that has ended, but that nobody has waited for yet, is in state Z.
+        command = ["pgrep", "--session", self.session, "--exact", "stowline", "--runstates", "D,R,S,T,t"]
+        wait_until(lambda: not subprocess.run(command, check=False, stdout=subprocess.PIPE).stdout,
+                   "the end of the command")
 
     def shell(self, command):
         """Types a command line."""
