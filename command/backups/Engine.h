@@ -7,7 +7,7 @@
 
 namespace backups {
 
-/// The places of each kind of archive, as the module's engine archives them.
+/// The places of each kind of archive, as the module archives them.
 struct EnginePlaces {
   tarball::Places settings;
   tarball::Places configuration;
@@ -16,7 +16,6 @@ struct EnginePlaces {
   std::vector<std::string> patterns;  ///< those of `any`, as shell patterns
 };
 
-/// Asks the engine, on a receiver where nothing happens.
-EnginePlaces askEngine();
+EnginePlaces enginePlaces();
 
 }  // namespace backups

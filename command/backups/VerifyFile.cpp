@@ -53,7 +53,7 @@ tarball::Verdict verifyList(const std::string& path) {
 }
 
 tarball::Places placesOf(FileKind kind) {
-  EnginePlaces engine = askEngine();
+  EnginePlaces engine = enginePlaces();
   switch (kind) {
     case FileKind::settings:
       return engine.settings;

@@ -52,7 +52,7 @@ std::uint64_t sizeBelow(const fs::path& path) {
 /// Returns how many bytes the next backup takes at most: all that it would hold, not compressed.
 std::uint64_t sizeOfNextBackup() {
   std::uint64_t size = 0;
-  for (const std::string& pattern : backups::askEngine().patterns) {
+  for (const std::string& pattern : backups::enginePlaces().patterns) {
     glob_t found{};
     if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
       for (std::size_t at = 0; at < found.gl_pathc; ++at) size += sizeBelow(found.gl_pathv[at]);

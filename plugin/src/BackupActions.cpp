@@ -4,56 +4,12 @@
 #include <functional>
 #include <unordered_set>
 
-#include "plugin/src/ChannelFiles.h"
 #include "plugin/src/Packages.h"
+#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
 
 namespace stowline {
 namespace {
-
-/// The paths and shell patterns of the configuration archive, in archive order.
-constexpr const char* kConfigPlaces[] = {
-    "/etc/enigma2/*",
-    "/etc/CC*",
-    "/usr/scam/*",
-    "/etc/tuxbox/config/*",
-    "/usr/keys/*",
-    "/etc/ConfFS/*",
-    "/usr/lib/enigma2/python/Plugins/Extensions/webradioFS/skin/mySkin/*",
-    "/etc/MultiQuickButton/*",
-    "/usr/lib/enigma2/python/Plugins/Extensions/Foreca/*.cfg",
-    "/usr/lib/enigma2/python/Plugins/Extensions/SHOUTcast/favorites",
-    "/etc/samba/*",
-    "/etc/hostname",
-    "/etc/passwd",
-    "/etc/shadow",
-    "/etc/exports",
-    "/etc/fstab",
-    "/etc/auto.network",
-    "/etc/auto.network_qor",
-    "/etc/network/interfaces",
-    "/etc/resolv.conf",
-    "/etc/wpa_supplicant*.conf",
-    "/usr/share/enigma2/radio.mvi",
-    "/usr/share/vuplus-bootlogo/*",
-    "/.qws/share/data/Arora/*",
-    "/Settings/*",
-    "/usr/lib/enigma2/python/Plugins/SystemPlugins/PiPServiceRelation/psr_config",
-    "/usr/lib/enigma2/python/Plugins/SystemPlugins/CrashReport/settings",
-    "/usr/lib/enigma2/python/Plugins/Extensions/HbbTV/bookmark.ini",
-    "/etc/init.d/current_cam.sh",
-    "/usr/share/enigma2/skin_default/spinner/wait*png",
-    "/etc/enigmalight.conf",
-    "/usr/lib/enigma2/python/Plugins/Extensions/EnigmaLight/profiles/custom_*.profile",
-};
-
-/// What the configuration archive leaves out: the channel data, keys and the GUI's profile. They
-/// are member names, which tar stores without the leading "/".
-constexpr const char* kConfigExcludes[] = {
-    "etc/enigma2/*.tv",      "etc/enigma2/*.radio", "etc/enigma2/whitelist",
-    "etc/enigma2/blacklist", "etc/enigma2/lamedb",  "etc/tuxbox/config/enigma*",
-    "etc/enigma2/*.pem",     "etc/enigma2/profile",
-};
 
 /// How the names of one kind of scheduled backup begin, and how they end after the model.
 struct ScheduledKind {
@@ -173,26 +129,19 @@ std::vector<std::string> BackupActions::listed(std::string_view operation,
   return result ? textsOf(*result) : own();
 }
 
-std::vector<std::string> BackupActions::userFiles(const std::string& package_info,
-                                                  const std::vector<std::string>& start_strings,
-                                                  const std::vector<std::string>& search_dirs) {
-  return listed("saveUserFiles", {package_info, valueOf(start_strings), valueOf(search_dirs)},
-                [&] { return saveUserFiles(package_info, start_strings, search_dirs); });
+std::vector<std::string> BackupActions::userFiles(const SkinFiles& skin) {
+  const std::vector<std::string> starts(skin.start_strings.begin(), skin.start_strings.end());
+  const std::vector<std::string> directories(skin.search_dirs.begin(), skin.search_dirs.end());
+  return listed("saveUserFiles", {skin.package_info, valueOf(starts), valueOf(directories)},
+                [&] { return saveUserFiles(skin.package_info, starts, directories); });
 }
 
 std::vector<std::string> BackupActions::saveAtileUserFiles() {
-  return userFiles(
-      "/var/lib/opkg/info/enigma2-plugin-skin-atile.list",
-      {"/usr/share/enigma2/AtileHD/colors_atile_", "/usr/share/enigma2/AtileHD/font_atile_",
-       "/usr/share/enigma2/AtileHD/allScreens/skin_",
-       "/usr/share/enigma2/AtileHD/preview/preview_"},
-      {"/usr/share/enigma2/AtileHD", "/usr/share/enigma2/AtileHD/allScreens",
-       "/usr/share/enigma2/AtileHD/preview"});
+  return userFiles(kAtileFiles);
 }
 
 std::vector<std::string> BackupActions::saveVFDSkinUserFiles() {
-  return userFiles("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list",
-                   {"/usr/share/enigma2/vfd_skin/skin_vfd"}, {"/usr/share/enigma2/vfd_skin"});
+  return userFiles(kVfdSkinFiles);
 }
 
 std::vector<std::string> BackupActions::saveUserFiles(const std::string& package_info,

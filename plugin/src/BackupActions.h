@@ -62,9 +62,7 @@ class BackupActions : public BackupJobs {
   template <class Own>
   std::vector<std::string> listed(std::string_view operation, const host::Value::List& arguments,
                                   Own own);
-  std::vector<std::string> userFiles(const std::string& package_info,
-                                     const std::vector<std::string>& start_strings,
-                                     const std::vector<std::string>& search_dirs);
+  std::vector<std::string> userFiles(const struct SkinFiles& skin);
 
   host::Host& host_;
   host::Overrides* overrides_ = nullptr;

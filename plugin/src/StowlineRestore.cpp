@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "plugin/src/BoxTypes.h"
-#include "plugin/src/ChannelFiles.h"
 #include "plugin/src/Packages.h"
+#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
 #include "plugin/src/StowlineHelpScreen.h"
 

@@ -32,7 +32,7 @@ constexpr EngineCase kEngineCases[] = {
 };
 
 TEST(Engine, PlacesAreThoseThatTheModuleArchives) {
-  const EnginePlaces engine = askEngine();
+  const EnginePlaces engine = enginePlaces();
   struct Kind {
     char letter;
     const tarball::Places& places;
