@@ -46,6 +46,31 @@ class Screen(dict):
         self.__dict__.clear()
 
 
+class Lines(object):
+    """A file object."""
+
+    def __init__(self, lines):
+        self.lines = list(lines)
+
+    def readlines(self):
+        return self.lines
+
+    def close(self):
+        pass
+
+
+class Log(object):
+    """A standard output that nobody reads."""
+
+    def write(self, text):
+        pass
+
+
+class Session(object):
+    def openWithCallback(self, callback, screen, **arguments):
+        pass
+
+
 class Subsection(object):
     def save(self):
         pass

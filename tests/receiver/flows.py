@@ -62,7 +62,7 @@ def on_engine(job, state, lay_out, backuptype="manual"):
 
 
 def writing(job, attribute, name):
-    return on_engine(job, lambda engine: getattr(engine, attribute),
+    return on_engine(job, lambda engine: getattr(engine, attribute, ""),
                      lambda receiver: receiver.add_file(full_path(name)))
 
 
@@ -97,7 +97,7 @@ ENGINE = {
                                    "configuration_ver_c_%s.tar.gz" % STAMP),
     "PluginListBackup": writing("createPluginList", "pluginfile", "pluginlist_%s.lst" % STAMP),
     "ConfigurationBackupWithUserFiles": on_engine(
-        "createConfigFile", lambda engine: engine.configfile, lay_out_user_files),
+        "createConfigFile", lambda engine: getattr(engine, "configfile", ""), lay_out_user_files),
     "Housekeeping": on_engine("houseKeeping", victims_left, lay_out_scheduled, "auto"),
 }
 
@@ -105,7 +105,7 @@ ENGINE = {
 # The main menu.
 
 def state_of_menu(menu):
-    return "restoretype=" + menu.restoretype + (
+    return "restoretype=" + getattr(menu, "restoretype", "") + (
         ", plugins are to be reloaded" if menu.reloadPluginlist else "")
 
 
@@ -160,7 +160,7 @@ def medium_chosen(option):
         menu = module.Stowline(Session(), "/plugin", "backup")
         setting = module.config.plugins.qorpanel.stowline.backuprestorepath
         return Prepared(lambda: menu.backuprestorepath_choosen(option),
-                        lambda: "%s %s" % (setting.content, menu.backuprestorepath))
+                        lambda: "%s %s" % (setting.content, getattr(menu, "backuprestorepath", None)))
     return prepare
 
 
@@ -227,7 +227,7 @@ def lay_out_backups(receiver):
 def state_of_list(restore):
     return "restoretype=%s sel=%s exe=%s cmdlist=%s" % (
         restore.restoretype, fakes.described(restore.sel), restore.exe,
-        fakes.bracketed(restore.cmdlist))
+        fakes.bracketed(getattr(restore, "cmdlist", [])))
 
 
 def on_list(restoretype, go):
