@@ -10,12 +10,15 @@ WHOLE = ("backup-menu", "long-list", "confirmation")
 
 
 def structure(svg):
-    """Returns what a picture shows, in its order: the screen, its widgets, rows with the cursor, and texts."""
+    """Returns what a picture shows, in its order: the screen and its widgets, each with its place, rows with the
+    cursor, and texts."""
     parts = []
     for element in ElementTree.fromstring(svg).iter():
         for name in ("data-screen", "data-widget", "data-picture", "aria-selected"):
             if name in element.attrib:
                 parts.append((name, element.get(name)))
+        if "data-screen" in element.attrib or "data-widget" in element.attrib:
+            parts.append(("place", [element.get(name) for name in ("x", "y", "width", "height")]))
         if element.text and element.text.strip():
             parts.append(("text", element.text))
     return parts
