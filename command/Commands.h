@@ -8,7 +8,7 @@
 namespace command {
 
 /// What each command does, with its options as they were given. All of them print to the standard
-/// streams, and raise host::Error or another std::exception when they fail.
+/// streams, and raise plain::Error or another std::exception when they fail.
 
 struct AutoOptions {
   std::filesystem::path receiver;  ///< a receiver tree; "": the receiver that this runs on

@@ -26,7 +26,6 @@
 #include "host/native/Reading.h"
 #include "host/native/ShownText.h"
 #include "plugin/src/Setup.h"
-#include "plugin/src/Stowline.h"
 
 namespace command {
 namespace {
@@ -52,17 +51,9 @@ desk::Translations readTranslations(const std::filesystem::path& file) {
 
 /// Returns the module as the stand-in runs it, opening the main menu of the flavour `menu`.
 desk::Application moduleWith(const std::string& menu, desk::Translations translations) {
-  return {.load = stowline::load,
-          .main_menu =
-              [menu](host::Host& host) {
-                return host::ScreenClass{
-                    .name = "Stowline",
-                    .arguments = {kPluginPath, menu},
-                    .create = [&host, menu](host::ScreenPeer& peer, host::Session& session) {
-                      return std::make_unique<stowline::Stowline>(host, peer, session, kPluginPath,
-                                                                  menu);
-                    }};
-              },
+  return {.load = &stowline::load,
+          .main_menu = "Stowline",
+          .arguments = {kPluginPath, menu},
           .translations = std::move(translations)};
 }
 

@@ -8,9 +8,9 @@
 #include "command/Commands.h"
 #include "command/backups/Catalogue.h"
 #include "command/output/Table.h"
-#include "host/native/Model.h"
 #include "host/native/NativeSystem.h"
 #include "host/native/ShownText.h"
+#include "host/plain/Model.h"
 
 namespace command {
 namespace {
@@ -144,7 +144,7 @@ Json jsonOf(const Catalogue& catalogue, const std::string& model) {
 /// Returns the model of the receiver that this runs on, "" where there is none.
 std::string ownModel() {
   native::NativeSystem os;
-  return os.exists(native::kModelFile) ? native::readModel(os) : "";
+  return os.exists(plain::kModelFile) ? plain::readModel(os) : "";
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "command/CommandLine.h"
-#include "host/include/Error.h"
 #include "host/native/OsError.h"
 #include "host/native/ShownText.h"
+#include "host/plain/Error.h"
 
 namespace {
 
@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
     std::cerr << "stowline: " << oneLine(reasonOf(error, stowline)) << " (see '"
               << helpCommand(stowline) << "')\n";
     return kUsageError;
-  } catch (const host::Error& error) {
+  } catch (const plain::Error& error) {
     std::cout.flush();
     std::cerr << "stowline: " << oneLine(native::reasonOf(error)) << "\n";
     return EXIT_FAILURE;

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "host/native/Enclosure.h"
-#include "host/native/Model.h"
+#include "host/plain/Model.h"
 #ifdef STOWLINE_STAND_IN
 #include "desk/tree/ReceiverTree.h"
 #endif
@@ -30,8 +30,8 @@ void enter(const std::filesystem::path& /*tree*/) {}
 void moveOntoReceiver(const std::filesystem::path& tree) {
   if (!tree.empty()) {
     enter(tree);
-  } else if (!std::filesystem::exists(native::kModelFile)) {
-    throw std::runtime_error(std::string("this is no receiver, it has no ") + native::kModelFile +
+  } else if (!std::filesystem::exists(plain::kModelFile)) {
+    throw std::runtime_error(std::string("this is no receiver, it has no ") + plain::kModelFile +
                              kInstead);
   }
   native::setReceiverEnvironment();

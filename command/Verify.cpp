@@ -13,9 +13,9 @@
 #include "command/backups/VerifyFile.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
-#include "host/include/Error.h"
 #include "host/native/OsError.h"
 #include "host/native/ShownText.h"
+#include "host/plain/Error.h"
 
 namespace command {
 namespace {
@@ -65,7 +65,7 @@ Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgre
   }
   try {
     verified.verdict = backups::verifyFile(file.string(), verified.kind, begin);
-  } catch (const host::Error& error) {
+  } catch (const plain::Error& error) {
     verified.error = native::reasonOf(error);
   }
   return verified;

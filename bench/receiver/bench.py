@@ -6,6 +6,7 @@ usage: bench.py MODULE_DIR [import DIRECTORY]
 
 from __future__ import print_function
 
+import io
 import os
 import py_compile
 import shutil

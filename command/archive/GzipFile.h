@@ -26,10 +26,10 @@ using BeginProgress = std::function<Progress(const std::string& name, std::uint6
 /// stream, and zeros may follow them, as gzip(1) has it. Checksums and lengths are checked.
 class GzipFile : public Stream {
  public:
-  /// Opens `path`. Raises host::Error ("OSError").
+  /// Opens `path`. Raises plain::Error ("OSError").
   explicit GzipFile(const std::string& path, const BeginProgress& begin = {});
 
-  /// Reads an open file from where it stands. `name` names it in an error. Raises host::Error
+  /// Reads an open file from where it stands. `name` names it in an error. Raises plain::Error
   /// ("OSError").
   GzipFile(native::Descriptor file, std::string name, const BeginProgress& begin = {});
 

@@ -1,7 +1,6 @@
 #include "command/backups/Catalogue.h"
 
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -9,38 +8,31 @@
 #include <unordered_set>
 #include <utility>
 
-#include "command/backups/FileKind.h"
+#include "command/backups/Engine.h"
 #include "command/backups/RestoreScreen.h"
-#include "host/look/Host.h"
-#include "plugin/src/BackupActions.h"
-#include "plugin/src/BoxTypes.h"
+#include "host/dryrun/Host.h"
+#include "plugin/src/Listing.h"
 #include "plugin/src/Setup.h"
 
 namespace backups {
+
+using host::operator""_t;
+
 namespace {
 
 /// A model with fewer scheduled backups has none that the next one could make too many.
 constexpr int kFewestToDelete = 3;
-
-/// What the module makes of a file that is listed for some model.
-struct Judged {
-  bool is_taken = false;   ///< whether OK does anything with it where it is listed
-  bool is_listed = false;  ///< for the model to decide for, or for any where there is none
-};
-
-/// The listed files of one kind, in the list's order.
-using Listed = std::map<std::string, Judged, std::greater<>>;
 
 /// Looks into a medium with the module's own code.
 class Reader {
  public:
   Reader(const std::filesystem::path& medium, std::string model)
       : model_(std::move(model)), system_(std::nullopt), host_(system_, model_, "") {
-    stowline::load(host_);
-    std::string mount_point = stowline::backupRestorePathSetting(host_).value();
+    stowline::load(host_.module());
+    std::string mount_point = mediumOf(host_);
     while (mount_point.ends_with('/')) mount_point.pop_back();
     system_.mount(mount_point, native::Root(medium));
-    const auto directory = stowline::getBackupRestorePath(host_);
+    const auto directory = backupDirectory(host_);
     if (!directory) throw std::runtime_error("cannot read '" + medium.string() + "'");
     directory_ = *directory;
     const std::string name = directory_.substr(mount_point.size() + 1);
@@ -56,9 +48,10 @@ class Reader {
     names_ = system_.listdir(directory_);
     std::ranges::sort(names_);
     for (const std::string& name : names_) said_.emplace(name, parseSetName(name));
-    chooseModels();
     for (const Kind& kind : kKinds) {
-      for (const auto& [name, judged] : listed(kind)) addSet(kind, name, judged);
+      for (auto name = names_.rbegin(); name != names_.rend(); ++name) {
+        if (isOfKind(*name, kind)) addSet(kind, *name);
+      }
     }
     addOthers();
     for (const std::string& model : scheduledModels()) addOutdated(model);
@@ -66,10 +59,6 @@ class Reader {
   }
 
  private:
-  static bool isBoxType(const std::string& model) {
-    return std::ranges::find(stowline::kBoxTypes, model) != std::end(stowline::kBoxTypes);
-  }
-
   /// The models whose next scheduled backup is meant: the one asked for, or every one that has as
   /// many of them as stay, and every known one where a backup's name does not say.
   std::set<std::string> scheduledModels() const {
@@ -88,50 +77,13 @@ class Reader {
     return models;
   }
 
-  /// A file is listed for the receivers of its model, so those of every model that a name is of
-  /// are asked; of all models where a name does not say. Models that have no tag of their own list
-  /// alike: one of them is asked.
-  void chooseModels() {
-    bool has_other = !model_.empty() && !isBoxType(model_);
-    if (!model_.empty()) asked_.insert(model_);
-    for (const auto& [name, said] : said_) {
-      if (!said) {
-        asked_.insert(std::begin(stowline::kBoxTypes), std::end(stowline::kBoxTypes));
-      } else if (isBoxType(said->model)) {
-        asked_.insert(said->model);
-      } else if (!has_other) {
-        asked_.insert(said->model);
-        has_other = true;
-      }
-    }
-  }
-
-  Listed listed(const Kind& kind) {
-    Listed all;
-    for (const std::string& model : asked_) {
-      look::Host host(system_, model, "");
-      stowline::load(host);
-      RestoreScreen screen(host, kind.restoretype);
-      const bool decides = model_.empty() || model == model_;
-      for (std::size_t row = 0; row < screen.rows().size(); ++row) {
-        Judged& judged = all[screen.rows()[row]];
-        if (!decides || judged.is_listed) continue;
-        judged = {.is_taken = screen.pressOk(row).is_taken, .is_listed = true};
-      }
-    }
-    return all;
-  }
-
-  void addSet(const Kind& kind, const std::string& name, const Judged& judged) {
+  void addSet(const Kind& kind, const std::string& name) {
     BackupSet set{.kind = kind.name,
                   .file = fileOf(name),
                   .said = said_.at(name),
                   .keeps = {},
                   .companions = {},
-                  .restore = judged.is_taken ? Restore::yes : Restore::too_small};
-    if (judged.is_taken && !isShellWord(name)) set.restore = Restore::odd_name;
-    if (!judged.is_listed) set.restore = Restore::other_model;
-    if (!system_.isFile(directory_ + "/" + name)) set.restore = Restore::no_file;
+                  .restore = restoreOf(kind, name)};
     if (kind.name == std::string_view("configuration")) {
       set.keeps = keptOf(name, set.said);
       set.companions = companionsOf(name);
@@ -145,11 +97,19 @@ class Reader {
     catalogue_.sets.push_back(std::move(set));
   }
 
+  Restore restoreOf(const Kind& kind, const std::string& name) {
+    const std::string path = directory_ + "/" + name;
+    if (!system_.isFile(path)) return Restore::no_file;
+    if (!model_.empty() && !stowline::isForBox(name, model_)) return Restore::other_model;
+    if (!isLargeEnough(kind, system_.fileSize(path))) return Restore::too_small;
+    return isShellWord(name) ? Restore::yes : Restore::odd_name;
+  }
+
   /// Returns what a restore of a configuration keeps, asked once for all of the same version.
   const std::vector<std::string>& keptOf(const std::string& name,
                                          const std::optional<SetName>& said) {
     const auto [kept, is_new] = kept_.try_emplace(said ? "version " + said->version : name);
-    if (is_new) kept->second = keptBy(configurationRestore(host_, directory_ + "/" + name));
+    if (is_new) kept->second = keptFiles(host_, directory_ + "/" + name);
     return kept->second;
   }
 
@@ -171,19 +131,18 @@ class Reader {
 
   /// Lets the engine write the next scheduled backup and keep house.
   void addOutdated(const std::string& model) {
-    look::Host host(system_, model, "");
-    stowline::load(host);
-    stowline::BackupActions engine(host, "auto");
-    engine.createSettingFile();
-    engine.createConfigFile();
-    engine.createPluginList();
+    dryrun::Host host(system_, model, "");
+    stowline::load(host.module());
+    const host::Object engine = host.module()["BackupActions"_t]({"auto"_t});
     std::set<std::string> next;
-    for (const std::string& file : {engine.settingfile, engine.configfile, engine.pluginfile}) {
+    for (const Job& job : kJobs) {
+      engine.call(job.operation, {});
+      const std::string file = plain::textOf(engine.get(job.file));
       if (system_.exists(file)) continue;
       next.insert(file);
       system_.pretend(file);
     }
-    engine.houseKeeping();
+    engine.call("houseKeeping"_t, {});
     for (const std::string& file : system_.takeRemoved()) {
       if (!next.contains(file)) catalogue_.outdated.push_back(file.substr(directory_.size() + 1));
     }
@@ -196,14 +155,13 @@ class Reader {
   }
 
   std::string model_;
-  look::System system_;
-  look::Host host_;                 ///< for what does not depend on the model
+  dryrun::System system_;
+  dryrun::Host host_;               ///< for what does not depend on the model
   std::string directory_;           ///< as the receiver names it
   std::vector<std::string> names_;  ///< of all files in the directory, sorted
   std::unordered_map<std::string, std::optional<SetName>> said_;  ///< by their names
   const std::vector<std::string> endings_ = companionEndings();
   std::map<std::string, std::vector<std::string>> kept_;  ///< by version, or by name without one
-  std::set<std::string> asked_;                           ///< the models whose lists are asked
   std::unordered_set<std::string> known_;
   Catalogue catalogue_;
 };

@@ -5,22 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "command/backups/FileKind.h"
 #include "command/backups/SetName.h"
 
 namespace backups {
-
-/// A kind of backup: what it is called here and which list of the restore menu it is in.
-struct Kind {
-  const char* name;
-  const char* restoretype;
-  const char* last_good;  ///< what the newest good backup of it is called
-};
-
-inline constexpr Kind kKinds[] = {
-    {"settings", "settingrestore", "last good settings"},
-    {"configuration", "configrestore", "last good configuration"},
-    {"plugins", "plugininstall", "last good plugins"},
-};
 
 /// A file in a backup directory.
 struct File {
@@ -58,7 +46,7 @@ struct Catalogue {
 
 /// Reads the catalogue of the medium that is found in the directory `medium`. `model`: the model to
 /// decide for; "" for none, then the next scheduled backup is one of each model. Nothing is
-/// written. Raises std::runtime_error when there is no backup directory, and host::Error
+/// written. Raises std::runtime_error when there is no backup directory, and plain::Error
 /// ("OSError") when it cannot be read.
 Catalogue readCatalogue(const std::filesystem::path& medium, const std::string& model);
 

@@ -3,8 +3,13 @@
 #include <iterator>
 
 #include "plugin/src/Places.h"
+#include "plugin/src/Setup.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace backups {
+
+using host::operator""_t;
+
 namespace {
 
 using Patterns = std::vector<std::string>;
@@ -24,6 +29,12 @@ Patterns userFilePatterns() {
 
 }  // namespace
 
+constexpr Job kJobs[] = {
+    {"settings", "createSettingFile"_t, "settingfile"_t, FileKind::settings},
+    {"config", "createConfigFile"_t, "configfile"_t, FileKind::configuration},
+    {"plugins", "createPluginList"_t, "pluginfile"_t, FileKind::plugin_list},
+};
+
 EnginePlaces enginePlaces() {
   const Patterns user_files = userFilePatterns();
   const Patterns settings = patternsOf(stowline::kChannelFiles);
@@ -36,6 +47,23 @@ EnginePlaces enginePlaces() {
           .user_files = {user_files, {}},
           .any = {all, {}},
           .patterns = all};
+}
+
+std::vector<std::string> keptFiles(const plain::Host& host, const std::string& path) {
+  std::vector<std::string> files;
+  for (const host::Text file : stowline::keptFiles(host.module(), path))
+    files.emplace_back(file.characters());
+  return files;
+}
+
+std::string mediumOf(const plain::Host& host) {
+  return plain::textOf(stowline::mediumSetting(host.module())["value"_t]);
+}
+
+std::optional<std::string> backupDirectory(const plain::Host& host) {
+  const host::Object directory = host.module()["getBackupRestorePath"_t]();
+  if (directory.isNone()) return std::nullopt;
+  return plain::textOf(directory);
 }
 
 }  // namespace backups

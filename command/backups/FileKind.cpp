@@ -1,15 +1,11 @@
 #include "command/backups/FileKind.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
+#include <iterator>
 #include <string>
 
-#include "command/backups/Catalogue.h"
-#include "command/backups/RestoreScreen.h"
-#include "host/look/Host.h"
-#include "plugin/src/BoxTypes.h"
-#include "plugin/src/Setup.h"
+#include "plugin/src/Listing.h"
+#include "plugin/src/Places.h"
 
 namespace backups {
 namespace {
@@ -25,20 +21,9 @@ constexpr Word kWords[] = {
     {FileKind::unknown, "unknown"},
 };
 
-/// Whether the restore list `restoretype` of some receiver lists a file of this name.
-bool isListed(const std::string& name, const char* restoretype) {
-  look::System system(std::nullopt);
-  return std::ranges::any_of(stowline::kBoxTypes, [&](const char* model) {
-    look::Host host(system, model, "");
-    stowline::load(host);
-    system.pretend(*stowline::getBackupRestorePath(host) + "/" + name);
-    return !RestoreScreen(host, restoretype).rows().empty();
-  });
-}
-
 FileKind kindOfListed(const std::string& name) {
   for (const Kind& kind : kKinds) {
-    if (!isListed(name, kind.restoretype)) continue;
+    if (!isOfKind(name, kind)) continue;
     const auto* word = std::ranges::find(kWords, std::string(kind.name), &Word::word);
     return word->kind;
   }
@@ -47,14 +32,18 @@ FileKind kindOfListed(const std::string& name) {
 
 }  // namespace
 
+bool isOfKind(const std::string& name, const Kind& kind) {
+  return std::ranges::any_of(stowline::kListedKinds, [&](const stowline::ListedKind& listed) {
+    return listed.restoretype.characters() == kind.restoretype && isListed(listed, name);
+  });
+}
+
+bool isLargeEnough(const Kind& kind, long long size) {
+  return kind.name == std::string_view("plugins") || size >= stowline::kSmallestArchive;
+}
+
 std::vector<std::string> companionEndings() {
-  const std::string archive = "/configuration.tar.gz";
-  look::System system(std::nullopt);
-  look::Host host(system, "any", "");
-  std::vector<std::string> endings = unpackedBy(configurationRestore(host, archive));
-  std::erase(endings, archive);
-  for (std::string& ending : endings) ending.erase(0, archive.size());
-  return endings;
+  return {std::begin(stowline::kCompanions), std::end(stowline::kCompanions)};
 }
 
 FileKind kindOf(const std::string& name) {

@@ -10,10 +10,10 @@
 
 #include "command/archive/Paths.h"
 #include "command/backups/Engine.h"
-#include "host/include/Error.h"
 #include "host/native/Descriptor.h"
 #include "host/native/OsError.h"
 #include "host/native/Reading.h"
+#include "host/plain/Error.h"
 
 namespace backups {
 namespace {
@@ -84,7 +84,7 @@ bool isSoundWithCompanions(const std::string& path, FileKind kind,
       return !std::filesystem::exists(path + ending) ||
              verifyFile(path + ending, FileKind::user_files, begin).sound();
     });
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     return false;
   }
 }

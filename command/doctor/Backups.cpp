@@ -17,10 +17,9 @@
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
 #include "command/scheduled/Medium.h"
-#include "host/include/Error.h"
 #include "host/native/OsError.h"
 #include "host/native/ShownText.h"
-#include "plugin/src/Setup.h"
+#include "host/plain/Error.h"
 
 namespace doctor {
 namespace {
@@ -135,13 +134,13 @@ Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& ki
 
 }  // namespace
 
-std::vector<Check> checkBackups(host::Host& host, const tarball::BeginProgress& begin) {
+std::vector<Check> checkBackups(const plain::Host& host, const tarball::BeginProgress& begin) {
   try {
     scheduled::requireMounted(host);
   } catch (const std::exception& error) {
     return {{"medium", State::failed, error.what()}};
   }
-  const auto directory = stowline::getBackupRestorePath(host);
+  const auto directory = backups::backupDirectory(host);
   if (!directory) return {{"medium", State::failed, "the backup directory cannot be made"}};
   std::vector<Check> checks;
   const std::string reason = scheduled::whyNotWritable(*directory);
@@ -153,13 +152,13 @@ std::vector<Check> checkBackups(host::Host& host, const tarball::BeginProgress& 
   checks.push_back(guarded("room", [&] { return checkRoom(*directory); }));
   try {
     const backups::Catalogue catalogue =
-        backups::readCatalogue(fs::path(*directory).parent_path(), host.deviceName());
+        backups::readCatalogue(fs::path(*directory).parent_path(), host.model());
     checks.push_back(checkClock(catalogue));
     for (const backups::Kind& kind : backups::kKinds) {
       checks.push_back(
           guarded(kind.last_good, [&] { return checkLastGood(catalogue, kind, begin); }));
     }
-  } catch (const host::Error& error) {
+  } catch (const plain::Error& error) {
     checks.push_back({"backups", State::failed, native::reasonOf(error)});
   } catch (const std::runtime_error& error) {
     checks.push_back({"backups", State::failed, error.what()});

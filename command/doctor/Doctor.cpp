@@ -5,11 +5,11 @@
 
 #include "command/doctor/Backups.h"
 #include "command/doctor/Tools.h"
-#include "host/include/Error.h"
-#include "host/native/Host.h"
-#include "host/native/Model.h"
 #include "host/native/NativeSystem.h"
 #include "host/native/OsError.h"
+#include "host/native/SettingsFile.h"
+#include "host/plain/Error.h"
+#include "host/plain/Model.h"
 #include "plugin/src/Setup.h"
 
 namespace doctor {
@@ -27,9 +27,9 @@ const char* wordOf(State state) {
 
 namespace {
 
-Check checkModel(host::OperatingSystem& os) {
-  const std::string model = native::readModel(os);
-  if (native::isModel(model)) return {"model", State::ok, model};
+Check checkModel(plain::System& os) {
+  const std::string model = plain::readModel(os);
+  if (plain::isModel(model)) return {"model", State::ok, model};
   return {"model", State::failed, "'" + model + "' cannot be the model of a receiver"};
 }
 
@@ -38,7 +38,7 @@ Check checkModel(host::OperatingSystem& os) {
 Check guarded(const char* name, const std::function<Check()>& check) {
   try {
     return check();
-  } catch (const host::Error& error) {
+  } catch (const plain::Error& error) {
     return {name, State::failed, native::reasonOf(error)};
   } catch (const std::exception& error) {
     return {name, State::failed, error.what()};
@@ -47,8 +47,9 @@ Check guarded(const char* name, const std::function<Check()>& check) {
 
 std::vector<Check> examine(const tarball::BeginProgress& begin) {
   native::NativeSystem os;
-  native::Host host(os);
-  stowline::load(host);
+  native::SettingsFile settings;
+  plain::Host host(os, settings);
+  stowline::load(host.module());
   std::vector<Check> checks = {
       guarded("model", [&] { return checkModel(os); }),
       guarded("tools", [&] { return checkTools(os); }),

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <stdexcept>
 
 #include "command/archive/Damaged.h"
 #include "command/archive/Reader.h"
@@ -55,7 +54,7 @@ std::set<std::string> membersOf(const std::string& archive) {
 
 }  // namespace
 
-Check checkTools(host::OperatingSystem& os) {
+Check checkTools(plain::System& os) {
   std::string missing;
   for (const char* tool : kTools) {
     if (os.popen(std::string("command -v ") + tool).empty()) missing += std::string(" ") + tool;
@@ -67,7 +66,7 @@ Check checkTools(host::OperatingSystem& os) {
   return {"tools", State::failed, "missing:" + missing};
 }
 
-Check checkExclusions(host::OperatingSystem& os) {
+Check checkExclusions(plain::System& os) {
   constexpr const char* kName = "tar's exclusions";
   const Scratch scratch;
   const std::string files = scratch.path() + "/files";
@@ -87,7 +86,7 @@ Check checkExclusions(host::OperatingSystem& os) {
           "keys"};
 }
 
-Check checkPackageManager(host::OperatingSystem& os) {
+Check checkPackageManager(plain::System& os) {
   const std::string reason = scheduled::whyNoPackages(os);
   if (reason.empty()) return {"package manager", State::ok, "answers"};
   return {"package manager", State::failed, reason};

@@ -1,18 +1,18 @@
 #pragma once
 
 #include "command/doctor/Doctor.h"
-#include "host/include/OperatingSystem.h"
+#include "host/plain/System.h"
 
 namespace doctor {
 
 /// Whether the programs and scripts are there that backups and restores run.
-Check checkTools(host::OperatingSystem& os);
+Check checkTools(plain::System& os);
 
 /// Whether tar leaves out what is named by an exclusion after the file list, tried on files of its
 /// own.
-Check checkExclusions(host::OperatingSystem& os);
+Check checkExclusions(plain::System& os);
 
 /// Whether the package manager answers.
-Check checkPackageManager(host::OperatingSystem& os);
+Check checkPackageManager(plain::System& os);
 
 }  // namespace doctor

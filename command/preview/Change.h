@@ -24,7 +24,7 @@ struct State {
 bool isFile(const std::optional<State>& state);
 
 /// Returns what lies at `path` on the receiver, links not followed; nothing where nothing does.
-/// Raises host::Error ("OSError").
+/// Raises plain::Error ("OSError").
 std::optional<State> stateOf(const native::Root& receiver, const std::string& path);
 
 /// Returns what a member becomes when it is unpacked.

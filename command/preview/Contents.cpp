@@ -1,14 +1,14 @@
 #include "command/preview/Contents.h"
 
-#include "host/include/Error.h"
 #include "host/native/Reading.h"
+#include "host/plain/Error.h"
 
 namespace preview {
 
 Contents::Contents(const native::Root& receiver, const std::string& path) : path_(path) {
   try {
     file_ = receiver.open(path);
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     verdict_ = Verdict::unreadable;
   }
 }
@@ -20,7 +20,7 @@ void Contents::compare(std::string_view bytes) {
     const std::size_t length =
         native::readSome(file_.number(), buffer_.data(), bytes.size(), path_);
     if (std::string_view(buffer_.data(), length) != bytes) verdict_ = Verdict::different;
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     verdict_ = Verdict::unreadable;
   }
 }

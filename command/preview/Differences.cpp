@@ -5,9 +5,9 @@
 #include <unordered_map>
 
 #include "command/preview/UnifiedDiff.h"
-#include "host/include/Error.h"
 #include "host/native/Reading.h"
 #include "host/native/ShownText.h"
+#include "host/plain/Error.h"
 
 namespace preview {
 namespace {
@@ -34,7 +34,7 @@ std::string contentOf(tarball::Reader& reader) {
   return content;
 }
 
-/// Returns the content of a receiver's file. Raises host::Error ("OSError"), and Unshown.
+/// Returns the content of a receiver's file. Raises plain::Error ("OSError"), and Unshown.
 std::string contentOf(const native::Root& receiver, const std::string& path) {
   const native::Descriptor file = receiver.open(path);
   std::string content(kLargestText + 1, '\0');
@@ -95,7 +95,7 @@ class Finder {
       room_ -= std::min(room_, difference.text.size());
     } catch (const Unshown& unshown) {
       difference.reason = unshown.reason;
-    } catch (const host::Error&) {
+    } catch (const plain::Error&) {
       difference.reason = kUnreadable.reason;
     }
     take_(difference);

@@ -7,7 +7,7 @@
 #include "command/archive/Paths.h"
 #include "command/preview/Contents.h"
 #include "command/preview/Patterns.h"
-#include "host/include/Error.h"
+#include "host/plain/Error.h"
 
 namespace preview {
 namespace {
@@ -62,7 +62,7 @@ bool Forecast::look(Change& change) const {
   try {
     change.before = stateOf(receiver_, change.path);
     return true;
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     change.action = Action::unreadable;
     return false;
   }
@@ -115,7 +115,7 @@ bool Forecast::isBlocked(const Change& change) const {
   }
   try {
     return !receiver_.names(change.path).empty();
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     return true;
   }
 }
@@ -141,7 +141,7 @@ bool Forecast::isHardLink(const std::string& path, const std::string& target) co
     const auto one = receiver_.linkStatus(path);
     const auto other = receiver_.linkStatus(target);
     return one && other && one->st_dev == other->st_dev && one->st_ino == other->st_ino;
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     return false;
   }
 }
@@ -178,7 +178,7 @@ void Forecast::removeRest(const std::string& top) {
       std::vector<std::string> names = receiver_.names(path);
       std::ranges::sort(names, std::greater());  // the last of the rest comes first
       for (const std::string& name : names) rest.push_back(path + "/" + name);
-    } catch (const host::Error&) {
+    } catch (const plain::Error&) {
       if (!is_known) changeAt(path).action = Action::unreadable;
     }
   }

@@ -64,7 +64,7 @@ Json jsonOf(const Restore& restore) {
   json["archive"] = shownText(restore.rehearsal.archive);
   json["refused"] = textOrNull(restore.rehearsal.refusal);
   json["not_unpacked"] = Json::array();
-  for (const std::string& archive : restore.plan.torn) {
+  for (const std::string& archive : restore.rehearsal.plan.torn) {
     json["not_unpacked"].push_back(shownText(archive));
   }
   json["changes"] = Json::array();

@@ -8,13 +8,13 @@
 
 #include "command/archive/ByteLocale.h"
 #include "command/archive/Paths.h"
-#include "host/include/Error.h"
+#include "host/plain/Error.h"
 
 namespace preview {
 namespace {
 
 /// Whether the error says that there is no such directory.
-bool saysNoDirectory(const host::Error& error) {
+bool saysNoDirectory(const plain::Error& error) {
   return error.number() == ENOENT || error.number() == ENOTDIR || error.number() == ELOOP;
 }
 
@@ -34,7 +34,7 @@ void keepWhatIsThere(const native::Root& receiver, Expansion& expansion) {
   std::erase_if(expansion.paths, [&](const std::string& path) {
     try {
       return !receiver.linkStatus(path);
-    } catch (const host::Error&) {
+    } catch (const plain::Error&) {
       expansion.unreadable.push_back(path);
       return true;
     }
@@ -56,7 +56,7 @@ Expansion expand(const native::Root& receiver, const std::string& pattern) {
                                                  : matchesIn(receiver, directory, component)) {
           paths.push_back(directory + "/" + match);
         }
-      } catch (const host::Error& error) {
+      } catch (const plain::Error& error) {
         if (!saysNoDirectory(error)) expansion.unreadable.push_back(directory);
       }
     }

@@ -23,7 +23,7 @@ std::string readMembers(tarball::Reader& reader, const std::string& name, const 
 std::string readArchives(const std::filesystem::path& file, const Restore& restore,
                          const TakeMember& take, const tarball::BeginProgress& begin) {
   std::string damage;
-  for (const std::string& archive : restore.plan.archives) {
+  for (const std::string& archive : restore.rehearsal.plan.archives) {
     const std::string name = archive == restore.rehearsal.archive ? file.string() : archive;
     tarball::Reader reader =
         archive == restore.rehearsal.archive
@@ -49,7 +49,7 @@ void readFile(Preview& preview, const tarball::BeginProgress& begin) {
 /// Finds out what the restore changes.
 void readChanges(Preview& preview, Restore& restore, const tarball::BeginProgress& begin) {
   const native::Root receiver(restore.receiver);
-  Forecast forecast(receiver, restore.plan);
+  Forecast forecast(receiver, restore.rehearsal.plan);
   const std::string damage = readArchives(
       preview.file, restore,
       [&](const tarball::Member& member, auto& reader) { forecast.take(member, reader); }, begin);
@@ -65,9 +65,7 @@ Preview look(const std::filesystem::path& file,
   Preview preview{.file = file, .members = {}, .restore = {}, .damage = {}};
   if (receiver) {
     Rehearsal rehearsal = rehearse(file, *receiver);
-    Plan plan = planOf(rehearsal.commands);
-    preview.restore.emplace(
-        Restore{*receiver, std::move(rehearsal), std::move(plan), std::vector<Change>()});
+    preview.restore.emplace(Restore{*receiver, std::move(rehearsal), std::vector<Change>()});
   }
   readFile(preview, begin);
   if (preview.restore) readChanges(preview, *preview.restore, begin);

@@ -1,20 +1,26 @@
 #include "command/preview/Rehearsal.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
-#include "command/backups/Catalogue.h"
+#include "command/backups/Engine.h"
 #include "command/backups/RestoreScreen.h"
-#include "host/include/Error.h"
-#include "host/look/Host.h"
-#include "host/native/Model.h"
-#include "plugin/src/BoxTypes.h"
+#include "host/dryrun/Host.h"
+#include "host/plain/Error.h"
+#include "host/plain/Model.h"
+#include "plugin/src/Listing.h"
+#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace preview {
 namespace {
+
+using host::operator""_t;
 
 namespace fs = std::filesystem;
 
@@ -42,7 +48,8 @@ class Stage {
                         .medium = insert(fs::canonical(fs::absolute(file).parent_path())),
                         .archive = "",
                         .refusal = "",
-                        .commands = {}};
+                        .commands = {},
+                        .plan = {}};
     rehearsal.archive = rehearsal.medium.directory + "/" + name;
     for (const backups::Kind& kind : backups::kKinds) {
       if (tryRestore(kind, name, rehearsal)) return rehearsal;
@@ -54,9 +61,9 @@ class Stage {
  private:
   std::string modelOf(const fs::path& receiver) {
     try {
-      std::string model = native::readModel(system_);
+      std::string model = plain::readModel(system_);
       if (!model.empty()) return model;
-    } catch (const host::Error& error) {
+    } catch (const plain::Error& error) {
       throw std::runtime_error(receiver.string() + " is no receiver: " + error.message());
     }
     throw std::runtime_error(receiver.string() + " is no receiver: its model has no name");
@@ -69,16 +76,16 @@ class Stage {
 
   /// Returns a host of a model with the receiver's settings, read by the open file: its path may
   /// lead out of the receiver.
-  std::unique_ptr<look::Host> hostOf(const std::string& model) {
-    auto host = std::make_unique<look::Host>(
+  std::unique_ptr<dryrun::Host> hostOf(const std::string& model) {
+    auto host = std::make_unique<dryrun::Host>(
         system_, model, settings_ ? "/proc/self/fd/" + std::to_string(settings_.number()) : "");
-    stowline::load(*host);
-    if (!medium_.empty()) stowline::backupRestorePathSetting(*host).setValue(medium_);
+    stowline::load(host->module());
+    if (!medium_.empty()) stowline::mediumSetting(host->module())["value"_t] = medium_;
     return host;
   }
 
   std::string backupDirectory() {
-    const auto directory = stowline::getBackupRestorePath(*host_);
+    const auto directory = backups::backupDirectory(*host_);
     if (!directory) throw std::runtime_error("the receiver's medium cannot be read");
     return *directory;
   }
@@ -104,47 +111,64 @@ class Stage {
   /// Restores the file if the list of the kind has it. Returns whether it has.
   bool tryRestore(const backups::Kind& kind, const std::string& name, Rehearsal& rehearsal) {
     backups::RestoreScreen screen(*host_, kind.restoretype);
-    for (std::size_t row = 0; row < screen.rows().size(); ++row) {
-      if (screen.rows()[row] != name) continue;
-      const auto outcome = screen.pressOk(row);
-      if (!outcome.is_taken) {
-        rehearsal.refusal = system_.isFile(rehearsal.archive)
-                                ? "the restore list ignores it: it is too small"
-                                : "the restore list ignores it: it is no file there";
-      } else if (kind.name == std::string_view("configuration")) {
-        rehearsal.commands = backups::configurationRestore(*host_, rehearsal.archive);
-      } else {
-        rehearsal.commands = outcome.commands;
-      }
-      return true;
+    const std::vector<std::string> rows = screen.rows();
+    const auto row = std::ranges::find(rows, name);
+    if (row == rows.end()) return false;
+    const auto outcome = screen.pressOk(static_cast<std::size_t>(row - rows.begin()));
+    if (!outcome.is_taken) {
+      rehearsal.refusal = system_.isFile(rehearsal.archive)
+                              ? "the restore list ignores it: it is too small"
+                              : "the restore list ignores it: it is no file there";
+    } else if (kind.name == std::string_view("configuration")) {
+      rehearsal.commands = backups::configurationRestore(*host_, rehearsal.archive);
+      rehearsal.plan = configurationPlan(rehearsal.archive);
+    } else {
+      rehearsal.commands = outcome.commands;
+      if (kind.name == std::string_view("settings"))
+        rehearsal.plan = settingsPlan(rehearsal.archive);
     }
-    return false;
+    return true;
+  }
+
+  static Plan settingsPlan(const std::string& archive) {
+    Plan plan;
+    plan.deleted_first.assign(std::begin(stowline::kChannelFiles),
+                              std::end(stowline::kChannelFiles));
+    plan.unpack(archive);
+    return plan;
+  }
+
+  Plan configurationPlan(const std::string& archive) {
+    Plan plan;
+    plan.unpack(archive);
+    for (const std::string& ending : backups::companionEndings()) {
+      if (system_.exists(archive + ending)) plan.unpack(archive + ending);
+    }
+    plan.removed_again = {stowline::kRemovedAfterRestore};
+    plan.kept = backups::keptFiles(*host_, archive);
+    return plan;
   }
 
   /// Says why no list has the file: whether that of another model has it.
-  std::string whyUnlisted(const std::string& name) {
-    for (const char* other : stowline::kBoxTypes) {
-      const auto host = hostOf(other);
-      for (const backups::Kind& kind : backups::kKinds) {
-        const backups::RestoreScreen screen(*host, kind.restoretype);
-        for (const std::string& row : screen.rows()) {
-          if (row == name) {
-            return "the restore list does not show it: it is of another model (" +
-                   std::string(other) + "), and this is a " + model_;
-          }
-        }
-      }
+  std::string whyUnlisted(const std::string& name) const {
+    const auto has_list = [&](const backups::Kind& kind) { return backups::isOfKind(name, kind); };
+    if (std::ranges::none_of(backups::kKinds, has_list) || stowline::isForBox(name, model_)) {
+      return "the restore list does not show it: its name is not that of a backup";
     }
-    return "the restore list does not show it: its name is not that of a backup";
+    const auto is_for = [&](const char* model) {
+      return stowline::isForBox(name, std::string_view(model));
+    };
+    return std::string("the restore list does not show it: it is of another model (") +
+           *std::ranges::find_if(stowline::kBoxTypes, is_for) + "), and this is a " + model_;
   }
 
   native::Root root_;
   fs::path dir_;
-  look::System system_;
+  dryrun::System system_;
   std::string model_;
   native::Descriptor settings_;
   std::string medium_;  ///< in the place of the one that is set, "" for that
-  std::unique_ptr<look::Host> host_;
+  std::unique_ptr<dryrun::Host> host_;
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "command/preview/Plan.h"
 #include "host/native/Descriptor.h"
 #include "host/native/Root.h"
 
@@ -15,7 +16,7 @@ struct Medium {
   std::string mounted;    ///< the receiver's path of that: "" for the receiver's own files
   std::string directory;  ///< the receiver's path of the directory
 
-  /// Opens the file that the receiver names `path`. Raises host::Error ("OSError").
+  /// Opens the file that the receiver names `path`. Raises plain::Error ("OSError").
   native::Descriptor open(const std::string& path) const {
     return root.open(path.substr(mounted.size()));
   }
@@ -28,12 +29,13 @@ struct Rehearsal {
   std::string archive;                ///< the archive's path on the receiver
   std::string refusal;                ///< why it is not restored, in a line; "" when it is
   std::vector<std::string> commands;  ///< the shell commands, in order
+  Plan plan;                          ///< what they do to files
 };
 
 /// Lets the module restore the archive `file` on the receiver whose files lie below `receiver`: out
 /// of that directory when it is one of the receiver's backup directories, or else as if it were
 /// the receiver's own backup directory. Nothing is written. Raises std::runtime_error when there is
-/// no receiver, and host::Error ("OSError") for what cannot be read.
+/// no receiver, and plain::Error ("OSError") for what cannot be read.
 Rehearsal rehearse(const std::filesystem::path& file, const std::filesystem::path& receiver);
 
 }  // namespace preview

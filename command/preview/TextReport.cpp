@@ -122,7 +122,7 @@ void printRestore(const Restore& restore, std::ostream& out) {
     out << restore.rehearsal.refusal << "\n";
     return;
   }
-  for (const std::string& archive : restore.plan.torn) {
+  for (const std::string& archive : restore.rehearsal.plan.torn) {
     out << "nothing is unpacked, the shell takes the name apart: " << native::shownLine(archive)
         << "\n";
   }

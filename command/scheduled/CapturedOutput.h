@@ -10,7 +10,7 @@ namespace scheduled {
 /// as long as it lives.
 class CapturedOutput {
  public:
-  /// Raises host::Error ("OSError") when there is no room for the output.
+  /// Raises plain::Error ("OSError") when there is no room for the output.
   CapturedOutput();
   ~CapturedOutput();
   CapturedOutput(const CapturedOutput&) = delete;

@@ -11,10 +11,10 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "command/backups/Engine.h"
 #include "host/native/Descriptor.h"
 #include "host/native/OsError.h"
 #include "plugin/src/Media.h"
-#include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {
@@ -36,15 +36,15 @@ bool writeProbe(int file) {
 
 }  // namespace
 
-void requireMounted(host::Host& host) {
-  const std::string setting = stowline::backupRestorePathSetting(host).value();
+void requireMounted(const plain::Host& host) {
+  const std::string setting = backups::mediumOf(host);
   const std::string medium = setting.substr(0, setting.find_last_not_of('/') + 1);
   std::error_code error;
   const std::string directory = std::filesystem::canonical(medium, error).string() + "/";
-  const auto holds = [&](const std::string& mounted) {
-    return directory.starts_with(mounted + "/");
+  const auto holds = [&](const host::Object& mounted) {
+    return directory.starts_with(plain::textOf(mounted) + "/");
   };
-  if (!error && std::ranges::any_of(stowline::mountedMedia(host.os()), holds)) return;
+  if (!error && std::ranges::any_of(stowline::mountedMedia(host.module()), holds)) return;
   throw std::runtime_error(medium.empty() ? "the settings name no medium"
                                           : "the medium " + medium + " is not mounted");
 }

@@ -2,16 +2,16 @@
 
 #include <string>
 
-#include "host/include/OperatingSystem.h"
+#include "host/plain/System.h"
 
 namespace scheduled {
 
 /// Asks the package manager what is installed. Returns why it does not answer, "" when it does.
-/// Raises host::Error ("OSError").
-std::string whyNoPackages(host::OperatingSystem& os);
+/// Raises plain::Error ("OSError").
+std::string whyNoPackages(plain::System& os);
 
 /// Returns why the file `list` does not name the plugins that are installed now, "" when it does.
-/// Raises host::Error ("OSError").
-std::string whyNotComplete(host::OperatingSystem& os, const std::string& list);
+/// Raises plain::Error ("OSError").
+std::string whyNotComplete(plain::System& os, const std::string& list);
 
 }  // namespace scheduled

@@ -1,59 +1,47 @@
 #include "command/scheduled/ScheduledBackup.h"
 
 #include <algorithm>
-#include <optional>
 #include <stdexcept>
 
+#include "command/backups/Engine.h"
 #include "command/backups/VerifyFile.h"
 #include "command/scheduled/CapturedOutput.h"
 #include "command/scheduled/Medium.h"
 #include "command/scheduled/PackageManager.h"
 #include "command/scheduled/RunLock.h"
-#include "command/scheduled/Systems.h"
+#include "command/scheduled/System.h"
 #include "command/scheduled/Trust.h"
-#include "host/include/Error.h"
 #include "host/native/OsError.h"
+#include "host/native/SettingsFile.h"
+#include "host/plain/Error.h"
 #include "plugin/src/BackupActions.h"
+#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {
 
 using backups::FileKind;
-using stowline::BackupActions;
-
-/// A job by its name: the engine's operation, where that keeps the path of what it wrote, and what
-/// that is. An archive may have companions.
-struct Job {
-  const char* name;
-  host::Value (BackupActions::*run)();
-  std::string BackupActions::*file;
-  FileKind kind;
-};
-
-constexpr Job kJobs[] = {
-    {"settings", &BackupActions::createSettingFile, &BackupActions::settingfile,
-     FileKind::settings},
-    {"config", &BackupActions::createConfigFile, &BackupActions::configfile,
-     FileKind::configuration},
-    {"plugins", &BackupActions::createPluginList, &BackupActions::pluginfile,
-     FileKind::plugin_list},
-};
+using backups::Job;
+using backups::kJobs;
+using host::operator""_t;
 
 /// One run on the receiver that this process is in.
 class Run {
  public:
-  explicit Run(const tarball::BeginProgress& begin) : begin_(begin), host_(system_) {
-    stowline::load(host_);
+  explicit Run(const tarball::BeginProgress& begin) : begin_(begin), host_(system_, settings_) {
+    // What the engine logs is in the report instead.
+    host_.bind("print", [](host::Arguments) { return host::Object(); });
+    stowline::load(host_.module());
     requireMounted(host_);
-    const auto directory = stowline::getBackupRestorePath(host_);
+    const auto directory = backups::backupDirectory(host_);
     if (!directory) {
       throw std::runtime_error("there is no backup directory: " + system_.whyNotMade());
     }
     directory_ = *directory;
     requireWritable();
-    engine_.emplace(host_, "auto");
-    requireNewestStamp(host_, directory_, engine_->executiontime);
+    engine_ = host_.module()["BackupActions"_t]({"auto"_t});
+    requireNewestStamp(host_, directory_, plain::textOf(engine_["executiontime"_t]));
   }
 
   Report go(const std::vector<std::string>& jobs) {
@@ -74,26 +62,34 @@ class Run {
 
   void carryOut(const Job& job) {
     JobReport report{.job = job.name, .written = {}};
-    const std::string printed = runEngine(job);
-    const std::string& file = (*engine_).*job.file;
+    const auto [printed, has_user_files] = runEngine(job);
+    const std::string file = plain::textOf(engine_.get(job.file));
     report.written.push_back(examine(file, job.kind, printed));
-    for (const std::string& ending : backups::companionEndings()) {
-      if (!system_.wasToWrite(file + ending)) continue;
-      report.written.push_back(examine(file + ending, FileKind::user_files, printed));
+    if (has_user_files) {
+      report.written.push_back(
+          examine(file + stowline::kUserFilesEnding, FileKind::user_files, printed));
     }
     if (!std::ranges::all_of(report.written, &std::string::empty, &Written::error)) fail(report);
     report_.jobs.push_back(std::move(report));
   }
 
-  /// Returns the last line that the job's commands printed.
-  std::string runEngine(const Job& job) {
+  /// What the engine has done: the last line that its commands printed, and whether it was to
+  /// archive the user's files.
+  struct Done {
+    std::string printed;
+    bool has_user_files = false;
+  };
+
+  Done runEngine(const Job& job) {
     const CapturedOutput output;
+    bool has_user_files = false;
     try {
-      ((*engine_).*job.run)();
-    } catch (const host::Error& error) {
+      engine_.call(job.operation, {});
+      has_user_files = job.kind == FileKind::configuration && stowline::userFiles(engine_).isTrue();
+    } catch (const plain::Error& error) {
       addFailure(std::string(job.name) + ": " + native::reasonOf(error));
     }
-    return output.lastLine();
+    return {output.lastLine(), has_user_files};
   }
 
   Written examine(const std::string& file, FileKind kind, const std::string& printed) {
@@ -105,12 +101,12 @@ class Run {
     system_.protect(file);
     try {
       read(written, kind);
-    } catch (const host::Error& error) {
+    } catch (const plain::Error& error) {
       written.error = "cannot be read again: " + native::reasonOf(error);
     }
     if (!written.error.empty()) return written;
     const tarball::Verdict& verdict = written.verdict;
-    const bool is_taken = kind == FileKind::user_files || isRestorable(host_, nameOf(file), kind);
+    const bool is_taken = kind == FileKind::user_files || isRestorable(host_, file, kind);
     if (!verdict.sound()) {
       written.is_odd = kind != FileKind::plugin_list && !verdict.is_damaged && is_taken;
       written.error = "is not sound: " + verdict.findings.front().what;
@@ -132,8 +128,6 @@ class Run {
     written.verdict = backups::verifyFile(written.file, kind, begin_);
   }
 
-  static std::string nameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
-
   /// Takes note of why the job has failed, and takes away what it wrote unless that is but odd.
   void fail(const JobReport& report) {
     const std::string medium = whyNotWritable(directory_);
@@ -153,7 +147,7 @@ class Run {
     if (!system_.exists(file)) return;
     try {
       system_.takeBack(file);
-    } catch (const host::Error& error) {
+    } catch (const plain::Error& error) {
       addFailure("it cannot be removed: " + native::reasonOf(error));
     }
   }
@@ -166,14 +160,14 @@ class Run {
   void keepHouse() {
     try {
       sync(directory_);
-    } catch (const host::Error& error) {
+    } catch (const plain::Error& error) {
       addFailure("the backups may not be on their medium yet: " + native::reasonOf(error));
       return;
     }
     try {
       requireGoodSurvivors(host_, directory_, begin_);
-      engine_->houseKeeping();
-    } catch (const host::Error& error) {
+      engine_.call("houseKeeping"_t, {});
+    } catch (const plain::Error& error) {
       addFailure("an old backup cannot be deleted: " + native::reasonOf(error));
     } catch (const std::runtime_error& error) {
       addFailure(error.what());
@@ -184,9 +178,10 @@ class Run {
   const tarball::BeginProgress& begin_;
   RunLock lock_;
   System system_;
-  Host host_;
+  native::SettingsFile settings_;
+  plain::Host host_;
   std::string directory_;
-  std::optional<BackupActions> engine_;
+  host::Object engine_;
   Report report_;
 };
 

@@ -5,25 +5,25 @@
 #include "command/archive/GzipFile.h"
 #include "command/archive/Verify.h"
 #include "command/backups/FileKind.h"
-#include "host/include/Host.h"
+#include "host/plain/Host.h"
 
 namespace scheduled {
 
 /// Raises std::runtime_error, in one line, when the receiver's model cannot be a part of names, or
 /// when the backup directory has a scheduled backup whose stamp is that of `engine_stamp` or later:
 /// it would be replaced, or be taken for the newer one.
-void requireNewestStamp(host::Host& host, const std::string& directory,
+void requireNewestStamp(const plain::Host& host, const std::string& directory,
                         const std::string& engine_stamp);
 
-/// Whether the receiver's restore list takes the file `name` of the backup directory. `kind` is
-/// one of the kinds that have a list.
-bool isRestorable(host::Host& host, const std::string& name, backups::FileKind kind);
+/// Whether the receiver's restore list takes the file `path` of the backup directory. `kind` is one
+/// of the kinds that have a list. Raises plain::Error ("OSError") when its size cannot be told.
+bool isRestorable(const plain::Host& host, const std::string& path, backups::FileKind kind);
 
 /// Raises std::runtime_error, in one line, unless of every kind of which housekeeping would delete
 /// a backup a good one stays: one that is sound with all that is restored with it, and that the
 /// receiver's restore list takes; a list of packages that names some, unless those that go name
 /// none. `begin` hears how far they have been read.
-void requireGoodSurvivors(host::Host& host, const std::string& directory,
+void requireGoodSurvivors(const plain::Host& host, const std::string& directory,
                           const tarball::BeginProgress& begin);
 
 }  // namespace scheduled

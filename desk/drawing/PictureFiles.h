@@ -13,7 +13,7 @@ namespace desk::drawing {
 class PictureFiles {
  public:
   /// `receiver`: where the skin's pictures are found. Makes the directory. Raises
-  /// std::filesystem::filesystem_error, and host::Error ("OSError") where there is no receiver.
+  /// std::filesystem::filesystem_error, and plain::Error ("OSError") where there is no receiver.
   PictureFiles(const std::filesystem::path& directory, const std::filesystem::path& receiver,
                SkinFile skin);
 

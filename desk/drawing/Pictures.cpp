@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "host/include/Error.h"
 #include "host/native/Reading.h"
+#include "host/plain/Error.h"
 
 namespace desk::drawing {
 namespace {
@@ -50,7 +50,7 @@ std::optional<PictureFile> readPicture(const native::Root& receiver, const std::
     for (const auto& [begin, type] : kTypes) {
       if (bytes.starts_with(begin)) return PictureFile{std::move(bytes), type};
     }
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     // What cannot be read is not there.
   }
   return std::nullopt;

@@ -8,13 +8,13 @@
 namespace desk {
 namespace {
 
-const char* typeName(host::MessageBox::Type type) {
+const char* typeName(MessageBox::Type type) {
   switch (type) {
-    case host::MessageBox::TYPE_INFO:
+    case MessageBox::TYPE_INFO:
       return "info";
-    case host::MessageBox::TYPE_ERROR:
+    case MessageBox::TYPE_ERROR:
       return "error";
-    case host::MessageBox::TYPE_YESNO:
+    case MessageBox::TYPE_YESNO:
       break;
   }
   return "yesno";
@@ -22,7 +22,7 @@ const char* typeName(host::MessageBox::Type type) {
 
 }  // namespace
 
-MessageBoxLayer::MessageBoxLayer(host::MessageBox box) : Layer("MessageBox"), box_(std::move(box)) {
+MessageBoxLayer::MessageBoxLayer(MessageBox box) : Layer("MessageBox"), box_(std::move(box)) {
   if (isQuestion()) answers_.setRows({{"yes"}, {"no"}});
 }
 
@@ -50,11 +50,11 @@ void MessageBoxLayer::addTo(Json& frame) const {
   frame["timeout"] = box_.timeout;
 }
 
-ChoiceBoxLayer::ChoiceBoxLayer(const host::ChoiceBox& box)
+ChoiceBoxLayer::ChoiceBoxLayer(const ChoiceBox& box)
     : Layer("ChoiceBox"), question_(box.title), choices_(box.list) {
   std::vector<Row> rows;
-  for (const host::Value& choice : choices_) {
-    rows.push_back({native::shownText(choice.list()->front().str())});
+  for (const host::Object& choice : choices_) {
+    rows.push_back({native::shownText(plain::textOf(choice.item(0)))});
   }
   rows_.setRows(std::move(rows));
 }

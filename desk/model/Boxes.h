@@ -2,15 +2,15 @@
 
 #include <string>
 
+#include "desk/model/Dialogs.h"
 #include "desk/model/Layer.h"
-#include "host/include/Dialogs.h"
 
 namespace desk {
 
 /// A message or a yes/no question. Exit answers no; ok answers yes unless the cursor is on no.
 class MessageBoxLayer : public Layer {
  public:
-  explicit MessageBoxLayer(host::MessageBox box);
+  explicit MessageBoxLayer(MessageBox box);
 
   void handleKey(const std::string& key) override;
   void letTimeOutPass() override;
@@ -18,16 +18,16 @@ class MessageBoxLayer : public Layer {
   void addTo(Json& frame) const override;
 
  private:
-  bool isQuestion() const { return box_.type == host::MessageBox::TYPE_YESNO; }
+  bool isQuestion() const { return box_.type == MessageBox::TYPE_YESNO; }
 
-  host::MessageBox box_;
+  MessageBox box_;
   RowList answers_;
 };
 
 /// A choice among tuples. Exit leaves it with nothing, as does ok when there is nothing to choose.
 class ChoiceBoxLayer : public Layer {
  public:
-  explicit ChoiceBoxLayer(const host::ChoiceBox& box);
+  explicit ChoiceBoxLayer(const ChoiceBox& box);
 
   void handleKey(const std::string& key) override;
   RowList* rowList() override { return &rows_; }
@@ -35,7 +35,7 @@ class ChoiceBoxLayer : public Layer {
 
  private:
   std::string question_;
-  host::Value::List choices_;
+  std::vector<host::Object> choices_;
   RowList rows_;
 };
 

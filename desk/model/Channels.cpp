@@ -2,23 +2,12 @@
 
 #include <algorithm>
 #include <iostream>
-#include <utility>
 #include <vector>
 
 namespace desk {
 namespace {
 
 constexpr const char* kChannelDirectory = "/etc/enigma2";
-
-/// A channel or bouquet, by its reference.
-class Reference : public host::Object {
- public:
-  explicit Reference(std::string text) : text_(std::move(text)) {}
-  std::string str() const override { return text_; }
-
- private:
-  std::string text_;
-};
 
 /// Returns how many services the lines of a service database hold: between "services" and "end",
 /// each takes three.
@@ -28,46 +17,65 @@ std::size_t countServices(const std::vector<std::string>& lamedb) {
   return first == lamedb.end() ? 0 : static_cast<std::size_t>(last - first - 1) / 3;
 }
 
-}  // namespace
-
-class Channels::Selection : public host::ServiceList {
- public:
-  host::ObjectRef getRoot() override { return root_; }
-  host::ObjectRef getCurrentSelection() override { return current_; }
-  void setRoot(const host::ObjectRef& root) override { root_ = root; }
-  void setCurrentSelection(const host::ObjectRef& service) override { current_ = service; }
-
- private:
-  host::ObjectRef root_ = std::make_shared<Reference>("bouquets.tv");
-  host::ObjectRef current_ = std::make_shared<Reference>("1:0:1:1:1:1:C00000:0:0:0:");
-};
-
-Channels::Channels(host::OperatingSystem& os)
-    : os_(os), selection_(std::make_unique<Selection>()) {}
-
-Channels::~Channels() = default;
-
-void Channels::readTransponders() {
-  const std::size_t lines = os_.open("/etc/tuxbox/satellites.xml").size();
+void readTransponders(plain::System& system) {
+  const std::size_t lines = system.open("/etc/tuxbox/satellites.xml").size();
   std::cout << "[NimManager] satellites.xml: " << lines << " lines" << std::endl;
 }
 
-void Channels::reloadServicelist() {
+void reloadServicelist(plain::System& system) {
   const std::string lamedb = std::string(kChannelDirectory) + "/lamedb";
-  const std::size_t services = os_.exists(lamedb) ? countServices(os_.open(lamedb)) : 0;
+  const std::size_t services = system.exists(lamedb) ? countServices(system.open(lamedb)) : 0;
   std::cout << "[eDVBDB] " << services << " services" << std::endl;
 }
 
-void Channels::reloadBouquets() {
+void reloadBouquets(plain::System& system) {
   const auto isBouquet = [](const std::string& name) {
     return name.ends_with(".tv") || name.ends_with(".radio");
   };
-  std::cout << "[eDVBDB] " << std::ranges::count_if(os_.listdir(kChannelDirectory), isBouquet)
+  std::cout << "[eDVBDB] " << std::ranges::count_if(system.listdir(kChannelDirectory), isBouquet)
             << " bouquet files" << std::endl;
 }
 
-std::shared_ptr<host::ServiceList> Channels::infoBarServicelist() {
-  return selection_;
+/// The list of the channels, with a root and a selection by their references.
+struct ServiceList : plain::Node {
+  std::string className() const override { return "ServiceList"; }
+  host::Object invoke(std::string_view name, host::Arguments arguments) override {
+    if (name == "getRoot") return root;
+    if (name == "getCurrentSelection") return selection;
+    if (name == "setRoot") {
+      root = plain::argument(arguments, 0);
+    } else if (name == "setCurrentSelection") {
+      selection = plain::argument(arguments, 0);
+    } else {
+      return Node::invoke(name, arguments);
+    }
+    return {};
+  }
+
+  host::Object root = std::string_view("bouquets.tv");
+  host::Object selection = std::string_view("1:0:1:1:1:1:C00000:0:0:0:");
+};
+
+/// Returns a function that does `step` with the receiver's files.
+host::Object function(plain::System& system, void (*step)(plain::System& system)) {
+  return plain::function([&system, step](host::Arguments) { return step(system), host::Object(); });
+}
+
+}  // namespace
+
+void bindChannels(plain::Host& host) {
+  plain::System& system = host.system();
+  host.bind(
+      "nimmanager",
+      plain::instance("NimManager", {{"readTransponders", function(system, &readTransponders)}}));
+  host::Object database =
+      plain::instance("eDVBDB", {{"reloadServicelist", function(system, &reloadServicelist)},
+                                 {"reloadBouquets", function(system, &reloadBouquets)}});
+  const auto getInstance = [database](host::Arguments) { return database; };
+  host.bind("eDVBDB", plain::instance("type", {{"getInstance", plain::function(getInstance)}}));
+  const host::Object info_bar =
+      plain::instance("InfoBar", {{"servicelist", plain::make<ServiceList>()}});
+  host.bind("InfoBar", plain::instance("type", {{"instance", info_bar}}));
 }
 
 }  // namespace desk

@@ -1,56 +1,27 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "desk/model/RowList.h"
-#include "host/include/Widgets.h"
+#include "host/plain/Widgets.h"
 
 namespace desk {
 
-/// A widget that shows one text.
-struct TextWidget {
-  std::string shown;
-};
-
-class StaticText : public host::StaticText, public TextWidget {
+/// A list of the framework, as a viewer sees it.
+class ListWidget : public plain::ListWidget, public RowList {
  public:
-  void setText(const std::string& text) override { shown = text; }
-};
+  /// Returns what is shown of one of its rows.
+  using Show = Row (*)(const host::Object& row);
+  ListWidget(const host::Object& rows, Show show);
 
-class Label : public host::Label, public TextWidget {
- public:
-  void setText(const std::string& text) override { shown = text; }
-};
-
-/// The menu's list. It shows a tuple's second item, with the third as its description and the
-/// fourth as its picture.
-class List : public host::List, public RowList {
- public:
-  void setList(const host::Value::List& entries) override;
-  host::Value getCurrent() override;
+  void setList(const host::Object& new_rows) override;
+  host::Object invoke(std::string_view name, host::Arguments arguments) override;
 
  private:
-  host::Value::List entries_;
+  const Show show_;
 };
 
-class MenuList : public host::MenuList, public RowList {
- public:
-  void setList(const std::vector<std::string>& rows) override;
-  host::Value getCurrent() override;
-
- private:
-  std::vector<std::string> names_;
-};
-
-class ActionMap : public host::ActionMap {
- public:
-  explicit ActionMap(host::ActionMapping its_mapping) : mapping(std::move(its_mapping)) {}
-
-  /// Calls what the map binds to `key`. Returns whether it binds anything.
-  bool handleKey(const std::string& key) const;
-
-  const host::ActionMapping mapping;
-};
+/// The menu's list shows a tuple's second item, with the third as its description and the fourth as
+/// its picture; any other list shows names.
+Row rowOfTuple(const host::Object& tuple);
+Row rowOfName(const host::Object& name);
 
 }  // namespace desk

@@ -3,14 +3,14 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "host/include/Error.h"
 #include "host/native/ShownText.h"
+#include "host/plain/Error.h"
 
 namespace desk {
 
-ConsoleLayer::ConsoleLayer(host::Console console, Jobs& jobs, Observer& observer)
+ConsoleLayer::ConsoleLayer(Console console, Jobs& jobs, Observer& observer)
     : Layer("Console"), console_(std::move(console)), jobs_(jobs), observer_(observer) {
-  shown_title = console_.title;
+  Layer::setTitle(console_.title);
   runNext();
 }
 
@@ -26,7 +26,7 @@ void ConsoleLayer::runNext() {
             runNext();
           });
       return;
-    } catch (const host::Error& error) {
+    } catch (const plain::Error& error) {
       output_ += error.what() + std::string("\n");
     }
   }

@@ -2,10 +2,10 @@
 
 #include <string>
 
+#include "desk/model/Dialogs.h"
 #include "desk/model/Jobs.h"
 #include "desk/model/Layer.h"
 #include "desk/model/Observer.h"
-#include "host/include/Dialogs.h"
 
 namespace desk {
 
@@ -13,7 +13,7 @@ namespace desk {
 /// last one has ended.
 class ConsoleLayer : public Layer {
  public:
-  ConsoleLayer(host::Console console, Jobs& jobs, Observer& observer);
+  ConsoleLayer(Console console, Jobs& jobs, Observer& observer);
 
   void handleKey(const std::string& key) override;
   void addTo(Json& frame) const override;
@@ -21,7 +21,7 @@ class ConsoleLayer : public Layer {
  private:
   void runNext();
 
-  host::Console console_;
+  Console console_;
   Jobs& jobs_;
   Observer& observer_;
   std::size_t next_ = 0;

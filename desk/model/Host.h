@@ -1,17 +1,15 @@
 #pragma once
 
-#include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "desk/model/Channels.h"
 #include "desk/model/Jobs.h"
 #include "desk/model/Observer.h"
 #include "desk/model/Translations.h"
-#include "host/native/Host.h"
 #include "host/native/NativeSystem.h"
+#include "host/native/SettingsFile.h"
+#include "host/plain/Host.h"
 
 namespace desk {
 
@@ -27,35 +25,19 @@ class System : public native::NativeSystem {
 };
 
 /// The stand-in receiver, as the module sees it.
-class Host : public native::Host, private host::Components {
+class Host : public plain::Host {
  public:
   Host(Jobs& jobs, Observer& observer);
 
-  host::Components& components() override { return *this; }
-  host::ChannelDatabase& channels() override { return channels_; }
   /// From now on texts are translated.
   void setTranslations(Translations translations) { translations_ = std::move(translations); }
 
-  std::string translate(std::string_view text) override;
-  void print(const std::string& line) override;
-  void clearPluginList() override;
-  void readPluginList(const std::string& directory) override;
-
  private:
-  std::shared_ptr<host::StaticText> makeStaticText(const std::string& text) override;
-  std::shared_ptr<host::Label> makeLabel(const std::string& text) override;
-  std::shared_ptr<host::List> makeList(const host::Value::List& entries) override;
-  std::shared_ptr<host::MenuList> makeMenuList(const std::vector<std::string>& rows) override;
-  std::shared_ptr<host::ActionMap> makeActionMap(const host::ActionMapping& mapping) override;
-  std::shared_ptr<host::ActionMap> makeNumberActionMap(const host::ActionMapping& mapping) override;
-  std::shared_ptr<host::ComConsole> makeComConsole() override;
-  std::shared_ptr<host::IpkgComponent> makeIpkgComponent() override;
-  host::ObjectRef loadPixmap(const std::string& path, bool cached) override;
+  std::string translated(const std::string& text) const;
+  void readPluginList(const std::string& directory);
 
-  Jobs& jobs_;
-  Observer& observer_;
-  System os_;
-  Channels channels_;
+  System system_;
+  native::SettingsFile settings_;
   std::vector<std::string> plugins_;
   Translations translations_;
 };

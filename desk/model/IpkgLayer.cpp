@@ -3,16 +3,14 @@
 #include <nlohmann/json.hpp>
 
 #include "desk/model/Opkg.h"
-#include "host/include/Error.h"
 #include "host/native/ShownText.h"
+#include "host/plain/Error.h"
 
 namespace desk {
 
-IpkgLayer::IpkgLayer(const host::Ipkg& ipkg, Jobs& jobs, Observer& observer)
+IpkgLayer::IpkgLayer(const Ipkg& ipkg, Jobs& jobs, Observer& observer)
     : Layer("Ipkg"), jobs_(jobs), observer_(observer) {
-  for (const host::PackageCommand& command : ipkg.cmdList) {
-    packages_.push_back({command.package, "waiting"});
-  }
+  for (const std::string& package : ipkg.packages) packages_.push_back({package, "waiting"});
   runNext();
 }
 
@@ -26,7 +24,7 @@ void IpkgLayer::runNext() {
         runNext();
       });
       return;
-    } catch (const host::Error&) {
+    } catch (const plain::Error&) {
       package.state = "failed";
     }
   }

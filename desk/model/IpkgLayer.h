@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "desk/model/Dialogs.h"
 #include "desk/model/Jobs.h"
 #include "desk/model/Layer.h"
 #include "desk/model/Observer.h"
-#include "host/include/Dialogs.h"
 
 namespace desk {
 
@@ -14,7 +14,7 @@ namespace desk {
 /// last one is done.
 class IpkgLayer : public Layer {
  public:
-  IpkgLayer(const host::Ipkg& ipkg, Jobs& jobs, Observer& observer);
+  IpkgLayer(const Ipkg& ipkg, Jobs& jobs, Observer& observer);
 
   void handleKey(const std::string& key) override;
   void addTo(Json& frame) const override;

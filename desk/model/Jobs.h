@@ -26,7 +26,7 @@ class Jobs {
 
   /// Starts the program `argv[0]`, found in PATH, with standard output and error reported to
   /// `on_output` and its end to `on_end`, with its exit status (128 and the signal's number when a
-  /// signal ended it). Raises host::Error ("OSError") when it cannot be started.
+  /// signal ended it). Raises plain::Error ("OSError") when it cannot be started.
   void start(const std::vector<std::string>& argv, OnOutput on_output, OnEnd on_end);
 
   /// Whether nothing is running.

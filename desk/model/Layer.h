@@ -5,7 +5,7 @@
 #include <string>
 
 #include "desk/model/RowList.h"
-#include "host/include/Value.h"
+#include "host/plain/Node.h"
 
 namespace desk {
 
@@ -22,8 +22,9 @@ class Layer {
 
   const std::string& className() const { return class_name_; }
 
-  /// The title that a viewer sees.
-  std::string shown_title;
+  /// The title that a viewer sees, as it was set.
+  virtual std::string title() const { return title_; }
+  virtual void setTitle(const std::string& title) { title_ = title; }
 
   /// Completes the layout, once the layer is on top. Raises what the screen's own hooks raise.
   virtual void finishLayout() {}
@@ -41,16 +42,17 @@ class Layer {
   virtual void addTo(Json& frame) const = 0;
 
   /// Marks the layer as closed, with `result` for its opener.
-  void close(const host::Value& result) {
+  void close(const host::Object& result) {
     if (!result_) result_ = result;
   }
 
   /// The close result, once the layer is closed.
-  const std::optional<host::Value>& result() const { return result_; }
+  virtual const std::optional<host::Object>& result() const { return result_; }
 
  private:
   std::string class_name_;
-  std::optional<host::Value> result_;
+  std::string title_;
+  std::optional<host::Object> result_;
 };
 
 }  // namespace desk

@@ -1,6 +1,7 @@
 #include "desk/model/Opkg.h"
 
 #include <iostream>
+#include <memory>
 #include <utility>
 
 namespace desk {
@@ -16,18 +17,17 @@ void startOpkg(Jobs& jobs, Observer& observer, const std::vector<std::string>& a
       argv, [](const std::string& text) { std::cout << text << std::flush; }, std::move(on_end));
 }
 
-void IpkgComponent::addCallback(const host::IpkgCallback& callback) {
-  callbacks_->push_back(callback);
-}
-
-void IpkgComponent::startCmd(host::IpkgCommand /*command*/) {
+void bindPackageManager(plain::Host& host, Jobs& jobs, Observer& observer) {
   // The module installs through the package screen alone: what it starts here is the feed's update.
-  startOpkg(jobs_, observer_, {"update"}, [listeners = std::weak_ptr(callbacks_)](int exit_status) {
-    const auto callbacks = listeners.lock();
-    if (!callbacks) return;
-    const auto event =
-        exit_status == 0 ? host::IpkgEvent::EVENT_DONE : host::IpkgEvent::EVENT_ERROR;
-    for (const host::IpkgCallback& callback : *callbacks) callback.call(event, {});
+  host.setPackageManager([&](plain::IpkgComponent& component, const host::Object& /*command*/) {
+    startOpkg(jobs, observer, {"update"},
+              [listeners = std::weak_ptr(component.callbacks)](int exit_status) {
+                const auto callbacks = listeners.lock();
+                if (!callbacks) return;
+                const char* const event = exit_status == 0 ? "EVENT_DONE" : "EVENT_ERROR";
+                for (const host::Object& callback : *callbacks)
+                  callback({plain::make<plain::Constant>(event), host::Object()});
+              });
   });
 }
 

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "desk/model/Jobs.h"
 #include "desk/model/Observer.h"
-#include "host/include/IpkgComponent.h"
+#include "host/plain/Host.h"
 
 namespace desk {
 
@@ -14,21 +13,8 @@ namespace desk {
 void startOpkg(Jobs& jobs, Observer& observer, const std::vector<std::string>& arguments,
                Jobs::OnEnd on_end);
 
-/// The package-manager component. A command that is still running when the component goes is left
-/// to its end, which is then reported to nobody.
-class IpkgComponent : public host::IpkgComponent {
- public:
-  IpkgComponent(Jobs& jobs, Observer& observer) : jobs_(jobs), observer_(observer) {}
-
-  void addCallback(const host::IpkgCallback& callback) override;
-  void startCmd(host::IpkgCommand command) override;
-
- private:
-  using Callbacks = std::vector<host::IpkgCallback>;
-
-  Jobs& jobs_;
-  Observer& observer_;
-  std::shared_ptr<Callbacks> callbacks_ = std::make_shared<Callbacks>();
-};
+/// From now on the package manager's components of the host start `opkg`. A command that is still
+/// running when its component goes is left to its end, which is then reported to nobody.
+void bindPackageManager(plain::Host& host, Jobs& jobs, Observer& observer);
 
 }  // namespace desk

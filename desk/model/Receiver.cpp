@@ -38,8 +38,11 @@ Receiver::Receiver(Observer& observer)
 void Receiver::open(const Application& application) {
   host_.setTranslations(application.translations);
   guarded([&] {
-    application.load(host_);
-    session_.open(application.main_menu(host_));
+    application.load(host_.module());
+    session_.open(
+        ModuleScreen{.name = application.main_menu,
+                     .type = host_.named(application.main_menu),
+                     .arguments = {application.arguments.begin(), application.arguments.end()}});
   });
 }
 
@@ -109,7 +112,7 @@ Json Receiver::frame(const std::string& word, const Rows* shown_rows) const {
   Layer* top = session_.top();
   if (!top) return frame;
   frame["screen"] = top->className();
-  frame["title"] = native::shownText(top->shown_title);
+  frame["title"] = native::shownText(top->title());
   if (const RowList* list = rowList()) {
     const bool are_shown = &list->rows() == shown_rows;
     frame["rows"] = are_shown ? Json() : textsOf(list->rows());

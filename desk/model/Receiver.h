@@ -13,11 +13,12 @@
 
 namespace desk {
 
-/// The module that the stand-in receiver runs: what loads it, its main menu, and the translations
-/// of its texts.
+/// The module that the stand-in receiver runs: what loads it, the name of the class of its main
+/// menu with the arguments that follow the session, and the translations of its texts.
 struct Application {
-  std::function<void(host::Host&)> load;
-  std::function<host::ScreenClass(host::Host&)> main_menu;
+  std::function<void(const host::Module&)> load;
+  std::string main_menu;
+  std::vector<std::string> arguments = {};
   Translations translations = {};
 };
 

@@ -2,95 +2,81 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <vector>
 
 #include "desk/model/Components.h"
-#include "host/include/Error.h"
+#include "desk/model/KeyMap.h"
 #include "host/native/ShownText.h"
 
 namespace desk {
+namespace {
 
-ScreenLayer::ScreenLayer(const host::ScreenClass& screen_class, host::Session& session)
-    : Layer(screen_class.name),
-      skin_(screen_class.skin),
-      screen_(screen_class.create(*this, session)) {}
+using host::operator""_t;
 
-ScreenLayer::~ScreenLayer() = default;
+/// Calls the class. The module's screens take two arguments at most, besides the session.
+host::Object madeOf(const ModuleScreen& screen, const host::Object& session) {
+  const std::vector<host::Object>& given = screen.arguments;
+  if (given.empty()) return screen.type({session});
+  if (given.size() == 1) return screen.type({session, given[0]});
+  return screen.type({session, given[0], given.at(1)});
+}
 
-void ScreenLayer::finishLayout() {
-  for (const host::Action& hook : on_layout_finish_) hook.call();
+/// Calls what the map binds to `key`. Returns whether it binds anything.
+bool handle(const plain::ActionMap& map, const std::string& key) {
+  for (const std::string& context : plain::textsOf(map.contexts)) {
+    const auto action = actionOf(context, key);
+    if (action && map.press(std::string(*action))) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+ScreenLayer::ScreenLayer(const ModuleScreen& screen, const host::Object& session)
+    : Layer(screen.name), screen_(madeOf(screen, session)) {
+  const auto* const type = plain::as<plain::ClassObject>(screen.type);
+  if (type && type->type.skin) skin_ = type->type.skin;
+}
+
+std::string ScreenLayer::title() const {
+  const auto& attributes = screen_.screen().attributes;
+  const auto found = attributes.find("title");
+  return found == attributes.end() ? "" : plain::textOf(found->second);
+}
+
+void ScreenLayer::setTitle(const std::string& title) {
+  screen_.object()["title"_t] = title;
 }
 
 void ScreenLayer::handleKey(const std::string& key) {
-  std::vector<const ActionMap*> maps;
-  for (const auto& [name, widget] : widgets_) {
-    if (const auto* map = dynamic_cast<const ActionMap*>(widget.get())) maps.push_back(map);
+  std::vector<host::Object> maps;
+  for (const auto& [name, widget] : screen_.screen().widgets) {
+    if (plain::as<plain::ActionMap>(widget)) maps.push_back(widget);
   }
-  std::ranges::stable_sort(maps, {}, [](const ActionMap* map) { return map->mapping.priority; });
-  for (const ActionMap* map : maps) {
-    if (map->handleKey(key)) return;
+  std::ranges::stable_sort(
+      maps, {}, [](const auto& map) { return plain::as<plain::ActionMap>(map)->priority; });
+  for (const host::Object& map : maps) {
+    if (handle(*plain::as<plain::ActionMap>(map), key)) return;
   }
   if (RowList* list = rowList()) list->handleKey(key);
 }
 
 RowList* ScreenLayer::rowList() {
-  for (const auto& [name, widget] : widgets_) {
-    if (auto* list = dynamic_cast<RowList*>(widget.get())) return list;
+  for (const auto& [name, widget] : screen_.screen().widgets) {
+    if (auto* const list = plain::as<ListWidget>(widget)) return list;
   }
   return nullptr;
 }
 
 void ScreenLayer::addTo(Json& frame) const {
-  for (const auto& [name, widget] : widgets_) {
-    if (const auto* text = dynamic_cast<const TextWidget*>(widget.get())) {
-      frame["widgets"][name] = native::shownText(text->shown);
-    } else if (dynamic_cast<const RowList*>(widget.get())) {
+  for (const auto& [name, widget] : screen_.screen().widgets) {
+    if (const auto* const text = plain::as<plain::TextWidget>(widget)) {
+      frame["widgets"][name] = native::shownText(plain::textOf(text->text));
+    } else if (plain::as<ListWidget>(widget)) {
       frame["list"] = name;
     }
   }
   if (!skin_.empty()) frame["skin"] = skin_;
-}
-
-void ScreenLayer::init(host::Session& /*session*/) {
-  // The base screen of the stand-in is this layer itself.
-}
-
-void ScreenLayer::setItem(std::string_view key, const host::ComponentPtr& component) {
-  widgets_[std::string(key)] = component;
-}
-
-template <class Widget>
-std::shared_ptr<Widget> ScreenLayer::widget(std::string_view wanted) const {
-  const std::string key(wanted);
-  const auto found = widgets_.find(key);
-  if (found == widgets_.end()) throw host::Error("KeyError", "'" + key + "'");
-  auto widget = std::dynamic_pointer_cast<Widget>(found->second);
-  if (!widget) throw host::Error("TypeError", "'" + key + "' is a widget of another kind");
-  return widget;
-}
-
-std::shared_ptr<host::Label> ScreenLayer::label(std::string_view key) {
-  return widget<host::Label>(key);
-}
-
-std::shared_ptr<host::List> ScreenLayer::list(std::string_view key) {
-  return widget<host::List>(key);
-}
-
-std::shared_ptr<host::MenuList> ScreenLayer::menuList(std::string_view key) {
-  return widget<host::MenuList>(key);
-}
-
-void ScreenLayer::setAttribute(std::string_view name, const std::string& value) {
-  if (name == "title") shown_title = value;
-}
-
-void ScreenLayer::appendOnLayoutFinish(const host::Action& hook) {
-  on_layout_finish_.push_back(hook);
-}
-
-void ScreenLayer::callOperation(std::string_view name, const host::Value& /*argument*/) {
-  throw host::Error("AttributeError",
-                    "'" + className() + "' object has no attribute '" + std::string(name) + "'");
 }
 
 }  // namespace desk

@@ -1,26 +1,30 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <vector>
 
+#include "desk/model/Dialogs.h"
 #include "desk/model/Jobs.h"
 #include "desk/model/Layer.h"
 #include "desk/model/Observer.h"
-#include "host/include/Session.h"
 
 namespace desk {
 
 /// The stack of screens and dialogs. A closed one goes when the event that closed it has been
 /// handled; its callback is called then.
-class Session : public host::Session {
+class Session {
  public:
-  Session(Jobs& jobs, Observer& observer) : jobs_(jobs), observer_(observer) {}
-  ~Session() override;
+  Session(Jobs& jobs, Observer& observer);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
-  std::unique_ptr<host::OpenedDialog> open(const host::Dialog& dialog) override;
-  std::unique_ptr<host::OpenedDialog> openWithCallback(const host::Answer& callback,
-                                                       const host::Dialog& dialog) override;
+  /// Opens a dialog on top. `callback`: what its result goes to, nothing for nobody. Raises what
+  /// opening raises; nothing has been opened then.
+  Layer& open(const Dialog& dialog, const host::Object& callback = {});
+
+  /// Returns the session as the module sees it. It is not used when this one is gone.
+  const host::Object& object() const { return object_; }
 
   /// Returns the layer on top, null when everything is closed.
   Layer* top() const { return stack_.empty() ? nullptr : stack_.back().layer.get(); }
@@ -35,16 +39,15 @@ class Session : public host::Session {
  private:
   struct Opened {
     std::unique_ptr<Layer> layer;
-    std::optional<host::Answer> callback;
+    host::Object callback;
   };
 
-  std::unique_ptr<host::OpenedDialog> push(const host::Dialog& dialog,
-                                           std::optional<host::Answer> callback);
   void cutTo(std::size_t height);
-  std::unique_ptr<Layer> make(const host::Dialog& dialog);
+  std::unique_ptr<Layer> make(const Dialog& dialog);
 
   Jobs& jobs_;
   Observer& observer_;
+  host::Object object_;
   std::vector<Opened> stack_;
 };
 

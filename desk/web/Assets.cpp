@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "desk/drawing/Pictures.h"
-#include "host/include/Error.h"
 #include "host/native/Reading.h"
+#include "host/plain/Error.h"
 
 namespace desk::web {
 namespace {
@@ -47,7 +47,7 @@ std::optional<Asset> Pictures::find(const std::string& path) {
 std::optional<Asset> readFont(const std::filesystem::path& file) {
   try {
     return Asset{.content = native::readFile(file), .type = "font/ttf"};
-  } catch (const host::Error&) {
+  } catch (const plain::Error&) {
     return std::nullopt;
   }
 }

@@ -16,7 +16,7 @@ namespace desk::web {
 /// any thread.
 class Pictures {
  public:
-  /// `token`: the server's. Raises host::Error ("OSError") where there is no receiver.
+  /// `token`: the server's. Raises plain::Error ("OSError") where there is no receiver.
   Pictures(const std::filesystem::path& receiver, std::string token)
       : receiver_(receiver), token_(std::move(token)) {}
 

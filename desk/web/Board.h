@@ -24,7 +24,7 @@ class Board {
     std::uint64_t lines = 0;
   };
 
-  /// Raises host::Error ("OSError").
+  /// Raises plain::Error ("OSError").
   Board();
 
   /// Puts a picture up in the place of the one before: an object whose "svg" is the picture itself.

@@ -12,7 +12,7 @@ namespace desk::web {
 class Http : public httplib::Server {
  public:
   /// Binds to `port`, to any free one for 0. Raises std::runtime_error when it cannot, and
-  /// host::Error ("OSError").
+  /// plain::Error ("OSError").
   explicit Http(int port);
 
   int port() const { return port_; }

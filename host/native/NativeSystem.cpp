@@ -42,12 +42,6 @@ bool NativeSystem::exists(const std::string& path) {
   return stat(path.c_str(), &status) == 0;
 }
 
-std::string NativeSystem::join(const std::string& directory, const std::string& name) {
-  if (name.starts_with('/')) return name;
-  if (directory.empty() || directory.ends_with('/')) return directory + name;
-  return directory + "/" + name;
-}
-
 long long NativeSystem::fileSize(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) throw osError(errno, path);
@@ -74,7 +68,7 @@ void NativeSystem::chmod(const std::string& path, int mode) {
   if (::chmod(path.c_str(), static_cast<mode_t>(mode)) != 0) throw osError(errno, path);
 }
 
-host::LocalTime NativeSystem::localtime() {
+plain::LocalTime NativeSystem::localtime() {
   const std::time_t now = std::time(nullptr);
   std::tm fields{};
   localtime_r(&now, &fields);

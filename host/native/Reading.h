@@ -7,22 +7,22 @@
 
 namespace native {
 
-/// Reads the open file `descriptor` to its end. `path` names it in an error. Raises host::Error
+/// Reads the open file `descriptor` to its end. `path` names it in an error. Raises plain::Error
 /// ("OSError").
 std::string readAll(int descriptor, const std::string& path);
 
-/// Reads the file `path` to its end. Raises host::Error ("OSError").
+/// Reads the file `path` to its end. Raises plain::Error ("OSError").
 std::string readFile(const std::string& path);
 
 /// Reads at most `size` bytes of the open file `descriptor` into `bytes`, less only where the file
-/// ends. Returns how many. `path` names it in an error. Raises host::Error ("OSError").
+/// ends. Returns how many. `path` names it in an error. Raises plain::Error ("OSError").
 std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::string& path);
 
 /// Cuts `text` behind every newline.
 std::vector<std::string> linesOf(const std::string& text);
 
 /// Returns the names in the open directory, without "." and "..", in the directory's own order.
-/// `path` names it in an error. Raises host::Error ("OSError").
+/// `path` names it in an error. Raises plain::Error ("OSError").
 std::vector<std::string> namesIn(Descriptor directory, const std::string& path);
 
 }  // namespace native

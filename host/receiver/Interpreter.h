@@ -5,33 +5,13 @@
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>  // before any other header, as its documentation asks
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace receiver {
 
 #if PY_MAJOR_VERSION >= 3
-
-inline constexpr const char* kBuiltins = "builtins";
-
-inline bool isText(PyObject* object) {
-  return PyUnicode_Check(object);
-}
-
-/// Whether `object` is a text of no derived class.
-inline bool isPlainText(PyObject* object) {
-  return PyUnicode_CheckExact(object);
-}
-
-/// Whether `object` is an integer of no derived class.
-inline bool isPlainInteger(PyObject* object) {
-  return PyLong_CheckExact(object);
-}
-
-/// Returns a new reference to the text form of `object`, null with an error set.
-inline PyObject* textForm(PyObject* object) {
-  return PyObject_Str(object);
-}
 
 /// Sets `bytes` to those of `text`. Returns false with an error set when it has none. Whatever the
 /// interpreter's text holds comes back from newText() as it was, and bytes compare as texts do.
@@ -47,6 +27,18 @@ inline bool copyText(PyObject* text, std::string& bytes) {
   bytes.assign(PyBytes_AS_STRING(encoded), static_cast<std::size_t>(PyBytes_GET_SIZE(encoded)));
   Py_DECREF(encoded);
   return true;
+}
+
+/// Returns the characters of a text of no derived class, none of anything else. They are good as
+/// long as it lives.
+inline std::optional<std::string_view> charactersOf(PyObject* object) {
+  if (!PyUnicode_CheckExact(object)) return std::nullopt;
+  Py_ssize_t size = 0;
+  if (const char* utf8 = PyUnicode_AsUTF8AndSize(object, &size)) {
+    return std::string_view(utf8, static_cast<std::size_t>(size));
+  }
+  PyErr_Clear();
+  return std::nullopt;
 }
 
 /// Returns a new reference to a text, null with an error set.
@@ -86,24 +78,6 @@ inline PyObject* boundMethod(PyObject* function, PyObject* self) {
 
 #else
 
-inline constexpr const char* kBuiltins = "__builtin__";
-
-inline bool isText(PyObject* object) {
-  return PyString_Check(object) || PyUnicode_Check(object);
-}
-
-inline bool isPlainText(PyObject* object) {
-  return PyString_CheckExact(object) || PyUnicode_CheckExact(object);
-}
-
-inline bool isPlainInteger(PyObject* object) {
-  return PyInt_CheckExact(object) || PyLong_CheckExact(object);
-}
-
-inline PyObject* textForm(PyObject* object) {
-  return PyUnicode_Check(object) ? PyUnicode_AsUTF8String(object) : PyObject_Str(object);
-}
-
 /// A text is bytes already; a unicode object is one in UTF-8, as the framework writes its texts.
 inline bool copyText(PyObject* text, std::string& bytes) {
   PyObject* encoded = text;
@@ -113,9 +87,20 @@ inline bool copyText(PyObject* text, std::string& bytes) {
     encoded = PyUnicode_AsUTF8String(text);
   }
   if (!encoded) return false;
+  if (!PyString_Check(encoded)) {
+    PyErr_SetString(PyExc_TypeError, "a text is required");
+    Py_DECREF(encoded);
+    return false;
+  }
   bytes.assign(PyString_AS_STRING(encoded), static_cast<std::size_t>(PyString_GET_SIZE(encoded)));
   Py_DECREF(encoded);
   return true;
+}
+
+inline std::optional<std::string_view> charactersOf(PyObject* object) {
+  if (!PyString_CheckExact(object)) return std::nullopt;
+  return std::string_view(PyString_AS_STRING(object),
+                          static_cast<std::size_t>(PyString_GET_SIZE(object)));
 }
 
 inline PyObject* dictionaryItem(PyObject* dictionary, PyObject* name) {
@@ -158,8 +143,9 @@ inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std:
 }
 
 /// As callObject, for the operation `name` of the first argument.
-inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count) {
-  return PyObject_VectorcallMethod(name, arguments, count, nullptr);
+inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count,
+                            PyObject* names) {
+  return PyObject_VectorcallMethod(name, arguments, count, names);
 }
 
 #else
@@ -196,10 +182,11 @@ inline PyObject* callObject(PyObject* callable, PyObject* const* arguments, std:
   return result;
 }
 
-inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count) {
+inline PyObject* callMethod(PyObject* name, PyObject* const* arguments, std::size_t count,
+                            PyObject* names) {
   PyObject* const method = PyObject_GetAttr(arguments[0], name);
   if (!method) return nullptr;
-  PyObject* const result = callObject(method, arguments + 1, count - 1, nullptr);
+  PyObject* const result = callObject(method, arguments + 1, count - 1, names);
   Py_DECREF(method);
   return result;
 }

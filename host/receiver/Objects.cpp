@@ -1,237 +1,241 @@
-#include "host/receiver/Objects.h"
+/// What host::Object means by the interpreter's objects.
 
 #include <array>
-#include <forward_list>
-#include <memory>
-#include <unordered_map>
-#include <utility>
+#include <string>
 
-namespace receiver {
+#include "host/receiver/Function.h"
+
+namespace host {
+
+using receiver::borrowed;
+using receiver::checked;
+using receiver::interned;
+using receiver::pointer;
+
 namespace {
 
-/// Any object of the interpreter that has no counterpart among the values: the one class of objects
-/// that this host makes.
-struct Held : host::Object {
-  explicit Held(Reference object_) : object(std::move(object_)) {}
-
-  bool equalsTrue() const override { return equal(object.get(), Py_True); }
-  std::string str() const override { return textOf(checked(textForm(object.get())).get()); }
-
-  Reference object;
-};
-
-host::Value integerValue(PyObject* object) {
-  int overflow = 0;
-  const long long number = PyLong_AsLongLongAndOverflow(object, &overflow);
-  if (overflow != 0) return objectRef(Reference::borrow(object));
-  if (number == -1 && PyErr_Occurred()) raisePending();
-  return number;
-}
-
-/// Looks into no list: a list may hold itself. What is of a derived class stays an object: it may
-/// compare otherwise.
-host::Value itemValue(PyObject* object) {
-  if (object == Py_None) return {};
-  if (PyBool_Check(object)) return object == Py_True;
-  if (isPlainInteger(object)) return integerValue(object);
-  if (isPlainText(object)) return textOf(object);
-  return objectRef(Reference::borrow(object));
-}
-
-/// Takes any text as one.
-host::Value cellValue(PyObject* object) {
-  return isText(object) ? textOf(object) : itemValue(object);
-}
-
-host::Value listValue(PyObject* object, host::Value (*convert)(PyObject* item)) {
-  const Reference items = checked(PySequence_Fast(object, "not a list"));
-  host::Value::List values;
-  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
-    values.push_back(convert(PySequence_Fast_GET_ITEM(items.get(), i)));
-  }
-  return values;
-}
-
-Reference integerObject(long long number) {
-  const bool fits = std::in_range<long>(number);
-  return checked(fits ? newInteger(static_cast<long>(number)) : PyLong_FromLongLong(number));
-}
-
-Reference tupleOf(const host::Value::List& values) {
-  Reference tuple = checked(PyTuple_New(static_cast<Py_ssize_t>(values.size())));
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    PyTuple_SET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i), toObject(values[i]).release());
-  }
-  return tuple;
-}
-
-/// The arguments of a call as the interpreter takes them.
+/// The arguments of a call as the interpreter takes them: up to seven, and an object in front.
 class Pointers {
  public:
-  template <class References>
-  explicit Pointers(const References& arguments) {
-    std::ranges::transform(arguments, pointers_.begin(), &Reference::get);
+  Pointers(const Object& first, Arguments arguments) {
+    pointers_[0] = pointer(first);
+    std::size_t named = 0;
+    for (const Argument& argument : arguments) {
+      pointers_[++count_] = pointer(argument.value);
+      if (argument.keyword) ++named;
+    }
+    if (named > 0) takeNames(arguments, named);
   }
-  PyObject* const* data() const { return pointers_.data(); }
+
+  /// Of the arguments alone, and with the object in front.
+  PyObject* const* arguments() const { return pointers_.data() + 1; }
+  PyObject* const* withFirst() const { return pointers_.data(); }
+  std::size_t positional() const { return count_ - named_; }
+  PyObject* names() const { return named_ > 0 ? pointer(names_) : nullptr; }
 
  private:
+  void takeNames(Arguments arguments, std::size_t named) {
+    named_ = named;
+    names_ = checked(PyTuple_New(static_cast<Py_ssize_t>(named)));
+    Py_ssize_t at = 0;
+    for (const Argument& argument : arguments) {
+      if (!argument.keyword) continue;
+      PyObject* const name = interned(*argument.keyword);
+      Py_INCREF(name);
+      PyTuple_SET_ITEM(pointer(names_), at++, name);
+    }
+  }
+
   std::array<PyObject*, 8> pointers_{};
+  std::size_t count_ = 0;
+  std::size_t named_ = 0;
+  Object names_;
 };
+
+bool compared(const Object& left, const Object& right, int operation) {
+  const Object result = checked(PyObject_RichCompare(pointer(left), pointer(right), operation));
+  return result.isTrue();
+}
 
 }  // namespace
 
-Reference toObject(const Reference& object) {
-  return object;
+Object::Object(bool truth) : Object(borrowed(truth ? Py_True : Py_False)) {}
+
+Object::Object(int number) : Object(checked(receiver::newInteger(number))) {}
+
+Object::Object(Text text) : Object(borrowed(interned(text))) {}
+
+Object::Object(std::string_view text) : Object(checked(receiver::newText(text))) {}
+
+Object::Object(const Object& other) noexcept : handle_(other.handle_) {
+  Py_XINCREF(static_cast<PyObject*>(handle_));
 }
 
-Reference toObject(bool truth) {
-  return Reference::borrow(truth ? Py_True : Py_False);
+Object::~Object() {
+  Py_XDECREF(static_cast<PyObject*>(handle_));
 }
 
-Reference toObject(int number) {
-  return checked(newInteger(number));
+bool Object::isNone() const {
+  return pointer(*this) == Py_None;
 }
 
-Reference toObject(const char* text) {
-  return toObject(std::string_view(text));
+bool Object::isTrue() const {
+  return checked(PyObject_IsTrue(pointer(*this))) == 1;
 }
 
-Reference toObject(std::string_view text) {
-  return checked(newText(text));
+bool operator==(const Object& left, const Object& right) {
+  return compared(left, right, Py_EQ);
 }
 
-Reference toObject(const std::string& text) {
-  return toObject(std::string_view(text));
+bool operator==(const Object& left, std::string_view text) {
+  if (const auto characters = left.characters()) return *characters == text;
+  return left == Object(text);
 }
 
-Reference toObject(const std::optional<std::string>& text) {
-  return text ? toObject(*text) : Reference::borrow(Py_None);
+bool operator<(const Object& left, const Object& right) {
+  return compared(left, right, Py_LT);
 }
 
-Reference toObject(const std::vector<std::string>& texts) {
-  return toList(texts, [](const std::string& text) { return toObject(text); });
+bool operator>=(const Object& left, const Object& right) {
+  return compared(left, right, Py_GE);
 }
 
-Reference toObject(const host::Value& value) {
-  if (const bool* truth = value.truth()) return toObject(*truth);
-  if (const long long* integer = value.integer()) return integerObject(*integer);
-  if (const double* number = value.number()) return checked(PyFloat_FromDouble(*number));
-  if (const std::string* text = value.text()) return toObject(*text);
-  if (const host::Value::List* list = value.list()) return toObject(*list);
-  return toObject(value.object());
+Object Object::get(Text name) const {
+  return checked(PyObject_GetAttr(pointer(*this), interned(name)));
 }
 
-Reference toObject(const host::ObjectRef& object) {
-  return object ? static_cast<const Held&>(*object).object : Reference::borrow(Py_None);
+void Object::set(Text name, const Object& value) const {
+  checked(PyObject_SetAttr(pointer(*this), interned(name), pointer(value)));
 }
 
-Reference toObject(const host::Value::List& values) {
-  return toList(values, [](const host::Value& value) {
-    return value.list() ? tupleOf(*value.list()) : toObject(value);
-  });
+Object Object::operator()(Arguments arguments) const {
+  const Pointers given({}, arguments);
+  return checked(
+      receiver::callObject(pointer(*this), given.arguments(), given.positional(), given.names()));
 }
 
-std::string textOf(PyObject* object) {
-  if (!isText(object)) {
-    PyErr_Format(PyExc_TypeError, "a string is required, not %.200s", Py_TYPE(object)->tp_name);
-    raisePending();
-  }
+Object Object::call(Text name, Arguments arguments) const {
+  const Pointers given(*this, arguments);
+  return checked(receiver::callMethod(interned(name), given.withFirst(), given.positional() + 1,
+                                      given.names()));
+}
+
+Object Object::item(const Object& key) const {
+  return checked(PyObject_GetItem(pointer(*this), pointer(key)));
+}
+
+void Object::setItem(const Object& key, const Object& value) const {
+  checked(PyObject_SetItem(pointer(*this), pointer(key), pointer(value)));
+}
+
+int Object::size() const {
+  return static_cast<int>(checked(static_cast<int>(PyObject_Size(pointer(*this)))));
+}
+
+Object operator+(const Object& left, const Object& right) {
+  return checked(PyNumber_Add(pointer(left), pointer(right)));
+}
+
+Object operator%(const Object& format, const Object& values) {
+  return checked(PyNumber_Remainder(pointer(format), pointer(values)));
+}
+
+Object Object::str() const {
+  return checked(PyObject_Str(pointer(*this)));
+}
+
+Object Object::escaped() const {
+  constexpr const char* kDigits = "0123456789abcdef";
   std::string bytes;
-  if (!copyText(object, bytes)) raisePending();
-  return bytes;
-}
-
-std::vector<std::string> textsOf(PyObject* object) {
-  if (isText(object)) {
-    PyErr_SetString(PyExc_TypeError, "a list of strings is required, not a string");
-    raisePending();
-  }
-  const Reference items = checked(PySequence_Fast(object, "a list of strings is required"));
-  std::vector<std::string> texts;
-  texts.reserve(static_cast<std::size_t>(PySequence_Fast_GET_SIZE(items.get())));
-  for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items.get()); ++i) {
-    texts.push_back(textOf(PySequence_Fast_GET_ITEM(items.get(), i)));
-  }
-  return texts;
-}
-
-bool equal(PyObject* object, PyObject* other) {
-  return checked(PyObject_RichCompareBool(object, other, Py_EQ)) == 1;
-}
-
-bool truthOf(PyObject* object) {
-  return checked(PyObject_IsTrue(object)) == 1;
-}
-
-long long integerOf(PyObject* object) {
-  const long long number = PyLong_AsLongLong(object);
-  if (number == -1 && PyErr_Occurred()) raisePending();
-  return number;
-}
-
-host::Value valueOf(PyObject* object) {
-  const bool is_list = PyList_CheckExact(object) || PyTuple_CheckExact(object);
-  return is_list ? listValue(object, &itemValue) : itemValue(object);
-}
-
-host::Value rowOf(PyObject* object) {
-  const bool is_list = PyList_Check(object) || PyTuple_Check(object);
-  return is_list ? listValue(object, &cellValue) : cellValue(object);
-}
-
-host::ObjectRef objectRef(const Reference& object) {
-  return object.get() == Py_None ? nullptr : std::make_shared<Held>(object);
-}
-
-int traverse(const host::Value& value, visitproc visit, void* arg) {
-  if (const host::Value::List* list = value.list()) {
-    for (const host::Value& item : *list) {
-      if (const int result = traverse(item, visit, arg)) return result;
+  if (!receiver::copyText(pointer(*this), bytes)) receiver::raisePending();
+  std::string result;
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x80) {
+      result += character;
+    } else {
+      result += std::string("\\x") + kDigits[byte >> 4U] + kDigits[byte & 0x0FU];
     }
   }
-  // Two owners: the value and this copy. What others share is not the value's alone to give up.
-  const host::ObjectRef object = value.object();
-  if (object.use_count() == 2) Py_VISIT(static_cast<const Held&>(*object).object.get());
-  return 0;
+  return result;
 }
 
-PyObject* newName(const char* name) {
-  return checked(internedText(name)).release();
+bool Object::isIn(const Object& container) const {
+  return checked(PySequence_Contains(pointer(container), pointer(*this))) == 1;
 }
 
-PyObject* keptName(std::string_view name) {
-  static std::forward_list<std::string> texts;
-  static std::unordered_map<std::string_view, PyObject*> names;
-  if (const auto found = names.find(name); found != names.end()) return found->second;
-  const std::string& text = texts.emplace_front(name);
-  return names.emplace(text, newName(text.c_str())).first->second;
+bool Object::contains(std::string_view part) const {
+  if (const auto text = characters()) return text->find(part) != std::string_view::npos;
+  return Object(part).isIn(*this);
 }
 
-Reference attribute(PyObject* object, std::string_view name) {
-  return checked(PyObject_GetAttr(object, keptName(name)));
+bool Object::startsWith(std::string_view prefix) const {
+  if (const auto text = characters()) return text->starts_with(prefix);
+  return call("startswith"_t, {prefix}).isTrue();
 }
 
-void setAttribute(PyObject* object, std::string_view name, const Reference& value) {
-  checked(PyObject_SetAttr(object, keptName(name), value.get()));
+bool Object::endsWith(std::string_view suffix) const {
+  if (const auto text = characters()) return text->ends_with(suffix);
+  return call("endswith"_t, {suffix}).isTrue();
 }
 
-Reference Arguments::passTo(const Reference& callable) const {
-  Reference names;
-  if (named_ > 0) names = checked(PyTuple_New(static_cast<Py_ssize_t>(named_)));
-  for (std::size_t i = 0; i < named_; ++i) {
-    PyTuple_SET_ITEM(names.get(), static_cast<Py_ssize_t>(i),
-                     Reference::borrow(names_[i]).release());
+bool Object::startsWith(const Object& prefix) const {
+  const auto other = prefix.characters();
+  return other ? startsWith(*other) : call("startswith"_t, {prefix}).isTrue();
+}
+
+bool Object::endsWith(const Object& suffix) const {
+  const auto other = suffix.characters();
+  return other ? endsWith(*other) : call("endswith"_t, {suffix}).isTrue();
+}
+
+void Object::append(const Object& item) const {
+  if (PyList_CheckExact(pointer(*this))) {
+    checked(PyList_Append(pointer(*this), pointer(item)));
+  } else {
+    call("append"_t, {item});
   }
-  return checked(
-      callObject(callable.get(), Pointers(values_).data(), count_ - named_, names.get()));
 }
 
-Reference callDirectly(const Reference& callable, std::initializer_list<Reference> arguments) {
-  return checked(callObject(callable.get(), Pointers(arguments).data(), arguments.size(), nullptr));
+std::optional<std::string_view> Object::characters() const {
+  return receiver::charactersOf(pointer(*this));
 }
 
-Reference callNamed(PyObject* name, std::initializer_list<Reference> arguments) {
-  return checked(callMethod(name, Pointers(arguments).data(), arguments.size()));
+Object list(Arguments items) {
+  Object made = checked(PyList_New(0));
+  for (const Argument& item : items) made.append(item.value);
+  return made;
 }
 
-}  // namespace receiver
+Object tuple(Arguments items) {
+  Object made = checked(PyTuple_New(static_cast<Py_ssize_t>(items.size())));
+  Py_ssize_t at = 0;
+  for (const Argument& item : items) {
+    PyObject* const object = pointer(item.value);
+    Py_INCREF(object);
+    PyTuple_SET_ITEM(pointer(made), at++, object);
+  }
+  return made;
+}
+
+Object dictionary(std::initializer_list<std::pair<Object, Object>> items) {
+  Object made = checked(PyDict_New());
+  for (const auto& [key, value] : items) made.setItem(key, value);
+  return made;
+}
+
+Items::Items(const Object& object) : iterator_(checked(PyObject_GetIter(pointer(object)))) {}
+
+Items::Iterator& Items::Iterator::operator++() {
+  item_ = Object::steal(PyIter_Next(pointer(iterator_)));
+  done_ = !item_.handle();
+  if (done_ && PyErr_Occurred()) receiver::raisePending();
+  return *this;
+}
+
+bool Error::is(Text name) const {
+  const Object type = receiver::builtins().item(name);
+  return PyErr_GivenExceptionMatches(pointer(exception_.item(0)), pointer(type)) != 0;
+}
+
+}  // namespace host

@@ -13,7 +13,7 @@
 #include <exception>
 #include <new>
 
-#include "host/include/Error.h"
+#include "host/receiver/Reference.h"
 
 #define HIDDEN __attribute__((visibility("hidden")))
 
@@ -96,7 +96,16 @@ std::terminate_handler __terminate_handler = std::abort;
 namespace std {
 
 // What the library's own checks raise. Its definitions bring along every class of exception there
-// is, with their texts and translations; here a failed check is one more error of the host.
+// is, with their texts and translations; here a failed check raises the interpreter's RuntimeError.
+
+namespace {
+
+[[noreturn]] void raise(const char* what) {
+  PyErr_SetString(PyExc_RuntimeError, what);
+  receiver::raisePending();
+}
+
+}  // namespace
 
 void __throw_bad_alloc() {
   throw bad_alloc();
@@ -107,15 +116,15 @@ void __throw_bad_array_new_length() {
 }
 
 void __throw_length_error(const char* what) {
-  throw host::Error("RuntimeError", what);
+  raise(what);
 }
 
 void __throw_logic_error(const char* what) {
-  throw host::Error("RuntimeError", what);
+  raise(what);
 }
 
 void __throw_out_of_range_fmt(const char* what, ...) {
-  throw host::Error("RuntimeError", what);
+  raise(what);
 }
 
 }  // namespace std

@@ -1,43 +1,46 @@
 #pragma once
 
-#include <utility>
-
+#include "host/include/Object.h"
 #include "host/receiver/Interpreter.h"
 
 namespace receiver {
 
-/// An owned reference to an interpreter's object, or none.
-class Reference {
- public:
-  Reference() = default;
+using host::Object;
 
-  /// Takes over a reference that the caller owns.
-  static Reference steal(PyObject* object) { return Reference(object); }
+/// Returns the interpreter's object, None for nothing; the reference stays `object`'s.
+inline PyObject* pointer(const Object& object) {
+  return object.handle() ? static_cast<PyObject*>(object.handle()) : Py_None;
+}
 
-  /// Makes a reference to an object that somebody else owns.
-  static Reference borrow(PyObject* object) {
-    Py_XINCREF(object);
-    return Reference(object);
-  }
+/// Makes a reference to an object that somebody else owns.
+inline Object borrowed(PyObject* object) {
+  Py_XINCREF(object);
+  return Object::steal(object);
+}
 
-  Reference(const Reference& other) : object_(other.object_) { Py_XINCREF(object_); }
-  Reference(Reference&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-  Reference& operator=(Reference other) noexcept {
-    std::swap(object_, other.object_);
-    return *this;
-  }
-  ~Reference() { Py_XDECREF(object_); }
+/// Raises the pending exception.
+[[noreturn]] void raisePending();
 
-  PyObject* get() const { return object_; }
-  explicit operator bool() const { return object_ != nullptr; }
+/// Sets the exception that is being handled as the pending one. For use in a catch block.
+void setPending() noexcept;
 
-  /// Hands the reference over to the caller.
-  PyObject* release() { return std::exchange(object_, nullptr); }
+/// Takes over what a call of the interpreter has returned. Raises the pending exception when that
+/// is null or -1.
+inline Object checked(PyObject* result) {
+  if (!result) raisePending();
+  return Object::steal(result);
+}
+inline int checked(int result) {
+  if (result == -1) raisePending();
+  return result;
+}
 
- private:
-  explicit Reference(PyObject* object) : object_(object) {}
-
-  PyObject* object_ = nullptr;
-};
+/// Returns the interpreter's own text for a name. It is made once and kept.
+inline PyObject* interned(host::Text text) {
+  void*& object = text.kept().object;
+  if (!object) object = internedText(text.kept().characters);
+  if (!object) raisePending();
+  return static_cast<PyObject*>(object);
+}
 
 }  // namespace receiver

@@ -1,195 +1,261 @@
 #include "plugin/src/BackupActions.h"
 
-#include <algorithm>
-#include <functional>
-#include <unordered_set>
+#include <string>
+#include <vector>
 
+#include "plugin/src/Framework.h"
 #include "plugin/src/Packages.h"
 #include "plugin/src/Places.h"
-#include "plugin/src/Setup.h"
+#include "plugin/src/Set.h"
 
 namespace stowline {
 namespace {
 
-/// How the names of one kind of scheduled backup begin, and how they end after the model.
-struct ScheduledKind {
-  const char* prefix;
-  const char* suffix;
-};
-
-/// In the order in which old ones are deleted.
-constexpr ScheduledKind kScheduledKinds[] = {
-    {"settings", ".auto.tar.gz"},
-    {"configuration", ".auto.tar.gz"},
-    {"pluginlist", ".auto.lst"},
-};
-
-constexpr int kScheduledToKeep = 3;
-
-/// Returns the backup directory as it is written into a file name. One that could not be had is the
-/// word None, deliberately: nothing can be written there, so the job fails by itself.
-std::string pathText(const std::optional<std::string>& path) {
-  return path.value_or("None");
+Object construct(const Call& call) {
+  const auto& [module, self, given] = call;
+  self["executiontime"_t] = module["getDateTime"_t]();
+  self["boxtype"_t] = module["HardwareInfoVu"_t]()["get_device_name"_t]();
+  self["executiontime"_t] += "_%s"_t % Object(self["boxtype"_t]);
+  if (given[0] == "auto"_t) self["executiontime"_t] += ".auto"_t;
+  return {};
 }
 
-std::string_view withoutOuterSpace(std::string_view text) {
-  constexpr const char* kSpace = " \t\n\r\v\f";
-  text.remove_prefix(std::min(text.find_first_not_of(kSpace), text.size()));
-  text.remove_suffix(text.size() - (text.find_last_not_of(kSpace) + 1));
-  return text;
+/// What every job does: sets the attribute `file` to the path of what it writes, which is the
+/// format `path` with the directory and the stamp in it, deletes an older one, does `command`, and
+/// tells whether there is such a file then.
+template <class Command>
+Object writeFile(const Call& call, Text file, Text path, Command command) {
+  const auto& [module, self, given] = call;
+  self["path"_t] = module["getBackupRestorePath"_t]();
+  self[file] = path % tuple({self["path"_t], self["executiontime"_t]});
+  if (fileExists(module, self[file])) system(module, "rm -f %s"_t % Object(self[file]));
+  command();
+  return fileExists(module, self[file]);
 }
 
-/// Whether the model `boxtype` stands in `name` right before `suffix`, its end.
-bool endsWith(std::string_view name, const std::string& boxtype, std::string_view suffix) {
-  if (!name.ends_with(suffix)) return false;
-  name.remove_suffix(suffix.size());
-  return name.ends_with(boxtype);
+/// Returns `command` with each of `words` after it, a blank and `option` in front of each.
+template <class Words>
+std::string withWords(std::string command, const Words& words, const char* option = "") {
+  for (const char* word : words) command += std::string(" ") + option + word;
+  return command;
 }
 
-host::Value valueOf(const std::vector<std::string>& texts) {
-  return host::Value::List(texts.begin(), texts.end());
+Object createSettingFile(const Call& call) {
+  return writeFile(call, "settingfile"_t, "%s/settings_%s.tar.gz"_t, [&] {
+    system(call.module,
+           "tar czf %s"_t % Object(call.self["settingfile"_t]) + withWords("", kChannelFiles));
+  });
 }
 
-/// Returns the items of a list as texts. Raises host::Error ("TypeError") for anything else.
-std::vector<std::string> textsOf(const host::Value& value) {
-  if (!value.list()) throw host::Error("TypeError", "no list of paths: " + value.str());
-  std::vector<std::string> texts;
-  for (const host::Value& item : *value.list()) texts.push_back(item.str());
-  return texts;
+/// Archives the files that the skins' user has made, if there are any.
+void archiveUserFiles(const Call& call) {
+  const Object files = userFiles(call.self);
+  if (!files.isTrue()) return;
+  Object command = "tar czf %s_user_files"_t % Object(call.self["configfile"_t]);
+  for (const Object& file : Items(files)) command = command + (" "_t + file);
+  system(call.module, command);
 }
 
-/// Adds to `rm_flist` the names to delete out of `newest_first`: every backup of the kind for the
-/// model `boxtype` but the newest ones, each with its possible companions.
-void addOutdated(std::vector<std::string>& rm_flist, const std::vector<std::string>& newest_first,
-                 const ScheduledKind& kind, const std::string& boxtype) {
-  int erase_counter = 0;
-  for (const std::string& name : newest_first) {
-    if (!name.starts_with(kind.prefix) || !endsWith(name, boxtype, kind.suffix)) continue;
-    if (++erase_counter <= kScheduledToKeep) continue;
-    for (const char* suffix : {"", "_atile_hd", "_user_files"}) rm_flist.push_back(name + suffix);
-  }
+Object createConfigFile(const Call& call) {
+  return writeFile(call, "configfile"_t, "%s/configuration_ver_c_%s.tar.gz"_t, [&] {
+    system(call.module, "tar czf %s"_t % Object(call.self["configfile"_t]) +
+                            withWords(withWords("", kConfigPlaces), kConfigExcludes, "--exclude "));
+    archiveUserFiles(call);
+  });
 }
 
-}  // namespace
-
-BackupActions::BackupActions(host::Host& host, std::optional<std::string_view> backuptype)
-    : host_(host) {
-  executiontime = getDateTime(host_);
-  boxtype = host_.deviceName();
-  executiontime += "_" + boxtype;
-  if (backuptype == "auto") executiontime += ".auto";
+Object createPluginList(const Call& call) {
+  return writeFile(call, "pluginfile"_t, "%s/pluginlist_%s.lst"_t, [&] {
+    system(call.module, kInstalledPlugins + (" >> %s"_t % Object(call.self["pluginfile"_t])));
+  });
 }
 
-host::Value BackupActions::createSettingFile() {
-  path = getBackupRestorePath(host_);
-  settingfile = pathText(path) + "/settings_" + executiontime + ".tar.gz";
-  if (host_.fileExists(settingfile)) host_.os().system("rm -f " + settingfile);
-  std::string command = "tar czf " + settingfile;
-  for (const char* place : kChannelFiles) command += std::string(" ") + place;
-  host_.os().system(command);
-  return host_.fileExists(settingfile);
+template <class Texts>
+Object listOf(const Texts& texts) {
+  Object made = list();
+  for (const char* text : texts) made.append(std::string_view(text));
+  return made;
 }
 
-host::Value BackupActions::createConfigFile() {
-  path = getBackupRestorePath(host_);
-  configfile = pathText(path) + "/configuration_ver_c_" + executiontime + ".tar.gz";
-  if (host_.fileExists(configfile)) host_.os().system("rm -f " + configfile);
-
-  std::string command = "tar czf " + configfile;
-  for (const char* place : kConfigPlaces) command += std::string(" ") + place;
-  for (const char* exclude : kConfigExcludes) command += std::string(" --exclude ") + exclude;
-  host_.os().system(command);
-
-  std::vector<std::string> user_files =
-      listed("saveAtileUserFiles", {}, [&] { return saveAtileUserFiles(); });
-  std::ranges::copy(listed("saveVFDSkinUserFiles", {}, [&] { return saveVFDSkinUserFiles(); }),
-                    std::back_inserter(user_files));
-  if (!user_files.empty()) {
-    command = "tar czf " + configfile + "_user_files";
-    for (const std::string& file : user_files) command += " " + file;
-    host_.os().system(command);
-  }
-  return host_.fileExists(configfile);
+Object userFilesOf(const Call& call, const SkinFiles& skin) {
+  return call.self.call("saveUserFiles"_t, {std::string_view(skin.package_info),
+                                            listOf(skin.start_strings), listOf(skin.search_dirs)});
 }
 
-host::Value BackupActions::createPluginList() {
-  path = getBackupRestorePath(host_);
-  pluginfile = pathText(path) + "/pluginlist_" + executiontime + ".lst";
-  if (host_.fileExists(pluginfile)) host_.os().system("rm -f " + pluginfile);
-  host_.os().system(kInstalledPlugins + (" >> " + pluginfile));
-  return host_.fileExists(pluginfile);
+Object saveAtileUserFiles(const Call& call) {
+  return userFilesOf(call, kAtileFiles);
 }
 
-/// Returns what an operation lists: the one in the place of the module's own, or else that.
-template <class Own>
-std::vector<std::string> BackupActions::listed(std::string_view operation,
-                                               const host::Value::List& arguments, Own own) {
-  std::optional<host::Value> result;
-  if (overrides_) result = overrides_->callOverride(operation, arguments);
-  return result ? textsOf(*result) : own();
+Object saveVFDSkinUserFiles(const Call& call) {
+  return userFilesOf(call, kVfdSkinFiles);
 }
 
-std::vector<std::string> BackupActions::userFiles(const SkinFiles& skin) {
-  const std::vector<std::string> starts(skin.start_strings.begin(), skin.start_strings.end());
-  const std::vector<std::string> directories(skin.search_dirs.begin(), skin.search_dirs.end());
-  return listed("saveUserFiles", {skin.package_info, valueOf(starts), valueOf(directories)},
-                [&] { return saveUserFiles(skin.package_info, starts, directories); });
-}
-
-std::vector<std::string> BackupActions::saveAtileUserFiles() {
-  return userFiles(kAtileFiles);
-}
-
-std::vector<std::string> BackupActions::saveVFDSkinUserFiles() {
-  return userFiles(kVfdSkinFiles);
-}
-
-std::vector<std::string> BackupActions::saveUserFiles(const std::string& package_info,
-                                                      const std::vector<std::string>& start_strings,
-                                                      const std::vector<std::string>& search_dirs) {
-  std::vector<std::string> lines;
-  if (host_.fileExists(package_info)) lines = host_.os().open(package_info);
-  std::unordered_set<std::string_view> package_files;
-  for (const std::string& line : lines) {
-    for (const std::string& start : start_strings) {
-      if (line.starts_with(start)) package_files.insert(withoutOuterSpace(line));
+Object saveUserFiles(const Call& call) {
+  const auto& [module, self, given] = call;
+  const Object& package_info = given[0];
+  const Object& start_strings = given[1];
+  const Object& search_dirs = given[2];
+  Set package_files;
+  if (fileExists(module, package_info)) {
+    for (const Object& line : Items(linesOfFile(module, package_info))) {
+      for (const Object& start : Items(start_strings)) {
+        if (line.startsWith(start)) package_files.add(line["strip"_t]());
+      }
     }
   }
-  std::vector<std::string> user_files;
-  for (const std::string& directory : search_dirs) {
-    if (!host_.os().exists(directory)) continue;
-    const std::vector<std::string> files =
-        listed("listdir_fullpath", {directory}, [&] { return listdir_fullpath(directory); });
-    for (const std::string& file : files) {
-      for (const std::string& start : start_strings) {
-        if (file.starts_with(start) && !package_files.contains(file)) user_files.push_back(file);
+  Object user_files = list();
+  for (const Object& directory : Items(search_dirs)) {
+    if (!exists(module, directory)) continue;
+    for (const Object& file : Items(self.call("listdir_fullpath"_t, {directory}))) {
+      for (const Object& start : Items(start_strings)) {
+        if (file.startsWith(start) && !package_files.contains(file)) user_files.append(file);
       }
     }
   }
   return user_files;
 }
 
-std::vector<std::string> BackupActions::listdir_fullpath(const std::string& d) {
-  std::vector<std::string> paths = host_.os().listdir(d);
-  for (std::string& name : paths) name = host_.os().join(d, name);
+Object listdir_fullpath(const Call& call) {
+  const auto& [module, self, given] = call;
+  Object paths = list();
+  for (const Object& name : Items(module["listdir"_t]({given[0]}))) {
+    paths.append(module["os_path"_t]["join"_t]({given[0], name}));
+  }
   return paths;
 }
 
-void BackupActions::houseKeeping() {
-  const std::optional<std::string> directory = getBackupRestorePath(host_);
-  if (!directory) return;
+/// How the names of one kind of scheduled backup begin, and how they end after the model.
+struct ScheduledName {
+  Text prefix;
+  Text suffix;
+};
 
-  std::vector<std::string> flist = host_.os().listdir(*directory);
-  std::ranges::sort(flist, std::greater());
+constexpr ScheduledName kScheduledNames[] = {
+    {"pluginlist"_t, ".auto.lst"_t},
+    {"settings"_t, ".auto.tar.gz"_t},
+    {"configuration"_t, ".auto.tar.gz"_t},
+    {"configuration"_t, ".auto.tar.gz_atile_hd"_t},
+    {"configuration"_t, ".auto.tar.gz_user_files"_t},
+};
 
-  std::vector<std::string> rm_flist;
-  for (const ScheduledKind& kind : kScheduledKinds) addOutdated(rm_flist, flist, kind, boxtype);
-  for (const std::string& name : rm_flist) {
-    const std::string full = *directory + "/" + name;
-    if (!host_.os().exists(full)) continue;
-    host_.os().remove(full);
-    host_.print("[Qor Stowline] Housekeeping --> remove file " + full);
-  }
+constexpr int kScheduledToKeep = 3;
+
+/// Whether `name` ends with the engine's model and `suffix`.
+bool endsWithModel(const Object& name, const Object& self, std::string_view suffix) {
+  const Object boxtype = self["boxtype"_t];
+  const auto characters = name.characters();
+  const auto model = boxtype.characters();
+  if (!characters || !model) return name.endsWith(boxtype + suffix);
+  return characters->ends_with(suffix) &&
+         characters->substr(0, characters->size() - suffix.size()).ends_with(*model);
 }
+
+bool isScheduled(const Object& name, const Object& self) {
+  for (const ScheduledName& scheduled : kScheduledNames) {
+    if (name.startsWith(scheduled.prefix) &&
+        endsWithModel(name, self, scheduled.suffix.characters()))
+      return true;
+  }
+  return false;
+}
+
+bool isCompanion(const Object& name) {
+  for (const char* companion : kCompanions) {
+    if (name.endsWith(std::string_view(companion))) return true;
+  }
+  return false;
+}
+
+/// Returns the names to delete out of `flist`, newest first: of each kind all but the newest, each
+/// with its possible companions.
+std::vector<Object> outdated(const Object& flist) {
+  std::vector<Object> rm_flist;
+  for (const Text file_type : {"settings"_t, "configuration"_t, "pluginlist"_t}) {
+    int erase_counter = 0;
+    for (const Object& name : Items(flist)) {
+      if (!name.startsWith(file_type) || isCompanion(name)) continue;
+      if (++erase_counter <= kScheduledToKeep) continue;
+      rm_flist.push_back(name);
+      for (const char* companion : kCompanions)
+        rm_flist.push_back(name + std::string_view(companion));
+    }
+  }
+  return rm_flist;
+}
+
+Object houseKeeping(const Call& call) {
+  const auto& [module, self, given] = call;
+  const Object path = module["getBackupRestorePath"_t]();
+  if (!path.isTrue()) return {};
+  const Object flist = list();
+  for (const Object& name : Items(module["listdir"_t]({path}))) {
+    if (isScheduled(name, self)) flist.append(name);
+  }
+  flist["sort"_t]({{"reverse"_t, true}});
+  for (const Object& name : outdated(flist)) {
+    const Object full = path + "/"_t + name;
+    if (!exists(module, full)) continue;
+    module["remove"_t]({full});
+    print(module, "[Qor Stowline] Housekeeping --> remove file %s"_t % full);
+  }
+  return {};
+}
+
+constexpr host::Operation kOperations[] = {
+    {"__init__",
+     &construct,
+     {{"backuptype", "None"}},
+     "Names the files of one backup run; \"auto\" marks them as scheduled."},
+    {"createSettingFile",
+     &createSettingFile,
+     {},
+     "Archives the channel lists. Returns whether the archive exists then."},
+    {"createConfigFile",
+     &createConfigFile,
+     {},
+     "Archives the configuration, and the skins' user files beside it. Returns whether the archive "
+     "exists then."},
+    {"createPluginList",
+     &createPluginList,
+     {},
+     "Writes the names of the installed plugin packages. Returns whether the list exists then."},
+    {"saveAtileUserFiles",
+     &saveAtileUserFiles,
+     {},
+     "Returns the paths of the user's own files of the AtileHD skin."},
+    {"saveVFDSkinUserFiles",
+     &saveVFDSkinUserFiles,
+     {},
+     "Returns the paths of the user's own skins of the front display."},
+    {"saveUserFiles",
+     &saveUserFiles,
+     {{"package_info"}, {"start_strings"}, {"search_dirs"}},
+     "Returns the paths in the directories that begin so and that the package's file list does not "
+     "name."},
+    {"listdir_fullpath",
+     &listdir_fullpath,
+     {{"d"}},
+     "Returns the entries of the directory as full paths."},
+    {"houseKeeping",
+     &houseKeeping,
+     {},
+     "Deletes this model's scheduled backups but for the three newest of each kind."},
+};
+
+}  // namespace
+
+Object userFiles(const Object& engine) {
+  Object files = list();
+  for (const Text find : {"saveAtileUserFiles"_t, "saveVFDSkinUserFiles"_t}) {
+    files["extend"_t]({engine.call(find, {})});
+  }
+  return files;
+}
+
+constexpr host::Class kBackupActions = {
+    "BackupActions",
+    {},
+    kOperations,
+    "The backup engine: names and writes the backup files and deletes old scheduled ones."};
 
 }  // namespace stowline

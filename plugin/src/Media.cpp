@@ -1,54 +1,50 @@
 #include "plugin/src/Media.h"
 
-#include <exception>
-#include <unordered_set>
+#include "plugin/src/Set.h"
 
 namespace stowline {
 namespace {
 
-/// Below these the automounter hangs network shares.
-constexpr const char* kAutomountRoots[] = {"/media/net/autofs", "/media/net/autonet"};
+constexpr Text kAutomountRoots[] = {"/media/net/autofs"_t, "/media/net/autonet"_t};
 
-bool canBeListed(host::OperatingSystem& os, const std::string& path) {
-  try {
-    os.listdir(path);
-    return true;
-  } catch (const std::exception&) {
-    return false;
-  }
+Object listed(const Module& module, const Object& directory) {
+  return module["listdir"_t]({directory});
 }
 
-std::unordered_set<std::string> excludedDirectories(host::OperatingSystem& os) {
-  std::unordered_set<std::string> excluded;
-  for (const std::string root : kAutomountRoots) {
-    excluded.insert(root);
-    if (!os.exists(root)) continue;
-    for (const std::string& name : os.listdir(root)) {
-      const std::string share = root + "/" + name;
-      if (os.exists(share) && !canBeListed(os, share)) excluded.insert(share);
+bool canBeListed(const Module& module, const Object& directory) {
+  try {
+    listed(module, directory);
+  } catch (const host::Error&) {
+    return false;
+  }
+  return true;
+}
+
+Set excludedDirectories(const Module& module) {
+  Set excluded;
+  for (const Text root : kAutomountRoots) {
+    excluded.add(root);
+    if (!exists(module, root)) continue;
+    for (const Object& name : Items(listed(module, root))) {
+      const Object share = Object(root) + "/"_t + name;
+      if (exists(module, share) && !canBeListed(module, share)) excluded.add(share);
     }
   }
   return excluded;
 }
 
-/// Returns the second field of a mount table's line, which single spaces separate; empty when there
-/// is none.
-std::string mountPoint(const std::string& line) {
-  const std::size_t first = line.find(' ');
-  if (first == std::string::npos) return "";
-  const std::size_t second = line.find(' ', first + 1);
-  return line.substr(first + 1, second == std::string::npos ? second : second - first - 1);
-}
-
 }  // namespace
 
-std::vector<std::string> mountedMedia(host::OperatingSystem& os) {
-  const std::unordered_set<std::string> excluded = excludedDirectories(os);
-  std::vector<std::string> media;
-  for (const std::string& line : os.open("/proc/mounts")) {
-    const std::string medium = mountPoint(line);
-    if (medium.starts_with("/media/") && medium != "/media/net" && !excluded.contains(medium)) {
-      media.push_back(medium);
+std::vector<Object> mountedMedia(const Module& module) {
+  const Set excluded = excludedDirectories(module);
+  std::vector<Object> media;
+  for (const Object& line : Items(linesOfFile(module, "/proc/mounts"_t))) {
+    const Object fields = line["split"_t]({" "_t});
+    if (fields.size() < 2) continue;
+    const Object mounted = fields.item(1);
+    if (mounted.startsWith("/media/"_t) && !(mounted == "/media/net"_t) &&
+        !excluded.contains(mounted)) {
+      media.push_back(mounted);
     }
   }
   return media;

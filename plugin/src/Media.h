@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
-#include "host/include/OperatingSystem.h"
+#include "plugin/src/Framework.h"
 
 namespace stowline {
 
@@ -11,6 +10,6 @@ namespace stowline {
 /// as it writes them: those below "/media/", but for the automounter's own directories and for
 /// network shares that cannot be listed. Raises what reading the mount table or listing an
 /// automounter's directory raises.
-std::vector<std::string> mountedMedia(host::OperatingSystem& os);
+std::vector<Object> mountedMedia(const Module& module);
 
 }  // namespace stowline

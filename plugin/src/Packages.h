@@ -1,16 +1,28 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include "plugin/src/Framework.h"
+#include "plugin/src/Set.h"
 
 namespace stowline {
 
 /// Prints the names of the installed plugin packages, one a line. The filter is a substring test on
 /// opkg's whole line, version included.
-inline constexpr const char* kInstalledPlugins =
-    "opkg list-installed | grep enigma2-plugin | cut -d \" \" -f 1";
+inline constexpr Text kInstalledPlugins =
+    "opkg list-installed | grep enigma2-plugin | cut -d \" \" -f 1"_t;
 
-/// Returns the lines without their trailing newline characters; other white space stays.
-std::vector<std::string> withoutNewlines(std::vector<std::string> lines);
+/// Sets the attributes `pluginsinstalled` and `pluginsinstalledclean`: the installed packages, as
+/// lines and without their newlines.
+void listInstalledPlugins(const Call& call);
+
+/// Whether `package` is among the installed ones, with a line in the log if so.
+bool isInstalled(const Call& call, const Set& installed, const Object& package);
+
+/// Queues the installation of `package` in the attribute `cmdList`.
+void queueInstallation(const Call& call, const Object& package);
+
+/// Carries out `install` when the feed update that was started for `restoretype` is done:
+/// "ipkgCallback" of a screen. An error of the update goes to the screen's `setStatus`, which no
+/// screen of ours defines: the host reports that.
+void continueInstallation(const Call& call, Text restoretype, Text install);
 
 }  // namespace stowline

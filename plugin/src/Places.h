@@ -56,6 +56,11 @@ inline constexpr const char* kConfigExcludes[] = {
     "etc/enigma2/*.pem",     "etc/enigma2/profile",
 };
 
+/// How the names of the archives that a configuration archive may have beside it end. Backups write
+/// the second alone.
+inline constexpr const char* kUserFilesEnding = "_user_files";
+inline constexpr const char* kCompanions[] = {"_atile_hd", kUserFilesEnding};
+
 /// The files that the user of a skin has made: those in `search_dirs` that begin with one of
 /// `start_strings` and that the package's file list `package_info` does not name.
 struct SkinFiles {

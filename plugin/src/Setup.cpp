@@ -1,6 +1,10 @@
 #include "plugin/src/Setup.h"
 
-#include <exception>
+#include "plugin/src/BackupActions.h"
+#include "plugin/src/Framework.h"
+#include "plugin/src/Stowline.h"
+#include "plugin/src/StowlineHelpScreen.h"
+#include "plugin/src/StowlineRestore.h"
 
 namespace stowline {
 namespace {
@@ -68,43 +72,65 @@ constexpr host::Binding kBindings[] = {
     {"builtins", "OSError", "OSError"},
 };
 
-constexpr const char* kBackupRestorePath = "backuprestorepath";
-
-std::string twoDigits(int value) {
-  const std::string digits = std::to_string(value);
-  return value < 10 ? "0" + digits : digits;
+Object settings(const Module& module) {
+  return module["config"_t]["plugins"_t]["qorpanel"_t];
 }
 
-}  // namespace
-
-void load(host::Host& host) {
-  for (const host::Binding& binding : kBindings) host.bind(binding);
-  host.config().attachSubsection(kSubsection);
-  host.config()
-      .subsection(kSubsection)
-      .attachText(kBackupRestorePath,
-                  {.default_value = "/media/hdd/", .visible_width = 50, .fixed_size = false});
-}
-
-host::ConfigText& backupRestorePathSetting(host::Host& host) {
-  return host.config().subsection(kSubsection).text(kBackupRestorePath);
-}
-
-std::optional<std::string> getBackupRestorePath(host::Host& host) {
-  const std::string medium = backupRestorePathSetting(host).value();
-  const std::string path = medium + (medium.ends_with('/') ? "qor-stowline" : "/qor-stowline");
+Object getBackupRestorePath(const Call& call) {
+  Object path = mediumSetting(call.module)["value"_t];
+  path = path + (path.endsWith("/"_t) ? "qor-stowline"_t : "/qor-stowline"_t);
   try {
-    if (!host.os().exists(path)) host.os().makedirs(path);
-  } catch (const std::exception&) {
-    return std::nullopt;
+    if (!exists(call.module, path)) call.module["makedirs"_t]({path});
+  } catch (const host::Error&) {
+    return {};
   }
   return path;
 }
 
-std::string getDateTime(host::Host& host) {
-  const host::LocalTime now = host.os().localtime();
-  return std::to_string(now.tm_year) + twoDigits(now.tm_mon) + twoDigits(now.tm_mday) + "_" +
-         twoDigits(now.tm_hour) + "-" + twoDigits(now.tm_min);
+Object twoDigits(const Object& number) {
+  return number < 10 ? "0"_t + number.str() : number.str();
+}
+
+Object getDateTime(const Call& call) {
+  const Object now = call.module["localtime"_t]();
+  Object text = now.get("tm_year"_t).str();
+  text = text + twoDigits(now["tm_mon"_t]);
+  text = text + twoDigits(now["tm_mday"_t]);
+  text = text + "_"_t + twoDigits(now["tm_hour"_t]);
+  return text + "-"_t + twoDigits(now["tm_min"_t]);
+}
+
+constexpr host::Operation kFunctions[] = {
+    {"getBackupRestorePath",
+     &getBackupRestorePath,
+     {},
+     "Returns the backup directory, created where it was missing, or None when that fails."},
+    {"getDateTime",
+     &getDateTime,
+     {},
+     "Returns the local time to the minute, such as 20240305_07-04."},
+};
+
+}  // namespace
+
+void load(const Module& module) {
+  for (const host::Binding& binding : kBindings) module.bind(binding);
+  settings(module)["stowline"_t] = module["ConfigSubsection"_t]();
+  settings(module)["stowline"_t]["backuprestorepath"_t] = module["ConfigText"_t](
+      {{"default"_t, "/media/hdd/"_t}, {"visible_width"_t, 50}, {"fixed_size"_t, false}});
+  for (const host::Operation& function : kFunctions) module.define(function);
+  for (const host::Class* type :
+       {&kBackupActions, &kStowlineHelpScreen, &kStowline, &kStowlineRestore}) {
+    module.define(*type);
+  }
+}
+
+Object moduleSettings(const Module& module) {
+  return settings(module)["stowline"_t];
+}
+
+Object mediumSetting(const Module& module) {
+  return settings(module)["stowline"_t]["backuprestorepath"_t];
 }
 
 }  // namespace stowline

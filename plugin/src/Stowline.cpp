@@ -1,297 +1,292 @@
 #include "plugin/src/Stowline.h"
 
-#include <unordered_set>
-#include <utility>
+#include <span>
+#include <string>
 
-#include "plugin/src/BackupActions.h"
+#include "plugin/src/Framework.h"
 #include "plugin/src/Media.h"
 #include "plugin/src/Packages.h"
+#include "plugin/src/Set.h"
 #include "plugin/src/Setup.h"
-#include "plugin/src/StowlineRestore.h"
 
 namespace stowline {
-
-/// A row of the menu. "%s" in a title or description stands for the chosen medium.
-struct MenuEntry {
-  const char* key;
-  const char* title;
-  const char* description;
-  const char* picture;
-};
-
 namespace {
 
-constexpr MenuEntry kMediumEntry = {"path", "Backup/restore device : %s",
-                                    "set device for directory qor-stowline",
-                                    "SystemPlugins/QORPanel/pictures/backuplocation.png"};
+/// A row of the menu: its key, what it shows, and what it does, with what that needs. "%s" in a
+/// text stands for the chosen medium.
+struct MenuEntry {
+  Text key = ""_t;
+  Text title = ""_t;
+  Text description = ""_t;
+  Text picture = ""_t;
+  void (*run)(const Call& call, const MenuEntry& entry) = nullptr;
+  Text operand = ""_t;  ///< the engine's job, or the restore type of the list
+  Text success = ""_t;  ///< what is said of the job's result
+  Text failure = ""_t;
+};
+
+/// Runs a job and says whether it succeeded: its result has to equal true.
+void runJob(const Call& call, const MenuEntry& entry) {
+  const bool done = call.self["backupactions"_t].get(entry.operand)() == true;
+  const Object box =
+      openBox(call, done ? entry.success : entry.failure, done ? "TYPE_INFO"_t : "TYPE_ERROR"_t);
+  box.get("setTitle"_t)({translated(call.module, "QOR Stowline"_t)});
+}
+
+void openRestoreList(const Call& call, const MenuEntry& entry) {
+  const auto& [module, self, given] = call;
+  self["restoretype"_t] = entry.operand;
+  const Object open = self["session"_t].get("open"_t);
+  open({module["StowlineRestore"_t], self["restoretype"_t], self["skin_path"_t]});
+}
+
+void openPluginLists(const Call& call, const MenuEntry& entry) {
+  call.self["reloadPluginlist"_t] = true;
+  openRestoreList(call, entry);
+}
+
+void updateFeed(const Call& call, const MenuEntry& entry) {
+  const auto& [module, self, given] = call;
+  self["restoretype"_t] = entry.operand;
+  self["ipkg"_t].get("startCmd"_t)({module["IpkgComponent"_t]["CMD_UPDATE"_t]});
+}
+
+void chooseMedium(const Call& call, const MenuEntry& /*entry*/) {
+  const auto& [module, self, given] = call;
+  const Object choices = list();
+  for (const Object& medium : mountedMedia(module))
+    choices.append(tuple({medium, medium, Object()}));
+  const Object open = self["session"_t].get("openWithCallback"_t);
+  const Object box =
+      open({self["backuprestorepath_choosen"_t],
+            module["ChoiceBox"_t],
+            {"title"_t, translated(module, "Please select medium to use as backup location"_t)},
+            {"list"_t, choices}});
+  box.get("setTitle"_t)({translated(module, "QOR Stowline"_t)});
+}
+
+constexpr MenuEntry kMediumEntry = {"path"_t, "Backup/restore device : %s"_t,
+                                    "set device for directory qor-stowline"_t,
+                                    "backuplocation.png"_t, &chooseMedium};
 
 constexpr MenuEntry kBackupEntries[] = {
-    {"createpluginlist", "Backup installed plugins",
-     "creates a list of installed plugins, skins and softcams",
-     "SystemPlugins/QORPanel/pictures/services.png"},
-    {"settingbackup", "Backup channel settings", "save channel and bouquet settings",
-     "SystemPlugins/QORPanel/pictures/restoresettings.png"},
-    {"configbackup", "Backup configurations",
-     "save common configurations for GUI, plugins and softcams",
-     "SystemPlugins/QORPanel/pictures/filesys.png"},
+    {"createpluginlist"_t, "Backup installed plugins"_t,
+     "creates a list of installed plugins, skins and softcams"_t, "services.png"_t, &runJob,
+     "createPluginList"_t, "List of installed plugins was created succesfully"_t,
+     "Creating list of installed plugins failed"_t},
+    {"settingbackup"_t, "Backup channel settings"_t, "save channel and bouquet settings"_t,
+     "restoresettings.png"_t, &runJob, "createSettingFile"_t,
+     "Settings backup finished succesfully"_t, "Backup settings failed"_t},
+    {"configbackup"_t, "Backup configurations"_t,
+     "save common configurations for GUI, plugins and softcams"_t, "filesys.png"_t, &runJob,
+     "createConfigFile"_t, "Common configuration backup finished succesfully"_t,
+     "Backup of common configurations failed"_t},
 };
 
+/// The list of plugins knows its type by another name than the menu.
 constexpr MenuEntry kRestoreEntries[] = {
-    {"installpluginlist", "Restore plugins from saved list",
-     "installs all available plugins from online feed",
-     "SystemPlugins/QORPanel/pictures/services.png"},
-    {"settingrestore", "Restore channel settings", "reload saved channel and bouquet settings",
-     "SystemPlugins/QORPanel/pictures/restoresettings.png"},
-    {"configrestore", "Restore configurations",
-     "restore common configurations for GUI, plugins and softcams",
-     "SystemPlugins/QORPanel/pictures/filesys.png"},
-    {"installlocalplugin", "Install local packages", "from %s/qor-stowline/plugins",
-     "SystemPlugins/QORPanel/pictures/targz.png"},
-    {"personalscript", "Run personal script", "executes your personal backup/restore scripts",
-     "SystemPlugins/QORPanel/pictures/exemanager.png"},
+    {"installpluginlist"_t, "Restore plugins from saved list"_t,
+     "installs all available plugins from online feed"_t, "services.png"_t, &openPluginLists,
+     "plugininstall"_t},
+    {"settingrestore"_t, "Restore channel settings"_t,
+     "reload saved channel and bouquet settings"_t, "restoresettings.png"_t, &openRestoreList,
+     "settingrestore"_t},
+    {"configrestore"_t, "Restore configurations"_t,
+     "restore common configurations for GUI, plugins and softcams"_t, "filesys.png"_t,
+     &openRestoreList, "configrestore"_t},
+    {"installlocalplugin"_t, "Install local packages"_t, "from %s/qor-stowline/plugins"_t,
+     "targz.png"_t, &updateFeed, "installlocalplugin"_t},
+    {"personalscript"_t, "Run personal script"_t, "executes your personal backup/restore scripts"_t,
+     "exemanager.png"_t, &openRestoreList, "personalscript"_t},
 };
 
-/// A backup entry's job and what is said of its result.
-struct BackupEntry {
-  const char* key;
-  host::Value (BackupJobs::*job)();
-  const char* success;
-  const char* failure;
-};
+Object construct(const Call& call) {
+  const auto& [module, self, given] = call;
+  module["Screen"_t]["__init__"_t]({self, given[0]});
+  self["skin_path"_t] = given[1];
+  self["session"_t] = given[0];
+  self["screentype"_t] = given[2];
+  self["reloadPluginlist"_t] = false;
+  self["title"_t] = translated(module, "QOR Stowline"_t);
+  self["backupactions"_t] = module["BackupActions"_t]({"manual"_t});
+  const bool restore = Object(self["screentype"_t]) == "restore"_t;
+  if (!restore) self["screentype"_t] = "backup"_t;
+  const Object title = self["title"_t];
+  self["title"_t] =
+      title + (" ("_t + translated(module, restore ? "Restore"_t : "Backup"_t) + ")"_t);
 
-constexpr BackupEntry kBackupReports[] = {
-    {"createpluginlist", &BackupJobs::createPluginList,
-     "List of installed plugins was created succesfully",
-     "Creating list of installed plugins failed"},
-    {"settingbackup", &BackupJobs::createSettingFile, "Settings backup finished succesfully",
-     "Backup settings failed"},
-    {"configbackup", &BackupJobs::createConfigFile,
-     "Common configuration backup finished succesfully", "Backup of common configurations failed"},
-};
-
-/// A restore entry's key and the restore type that its list is opened with.
-struct RestoreEntry {
-  const char* key;
-  const char* restoretype;
-};
-
-/// The list of plugins knows its restore type by another name than the menu, deliberately.
-constexpr RestoreEntry kRestoreLists[] = {
-    {"installpluginlist", "plugininstall"},
-    {"settingrestore", "settingrestore"},
-    {"configrestore", "configrestore"},
-    {"personalscript", "personalscript"},
-};
-
-/// Returns the key of a menu row; empty, which is no entry's, when there is no row.
-std::string entryKey(const host::Value& row) {
-  if (!row.list() || row.list()->empty() || !row.list()->front().text()) return "";
-  return *row.list()->front().text();
+  addText(call, "key_green"_t, ""_t);
+  addText(call, "key_yellow"_t, ""_t);
+  addTitle(call);
+  self["list"_t] = list();
+  self.setItem("menu"_t, module["List"_t]({self["list"_t]}));
+  self.setItem("status"_t, module["Label"_t]({""_t}));
+  addLabel(call, "key_red"_t, "Exit"_t);
+  addKeys(call, "shortcuts"_t, "ActionMap"_t,
+          {"SetupActions"_t, "ColorActions"_t, "DirectionActions"_t},
+          {{"ok"_t, "runMenuEntry"_t}, {"cancel"_t, "keyCancel"_t}, {"red"_t, "keyCancel"_t}}, -2);
+  self["cmdList"_t] = list();
+  self["Console"_t] = module["ComConsole"_t]();
+  self["ipkg"_t] = module["IpkgComponent"_t]();
+  self["ipkg"_t]["addCallback"_t]({self["ipkgCallback"_t]});
+  self["onLayoutFinish"_t]["append"_t]({self["createMenu"_t]});
+  return {};
 }
 
-/// Returns the medium of a choice. Raises host::Error ("TypeError") for anything else.
-std::string mediumOf(const host::Value& option) {
-  if (option.list() && option.list()->size() > 1) return option.list()->at(1).str();
-  throw host::Error("TypeError", "no choice of a medium: " + option.str());
+Object shown(const Module& module, Text text) {
+  Object result = translated(module, text);
+  if (text.characters().find("%s") == std::string_view::npos) return result;
+  return result % Object(mediumSetting(module)["value"_t]);
 }
 
-}  // namespace
-
-Stowline::Stowline(host::Host& host, host::ScreenPeer& peer, host::Session& session,
-                   std::string plugin_path, const std::string& screen_type)
-    : TitledScreen(host, peer, session), skin_path(std::move(plugin_path)) {
-  peer.init(session);
-  peer.setAttribute("skin_path", skin_path);
-  setTitleAttribute(translated("QOR Stowline"));
-  backupactions = std::make_shared<BackupActions>(host, "manual");
-  const bool restore = screen_type == "restore";
-  screentype = restore ? "restore" : "backup";
-  setTitleAttribute(title + " (" + translated(restore ? "Restore" : "Backup") + ")");
-
-  peer.setItem("key_green", host.components().makeStaticText(""));
-  peer.setItem("key_yellow", host.components().makeStaticText(""));
-  setTitleWidget();
-  peer.setItem("menu", host.components().makeList(list));
-  peer.setItem("status", host.components().makeLabel(""));
-  setKeyLabel("key_red", "Exit");
-  const host::Action run{this, "runMenuEntry", [this] { runMenuEntry(); }};
-  const host::Action cancel{this, "keyCancel", [this] { keyCancel(); }};
-  peer.setItem("shortcuts", host.components().makeActionMap(
-                                {.contexts = {"SetupActions", "ColorActions", "DirectionActions"},
-                                 .bindings = {{"ok", run}, {"cancel", cancel}, {"red", cancel}},
-                                 .priority = -2}));
-  Console = host.components().makeComConsole();
-  ipkg = host.components().makeIpkgComponent();
-  ipkg->addCallback({this, "ipkgCallback", [this](host::IpkgEvent event, const host::Value& param) {
-                       ipkgCallback(event, param);
-                     }});
-  peer.appendOnLayoutFinish({this, "createMenu", [this] { createMenu(); }});
+Object row(const Module& module, const MenuEntry& entry) {
+  const Object title = shown(module, entry.title);
+  const Object description = shown(module, entry.description);
+  const Object load = module["LoadPixmap"_t];
+  const Object resolve = module["resolveFilename"_t];
+  const Object path =
+      resolve({module["SCOPE_PLUGINS"_t],
+               std::string("SystemPlugins/QORPanel/pictures/").append(entry.picture.characters())});
+  return tuple(
+      {entry.key, title, description, load({{"path"_t, path}, {"cached"_t, true}}), Object()});
 }
 
-void Stowline::createMenu() {
-  host::Value::List rows = {row(kMediumEntry)};
-  if (screentype == "backup") {
-    for (const MenuEntry& entry : kBackupEntries) rows.push_back(row(entry));
-  } else if (screentype == "restore") {
-    for (const MenuEntry& entry : kRestoreEntries) rows.push_back(row(entry));
+void addRow(const Call& call, const MenuEntry& entry) {
+  Object(call.self["list"_t]).append(row(call.module, entry));
+}
+
+Object createMenu(const Call& call) {
+  const Object& self = call.self;
+  self["list"_t] = list();
+  addRow(call, kMediumEntry);
+  if (Object(self["screentype"_t]) == "backup"_t) {
+    for (const MenuEntry& entry : kBackupEntries) addRow(call, entry);
+  } else if (Object(self["screentype"_t]) == "restore"_t) {
+    for (const MenuEntry& entry : kRestoreEntries) addRow(call, entry);
   }
-  host::Value::List former = std::exchange(list, rows);
-  peer().list("menu")->setList(rows);
+  self.item("menu"_t)["setList"_t]({self["list"_t]});
+  return {};
 }
 
-host::Value Stowline::row(const MenuEntry& entry) const {
-  host::Value::List items(5);
-  items[0] = entry.key;
-  items[1] = shown(entry.title);
-  items[2] = shown(entry.description);
-  const std::string picture = host().resolveFilename(host::Scope::SCOPE_PLUGINS, entry.picture);
-  items[3] = host().components().loadPixmap(picture, true);
-  return items;
-}
-
-std::string Stowline::shown(std::string_view text) const {
-  std::string result = translated(text);
-  if (text.find("%s") == std::string_view::npos) return result;
-  const std::string medium = backupRestorePathSetting(host()).value();
-  if (const auto at = result.find("%s"); at != std::string::npos) result.replace(at, 2, medium);
-  return result;
-}
-
-void Stowline::runMenuEntry(const host::Value& /*ret*/) {
-  const std::string key = entryKey(peer().list("menu")->getCurrent());
-  if (key == "path") chooseMedium();
-  for (const BackupEntry& entry : kBackupReports) {
-    if (key == entry.key) report(runJob(entry.job), entry.success, entry.failure);
+/// Returns the entry of this key, whatever the menu's flavour, null when there is none.
+const MenuEntry* entryOf(const Object& key) {
+  if (key == kMediumEntry.key) return &kMediumEntry;
+  for (const std::span<const MenuEntry> entries :
+       {std::span<const MenuEntry>(kBackupEntries), std::span<const MenuEntry>(kRestoreEntries)}) {
+    for (const MenuEntry& entry : entries) {
+      if (key == entry.key) return &entry;
+    }
   }
-  if (key == "installpluginlist") reloadPluginlist = true;
-  for (const RestoreEntry& entry : kRestoreLists) {
-    if (key == entry.key) openRestoreList(entry.restoretype);
+  return nullptr;
+}
+
+Object runMenuEntry(const Call& call) {
+  const Object current = call.self.item("menu"_t)["getCurrent"_t]();
+  if (!current.isTrue()) return {};
+  const MenuEntry* const entry = entryOf(current.item(0));
+  if (entry) entry->run(call, *entry);
+  return {};
+}
+
+Object backuprestorepath_choosen(const Call& call) {
+  const auto& [module, self, given] = call;
+  const Object& option = given[0];
+  if (!option.isNone()) mediumSetting(module)["value"_t] = option.item(1).str();
+  mediumSetting(module)["save"_t]();
+  moduleSettings(module)["save"_t]();
+  module["config"_t]["save"_t]();
+  self["checkFolders"_t]();
+  return {};
+}
+
+void sayNotWriteable(const Call& call) {
+  openBox(call, "Sorry, your backup destination is not writeable.\n\nPlease choose another one."_t,
+          "TYPE_INFO"_t);
+}
+
+Object checkFolders(const Call& call) {
+  const auto& [module, self, given] = call;
+  self["backuprestorepath"_t] = module["getBackupRestorePath"_t]();
+  if (!self.get("backuprestorepath"_t).isTrue()) sayNotWriteable(call);
+  self["createMenu"_t]();
+  return {};
+}
+
+Object keyCancel(const Call& call) {
+  const auto& [module, self, given] = call;
+  if (self.get("reloadPluginlist"_t).isTrue()) {
+    module["plugins"_t]["clearPluginList"_t]();
+    const Object read = module["plugins"_t].get("readPluginList"_t);
+    read({module["resolveFilename"_t]({module["SCOPE_PLUGINS"_t]})});
   }
-  if (key == "installlocalplugin") {
-    restoretype = "installlocalplugin";
-    const auto component = ipkg;
-    component->startCmd(host::IpkgCommand::CMD_UPDATE);
-  }
+  self["close"_t]({true});
+  return {};
 }
 
-/// Holds the jobs while one of them runs: other code may put others in their place meanwhile.
-host::Value Stowline::runJob(host::Value (BackupJobs::*job)()) {
-  const std::shared_ptr<BackupJobs> jobs = backupactions;
-  return (*jobs.*job)();
-}
-
-void Stowline::report(const host::Value& result, const std::string& success,
-                      const std::string& failure) {
-  const bool done = result.equalsTrue();
-  const auto box = session->open(
-      host::MessageBox{.text = translated(done ? success : failure),
-                       .type = done ? host::MessageBox::TYPE_INFO : host::MessageBox::TYPE_ERROR,
-                       .timeout = kBoxSeconds});
-  box->setTitle(translated("QOR Stowline"));
-}
-
-void Stowline::openRestoreList(const std::string& type) {
-  restoretype = type;
-  skin_path = peer().attribute("skin_path", skin_path);
-  session->open(host::ScreenClass{
-      .name = "StowlineRestore",
-      .arguments = {restoretype, skin_path},
-      .create = [&gui = host(), type, plugin_path = skin_path](host::ScreenPeer& its_peer,
-                                                               host::Session& its_session) {
-        return std::make_unique<StowlineRestore>(gui, its_peer, its_session, type, plugin_path);
-      }});
-}
-
-void Stowline::chooseMedium() {
-  host::Value::List choices;
-  for (const std::string& medium : mountedMedia(host().os())) {
-    choices.push_back(host::Value::List{medium, medium, {}});
-  }
-  const auto box = session->openWithCallback(
-      {this, "backuprestorepath_choosen",
-       [this](const host::Value& option) { backuprestorepath_choosen(option); }},
-      host::ChoiceBox{.title = translated("Please select medium to use as backup location"),
-                      .list = std::move(choices)});
-  box->setTitle(translated("QOR Stowline"));
-}
-
-void Stowline::backuprestorepath_choosen(const host::Value& option) {
-  if (!option.isNothing()) backupRestorePathSetting(host()).setValue(mediumOf(option));
-  backupRestorePathSetting(host()).save();
-  host().config().subsection(kSubsection).save();
-  host().config().save();
-  if (!peer().callOverride("checkFolders", {})) checkFolders();
-}
-
-void Stowline::checkFolders() {
-  backuprestorepath = getBackupRestorePath(host());
-  if (!backuprestorepath) sayNotWriteable();
-  if (!peer().callOverride("createMenu", {})) createMenu();
-}
-
-void Stowline::keyCancel() {
-  if (reloadPluginlist) {
-    host().clearPluginList();
-    host().readPluginList(host().resolveFilename(host::Scope::SCOPE_PLUGINS, ""));
-  }
-  peer().close(true);
-}
-
-void Stowline::ipkgCallback(host::IpkgEvent event, const host::Value& /*param*/) {
-  if (event == host::IpkgEvent::EVENT_ERROR) {
-    // No screen of ours defines setStatus, deliberately: the host reports the error.
-    peer().callOperation("setStatus", "error");
-  } else if (event == host::IpkgEvent::EVENT_DONE && restoretype == "installlocalplugin") {
-    restoretype.clear();
-    if (!peer().callOverride("installLocalPlugins", {})) installLocalPlugins();
-  }
-}
-
-void Stowline::installLocalPlugins() {
-  const std::optional<std::string> directory = getBackupRestorePath(host());
-  path = directory;
-  if (!directory) {
-    sayNotWriteable();
-    return;
-  }
-  ipklist.clear();
-  pluginsinstalled.clear();
-  pluginsinstalledclean.clear();
-  pluginsinstalled = host().os().popen(kInstalledPlugins);
-  pluginsinstalledclean = withoutNewlines(pluginsinstalled);
-  const std::string packages = *directory + "/plugins";
-  path = packages;
-  if (!host().os().exists(packages)) return;
-  std::vector<std::string> files;
-  for (const std::string& name : host().os().listdir(packages)) {
-    if (name.ends_with(".ipk")) files.push_back(packages + "/" + name);
-  }
-  ipklist = files;
-  queueLocalPackages(files);
-  if (!cmdList.empty()) session->open(host::Ipkg{cmdList});
+Object ipkgCallback(const Call& call) {
+  continueInstallation(call, "installlocalplugin"_t, "installLocalPlugins"_t);
+  return {};
 }
 
 /// Looks for full paths among package names and so never finds one, and leaves what an earlier
-/// installation of this menu has queued. Both are deliberate: opkg itself decides what is
-/// installed.
-void Stowline::queueLocalPackages(const std::vector<std::string>& packages) {
-  const std::unordered_set<std::string> installed(pluginsinstalledclean.begin(),
-                                                  pluginsinstalledclean.end());
-  for (const std::string& package : packages) {
-    if (installed.contains(package)) {
-      host().print("[QOR-Stowline] Plugin " + package + " is already installed");
-    } else {
-      cmdList.push_back({host::IpkgCommand::CMD_INSTALL, package});
-    }
+/// installation of this menu has queued: opkg itself decides what is installed.
+Object installLocalPlugins(const Call& call) {
+  const auto& [module, self, given] = call;
+  self["path"_t] = module["getBackupRestorePath"_t]();
+  if (!self.get("path"_t).isTrue()) {
+    sayNotWriteable(call);
+    return {};
   }
+  self["ipklist"_t] = list();
+  listInstalledPlugins(call);
+  self["path"_t] += "/plugins"_t;
+  if (!exists(module, self["path"_t])) return {};
+  for (const Object& name : Items(module["listdir"_t]({self["path"_t]}))) {
+    if (name.endsWith(".ipk"_t)) self.get("ipklist"_t).append(self.get("path"_t) + "/"_t + name);
+  }
+  const Set installed(self["pluginsinstalledclean"_t]);
+  for (const Object& package : Items(self["ipklist"_t])) {
+    if (!isInstalled(call, installed, package)) queueInstallation(call, package);
+  }
+  if (self.get("cmdList"_t).isTrue()) {
+    const Object open = self["session"_t].get("open"_t);
+    open({module["Ipkg"_t], {"cmdList"_t, self["cmdList"_t]}});
+  }
+  return {};
 }
 
-void Stowline::sayNotWriteable() {
-  session->open(
-      host::MessageBox{.text = translated("Sorry, your backup destination is not writeable.\n\n"
-                                          "Please choose another one."),
-                       .type = host::MessageBox::TYPE_INFO,
-                       .timeout = kBoxSeconds});
-}
+constexpr host::Operation kOperations[] = {
+    {"__init__",
+     &construct,
+     {{"session"}, {"plugin_path"}, {"screen_type", "'backup'"}},
+     "Makes the menu; \"restore\" makes it that of the restores."},
+    {"createMenu", &createMenu, {}, "Builds the rows of the menu afresh."},
+    {"runMenuEntry",
+     &runMenuEntry,
+     {{"ret", "None"}},
+     "Carries out the entry under the cursor; ret is ignored."},
+    {"backuprestorepath_choosen",
+     &backuprestorepath_choosen,
+     {{"option"}},
+     "Stores the medium of a choice, saves the configuration and checks the medium."},
+    {"checkFolders",
+     &checkFolders,
+     {},
+     "Finds or makes the backup directory, says so when that fails, and builds the menu afresh."},
+    {"keyCancel", &keyCancel, {}, "Closes the menu."},
+    {"ipkgCallback",
+     &ipkgCallback,
+     {{"event"}, {"param"}},
+     "Goes on with the installation of local packages when the feed update is done."},
+    {"installLocalPlugins",
+     &installLocalPlugins,
+     {},
+     "Hands every package file in the backup directory's \"plugins\" to the package screen."},
+};
+
+}  // namespace
+
+constexpr host::Class kStowline = {"Stowline", "Screen"_t, kOperations,
+                                   "The main menu, in its backup and its restore flavour."};
 
 }  // namespace stowline

@@ -1,101 +1,109 @@
 #include "plugin/src/StowlineHelpScreen.h"
 
-#include <iterator>
-#include <utility>
 #include <vector>
+
+#include "plugin/src/Framework.h"
+#include "plugin/src/Places.h"
 
 namespace stowline {
 namespace {
 
-constexpr const char* kSmbConf = "/etc/samba/smb.conf";
-constexpr const char* kSmbBackup = "/etc/samba/smb_backup";
-
-constexpr const char* kKeepSystemFiles[] = {
-    "cat /etc/fstab > /etc/fstab_backup",
-    "cat /etc/passwd > /etc/passwd_backup",
-    "cat /etc/shadow > /etc/shadow_backup",
+/// A file that a restore keeps as the receiver has it: what saves it before and what puts it back
+/// afterwards.
+struct KeptFile {
+  Text file;
+  Text save;
+  Text put_back;
 };
 
-/// The third command removes the backup of passwd once more and leaves that of shadow. This is
-/// deliberate: the commands stay as every restore so far has run them.
-constexpr const char* kPutBackSystemFiles[] = {
-    "cat /etc/fstab_backup > /etc/fstab ; rm /etc/fstab_backup",
-    "cat /etc/passwd_backup > /etc/passwd ; rm /etc/passwd_backup",
-    "cat /etc/shadow_backup > /etc/shadow ; rm /etc/passwd_backup",
-    "chmod -x /etc/auto.network",
+constexpr KeptFile kSamba = {
+    "/etc/samba/smb.conf"_t, "cat /etc/samba/smb.conf > /etc/samba/smb_backup"_t,
+    "cat /etc/samba/smb_backup > /etc/samba/smb.conf ; rm /etc/samba/smb_backup"_t};
+
+/// The third row removes the backup of passwd once more and leaves that of shadow: the commands
+/// stay as every restore so far has run them.
+constexpr KeptFile kSystemFiles[] = {
+    {"/etc/fstab"_t, "cat /etc/fstab > /etc/fstab_backup"_t,
+     "cat /etc/fstab_backup > /etc/fstab ; rm /etc/fstab_backup"_t},
+    {"/etc/passwd"_t, "cat /etc/passwd > /etc/passwd_backup"_t,
+     "cat /etc/passwd_backup > /etc/passwd ; rm /etc/passwd_backup"_t},
+    {"/etc/shadow"_t, "cat /etc/shadow > /etc/shadow_backup"_t,
+     "cat /etc/shadow_backup > /etc/shadow ; rm /etc/passwd_backup"_t},
 };
 
 /// The spinner's pictures are moved aside, so that the archive cannot replace them ...
-constexpr const char* kMoveSpinnerAside[] = {
-    "mkdir -p /usr/share/enigma2/skin_default/spinner/tmp",
+constexpr Text kMoveSpinnerAside[] = {
+    "mkdir -p /usr/share/enigma2/skin_default/spinner/tmp"_t,
     "mv /usr/share/enigma2/skin_default/spinner/*.png "
-    "/usr/share/enigma2/skin_default/spinner/tmp",
+    "/usr/share/enigma2/skin_default/spinner/tmp"_t,
 };
 
 /// ... and come back only if it brought none; a plain resolver file becomes a link again.
-constexpr const char* kTidyUp[] = {
-    "echo \"[Qor Stowline] syncing ...\" ;  /bin/sync ; sleep 1",
+constexpr Text kTidyUp[] = {
+    "echo \"[Qor Stowline] syncing ...\" ;  /bin/sync ; sleep 1"_t,
     "if [ ! -f /usr/share/enigma2/skin_default/spinner/wait1.png ] ; then  "
     "mv /usr/share/enigma2/skin_default/spinner/tmp/*.png "
     "/usr/share/enigma2/skin_default/spinner ; fi ; "
-    "rm -rf /usr/share/enigma2/skin_default/spinner/tmp",
-    "rm -rf /.qws",
+    "rm -rf /usr/share/enigma2/skin_default/spinner/tmp"_t,
+    "rm -rf /.qws"_t,  // removes kRemovedAfterRestore
     "if [ ! -L \"/etc/resolv.conf\" ] ; then rm /var/run/resolv.conf ; "
     "mv /etc/resolv.conf /var/run/resolv.conf ; "
-    "ln -s /var/run/resolv.conf /etc/resolv.conf ; fi",
+    "ln -s /var/run/resolv.conf /etc/resolv.conf ; fi"_t,
 };
 
-constexpr const char* kFullScreenVideo[] = {
-    "echo 00000000 > /proc/stb/vmpeg/0/dst_height",
-    "echo 00000000 > /proc/stb/vmpeg/0/dst_left",
-    "echo 00000000 > /proc/stb/vmpeg/0/dst_top",
-    "echo 00000000 > /proc/stb/vmpeg/0/dst_width",
+constexpr Text kFullScreenVideo[] = {
+    "echo 00000000 > /proc/stb/vmpeg/0/dst_height"_t,
+    "echo 00000000 > /proc/stb/vmpeg/0/dst_left"_t,
+    "echo 00000000 > /proc/stb/vmpeg/0/dst_top"_t,
+    "echo 00000000 > /proc/stb/vmpeg/0/dst_width"_t,
 };
 
-constexpr const char* kRestartAll =
+constexpr Text kRestartAll =
     "/etc/init.d/networking stop ; /etc/init.d/networking start ; "
-    "/etc/init.d/current_cam.sh start ; killall -9 enigma2";
+    "/etc/init.d/current_cam.sh start ; killall -9 enigma2"_t;
 
 /// The ranks of the configuration trees that an archive may come from.
-enum ConfVer {
-  UNKNOWN_TREE = 0,
-  QOR_OE_16 = 16,  ///< never written into a name
-  QOR_OE_21 = 21,
-  QOR_OE_30 = 30,
-  QOR_13 = 40,
-};
+enum ConfVer { UNKNOWN_TREE = 0, QOR_OE_16 = 16, QOR_OE_21 = 21, QOR_OE_30 = 30, QOR_13 = 40 };
 
 struct VersionTag {
-  const char* tag;
+  Text tag;
   ConfVer conf_ver;
 };
 
 constexpr VersionTag kVersionTags[] = {
-    {"configuration_ver_a", QOR_OE_21},
-    {"configuration_ver_b", QOR_OE_30},
-    {"configuration_ver_c", QOR_13},
+    {"configuration_ver_a"_t, QOR_OE_21},
+    {"configuration_ver_b"_t, QOR_OE_30},
+    {"configuration_ver_c"_t, QOR_13},
 };
 
 /// Returns the rank of the first tag found anywhere in `path`, directories included.
-ConfVer confVerOf(const std::string& path) {
+ConfVer confVerOf(const Object& path) {
   for (const VersionTag& known : kVersionTags) {
-    if (path.find(known.tag) != std::string::npos) return known.conf_ver;
+    if (Object(known.tag).isIn(path)) return known.conf_ver;
   }
   return UNKNOWN_TREE;
 }
 
-template <class Commands>
-void append(std::vector<std::string>& cmdlist, const Commands& commands) {
+bool keepsSystemFiles(ConfVer conf_ver) {
+  return conf_ver < QOR_OE_30;
+}
+
+bool keepsSamba(const Module& module, ConfVer conf_ver) {
+  return conf_ver != QOR_13 && exists(module, kSamba.file);
+}
+
+using Commands = std::vector<Object>;
+
+template <class Table>
+void append(Commands& cmdlist, const Table& commands) {
   cmdlist.insert(cmdlist.end(), std::begin(commands), std::end(commands));
 }
 
-std::string unpack(const std::string& archive) {
-  return "tar -xzf " + archive + " -C /";
+Object unpack(const Object& archive) {
+  return "tar -xzf %s -C /"_t % archive;
 }
 
-}  // namespace
-
-const std::string_view StowlineHelpScreen::skin = R"(
+constexpr const char* kSkin = R"(
 	<screen name="StowlineHelpScreen" position="center,center" size="650,250">
 		<widget name="messagetext" position="10,10" size="630,210" font="Regular;20" halign="center" valign="center" transparent="1" />
 		<widget source="key_red" render="Label" position="40,213" zPosition="1" size="150,40" font="Regular;20" halign="left" valign="center" transparent="1" />
@@ -104,69 +112,101 @@ const std::string_view StowlineHelpScreen::skin = R"(
 		<ePixmap pixmap="/usr/lib/enigma2/python/Plugins/SystemPlugins/QORPanel/pictures/button_green.png" position="195,220" size="25,25" alphatest="on" />
 	</screen>)";
 
-StowlineHelpScreen::StowlineHelpScreen(host::Host& host, host::ScreenPeer& peer,
-                                       host::Session& session, std::string restorefile_,
-                                       std::string fullrestorepath_)
-    : TitledScreen(host, peer, session),
-      restorefile(std::move(restorefile_)),
-      fullrestorepath(std::move(fullrestorepath_)) {
-  peer.init(session);
-  // The one text that is deliberately not translated.
-  setTitleAttribute("Qor Stowline");
-  setTitleWidget();
-  peer.setItem("messagetext", host.components().makeLabel(""));
-  setKeyLabel("key_red", "Exit");
-  setKeyLabel("key_green", "Ok");
-  const host::Action go{this, "keyGo", [this] { keyGo(); }};
-  const host::Action close{this, "keyClose", [this] { keyClose(); }};
-  peer.setItem("shortcuts",
-               host.components().makeActionMap(
-                   {.contexts = {"OkCancelActions", "ColorActions"},
-                    .bindings = {{"red", close}, {"green", go}, {"ok", go}, {"cancel", close}},
-                    .priority = -2}));
-  peer.appendOnLayoutFinish({this, "createMessage", [this] { createMessage(); }});
+Object construct(const Call& call) {
+  const auto& [module, self, given] = call;
+  module["Screen"_t]["__init__"_t]({self, given[0]});
+  self["session"_t] = given[0];
+  self["restorefile"_t] = given[1];
+  self["fullrestorepath"_t] = given[2];
+  // The one text that is not translated: it is a name.
+  self["title"_t] = "Qor Stowline"_t;
+  addTitle(call);
+  self.setItem("messagetext"_t, module["Label"_t]({""_t}));
+  addLabel(call, "key_red"_t, "Exit"_t);
+  addLabel(call, "key_green"_t, "Ok"_t);
+  addKeys(call, "shortcuts"_t, "ActionMap"_t, {"OkCancelActions"_t, "ColorActions"_t},
+          {{"red"_t, "keyClose"_t},
+           {"green"_t, "keyGo"_t},
+           {"ok"_t, "keyGo"_t},
+           {"cancel"_t, "keyClose"_t}},
+          -2);
+  self["onLayoutFinish"_t]["append"_t]({self["createMessage"_t]});
+  return {};
 }
 
-void StowlineHelpScreen::createMessage() {
-  const std::string question = translated("Are you sure you want to restore\nfollowing backup:\n");
-  const std::string warning = translated("\nSystem will restart after the restore!");
-  peer().label("messagetext")->setText(question + restorefile + "\n\n" + warning);
+Object createMessage(const Call& call) {
+  const auto& [module, self, given] = call;
+  const Object setText = self.item("messagetext"_t).get("setText"_t);
+  Object message = translated(module, "Are you sure you want to restore\nfollowing backup:\n"_t);
+  message = message + self["restorefile"_t] + "\n\n"_t;
+  setText({message + translated(module, "\nSystem will restart after the restore!"_t)});
+  return {};
 }
 
-void StowlineHelpScreen::keyGo() {
-  std::vector<std::string> cmdlist;
-  const ConfVer conf_ver = confVerOf(fullrestorepath);
-
-  if (conf_ver < QOR_OE_30) {
-    host().print("[Qor Stowline] do not restore old OE tree configuration files");
-    append(cmdlist, kKeepSystemFiles);
+/// Both tests for the samba configuration look for the file, none for its backup: they are made
+/// before any command runs.
+Object keyGo(const Call& call) {
+  const auto& [module, self, given] = call;
+  const ConfVer conf_ver = confVerOf(self["fullrestorepath"_t]);
+  Commands cmdlist;
+  if (keepsSystemFiles(conf_ver)) {
+    print(module, "[Qor Stowline] do not restore old OE tree configuration files"_t);
+    for (const KeptFile& kept : kSystemFiles) cmdlist.push_back(kept.save);
   }
-  if (conf_ver != QOR_13 && host().os().exists(kSmbConf)) {
-    host().print("[Qor Stowline] do not restore old samba configuration");
-    cmdlist.push_back(std::string("cat ") + kSmbConf + " > " + kSmbBackup);
+  if (keepsSamba(module, conf_ver)) {
+    print(module, "[Qor Stowline] do not restore old samba configuration"_t);
+    cmdlist.push_back(kSamba.save);
   }
   append(cmdlist, kMoveSpinnerAside);
-  cmdlist.push_back("/etc/init.d/current_cam.sh stop ; " + unpack(fullrestorepath));
-  for (const char* suffix : {"_atile_hd", "_user_files"}) {
-    const std::string companion = fullrestorepath + suffix;
-    if (host().fileExists(companion)) cmdlist.push_back(unpack(companion));
+  cmdlist.push_back("/etc/init.d/current_cam.sh stop ; "_t + unpack(self["fullrestorepath"_t]));
+  for (const char* suffix : kCompanions) {
+    const Object companion = Object(self["fullrestorepath"_t]) + std::string_view(suffix);
+    if (fileExists(module, companion)) cmdlist.push_back(unpack(companion));
   }
   append(cmdlist, kTidyUp);
-  // Asks for the samba configuration, not for its backup. This is deliberate: it is asked before
-  // any command runs, so both tests agree unless the file goes in between.
-  if (conf_ver != QOR_13 && host().os().exists(kSmbConf)) {
-    host().print("[Qor Stowline] restore installed smb.conf");
-    cmdlist.push_back(std::string("cat ") + kSmbBackup + " > " + kSmbConf + " ; rm " + kSmbBackup);
+  if (keepsSamba(module, conf_ver)) {
+    print(module, "[Qor Stowline] restore installed smb.conf"_t);
+    cmdlist.push_back(kSamba.put_back);
   }
-  if (conf_ver < QOR_OE_30) append(cmdlist, kPutBackSystemFiles);
-  if (host().fileExists("/proc/stb/vmpeg/0/dst_width")) append(cmdlist, kFullScreenVideo);
-  cmdlist.emplace_back(kRestartAll);
-
-  for (const std::string& cmd : cmdlist) host().os().system(cmd);
+  if (keepsSystemFiles(conf_ver)) {
+    for (const KeptFile& kept : kSystemFiles) cmdlist.push_back(kept.put_back);
+    cmdlist.push_back("chmod -x /etc/auto.network"_t);
+  }
+  if (fileExists(module, "/proc/stb/vmpeg/0/dst_width"_t)) append(cmdlist, kFullScreenVideo);
+  cmdlist.push_back(kRestartAll);
+  for (const Object& cmd : cmdlist) system(module, cmd);
+  return {};
 }
 
-void StowlineHelpScreen::keyClose() {
-  peer().close({});
+Object keyClose(const Call& call) {
+  call.self["close"_t]();
+  return {};
 }
+
+constexpr host::Operation kOperations[] = {
+    {"__init__",
+     &construct,
+     {{"session"}, {"restorefile"}, {"fullrestorepath"}},
+     "Confirms the restore of an archive: its name to be shown, and its path."},
+    {"createMessage", &createMessage, {}, "Shows which backup will be restored."},
+    {"keyGo", &keyGo, {}, "Runs the restore, whose last command ends the GUI."},
+    {"keyClose", &keyClose, {}, "Closes the screen with nothing done."},
+};
+
+}  // namespace
+
+std::vector<Text> keptFiles(const Module& module, const Object& path) {
+  const ConfVer conf_ver = confVerOf(path);
+  std::vector<Text> files;
+  if (keepsSamba(module, conf_ver)) files.push_back(kSamba.file);
+  if (keepsSystemFiles(conf_ver)) {
+    for (const KeptFile& kept : kSystemFiles) files.push_back(kept.file);
+  }
+  return files;
+}
+
+constexpr host::Class kStowlineHelpScreen = {
+    "StowlineHelpScreen", "Screen"_t, kOperations,
+    "Confirms the restore of a configuration and carries it out.", kSkin};
 
 }  // namespace stowline

@@ -1,35 +1,19 @@
 #pragma once
 
-#include <string>
-#include <string_view>
+#include <vector>
 
-#include "host/include/Host.h"
-#include "host/include/Screen.h"
-#include "plugin/src/TitledScreen.h"
+#include "host/include/Module.h"
 
 namespace stowline {
 
-/// Confirms the restore of a configuration and carries it out.
-class StowlineHelpScreen : public TitledScreen {
- public:
-  /// The screen's own layout, in the skin's XML; sizes in pixels.
-  static const std::string_view skin;
+/// The confirmation of a configuration restore, which carries it out.
+extern const host::Class kStowlineHelpScreen;
 
-  /// `restorefile`: the archive's name, to be shown. `fullrestorepath`: its absolute path.
-  StowlineHelpScreen(host::Host& host, host::ScreenPeer& peer, host::Session& session,
-                     std::string restorefile, std::string fullrestorepath);
+/// Returns the files that a restore of the configuration archive `path` leaves as the receiver has
+/// them, in the order in which it puts them back.
+std::vector<host::Text> keptFiles(const host::Module& module, const host::Object& path);
 
-  std::string restorefile;
-  std::string fullrestorepath;
-
-  /// Shows which backup will be restored.
-  void createMessage();
-
-  /// Runs the restore, whose last command ends the GUI.
-  void keyGo();
-
-  /// Closes the screen with nothing done.
-  void keyClose();
-};
+/// What it removes when all is unpacked, with all below it.
+inline constexpr const char* kRemovedAfterRestore = "/.qws";
 
 }  // namespace stowline

@@ -1,287 +1,294 @@
 #include "plugin/src/StowlineRestore.h"
 
-#include <algorithm>
-#include <exception>
-#include <functional>
-#include <unordered_set>
-#include <utility>
-
-#include "plugin/src/BoxTypes.h"
+#include "plugin/src/Framework.h"
+#include "plugin/src/Listing.h"
 #include "plugin/src/Packages.h"
 #include "plugin/src/Places.h"
-#include "plugin/src/Setup.h"
-#include "plugin/src/StowlineHelpScreen.h"
 
 namespace stowline {
 namespace {
 
-/// What a restore type lists: names that begin and end so.
-struct ListedKind {
-  const char* restoretype;
-  const char* prefix;
-  const char* suffix;
-};
-
-constexpr ListedKind kListedKinds[] = {
-    {"plugininstall", "pluginlist", ".lst"},       {"settingrestore", "settings", ".tar.gz"},
-    {"configrestore", "configuration", ".tar.gz"}, {"personalscript", "backup", ".sh"},
-    {"personalscript", "restore", ".sh"},
-};
-
-/// Archives below this size, in bytes, are deliberately ignored without a word: they are not worth
-/// restoring.
-constexpr long long kSmallestArchive = 10000;
-
 /// Packages that are never installed from a list, and how the names of others like them begin.
-constexpr const char* kExcludedPlugins[] = {
-    "enigma2-plugin-extensions-webbrowser",
-    "enigma2-plugin-systemplugins-factorytest",
-    "enigma2-plugin-extensions-webinterface",
-    "enigma2-plugin-extensions-xbmc",
+constexpr Text kExcludedPlugins[] = {
+    "enigma2-plugin-extensions-webbrowser"_t,
+    "enigma2-plugin-systemplugins-factorytest"_t,
+    "enigma2-plugin-extensions-webinterface"_t,
+    "enigma2-plugin-extensions-xbmc"_t,
 };
-constexpr const char* kExcludedPrefix = "enigma2-plugin-settings";
+constexpr Text kExcludedPrefix = "enigma2-plugin-settings"_t;
 
-/// Whether a backup named `name` is for a receiver of type `own`. The first tag found decides; the
-/// dot after it keeps "_solo." from being found in "_solo2.". Names without a tag are for all.
-bool isForBox(const std::string& name, const std::string& own) {
-  for (const std::string box : kBoxTypes) {
-    if (name.find("_" + box + ".") != std::string::npos) return box == own;
+Object construct(const Call& call) {
+  const auto& [module, self, given] = call;
+  module["Screen"_t]["__init__"_t]({self, given[0]});
+  self["session"_t] = given[0];
+  self["skin_path"_t] = given[2];
+  self["restoretype"_t] = given[1];
+  self["title"_t] = translated(module, "QOR Stowline"_t);
+  addTitle(call);
+  addLabel(call, "key_red"_t, "Close"_t);
+  // "Install" whatever is listed; only a listed script makes it "Start".
+  addLabel(call, "key_green"_t, "Install"_t);
+  addLabel(call, "key_yellow"_t, "Delete"_t);
+  self["sel"_t] = list();
+  self["val"_t] = list();
+  self["entry"_t] = false;
+  self["exe"_t] = false;
+  self["path"_t] = ""_t;
+  addKeys(call, "actions"_t, "NumberActionMap"_t, {"SetupActions"_t},
+          {{"ok"_t, "KeyOk"_t}, {"cancel"_t, "keyCancel"_t}}, -1);
+  addKeys(call, "shortcuts"_t, "ActionMap"_t, {"ShortcutActions"_t},
+          {{"red"_t, "keyCancel"_t}, {"green"_t, "KeyOk"_t}, {"yellow"_t, "deleteFile"_t}});
+  self["flist"_t] = list();
+  self.setItem("filelist"_t, module["MenuList"_t]({self["flist"_t]}));
+  self["fill_list"_t]();
+  self["cmdList"_t] = list();
+  self["Console"_t] = module["ComConsole"_t]();
+  self["ipkg"_t] = module["IpkgComponent"_t]();
+  self["ipkg"_t]["addCallback"_t]({self["ipkgCallback"_t]});
+  return {};
+}
+
+/// When nothing is listed any more, the keys stay enabled.
+Object fill_list(const Call& call) {
+  const auto& [module, self, given] = call;
+  self["flist"_t] = list();
+  self["path"_t] = module["getBackupRestorePath"_t]();
+  const Object own = module["HardwareInfoVu"_t]()["get_device_name"_t]();
+  if (!self.get("path"_t).isTrue()) return {};
+  for (const Object& name : Items(module["listdir"_t]({self["path"_t]}))) {
+    const bool shown = isForBox(name, own);
+    for (const ListedKind& kind : kListedKinds) {
+      if (!isListed(kind, name)) continue;
+      if (!(self.get("restoretype"_t) == kind.restoretype) || !shown) continue;
+      self.get("flist"_t).append(name);
+      self["entry"_t] = true;
+      if (kind.restoretype.characters() == "personalscript") {
+        addLabel(call, "key_green"_t, "Start"_t);
+      }
+    }
   }
-  return true;
-}
-
-bool isOfKind(const std::string& name, const std::string& restoretype) {
-  return std::ranges::any_of(kListedKinds, [&](const ListedKind& kind) {
-    return name.starts_with(kind.prefix) && name.ends_with(kind.suffix) &&
-           restoretype == kind.restoretype;
-  });
-}
-
-}  // namespace
-
-StowlineRestore::StowlineRestore(host::Host& host, host::ScreenPeer& peer, host::Session& session,
-                                 std::string restoretype_, std::string plugin_path)
-    : TitledScreen(host, peer, session),
-      skin_path(std::move(plugin_path)),
-      restoretype(std::move(restoretype_)) {
-  peer.init(session);
-  peer.setAttribute("skin_path", skin_path);
-  setTitleAttribute(translated("QOR Stowline"));
-  setTitleWidget();
-  setKeyLabel("key_red", "Close");
-  // "Install" whatever is listed, deliberately; only a listed script makes it "Start".
-  setKeyLabel("key_green", "Install");
-  setKeyLabel("key_yellow", "Delete");
-  const host::Action ok{this, "KeyOk", [this] { KeyOk(); }};
-  const host::Action cancel{this, "keyCancel", [this] { keyCancel(); }};
-  const host::Action del{this, "deleteFile", [this] { deleteFile(); }};
-  peer.setItem("actions",
-               host.components().makeNumberActionMap({.contexts = {"SetupActions"},
-                                                      .bindings = {{"ok", ok}, {"cancel", cancel}},
-                                                      .priority = -1}));
-  peer.setItem("shortcuts", host.components().makeActionMap(
-                                {.contexts = {"ShortcutActions"},
-                                 .bindings = {{"red", cancel}, {"green", ok}, {"yellow", del}}}));
-  peer.setItem("filelist", host.components().makeMenuList(flist));
-  if (!peer.callOverride("fill_list", {})) fill_list();
-  Console = host.components().makeComConsole();
-  ipkg = host.components().makeIpkgComponent();
-  ipkg->addCallback({this, "ipkgCallback", [this](host::IpkgEvent event, const host::Value& param) {
-                       ipkgCallback(event, param);
-                     }});
-}
-
-/// Never takes `entry` back: once something was listed, the keys stay enabled, deliberately.
-void StowlineRestore::fill_list() {
-  std::vector<std::string> names;
-  flist.clear();
-  path = getBackupRestorePath(host());
-  const std::string own = host().deviceName();
-  if (!path) return;
-  for (const std::string& name : host().os().listdir(*path)) {
-    if (!isOfKind(name, restoretype) || !isForBox(name, own)) continue;
-    names.push_back(name);
-    entry = true;
-    if (restoretype == "personalscript") setKeyLabel("key_green", "Start");
-  }
-  std::ranges::sort(names, std::greater());
-  flist = names;
-  peer().menuList("filelist")->setList(names);
+  self["flist"_t]["sort"_t]({{"reverse"_t, true}});
+  self.item("filelist"_t)["l"_t]["setList"_t]({self["flist"_t]});
+  return {};
 }
 
 /// Takes the row under the cursor as the selected file. Returns false when there is nothing to act
 /// on: an action is under way, nothing was ever listed, or the list or the medium is gone.
-bool StowlineRestore::select() {
-  if (exe || !entry) return false;
-  const host::Value current = peer().menuList("filelist")->getCurrent();
-  if (!current.text() || !path) return false;
-  const std::string file = *path + "/" + *current.text();
-  sel = current;
-  val = file;
+bool select(const Object& self) {
+  if (!(self.get("exe"_t) == false) || !(self.get("entry"_t) == true)) return false;
+  const Object current = self.item("filelist"_t)["getCurrent"_t]();
+  if (current.isNone() || !self.get("path"_t).isTrue()) return false;
+  self["sel"_t] = current;
+  self["val"_t] = self.get("path"_t) + "/"_t + self["sel"_t];
   return true;
 }
 
-bool StowlineRestore::hasSelection() const {
-  return sel.text() && path;
+/// Whether a confirmation is answered with yes, and something is selected.
+bool isConfirmed(const Call& call) {
+  const Object& self = call.self;
+  return call.arguments[0] == true && self.get("sel"_t).isTrue() && self.get("path"_t).isTrue();
 }
 
-void StowlineRestore::KeyOk() {
-  if (!select() || !host().os().exists(val.str())) return;
-  const long long f_size = host().os().fileSize(val.str());
-  if (restoretype == "plugininstall") {
-    const auto component = ipkg;
-    component->startCmd(host::IpkgCommand::CMD_UPDATE);
-  } else if (restoretype == "settingrestore") {
-    if (f_size >= kSmallestArchive) restoreSettingsAndReport();
-  } else if (restoretype == "configrestore") {
-    if (f_size >= kSmallestArchive) openHelpScreen();
-  } else if (restoretype == "personalscript") {
-    askToRunScript();
-  }
-}
-
-void StowlineRestore::restoreSettingsAndReport() {
-  const auto overridden = peer().callOverride("restoreSettings", {});
-  if (overridden ? overridden->equalsTrue() : restoreSettings()) {
-    session->openWithCallback(
-        closeCallback(),
-        host::MessageBox{.text = translated("Restoring settings finished successfully"),
-                         .type = host::MessageBox::TYPE_INFO,
-                         .timeout = kBoxSeconds});
+void restoreSettingsAndReport(const Call& call) {
+  if (call.self["restoreSettings"_t]() == true) {
+    openBox(call, "Restoring settings finished successfully"_t, "TYPE_INFO"_t, "keyCancel"_t);
   } else {
-    session->open(host::MessageBox{.text = translated("Restoring settings failed"),
-                                   .type = host::MessageBox::TYPE_ERROR,
-                                   .timeout = kBoxSeconds});
+    openBox(call, "Restoring settings failed"_t, "TYPE_ERROR"_t);
   }
 }
 
-/// Removes the channel files before it unpacks the archive, deliberately: what the archive does not
-/// hold shall not stay.
-bool StowlineRestore::restoreSettings() {
-  for (const char* file : kChannelFiles) host().os().system(std::string("rm -f ") + file);
-  host().os().system("tar xzf " + val.str() + " -C /");
+void askToRunScript(const Call& call) {
+  const auto& [module, self, given] = call;
+  const Object open = self["session"_t].get("openWithCallback"_t);
+  const Object callback = self["runScript"_t];
+  const Object box = module["MessageBox"_t];
+  const Object question = translated(module, "Are you sure you want to run\nfollowing script:\n"_t);
+  open({callback, box, question + self["sel"_t]})
+      .get("setTitle"_t)({translated(module, "QOR Stowline"_t)});
+}
+
+Object KeyOk(const Call& call) {
+  const auto& [module, self, given] = call;
+  if (!select(self) || !exists(module, self["val"_t])) return {};
+  const Object f_size = module["os_stat"_t]({self["val"_t]})["st_size"_t];
+  const Object restoretype = self["restoretype"_t];
+  if (restoretype == "plugininstall"_t) {
+    self["ipkg"_t].get("startCmd"_t)({module["IpkgComponent"_t]["CMD_UPDATE"_t]});
+  } else if (restoretype == "settingrestore"_t) {
+    if (f_size >= kSmallestArchive) restoreSettingsAndReport(call);
+  } else if (restoretype == "configrestore"_t) {
+    if (f_size >= kSmallestArchive) {
+      const Object open = self["session"_t].get("open"_t);
+      open({module["StowlineHelpScreen"_t], self["sel"_t], self["val"_t]});
+    }
+  } else if (restoretype == "personalscript"_t) {
+    askToRunScript(call);
+  }
+  return {};
+}
+
+void reloadChannels(const Module& module) {
+  module["nimmanager"_t]["readTransponders"_t]();
+  module["eDVBDB"_t]["getInstance"_t]()["reloadServicelist"_t]();
+  module["eDVBDB"_t]["getInstance"_t]()["reloadBouquets"_t]();
+  if (!module["InfoBar"_t].get("instance"_t).isTrue()) return;
+  const Object servicelist = module["InfoBar"_t]["instance"_t]["servicelist"_t];
+  const Object root = servicelist["getRoot"_t]();
+  const Object currentref = servicelist["getCurrentSelection"_t]();
+  servicelist["setRoot"_t]({root});
+  servicelist["setCurrentSelection"_t]({currentref});
+}
+
+/// Removes the channel files before it unpacks the archive: what the archive does not hold shall
+/// not stay.
+Object restoreSettings(const Call& call) {
+  const auto& [module, self, given] = call;
+  for (const char* file : kChannelFiles) system(module, std::string("rm -f ") + file);
+  system(module, "tar xzf %s -C /"_t % self.get("val"_t));
   try {
-    reloadChannels();
-  } catch (const std::exception&) {
+    reloadChannels(module);
+  } catch (const host::Error&) {
     return false;
   }
   return true;
 }
 
-void StowlineRestore::reloadChannels() {
-  host::ChannelDatabase& channels = host().channels();
-  channels.readTransponders();
-  channels.reloadServicelist();
-  channels.reloadBouquets();
-  const auto servicelist = channels.infoBarServicelist();
-  if (!servicelist) return;
-  const host::ObjectRef root = servicelist->getRoot();
-  const host::ObjectRef currentref = servicelist->getCurrentSelection();
-  servicelist->setRoot(root);
-  servicelist->setCurrentSelection(currentref);
+Object startRestore(const Call& call) {
+  const auto& [module, self, given] = call;
+  if (!isConfirmed(call)) return {};
+  self["exe"_t] = true;
+  const Object open = self["session"_t].get("open"_t);
+  const Object console = module["Console"_t];
+  const Object title = translated(module, "Restore running"_t);
+  const Object unpack = "tar -xzf "_t + self.get("path"_t) + "/"_t + self["sel"_t] + " -C /"_t;
+  open({console, {"title"_t, title}, {"cmdlist"_t, list({unpack, "killall -9 enigma2"_t})}});
+  return {};
 }
 
-void StowlineRestore::openHelpScreen() {
-  host::ScreenClass screen_class = {
-      .name = "StowlineHelpScreen",
-      .arguments = {sel, val},
-      .create = [&gui = host(), restorefile = sel.str(), fullrestorepath = val.str()](
-                    host::ScreenPeer& its_peer, host::Session& its_session) {
-        return std::make_unique<StowlineHelpScreen>(gui, its_peer, its_session, restorefile,
-                                                    fullrestorepath);
-      }};
-  screen_class.skin = StowlineHelpScreen::skin;
-  session->open(std::move(screen_class));
+Object runScript(const Call& call) {
+  const auto& [module, self, given] = call;
+  if (!isConfirmed(call)) return {};
+  module["chmod"_t]({self["val"_t], 0755});
+  self["cmdlist"_t] = list({self.get("path"_t) + "/./"_t + self["sel"_t]});
+  const Object open = self["session"_t].get("openWithCallback"_t);
+  open({self["keyCancel"_t],
+        module["Console"_t],
+        {"title"_t, translated(module, "QOR Stowline is running personal script ..."_t)},
+        {"cmdlist"_t, self["cmdlist"_t]}});
+  return {};
 }
 
-void StowlineRestore::startRestore(const host::Value& ret) {
-  if (!ret.equalsTrue() || !hasSelection()) return;
-  const std::string unpack = "tar -xzf " + *path + "/" + sel.str() + " -C /";
-  exe = true;
-  session->open(host::Console{.title = translated("Restore running"),
-                              .cmdlist = {unpack, "killall -9 enigma2"}});
+/// Joins the name to the text before the translation is looked up, as every catalogue so far has
+/// it.
+Object deleteFile(const Call& call) {
+  const auto& [module, self, given] = call;
+  if (!select(self)) return {};
+  const Object open = self["session"_t].get("openWithCallback"_t);
+  open({self["startDelete"_t], module["MessageBox"_t],
+        translated(module,
+                   "Are you sure you want to delete\nfollowing backup:\n"_t + self.get("sel"_t))});
+  return {};
 }
 
-void StowlineRestore::askToRunScript() {
-  const auto box = session->openWithCallback(
-      {this, "runScript", [this](const host::Value& ret) { runScript(ret); }},
-      host::MessageBox{.text = translated("Are you sure you want to run\nfollowing script:\n") +
-                               sel.str()});
-  box->setTitle(translated("QOR Stowline"));
+/// When the removal fails, `exe` stays true and the keys stay disabled until the list is opened
+/// anew.
+Object startDelete(const Call& call) {
+  const auto& [module, self, given] = call;
+  if (!(given[0] == true) || !self.get("val"_t).isTrue()) return {};
+  self["exe"_t] = true;
+  if (exists(module, self["val"_t])) module["remove"_t]({self["val"_t]});
+  self["exe"_t] = false;
+  self["fill_list"_t]();
+  return {};
 }
 
-void StowlineRestore::runScript(const host::Value& ret) {
-  if (!ret.equalsTrue() || !hasSelection()) return;
-  const std::string command = *path + "/./" + sel.str();
-  host().os().chmod(val.str(), 0755);
-  cmdlist = {command};
-  session->openWithCallback(
-      closeCallback(),
-      host::Console{.title = translated("QOR Stowline is running personal script ..."),
-                    .cmdlist = {command}});
+Object keyCancel(const Call& call) {
+  call.self["close"_t]();
+  return {};
 }
 
-/// Joins the name to the text before the translation is looked up, deliberately.
-void StowlineRestore::deleteFile() {
-  if (!select()) return;
-  session->openWithCallback(
-      {this, "startDelete", [this](const host::Value& ret) { startDelete(ret); }},
-      host::MessageBox{
-          .text = translated("Are you sure you want to delete\nfollowing backup:\n" + sel.str())});
+Object ipkgCallback(const Call& call) {
+  continueInstallation(call, "plugininstall"_t, "installPlugins"_t);
+  return {};
 }
 
-/// When the removal fails, `exe` stays true and the keys stay disabled, deliberately.
-void StowlineRestore::startDelete(const host::Value& ret) {
-  if (!ret.equalsTrue() || !val.text()) return;
-  exe = true;
-  if (host().os().exists(val.str())) host().os().remove(val.str());
-  exe = false;
-  if (!peer().callOverride("fill_list", {})) fill_list();
+bool isExcluded(const Object& package, const Object& self) {
+  return package.startsWith(kExcludedPrefix) || package.isIn(self["excludedplugins"_t]);
 }
 
-void StowlineRestore::keyCancel(const host::Value& /*ret*/) {
-  peer().close({});
-}
+/// Only newlines are stripped: a carriage return or a blank makes another name, and an empty line
+/// an empty one.
+Object installPlugins(const Call& call) {
+  const auto& [module, self, given] = call;
+  const Object listfile = self["val"_t];
+  self["plugins"_t] = list();
+  self["cmdList"_t] = list();
+  listInstalledPlugins(call);
+  self["plugins"_t] = linesOfCommand(module, "cat %s"_t % listfile);
+  const Object excluded = list();
+  for (const Text plugin : kExcludedPlugins) excluded.append(plugin);
+  self["excludedplugins"_t] = excluded;
 
-host::Answer StowlineRestore::closeCallback() {
-  return {this, "keyCancel", [this](const host::Value& ret) { keyCancel(ret); }};
-}
-
-void StowlineRestore::ipkgCallback(host::IpkgEvent event, const host::Value& /*param*/) {
-  if (event == host::IpkgEvent::EVENT_ERROR) {
-    // No screen of ours defines setStatus, deliberately: the host reports the error.
-    peer().callOperation("setStatus", "error");
-  } else if (event == host::IpkgEvent::EVENT_DONE && restoretype == "plugininstall") {
-    restoretype.clear();
-    if (!peer().callOverride("installPlugins", {})) installPlugins();
-  }
-}
-
-/// Only newlines are stripped, deliberately: a carriage return or a blank makes another name, and
-/// an empty line an empty one.
-void StowlineRestore::installPlugins() {
-  plugins.clear();
-  cmdList.clear();
-  pluginsinstalled.clear();
-  pluginsinstalledclean.clear();
-  pluginsinstalled = host().os().popen(kInstalledPlugins);
-  pluginsinstalledclean = withoutNewlines(pluginsinstalled);
-  plugins = host().os().popen("cat " + val.str());
-  excludedplugins.assign(std::begin(kExcludedPlugins), std::end(kExcludedPlugins));
-
-  const std::unordered_set<std::string> installed(pluginsinstalledclean.begin(),
-                                                  pluginsinstalledclean.end());
-  for (const std::string& package : withoutNewlines(plugins)) {
-    if (installed.contains(package)) {
-      host().print("[QOR-Stowline] Plugin " + package + " is already installed");
-    } else if (package.starts_with(kExcludedPrefix) ||
-               std::ranges::count(excludedplugins, package) > 0) {
-      host().print("[QOR-Stowline] do not restore excluded package: " + package);
+  const Set installed(self["pluginsinstalledclean"_t]);
+  for (const Object& line : Items(self["plugins"_t])) {
+    const Object package = line["rstrip"_t]({"\n"_t});
+    if (isInstalled(call, installed, package)) continue;
+    if (isExcluded(package, self)) {
+      print(module, "[QOR-Stowline] do not restore excluded package: %s"_t % package);
     } else {
-      cmdList.push_back({host::IpkgCommand::CMD_INSTALL, package});
+      queueInstallation(call, package);
     }
   }
-  session->openWithCallback(closeCallback(), host::Ipkg{cmdList});
+  const Object open = self["session"_t].get("openWithCallback"_t);
+  open({self["keyCancel"_t], module["Ipkg"_t], {"cmdList"_t, self["cmdList"_t]}});
+  return {};
 }
+
+constexpr host::Operation kOperations[] = {
+    {"__init__",
+     &construct,
+     {{"session"}, {"restoretype"}, {"plugin_path"}},
+     "Makes the list of a restore type: settingrestore, configrestore, plugininstall or "
+     "personalscript."},
+    {"fill_list",
+     &fill_list,
+     {},
+     "Lists the files of the backup directory that belong to this receiver and restore type."},
+    {"KeyOk", &KeyOk, {}, "Acts on the selected file as the restore type says."},
+    {"restoreSettings",
+     &restoreSettings,
+     {},
+     "Replaces the channel lists by those of the selected archive. Returns False when they cannot "
+     "be reloaded."},
+    {"startRestore",
+     &startRestore,
+     {{"ret", "False"}},
+     "When ret equals True: unpacks the selected archive in a console and ends the GUI."},
+    {"runScript",
+     &runScript,
+     {{"ret", "False"}},
+     "When ret equals True: runs the selected script in a console."},
+    {"deleteFile", &deleteFile, {}, "Asks whether to delete the selected file."},
+    {"startDelete",
+     &startDelete,
+     {{"ret", "False"}},
+     "When ret equals True: deletes the selected file and lists afresh."},
+    {"keyCancel", &keyCancel, {{"ret", "False"}}, "Closes the screen; ret is ignored."},
+    {"ipkgCallback",
+     &ipkgCallback,
+     {{"event"}, {"param"}},
+     "Goes on with the installation from a plugin list when the feed update is done."},
+    {"installPlugins",
+     &installPlugins,
+     {},
+     "Hands every package of the list that is neither installed nor excluded to the package "
+     "screen."},
+};
+
+}  // namespace
+
+constexpr host::Class kStowlineRestore = {"StowlineRestore", "Screen"_t, kOperations,
+                                          "The list of the backups, plugin lists or scripts of one "
+                                          "kind, to restore, install, run or delete."};
 
 }  // namespace stowline

@@ -256,6 +256,15 @@ TEST_F(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
             outcome.errors);
 }
 
+TEST_F(AutoTest, ErrorOfTheEngineIsSaidAndTheOtherJobsRun) {
+  const Strings before = namesOnMedium();
+  const std::string skins = "/usr/share/enigma2/vfd_skin";
+  fs::remove_all(receiver().at(skins));
+  receiver().write(skins, "a file in the place of a directory");
+  expectKept(backup(), "config: Not a directory", before);
+  EXPECT_EQ(newNames(before).size(), 3U);
+}
+
 TEST_F(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
   const Strings before = namesOnMedium();
   receiver().replaceTool("/usr/bin/opkg", "echo locked >&2; exit 255");

@@ -4,16 +4,16 @@
 namespace desk {
 namespace {
 
-using Type = host::MessageBox::Type;
+using host::operator""_t;
+using Type = MessageBox::Type;
 
 struct Boxes : SessionTest {
   void openBox(Type type, int timeout = 0) {
-    session.openWithCallback(note("answer"),
-                             host::MessageBox{.text = "Text", .type = type, .timeout = timeout});
+    session.open(MessageBox{.text = "Text", .type = type, .timeout = timeout}, note("answer"));
   }
 
-  void openChoice(const host::Value::List& list) {
-    session.openWithCallback(note("chosen"), host::ChoiceBox{.title = "Choose", .list = list});
+  void openChoice(const std::vector<host::Object>& list) {
+    session.open(ChoiceBox{.title = "Choose", .list = list}, note("chosen"));
   }
 };
 
@@ -66,13 +66,6 @@ TEST_F(Boxes, InformationAndErrorAreClosedByOkAndByExitAlone) {
   }
 }
 
-TEST_F(Boxes, ShowTheirKindAndTimeOut) {
-  openBox(Type::TYPE_INFO, 10);
-  EXPECT_EQ(shownBy(*session.top()), R"({"type":"info","text":"Text","timeout":10})");
-  openBox(Type::TYPE_ERROR, 10);
-  EXPECT_EQ(shownBy(*session.top()), R"({"type":"error","text":"Text","timeout":10})");
-}
-
 TEST_F(Boxes, OnlyABoxWithATimeOutIsClosedByIt) {
   openBox(Type::TYPE_INFO, 10);
   session.top()->letTimeOutPass();
@@ -86,18 +79,18 @@ TEST_F(Boxes, OnlyABoxWithATimeOutIsClosedByIt) {
 }
 
 TEST_F(Boxes, OddBytesInATextAreShownEscaped) {
-  session.open(host::MessageBox{.text = "name \xff"});
+  session.open(MessageBox{.text = "name \xff"});
   EXPECT_EQ(shownBy(*session.top()), R"({"type":"yesno","text":"name \\xff","timeout":0})");
 }
 
-const host::Value::List kMedia = {
-    host::Value::List{"/media/hdd", "/media/hdd", {}},
-    host::Value::List{"/media/\xff", "/media/\xff", {}},
+const std::vector<host::Object> kMedia = {
+    host::tuple({"/media/hdd"_t, "/media/hdd"_t, host::Object()}),
+    host::tuple({"/media/\xff"_t, "/media/\xff"_t, host::Object()}),
 };
 
 TEST_F(Boxes, ChoiceShowsTheFirstItemsAndTheQuestion) {
   openChoice(kMedia);
-  EXPECT_EQ(session.top()->shown_title, "");
+  EXPECT_EQ(session.top()->title(), "");
   EXPECT_EQ(shownBy(*session.top()), R"({"text":"Choose"})");
   EXPECT_EQ(rowsOf(*session.top()), (Lines{"/media/hdd", "/media/\\xff"}));
 }

@@ -4,25 +4,24 @@
 namespace desk {
 namespace {
 
-struct Console : SessionTest {
+struct ConsoleTest : SessionTest {
   void openConsole(const Lines& commands) {
-    session.openWithCallback(note("closed"),
-                             host::Console{.title = "Running", .cmdlist = commands});
+    session.open(Console{.title = "Running", .cmdlist = commands}, note("closed"));
   }
 
   const Gate gate;
 };
 
-TEST_F(Console, RunsTheCommandsInOrderAndShowsBothOutputs) {
+TEST_F(ConsoleTest, RunsTheCommandsInOrderAndShowsBothOutputs) {
   openConsole({"echo one", "echo two >&2", "echo three"});
-  EXPECT_EQ(session.top()->shown_title, "Running");
+  EXPECT_EQ(session.top()->title(), "Running");
   runToEnd(jobs);
   EXPECT_EQ(shownBy(*session.top()), R"({"text":"one\ntwo\nthree\n","running":false})");
   EXPECT_EQ(notes.lines,
             (Lines{"command: echo one", "command: echo two >&2", "command: echo three"}));
 }
 
-TEST_F(Console, CommandStartsWhenTheFormerHasEnded) {
+TEST_F(ConsoleTest, CommandStartsWhenTheFormerHasEnded) {
   openConsole({gate.wait(), "echo second"});
   EXPECT_EQ(notes.lines, Lines{"command: " + gate.wait()});
   EXPECT_EQ(shownBy(*session.top()), R"({"text":"","running":true})");
@@ -31,7 +30,7 @@ TEST_F(Console, CommandStartsWhenTheFormerHasEnded) {
   EXPECT_EQ(notes.lines, (Lines{"command: " + gate.wait(), "command: echo second"}));
 }
 
-TEST_F(Console, GoesOnBehindAFailedCommandAndShowsItsStatus) {
+TEST_F(ConsoleTest, GoesOnBehindAFailedCommandAndShowsItsStatus) {
   openConsole({"exit 3", "kill -9 $$", "/no/such/script.sh 2>/dev/null", "echo still here"});
   runToEnd(jobs);
   EXPECT_EQ(shownBy(*session.top()),
@@ -39,7 +38,7 @@ TEST_F(Console, GoesOnBehindAFailedCommandAndShowsItsStatus) {
             R"("running":false})");
 }
 
-TEST_F(Console, StaysOpenWhileACommandRuns) {
+TEST_F(ConsoleTest, StaysOpenWhileACommandRuns) {
   openConsole({"true", gate.wait()});
   press({"ok", "exit", "red"});
   waitForJob(jobs);
@@ -49,7 +48,7 @@ TEST_F(Console, StaysOpenWhileACommandRuns) {
   runToEnd(jobs);
 }
 
-TEST_F(Console, ClosesByOkOrExitAloneOnceTheLastCommandHasEnded) {
+TEST_F(ConsoleTest, ClosesByOkOrExitAloneOnceTheLastCommandHasEnded) {
   for (const char* key : {"ok", "exit"}) {
     openConsole({"true"});
     runToEnd(jobs);
@@ -61,20 +60,20 @@ TEST_F(Console, ClosesByOkOrExitAloneOnceTheLastCommandHasEnded) {
   EXPECT_EQ(notes.lines, (Lines{"command: true", "closed: None", "command: true", "closed: None"}));
 }
 
-TEST_F(Console, WithoutCommandsIsDoneAtOnce) {
+TEST_F(ConsoleTest, WithoutCommandsIsDoneAtOnce) {
   openConsole({});
   EXPECT_EQ(shownBy(*session.top()), R"({"text":"","running":false})");
   press({"ok"});
   EXPECT_EQ(notes.lines, Lines{"closed: None"});
 }
 
-TEST_F(Console, OddBytesOfTheOutputAreShownEscaped) {
+TEST_F(ConsoleTest, OddBytesOfTheOutputAreShownEscaped) {
   openConsole({"printf '\\377\\303\\251'"});
   runToEnd(jobs);
   EXPECT_EQ(shownBy(*session.top()), "{\"text\":\"\\\\xff\xc3\xa9\",\"running\":false}");
 }
 
-TEST_F(Console, OpenedWhileAnotherRunsBothComeToTheirEnd) {
+TEST_F(ConsoleTest, OpenedWhileAnotherRunsBothComeToTheirEnd) {
   openConsole({"echo lower"});
   openConsole({"echo upper"});
   runToEnd(jobs);

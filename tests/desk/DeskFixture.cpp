@@ -54,10 +54,11 @@ void SessionTest::settle() {
   while (session.topHasClosed()) session.removeTop();
 }
 
-host::Answer SessionTest::note(const std::string& name) {
-  return {nullptr, name, [this, name](const host::Value& answer) {
-            notes.lines.push_back(name + ": " + answer.str());
-          }};
+host::Object SessionTest::note(const std::string& name) {
+  return plain::function([this, name](host::Arguments given) {
+    notes.lines.push_back(name + ": " + plain::nodeOf(plain::argument(given, 0)).str());
+    return host::Object();
+  });
 }
 
 }  // namespace desk

@@ -62,7 +62,7 @@ struct SessionTest : testing::Test {
   void settle();
 
   /// Returns a callback that takes note of the answer as "NAME: ANSWER".
-  host::Answer note(const std::string& name);
+  host::Object note(const std::string& name);
 
   /// Returns the class name of the layer on top, "" when everything is closed.
   std::string top() const { return session.top() ? session.top()->className() : ""; }

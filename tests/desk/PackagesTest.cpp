@@ -3,12 +3,14 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "desk/model/Opkg.h"
+#include "desk/model/Host.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
 namespace {
+
+using host::operator""_t;
 
 /// A package manager in PATH that does what the test's shell script says; "$1 $2" are the
 /// operation and the package.
@@ -24,24 +26,18 @@ struct Packages : SessionTest {
     ASSERT_EQ(chmod((directory / "opkg").c_str(), 0755), 0);
   }
 
-  void install(const Lines& names) {
-    host::Ipkg ipkg;
-    for (const std::string& name : names) {
-      ipkg.cmdList.push_back({host::IpkgCommand::CMD_INSTALL, name});
-    }
-    session.openWithCallback(note("closed"), ipkg);
-  }
+  void install(const Lines& names) { session.open(Ipkg{.packages = names}, note("closed")); }
 
   /// Returns what the package screen shows.
   Json shown() const { return Json::parse(shownBy(*session.top())); }
 
-  /// Returns a callback that takes note of an event.
-  host::IpkgCallback listener(const std::string& name) {
-    return {nullptr, name, [this, name](host::IpkgEvent event, const host::Value&) {
-              const bool done = event == host::IpkgEvent::EVENT_DONE;
-              const bool failed = event == host::IpkgEvent::EVENT_ERROR;
-              notes.lines.push_back(name + (done ? " done" : failed ? " failed" : " other"));
-            }};
+  /// Begins a feed update, of whose end these listeners take note. Returns the component.
+  host::Object update(const Lines& listeners) {
+    const Host host(jobs, notes);
+    host::Object component = host.named("IpkgComponent")();
+    for (const std::string& name : listeners) component["addCallback"_t]({note(name)});
+    component["startCmd"_t]({host.named("IpkgComponent").get("CMD_UPDATE"_t)});
+    return component;
   }
 
   const support::TemporaryDirectory directory;
@@ -130,26 +126,19 @@ TEST_F(Packages, ManagerThatVanishesMidwayFailsTheRestAndTheScreenCanBeClosed) {
 }
 
 TEST_F(Packages, FeedUpdateReportsItsEndToEveryListener) {
-  for (const char* end : {"done", "failed"}) {
-    setOpkg(end == std::string("done") ? "[ \"$*\" = update ]" : "exit 1");
-    IpkgComponent component(jobs, notes);
-    component.addCallback(listener("first"));
-    component.addCallback(listener("second"));
-    component.startCmd(host::IpkgCommand::CMD_UPDATE);
+  for (const std::string end : {"DONE", "ERROR"}) {
+    setOpkg(end == "DONE" ? "[ \"$*\" = update ]" : "exit 1");
+    const host::Object component = update({"first", "second"});
     runToEnd(jobs);
-    EXPECT_EQ(notes.lines, (Lines{"command: opkg update", std::string("first ") + end,
-                                  std::string("second ") + end}));
+    EXPECT_EQ(notes.lines,
+              (Lines{"command: opkg update", "first: EVENT_" + end, "second: EVENT_" + end}));
     notes.lines.clear();
   }
 }
 
 TEST_F(Packages, FeedUpdateOfAGoneComponentReportsToNobody) {
   setOpkg(gate.wait());
-  {
-    IpkgComponent component(jobs, notes);
-    component.addCallback(listener("gone"));
-    component.startCmd(host::IpkgCommand::CMD_UPDATE);
-  }
+  update({"gone"});
   gate.open();
   runToEnd(jobs);
   EXPECT_EQ(notes.lines, Lines{"command: opkg update"});

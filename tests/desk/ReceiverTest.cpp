@@ -8,45 +8,72 @@
 namespace desk {
 namespace {
 
-/// A receiver whose application is a menu with three rows and the handlers of the test.
+using host::operator""_t;
+
+/// The "__init__" of the applications' menu: that of its base class, which the test gives it.
+host::Object construct(const host::Call& call) {
+  call.self["session"_t] = call.arguments[0];
+  return call.module["Screen"_t]["__init__"_t]({call.self});
+}
+
+constexpr host::Operation kOperations[] = {{"__init__", &construct, {{"session"}}}};
+constexpr host::Class kMenu = {"Menu", "Screen"_t, kOperations, ""};
+constexpr host::Class kMenuWithSkin = {"Menu", "Screen"_t, kOperations, "", "<screen/>"};
+
 struct ReceiverTest : testing::Test {
-  void open(const TestScreen::Handlers& handlers) {
-    receiver.open(
-        {.load = [this](host::Host& its_host) { host = &its_host; },
-         .main_menu = [this, handlers](host::Host& its_host) { return menu(its_host, handlers); }});
+  /// Returns an application whose menu `setup` sets up.
+  Application application(const SetUpScreen& setup, const host::Class& menu = kMenu) {
+    const auto load = [this, setup, &menu](const host::Module& its_module) {
+      module = &its_module;
+      its_module.define(menu);
+      its_module["Screen"_t]["__init__"_t] = plain::function([this, setup](host::Arguments given) {
+        screen = plain::argument(given, 0);
+        return setup(screen), host::Object();
+      });
+    };
+    return {.load = load, .main_menu = "Menu"};
   }
 
-  host::ScreenClass menu(host::Host& its_host, const TestScreen::Handlers& handlers) {
-    return screenClass("Menu", its_host, [this, handlers](TestScreen& made) {
-      screen = &made;
-      made.peer().setAttribute("title", "Title \xff");
-      made.peer().setItem("key_red", made.host().components().makeStaticText("Exit"));
-      made.peer().setItem("filelist",
-                          made.host().components().makeMenuList({"one", "two", "\xff"}));
-      made.bind("actions", "SetupActions", handlers);
+  /// Returns one whose menu has three rows and these handlers.
+  Application menuWith(const Handlers& handlers) {
+    return application([this, handlers](const host::Object& made) {
+      made["title"_t] = "Title \xff"_t;
+      made.setItem("key_red"_t, type("StaticText"_t)({"Exit"_t}));
+      made.setItem("filelist"_t, type("MenuList"_t)({host::list({"one"_t, "two"_t, "\xff"_t})}));
+      addMap(made, "actions", "SetupActions", handlers);
     });
+  }
+
+  void open(const Handlers& handlers) { receiver.open(menuWith(handlers)); }
+
+  host::Object type(host::Text name) const { return (*module)[name]; }
+
+  /// Opens a dialog as the module does.
+  void openDialog(host::Arguments arguments) const { screen["session"_t].get("open"_t)(arguments); }
+  void openWithCallback(host::Arguments arguments) const {
+    screen["session"_t].get("openWithCallback"_t)(arguments);
+  }
+
+  void finishJobs() {
+    while (!receiver.jobs().idle()) {
+      std::vector<pollfd> watched = receiver.jobs().watched();
+      ASSERT_GT(poll(watched.data(), watched.size(), 60000), 0);
+      receiver.reportJobs();
+    }
   }
 
   std::string top() const { return receiver.frame("").at("screen"); }
 
   Notes notes;
   Receiver receiver{notes};
-  host::Host* host = nullptr;
-  TestScreen* screen = nullptr;
+  const host::Module* module = nullptr;
+  host::Object screen;  ///< the menu that was made last
 };
 
-/// An object whose text form is its name.
-class NamedObject : public host::Object {
- public:
-  explicit NamedObject(std::string name) : name_(std::move(name)) {}
-  std::string str() const override { return name_; }
-
- private:
-  std::string name_;
-};
+constexpr const char* kRaised = "error: OSError: [Errno 5] Input/output error: '/media/hdd'";
 
 void raise() {
-  throw host::Error("OSError", "[Errno 5] Input/output error: '/media/hdd'", 5);
+  throw plain::Error("OSError", "[Errno 5] Input/output error: '/media/hdd'", 5);
 }
 
 TEST_F(ReceiverTest, FrameShowsAllThatAViewerSees) {
@@ -57,7 +84,7 @@ TEST_F(ReceiverTest, FrameShowsAllThatAViewerSees) {
 }
 
 TEST_F(ReceiverTest, FrameOfAQuestionAddsItsKind) {
-  open({{"ok", [this] { screen->session->open(host::MessageBox{.text = "Sure?"}); }}});
+  open({{"ok", [this] { openDialog({type("MessageBox"_t), "Sure?"_t}); }}});
   EXPECT_TRUE(receiver.handle("ok"));
   EXPECT_EQ(receiver.frame("ok").dump(),
             R"({"key":"ok","screen":"MessageBox","title":"","widgets":{},)"
@@ -66,36 +93,25 @@ TEST_F(ReceiverTest, FrameOfAQuestionAddsItsKind) {
 }
 
 TEST_F(ReceiverTest, FrameOfAListWithPicturesHoldsThePathOfEach) {
-  receiver.open(
-      {.load = [](host::Host&) {},
-       .main_menu =
-           [](host::Host& its_host) {
-             return screenClass("Menu", its_host, [](TestScreen& made) {
-               const host::ObjectRef picture = std::make_shared<NamedObject>("/pictures/\xff.png");
-               made.peer().setItem("menu", made.host().components().makeList(
-                                               {host::Value::List{"a", "A", "", picture, {}},
-                                                host::Value::List{"b", "B", "", {}, {}}}));
-             });
-           }});
+  receiver.open(application([this](const host::Object& made) {
+    const host::Object with =
+        host::tuple({"a"_t, "A"_t, ""_t, "/pictures/\xff.png"_t, host::Object()});
+    const host::Object without = host::tuple({"b"_t, "B"_t, ""_t, host::Object(), host::Object()});
+    made.setItem("menu"_t, type("List"_t)({host::list({with, without})}));
+  }));
   EXPECT_EQ(receiver.frame("").dump(),
             R"({"key":"","screen":"Menu","title":"","widgets":{},"rows":[["A",""],["B",""]],)"
             R"("selected":0,"pictures":["/pictures/\\xff.png",""],"list":"menu"})");
 }
 
 TEST_F(ReceiverTest, FrameOfAScreenWithALayoutOfItsOwnHoldsIt) {
-  receiver.open({.load = [](host::Host&) {},
-                 .main_menu =
-                     [](host::Host& its_host) {
-                       host::ScreenClass menu = screenClass("Menu", its_host, [](TestScreen&) {});
-                       menu.skin = "<screen/>";
-                       return menu;
-                     }});
+  receiver.open(application([](const host::Object&) {}, kMenuWithSkin));
   EXPECT_EQ(receiver.frame("").dump(), R"({"key":"","screen":"Menu","title":"","widgets":{},)"
                                        R"("rows":[],"selected":0,"skin":"<screen/>"})");
 }
 
 TEST_F(ReceiverTest, FrameLeavesRowsOutThatAreShownAlready) {
-  open({{"ok", [&] { screen->peer().menuList("filelist")->setList({"three"}); }}});
+  open({{"ok", [&] { screen.item("filelist"_t)["l"_t]["setList"_t]({host::list({"three"_t})}); }}});
   const auto shown = receiver.rows();
   receiver.handle("down");
   EXPECT_EQ(receiver.frame("down", shown.get()).dump(),
@@ -106,7 +122,7 @@ TEST_F(ReceiverTest, FrameLeavesRowsOutThatAreShownAlready) {
 }
 
 TEST_F(ReceiverTest, FrameWithoutAScreenIsEmpty) {
-  open({{"cancel", [this] { screen->peer().close(true); }}});
+  open({{"cancel", [this] { screen["close"_t]({true}); }}});
   EXPECT_TRUE(receiver.handle("exit"));
   for (const char* word : {"ok", "exit", "timeout", "frame"}) {
     EXPECT_TRUE(receiver.handle(word));
@@ -142,7 +158,7 @@ TEST_F(ReceiverTest, RowMovesTheCursorToTheRowOfThatIndex) {
 }
 
 TEST_F(ReceiverTest, SelectFindsNothingWhereThereIsNoList) {
-  open({{"ok", [this] { screen->session->open(host::Console{}); }}});
+  open({{"ok", [this] { openDialog({type("Console"_t), {"cmdlist"_t, host::list()}}); }}});
   receiver.handle("ok");
   EXPECT_FALSE(receiver.handle("select:one"));
 }
@@ -150,52 +166,44 @@ TEST_F(ReceiverTest, SelectFindsNothingWhereThereIsNoList) {
 TEST_F(ReceiverTest, ErrorInAKeyHandlerIsToldAndTheScreenStays) {
   open({{"ok", raise}});
   EXPECT_TRUE(receiver.handle("ok"));
-  EXPECT_EQ(notes.lines, Lines{"error: OSError: [Errno 5] Input/output error: '/media/hdd'"});
+  EXPECT_EQ(notes.lines, Lines{kRaised});
   EXPECT_TRUE(receiver.handle("down"));
   EXPECT_EQ(receiver.frame("")["selected"], 1);
 }
 
 TEST_F(ReceiverTest, ErrorInADialogsCallbackIsToldAndTheScreenBeneathStays) {
-  open({{"ok", [this] {
-           screen->session->openWithCallback({screen, "raise", [](const host::Value&) { raise(); }},
-                                             host::MessageBox{.text = "Sure?"});
-         }}});
+  open({{"ok", [this] { openWithCallback({action(raise), type("MessageBox"_t), "Sure?"_t}); }}});
   receiver.handle("ok");
   receiver.handle("exit");
-  EXPECT_EQ(notes.lines, Lines{"error: OSError: [Errno 5] Input/output error: '/media/hdd'"});
+  EXPECT_EQ(notes.lines, Lines{kRaised});
   EXPECT_EQ(top(), "Menu");
 }
 
 TEST_F(ReceiverTest, ErrorAfterTheScreenHasClosedStillTakesItAway) {
   open({{"cancel", [this] {
-           screen->peer().close({});
+           screen["close"_t]();
            raise();
          }}});
   receiver.handle("exit");
-  EXPECT_EQ(notes.lines.size(), 1U);
+  EXPECT_EQ(notes.lines, Lines{kRaised});
   EXPECT_EQ(top(), "");
 }
 
 TEST_F(ReceiverTest, ErrorAtLoadOrInTheMenuIsToldAndNothingIsShown) {
-  receiver.open({.load = [](host::Host&) { raise(); }, .main_menu = {}});
+  receiver.open({.load = [](const host::Module&) { raise(); }, .main_menu = "Menu"});
   Receiver other(notes);
-  other.open({.load = [](host::Host&) {},
-              .main_menu =
-                  [](host::Host& its_host) {
-                    return screenClass("Menu", its_host, [](TestScreen&) { raise(); });
-                  }});
-  EXPECT_EQ(notes.lines.size(), 2U);
+  other.open(application([](const host::Object&) { raise(); }));
+  EXPECT_EQ(notes.lines, (Lines{kRaised, kRaised}));
   EXPECT_EQ(top(), "");
   EXPECT_EQ(other.frame("").at("screen"), "");
 }
 
 TEST_F(ReceiverTest, TimeOutPassesForTheBoxOnTop) {
-  open(
-      {{"ok", [this] {
-          screen->session->openWithCallback(
-              {screen, "keyCancel", [this](const host::Value&) { screen->peer().close({}); }},
-              host::MessageBox{.text = "Done", .type = host::MessageBox::TYPE_INFO, .timeout = 10});
-        }}});
+  open({{"ok", [this] {
+           const host::Object box = type("MessageBox"_t);
+           openWithCallback(
+               {screen["close"_t], box, "Done"_t, box["TYPE_INFO"_t], {"timeout"_t, 10}});
+         }}});
   receiver.handle("timeout");
   EXPECT_EQ(top(), "Menu");
   receiver.handle("ok");
@@ -206,16 +214,13 @@ TEST_F(ReceiverTest, TimeOutPassesForTheBoxOnTop) {
 
 TEST_F(ReceiverTest, ConsoleRunsBetweenWordsAndItsCallbackClosesTheScreen) {
   open({{"ok", [this] {
-           screen->session->openWithCallback(
-               {screen, "keyCancel", [this](const host::Value&) { screen->peer().close({}); }},
-               host::Console{.title = "Running", .cmdlist = {"echo out", "echo more"}});
+           openWithCallback({screen["close"_t],
+                             type("Console"_t),
+                             {"title"_t, "Running"_t},
+                             {"cmdlist"_t, host::list({"echo out"_t, "echo more"_t})}});
          }}});
   receiver.handle("ok");
-  while (!receiver.jobs().idle()) {
-    std::vector<pollfd> watched = receiver.jobs().watched();
-    ASSERT_GT(poll(watched.data(), watched.size(), 60000), 0);
-    receiver.reportJobs();
-  }
+  finishJobs();
   EXPECT_EQ(receiver.frame("")["text"], "out\nmore\n");
   receiver.handle("ok");
   EXPECT_EQ(top(), "");
@@ -224,22 +229,18 @@ TEST_F(ReceiverTest, ConsoleRunsBetweenWordsAndItsCallbackClosesTheScreen) {
 TEST_F(ReceiverTest, ErrorInAJobsCallbackIsTold) {
   open({});
   receiver.jobs().start({"true"}, {}, [](int) { raise(); });
-  while (!receiver.jobs().idle()) {
-    std::vector<pollfd> watched = receiver.jobs().watched();
-    ASSERT_GT(poll(watched.data(), watched.size(), 60000), 0);
-    receiver.reportJobs();
-  }
-  EXPECT_EQ(notes.lines, Lines{"error: OSError: [Errno 5] Input/output error: '/media/hdd'"});
+  finishJobs();
+  EXPECT_EQ(notes.lines, Lines{kRaised});
   EXPECT_EQ(top(), "Menu");
 }
 
 TEST_F(ReceiverTest, CommandsAndLinesOfTheModuleAreTold) {
   open({});
   testing::internal::CaptureStdout();
-  host->print("[module] line");
+  type("print"_t)({"[module] line"_t});
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "[module] line\n");
-  EXPECT_EQ(host->os().system("exit 2"), 512);
-  EXPECT_EQ(host->os().popen("echo out"), Lines{"out\n"});
+  EXPECT_EQ(type("system"_t)({"exit 2"_t}), host::Object(512));
+  EXPECT_EQ(plain::textsOf(type("popen"_t)({"echo out"_t})["readlines"_t]()), Lines{"out\n"});
   EXPECT_EQ(notes.lines, (Lines{"log: [module] line", "command: exit 2", "command: echo out"}));
 }
 
@@ -247,10 +248,9 @@ TEST_F(ReceiverTest, GoesAwayWithDialogsOpenAndJobsRunning) {
   const Gate gate;
   {
     Receiver other(notes);
-    other.open({.load = [](host::Host&) {},
-                .main_menu = [&](host::Host& its_host) { return menu(its_host, {}); }});
-    screen->session->open(host::Console{.title = "", .cmdlist = {gate.wait()}});
-    screen->session->open(host::MessageBox{.text = "Sure?"});
+    other.open(menuWith({}));
+    openDialog({type("Console"_t), {"title"_t, ""_t}, {"cmdlist"_t, host::list({gate.wait()})}});
+    openDialog({type("MessageBox"_t), "Sure?"_t});
   }
   EXPECT_EQ(notes.lines, Lines{"command: " + gate.wait()});
 }

@@ -1,13 +1,16 @@
 #include <stdexcept>
 
-#include "desk/model/Session.h"
+#include "desk/model/Host.h"
 #include "tests/desk/DeskFixture.h"
+#include "tests/desk/TestScreen.h"
 
 namespace desk {
 namespace {
 
-const host::MessageBox kQuestion{.text = "Sure?"};
-const host::MessageBox kInformation{.text = "Done", .type = host::MessageBox::TYPE_INFO};
+using host::operator""_t;
+
+const MessageBox kQuestion{.text = "Sure?"};
+const MessageBox kInformation{.text = "Done", .type = MessageBox::TYPE_INFO};
 
 TEST_F(SessionTest, EmptyAtFirst) {
   EXPECT_EQ(session.top(), nullptr);
@@ -15,8 +18,8 @@ TEST_F(SessionTest, EmptyAtFirst) {
 }
 
 TEST_F(SessionTest, LastOpenedIsOnTopAndGoesFirst) {
-  session.openWithCallback(note("first"), kQuestion);
-  session.openWithCallback(note("second"), host::ChoiceBox{});
+  session.open(kQuestion, note("first"));
+  session.open(ChoiceBox{}, note("second"));
   EXPECT_EQ(top(), "ChoiceBox");
   press({"exit"});
   EXPECT_EQ(top(), "MessageBox");
@@ -24,16 +27,36 @@ TEST_F(SessionTest, LastOpenedIsOnTopAndGoesFirst) {
   EXPECT_EQ(notes.lines, (Lines{"second: None", "first: True"}));
 }
 
-TEST_F(SessionTest, TitleIsSetThroughTheOpenedDialog) {
-  const auto dialog = session.open(kQuestion);
-  EXPECT_EQ(session.top()->shown_title, "");
-  dialog->setTitle("Title");
-  EXPECT_EQ(session.top()->shown_title, "Title");
+TEST_F(SessionTest, DialogsAreOpenedAsTheModuleAsksForThem) {
+  const Host host(jobs, notes);
+  const host::Object open = session.object().get("open"_t);
+  const host::Object box = host.named("MessageBox");
+  const host::Object texts = host::list({"one"_t, "two"_t});
+  const auto shown = [this] { return session.top()->title() + shownBy(*session.top()); };
+  open({box, "a"_t});
+  EXPECT_EQ(shown(), R"({"type":"yesno","text":"a","timeout":0})");
+  open({box, "b"_t, box["TYPE_INFO"_t], {"timeout"_t, 10}});
+  EXPECT_EQ(shown(), R"({"type":"info","text":"b","timeout":10})");
+  open({box, "c"_t, box["TYPE_ERROR"_t], {"timeout"_t, 5}});
+  EXPECT_EQ(shown(), R"({"type":"error","text":"c","timeout":5})");
+  open({host.named("ChoiceBox"), {"title"_t, "d"_t}, {"list"_t, host::list({texts})}});
+  EXPECT_EQ(shown(), R"({"text":"d"})");
+  EXPECT_EQ(rowsOf(*session.top()), Lines{"one"});
+  open({host.named("Console"), {"title"_t, "e"_t}, {"cmdlist"_t, host::list({"exit 1"_t})}});
+  EXPECT_EQ(shown(), R"(e{"text":"","running":true})");
+  runToEnd(jobs);
+  open({host.named("Ipkg"), {"cmdList"_t, host::list()}});
+  EXPECT_EQ(shown(), R"({"packages":[],"running":false})");
+  EXPECT_EQ(notes.lines, Lines{"command: exit 1"});
 }
 
-TEST_F(SessionTest, LettingGoOfTheOpenedDialogLeavesItOpen) {
-  session.open(kQuestion).reset();
-  EXPECT_EQ(top(), "MessageBox");
+TEST_F(SessionTest, TitleIsSetThroughTheOpenedDialog) {
+  const Host host(jobs, notes);
+  const host::Object box = host.named("MessageBox");
+  const host::Object dialog = session.object().call("open"_t, {box, "Sure?"_t});
+  EXPECT_EQ(session.top()->title(), "");
+  dialog["setTitle"_t]({"Title"_t});
+  EXPECT_EQ(session.top()->title(), "Title");
 }
 
 TEST_F(SessionTest, DialogWithoutCallbackJustGoes) {
@@ -44,7 +67,7 @@ TEST_F(SessionTest, DialogWithoutCallbackJustGoes) {
 }
 
 TEST_F(SessionTest, ClosedDialogStaysUntilTheEventIsHandledAndKeepsItsFirstResult) {
-  session.openWithCallback(note("answer"), kQuestion);
+  session.open(kQuestion, note("answer"));
   session.top()->handleKey("ok");
   session.top()->handleKey("exit");
   EXPECT_EQ(top(), "MessageBox");
@@ -57,19 +80,16 @@ TEST_F(SessionTest, ClosedDialogStaysUntilTheEventIsHandledAndKeepsItsFirstResul
 
 TEST_F(SessionTest, DialogIsGoneWhenItsCallbackRuns) {
   session.open(kInformation);
-  session.openWithCallback(
-      {nullptr, "look", [this](const host::Value&) { notes.lines.push_back("on top: " + top()); }},
-      host::ChoiceBox{});
+  session.open(ChoiceBox{}, action([this] { notes.lines.push_back("on top: " + top()); }));
   press({"exit"});
   EXPECT_EQ(notes.lines, Lines{"on top: MessageBox"});
 }
 
 TEST_F(SessionTest, CallbackMayOpenFurtherDialogs) {
-  const host::Answer open_two{nullptr, "open", [this](const host::Value&) {
-                                session.openWithCallback(note("lower"), kQuestion);
-                                session.openWithCallback(note("upper"), host::ChoiceBox{});
-                              }};
-  session.openWithCallback(open_two, kInformation);
+  session.open(kInformation, action([this] {
+                 session.open(kQuestion, note("lower"));
+                 session.open(ChoiceBox{}, note("upper"));
+               }));
   press({"ok"});
   EXPECT_EQ(top(), "ChoiceBox");
   press({"exit", "exit"});
@@ -78,30 +98,28 @@ TEST_F(SessionTest, CallbackMayOpenFurtherDialogs) {
 
 TEST_F(SessionTest, CallbackMayOpenItsLikeOverAndOver) {
   int rounds = 0;
-  host::Answer again{nullptr, "again", {}};
-  again.call = [&](const host::Value&) {
-    if (++rounds < 100) session.openWithCallback(again, kInformation);
+  const std::function<void()> again = [&] {
+    if (++rounds < 100) session.open(kInformation, action(again));
   };
-  session.openWithCallback(again, kInformation);
+  session.open(kInformation, action(again));
   for (int pressed = 0; pressed < 100; ++pressed) press({"ok"});
   EXPECT_EQ(rounds, 100);
   EXPECT_EQ(top(), "");
 }
 
 TEST_F(SessionTest, CallbackThatClosesTheOneBeneathTakesItAway) {
-  session.openWithCallback(note("beneath"), kInformation);
+  session.open(kInformation, note("beneath"));
   Layer& beneath = *session.top();
-  session.openWithCallback(
-      {nullptr, "close", [&](const host::Value&) { beneath.close("by the callback"); }}, kQuestion);
+  session.open(kQuestion, action([&] { beneath.close("by the callback"_t); }));
   press({"ok"});
   EXPECT_EQ(top(), "");
   EXPECT_EQ(notes.lines, Lines{"beneath: by the callback"});
 }
 
 TEST_F(SessionTest, OneThatClosesUnderAnotherGoesWhenItIsOnTop) {
-  session.openWithCallback(note("beneath"), kInformation);
+  session.open(kInformation, note("beneath"));
   Layer& beneath = *session.top();
-  session.openWithCallback(note("above"), kQuestion);
+  session.open(kQuestion, note("above"));
   beneath.close({});
   settle();
   EXPECT_EQ(notes.lines, Lines{});
@@ -111,9 +129,7 @@ TEST_F(SessionTest, OneThatClosesUnderAnotherGoesWhenItIsOnTop) {
 
 TEST_F(SessionTest, WhatACallbackRaisesPassesThroughAndTheDialogIsGone) {
   session.open(kInformation);
-  session.openWithCallback(
-      {nullptr, "raise", [](const host::Value&) { throw std::runtime_error("by the callback"); }},
-      kQuestion);
+  session.open(kQuestion, action([] { throw std::runtime_error("by the callback"); }));
   EXPECT_THROW(press({"ok"}), std::runtime_error);
   EXPECT_EQ(top(), "MessageBox");
   EXPECT_FALSE(session.topHasClosed());

@@ -1,57 +1,43 @@
 #pragma once
 
 #include <functional>
-#include <list>
 #include <map>
-#include <memory>
 #include <string>
 #include <utility>
 
-#include "host/include/Dialogs.h"
-#include "host/include/Host.h"
-#include "host/include/Screen.h"
+#include "desk/model/Dialogs.h"
+#include "host/plain/Screen.h"
 
 namespace desk {
 
-/// A screen that a test sets up.
-class TestScreen : public host::Screen {
- public:
-  using Setup = std::function<void(TestScreen&)>;
-  using Handlers = std::map<std::string, std::function<void()>>;
+/// What a test does with a screen when it is made.
+using SetUpScreen = std::function<void(const host::Object& screen)>;
 
-  TestScreen(host::Host& host, host::ScreenPeer& peer, host::Session& session, const Setup& setup)
-      : Screen(host, peer, session) {
-    peer.init(session);
-    setup(*this);
-  }
+/// What actions call.
+using Handlers = std::map<std::string, std::function<void()>>;
 
-  using Screen::host;
-  using Screen::peer;
+inline host::Object action(std::function<void()> call) {
+  return plain::function(
+      [call = std::move(call)](host::Arguments) { return call(), host::Object(); });
+}
 
-  host::Action action(std::function<void()> call) { return {this, "action", std::move(call)}; }
+/// Adds an action map for the actions of `handlers` in `context`.
+inline void addMap(const host::Object& screen, const std::string& key, const std::string& context,
+                   const Handlers& handlers, int priority = 0) {
+  const host::Object actions = host::dictionary({});
+  for (const auto& [name, call] : handlers) actions.setItem(name, action(call));
+  screen.setItem(key, plain::make<plain::ActionMap>(
+                          host::Arguments{host::list({context}), actions, priority}));
+}
 
-  /// Adds an action map for the actions of `handlers` in `context`.
-  void bind(const std::string& key, const std::string& context, const Handlers& handlers,
-            int priority = 0) {
-    host::ActionMapping mapping{.contexts = {context}, .bindings = {}, .priority = priority};
-    for (const auto& [name, call] : handlers) {
-      mapping.bindings.push_back({*actions_.insert(actions_.end(), name), action(call)});
-    }
-    peer().setItem(key, host().components().makeActionMap(mapping));
-  }
-
- private:
-  std::list<std::string> actions_;  ///< keeps the names that the bindings point to
-};
-
-/// Returns the screen class `name` whose instances `setup` sets up.
-inline host::ScreenClass screenClass(const std::string& name, host::Host& host,
-                                     const TestScreen::Setup& setup) {
-  return {.name = name,
-          .arguments = {},
-          .create = [&host, setup](host::ScreenPeer& peer, host::Session& session) {
-            return std::make_unique<TestScreen>(host, peer, session, setup);
-          }};
+/// Returns a screen that `setup` sets up.
+inline ModuleScreen testScreen(const SetUpScreen& setup) {
+  const auto makeScreen = [setup](host::Arguments) {
+    host::Object screen = plain::make<plain::Screen>("TestScreen");
+    setup(screen);
+    return screen;
+  };
+  return {.name = "TestScreen", .type = plain::make<plain::Type>("TestScreen", makeScreen)};
 }
 
 }  // namespace desk

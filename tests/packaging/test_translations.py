@@ -68,7 +68,7 @@ class Translations(PackagingTest):
     def test_a_changed_text_is_noticed(self):
         for file, old, new in [
                 ("Stowline.cpp", '"Backup channel settings"', '"Backup channels"'),
-                ("Stowline.cpp", '"Restore" : "Backup"', '"Restore" : "Save"'),
+                ("Stowline.cpp", '"Restore"_t : "Backup"_t', '"Restore"_t : "Save"_t'),
                 ("Stowline.cpp", '"Backup settings failed"', '"No backup of settings"'),
                 ("StowlineRestore.cpp", '"Delete"', '"Remove"'),
                 ("StowlineHelpScreen.cpp", '"Ok"', '"Go"')]:

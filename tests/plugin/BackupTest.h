@@ -1,6 +1,5 @@
 #pragma once
 
-#include "plugin/src/BackupActions.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
@@ -29,7 +28,7 @@ struct BackupTest : ModuleTest {
 
   bool has_room = true;
   int status = 0;  ///< the wait status of every command
-  BackupActions actions{host, "manual"};
+  Made actions{host.named("BackupActions")({"manual"_t})};
 };
 
 }  // namespace stowline

@@ -29,17 +29,17 @@ struct ConfigurationBackup : BackupTest {
 };
 
 TEST_F(ConfigurationBackup, ArchivesThePlacesThenTheExclusionsAndNoMoreWithoutUserFiles) {
-  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(described(actions.call("createConfigFile")), "True");
   EXPECT_EQ(record.take(), backupDirectory() + fileExists(kArchive) +
                                system(support::configurationBackupCommand(kArchive)) +
                                noUserFiles() + fileExists(kArchive));
-  EXPECT_EQ(actions.path, kDirectory);
-  EXPECT_EQ(actions.configfile, kArchive);
+  EXPECT_EQ(actions.attribute("path"), quoted(kDirectory));
+  EXPECT_EQ(actions.attribute("configfile"), quoted(kArchive));
 }
 
 TEST_F(ConfigurationBackup, ArchivesTheUserFilesOfBothSkinsBesideIt) {
   addUserFiles();
-  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(described(actions.call("createConfigFile")), "True");
   EXPECT_EQ(record.take(),
             backupDirectory() + fileExists(kArchive) +
                 system(support::configurationBackupCommand(kArchive)) + kBothSkinsSearched +
@@ -51,17 +51,17 @@ TEST_F(ConfigurationBackup, ArchivesTheUserFilesOfBothSkinsBesideIt) {
 
 TEST_F(ConfigurationBackup, KeepsAnOlderUserFilesArchiveOfTheSameName) {
   host.system.addFile(kArchive + "_user_files");
-  actions.createConfigFile();
+  actions.call("createConfigFile");
   EXPECT_TRUE(host.system.has(kArchive + "_user_files"));
 }
 
 TEST_F(ConfigurationBackup, ReportsSuccessByTheConfigurationArchiveAlone) {
   status = 512;
-  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(described(actions.call("createConfigFile")), "True");
   status = 0;
   has_room = false;
   host.system.addFile(kArchive + "_user_files");
-  EXPECT_EQ(described(actions.createConfigFile()), "False");
+  EXPECT_EQ(described(actions.call("createConfigFile")), "False");
 }
 
 TEST_F(ConfigurationBackup, FailedUserFilesArchiveIsNotReported) {
@@ -70,7 +70,7 @@ TEST_F(ConfigurationBackup, FailedUserFilesArchiveIsNotReported) {
     if (command.find("_user_files ") != std::string::npos) return 512;
     return runShell(command);
   };
-  EXPECT_EQ(described(actions.createConfigFile()), "True");
+  EXPECT_EQ(described(actions.call("createConfigFile")), "True");
   EXPECT_FALSE(host.system.has(kArchive + "_user_files"));
 }
 

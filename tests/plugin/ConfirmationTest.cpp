@@ -1,6 +1,5 @@
 #include <memory>
 
-#include "plugin/src/StowlineHelpScreen.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
@@ -13,12 +12,12 @@ struct Confirmation : ModuleTest {
   /// Opens the screen for the archive `path`, completes its layout and forgets the operations so
   /// far.
   void open(const std::string& path) {
-    opened = std::make_unique<Opened<StowlineHelpScreen>>(*this, "archive.tar.gz", path);
-    opened->peer.finishLayout();
+    opened = std::make_unique<Opened>(*this, "StowlineHelpScreen", "archive.tar.gz"_t, path);
+    opened->finishLayout();
     record.take();
   }
 
-  std::unique_ptr<Opened<StowlineHelpScreen>> opened;
+  std::unique_ptr<Opened> opened;
 };
 
 const std::string kUntagged = "/media/hdd/qor-stowline/configuration_1_solo2.tar.gz";
@@ -27,13 +26,13 @@ const std::string kVerB = "/media/hdd/qor-stowline/configuration_ver_b_1_solo2.t
 const std::string kVerC = "/media/hdd/qor-stowline/configuration_ver_c_1_solo2.tar.gz";
 
 TEST_F(Confirmation, OpensWithItsWidgetsAndKeys) {
-  const Opened<StowlineHelpScreen> screen(*this, "archive.tar.gz", "/archive.tar.gz");
+  const Opened screen(*this, "StowlineHelpScreen", "archive.tar.gz"_t, "/archive.tar.gz"_t);
   EXPECT_EQ(record.take(), confirmationOpened());
-  EXPECT_EQ(screen.screen.restorefile, "archive.tar.gz");
-  EXPECT_EQ(screen.screen.fullrestorepath, "/archive.tar.gz");
-  EXPECT_EQ(screen.screen.session, &session);
-  EXPECT_EQ(screen.screen.title, "Qor Stowline");
-  EXPECT_EQ(screen.peer.text("messagetext"), "");
+  EXPECT_EQ(screen.attribute("restorefile"), "\"archive.tar.gz\"");
+  EXPECT_EQ(screen.attribute("fullrestorepath"), "\"/archive.tar.gz\"");
+  EXPECT_TRUE(screen.object().get("session"_t) == host.session());
+  EXPECT_EQ(screen.attribute("title"), "\"Qor Stowline\"");
+  EXPECT_EQ(screen.text("messagetext"), "");
 }
 
 TEST_F(Confirmation, TitleIsNeverTranslatedAndTheOtherTextsAre) {
@@ -44,20 +43,20 @@ TEST_F(Confirmation, TitleIsNeverTranslatedAndTheOtherTextsAre) {
                        {"Are you sure you want to restore\nfollowing backup:\n", "Holen: "},
                        {"\nSystem will restart after the restore!", "Neustart!"}};
   open("/archive.tar.gz");
-  EXPECT_EQ(opened->screen.title, "Qor Stowline");
-  EXPECT_EQ(opened->peer.text("title"), "Qor Stowline");
-  EXPECT_EQ(opened->peer.text("key_red"), "Ende");
-  EXPECT_EQ(opened->peer.text("key_green"), "Gut");
-  EXPECT_EQ(opened->peer.text("messagetext"), "Holen: archive.tar.gz\n\nNeustart!");
+  EXPECT_EQ(opened->attribute("title"), "\"Qor Stowline\"");
+  EXPECT_EQ(opened->text("title"), "Qor Stowline");
+  EXPECT_EQ(opened->text("key_red"), "Ende");
+  EXPECT_EQ(opened->text("key_green"), "Gut");
+  EXPECT_EQ(opened->text("messagetext"), "Holen: archive.tar.gz\n\nNeustart!");
 }
 
 TEST_F(Confirmation, RedAndCancelCloseItWithNothingDone) {
   for (const char* key : {"red", "cancel"}) {
     SCOPED_TRACE(key);
     open(kVerC);
-    opened->peer.press(key);
+    opened->press(key);
     EXPECT_EQ(record.take(), "close()\n");
-    EXPECT_TRUE(opened->peer.closed->isNothing());
+    EXPECT_EQ(opened->result(), "None");
   }
 }
 
@@ -65,9 +64,9 @@ TEST_F(Confirmation, GreenAndOkRestoreAndLeaveItOpen) {
   for (const char* key : {"green", "ok"}) {
     SCOPED_TRACE(key);
     open(kVerC);
-    opened->peer.press(key);
+    opened->press(key);
     EXPECT_EQ(record.take(), configurationRestored({.archive = kVerC}));
-    EXPECT_FALSE(opened->peer.closed);
+    EXPECT_EQ(opened->result(), "open");
   }
 }
 
@@ -98,7 +97,7 @@ TEST_F(Confirmation, KeepsWhatTheVersionTagInTheWholePathAsksFor) {
       SCOPED_TRACE(rank.path + (has_samba ? " with samba" : " without samba"));
       if (has_samba) host.system.addFile("/etc/samba/smb.conf");
       open(rank.path);
-      opened->screen.keyGo();
+      opened->call("keyGo");
       EXPECT_EQ(record.take(), configurationRestored({.archive = rank.path,
                                                       .keeps_accounts = rank.keeps_accounts,
                                                       .tests_samba = rank.tests_samba,
@@ -117,7 +116,7 @@ TEST_F(Confirmation, UnpacksTheCompanionsThatLieBesideTheArchive) {
       if (has_atile) host.system.addFile(kVerB + "_atile_hd");
       if (has_user_files) host.system.addFile(kVerB + "_user_files");
       open(kVerB);
-      opened->screen.keyGo();
+      opened->call("keyGo");
       EXPECT_EQ(record.take(), configurationRestored({.archive = kVerB,
                                                       .tests_samba = true,
                                                       .has_atile = has_atile,
@@ -132,14 +131,14 @@ TEST_F(Confirmation, SambaIsTestedBeforeAnyCommandRuns) {
     return 0;
   };
   open(kVerB);
-  opened->screen.keyGo();
+  opened->call("keyGo");
   EXPECT_EQ(record.take(), configurationRestored({.archive = kVerB, .tests_samba = true}));
 }
 
 TEST_F(Confirmation, RunsEveryCommandWhateverTheOthersReturn) {
   host.system.shell = [](const std::string&) { return 512; };
   open(kUntagged);
-  opened->screen.keyGo();
+  opened->call("keyGo");
   EXPECT_EQ(
       record.take(),
       configurationRestored({.archive = kUntagged, .keeps_accounts = true, .tests_samba = true}));

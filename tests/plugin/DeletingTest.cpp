@@ -6,13 +6,15 @@ namespace {
 using namespace expected;
 
 struct Deleting : RestoreListTest {
-  /// Opens a list of two backups, of which the newer one is selected, and presses yellow.
+  /// Opens a list of two backups, of which the newer one is selected, presses yellow, and forgets
+  /// the operations so far.
   void ask() {
     addFile("configuration_1.tar.gz");
     addFile("configuration_2.tar.gz");
     addFile("configuration_2.tar.gz_user_files");
     openList("configrestore");
-    peer().press("yellow");
+    list().press("yellow");
+    record.take();
   }
 };
 
@@ -23,62 +25,58 @@ TEST_F(Deleting, TranslatesTheJoinedTextAndNotTheFixedTextAlone) {
       {"Are you sure you want to delete\nfollowing backup:\n", "wrong"},
       {"Are you sure you want to delete\nfollowing backup:\nconfiguration_2.tar.gz", "joined"}};
   ask();
-  EXPECT_EQ(std::get<host::MessageBox>(session.lastOpened()).text, "joined");
+  EXPECT_EQ(described(host.opened.back().arguments.at(0)), "\"joined\"");
 }
 
 TEST_F(Deleting, RemovesThatOneFileAndListsAfresh) {
   ask();
-  record.take();
-  session.answer(true);
+  host.answer(true);
   EXPECT_EQ(record.take(), exists(kNewer) + "os.remove(" + quoted(kNewer) + ")\n" +
                                listed({"configuration_1.tar.gz"}));
   EXPECT_TRUE(host.system.has(kNewer + "_user_files"));
-  EXPECT_FALSE(list().exe);
+  EXPECT_EQ(list().attribute("exe"), "False");
 }
 
 TEST_F(Deleting, SkipsAFileThatVanishedMeanwhileAndListsAfresh) {
   ask();
   host.system.dropFile(kNewer);
-  record.take();
-  session.answer(true);
+  host.answer(true);
   EXPECT_EQ(record.take(), exists(kNewer) + listed({"configuration_1.tar.gz"}));
-  EXPECT_FALSE(list().exe);
+  EXPECT_EQ(list().attribute("exe"), "False");
 }
 
 TEST_F(Deleting, AnyAnswerButYesChangesNothing) {
-  for (const host::Value& answer :
-       {host::Value(false), host::Value(), host::Value("yes"), host::Value(2)}) {
+  for (const Object& answer : {Object(false), Object(), Object("yes"_t), Object(2)}) {
     SCOPED_TRACE(described(answer));
     ask();
-    record.take();
-    session.answer(answer);
+    host.answer(answer);
     EXPECT_EQ(record.take(), "");
     EXPECT_TRUE(host.system.has(kNewer));
-    EXPECT_FALSE(list().exe);
+    EXPECT_EQ(list().attribute("exe"), "False");
   }
-  list().startDelete();
+  list().call("startDelete");
   EXPECT_EQ(record.take(), "");
 }
 
 TEST_F(Deleting, LastFileLeavesAnEmptyListWithYellowStillEnabled) {
   addFile("settings_1.tar.gz");
   openList("settingrestore");
-  peer().press("yellow");
-  session.answer(true);
-  EXPECT_EQ(rows().rows, std::vector<std::string>{});
-  EXPECT_TRUE(list().entry);
+  list().press("yellow");
+  host.answer(true);
+  EXPECT_EQ(described(rows().rows), "[]");
+  EXPECT_EQ(list().attribute("entry"), "True");
   record.take();
-  peer().press("yellow");
+  list().press("yellow");
   EXPECT_EQ(record.take(), "self[\"filelist\"].getCurrent()\n");
 }
 
 TEST_F(Deleting, FailedRemovalKeepsOkAndYellowDisabled) {
   ask();
   journal.failOn("os.remove(" + quoted(kNewer) + ")", {"OSError", "read-only", 30});
-  EXPECT_THROW(session.answer(true), host::Error);
-  EXPECT_TRUE(list().exe);
+  EXPECT_THROW(host.answer(true), plain::Error);
+  EXPECT_EQ(list().attribute("exe"), "True");
   record.take();
-  for (const char* key : {"ok", "green", "yellow"}) peer().press(key);
+  for (const char* key : {"ok", "green", "yellow"}) list().press(key);
   EXPECT_EQ(record.take(), "");
 }
 

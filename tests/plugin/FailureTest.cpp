@@ -28,18 +28,10 @@ std::size_t indexOf(const Lines& lines, const std::string& line) {
   return static_cast<std::size_t>(std::ranges::find(lines, line) - lines.begin());
 }
 
-const host::Error kErrors[] = {
-    {"OSError", "[Errno 28] No space left on device", 28,
-     std::make_shared<RecordingObject>("<OSError>")},
-    {"TypeError", "odd", 0, std::make_shared<RecordingObject>("<TypeError>")},
+const plain::Error kErrors[] = {
+    {"OSError", "[Errno 28] No space left on device", 28},
+    {"TypeError", "odd"},
 };
-
-void expectSame(const host::Error& raised, const host::Error& expected) {
-  EXPECT_EQ(raised.type(), expected.type());
-  EXPECT_EQ(raised.message(), expected.message());
-  EXPECT_EQ(raised.number(), expected.number());
-  EXPECT_EQ(raised.original(), expected.original());
-}
 
 struct Failures : ::testing::TestWithParam<Flow> {
   const Flow& flow() const { return GetParam(); }
@@ -58,7 +50,7 @@ struct Failures : ::testing::TestWithParam<Flow> {
     return state;
   }
 
-  void failAt(const Lines& operations, std::size_t index, const host::Error& error) const {
+  void failAt(const Lines& operations, std::size_t index, const plain::Error& error) const {
     Receiver receiver;
     const Prepared run = flow().prepare(receiver);
     receiver.record.take();
@@ -67,9 +59,9 @@ struct Failures : ::testing::TestWithParam<Flow> {
     try {
       run.go();
       EXPECT_TRUE(caught) << "the error went no further";
-    } catch (const host::Error& raised) {
+    } catch (const plain::Error& raised) {
       EXPECT_FALSE(caught) << "the error went on";
-      expectSame(raised, error);
+      EXPECT_EQ(raised.object().handle(), error.object().handle());
     }
     EXPECT_EQ(receiver.record.take(), textOf(operations, index + 1) + (caught ? caught->then : ""));
     const auto state = stateAfter(operations, index);
@@ -93,7 +85,7 @@ TEST_P(Failures, NoneLetsTheFlowRunToItsEnd) {
 TEST_P(Failures, OfEveryOperationEndWhereTheyShould) {
   const Lines operations = linesOf(flow().operations);
   for (std::size_t index = 0; index < operations.size(); ++index) {
-    for (const host::Error& error : kErrors) {
+    for (const plain::Error& error : kErrors) {
       SCOPED_TRACE(error.type() + " at " + operations[index]);
       failAt(operations, index, error);
     }

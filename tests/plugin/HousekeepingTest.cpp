@@ -1,4 +1,3 @@
-#include "plugin/src/BackupActions.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
@@ -17,7 +16,7 @@ struct Housekeeping : ModuleTest {
     for (const std::string& name : names) host.system.addFile(kDirectory + "/" + name);
   }
 
-  BackupActions actions{host, "auto"};
+  Made actions{host.named("BackupActions")({"auto"_t})};
 };
 
 std::string skipped(const std::string& name) {
@@ -37,7 +36,7 @@ TEST_F(Housekeeping, KeepsTheThreeNewestAndDeletesTheOthersNewestFirst) {
       {"settings_20240303_07-04_solo2.auto.tar.gz", "settings_20240301_07-04_solo2.auto.tar.gz",
        "settings_20240305_07-04_solo2.auto.tar.gz", "settings_20240302_07-04_solo2.auto.tar.gz",
        "settings_20240304_07-04_solo2.auto.tar.gz"});
-  actions.houseKeeping();
+  actions.call("houseKeeping");
   EXPECT_EQ(record.take(), kCollected + removed("settings_20240302_07-04_solo2.auto.tar.gz") +
                                skipped("settings_20240302_07-04_solo2.auto.tar.gz_atile_hd") +
                                skipped("settings_20240302_07-04_solo2.auto.tar.gz_user_files") +
@@ -52,7 +51,7 @@ TEST_F(Housekeeping, GoesThroughSettingsThenConfigurationsThenPluginLists) {
               "configuration_ver_c_" + std::string(day) + "_solo2.auto.tar.gz",
               "settings_" + std::string(day) + "_solo2.auto.tar.gz"});
   }
-  actions.houseKeeping();
+  actions.call("houseKeeping");
   EXPECT_EQ(record.take(), kCollected + removed("settings_1_solo2.auto.tar.gz") +
                                skipped("settings_1_solo2.auto.tar.gz_atile_hd") +
                                skipped("settings_1_solo2.auto.tar.gz_user_files") +
@@ -69,7 +68,7 @@ TEST_F(Housekeeping, DeletesCompanionsWithTheirArchiveAndNeverCountsThem) {
     const std::string name = "configuration_ver_c_" + std::string(day) + "_solo2.auto.tar.gz";
     addFiles({name, name + "_user_files", name + "_atile_hd"});
   }
-  actions.houseKeeping();
+  actions.call("houseKeeping");
   EXPECT_EQ(record.take(), kCollected + removed("configuration_ver_c_1_solo2.auto.tar.gz") +
                                removed("configuration_ver_c_1_solo2.auto.tar.gz_atile_hd") +
                                removed("configuration_ver_c_1_solo2.auto.tar.gz_user_files"));
@@ -80,7 +79,7 @@ TEST_F(Housekeeping, NeverDeletesAnOrphanedCompanion) {
     const std::string name = "configuration_ver_c_" + std::string(day) + "_solo2.auto.tar.gz";
     addFiles({name + "_user_files", name + "_atile_hd"});
   }
-  actions.houseKeeping();
+  actions.call("houseKeeping");
   EXPECT_EQ(record.take(), kCollected);
 }
 
@@ -89,7 +88,7 @@ TEST_F(Housekeeping, OrdersConfigurationsByTheirVersionTagBeforeTheirDate) {
             "configuration_ver_c_20240101_00-00_solo2.auto.tar.gz",
             "configuration_ver_c_20240102_00-00_solo2.auto.tar.gz",
             "configuration_ver_c_20240103_00-00_solo2.auto.tar.gz"});
-  actions.houseKeeping();
+  actions.call("houseKeeping");
   EXPECT_EQ(record.take(),
             kCollected + removed("configuration_ver_b_20250101_00-00_solo2.auto.tar.gz") +
                 skipped("configuration_ver_b_20250101_00-00_solo2.auto.tar.gz_atile_hd") +
@@ -123,7 +122,7 @@ TEST_F(Housekeeping, CollectsOnlyScheduledBackupsOfThisModel) {
   for (const Candidate& candidate : kCandidates) {
     SCOPED_TRACE(candidate.name);
     addFiles({candidate.name});
-    actions.houseKeeping();
+    actions.call("houseKeeping");
     const std::string companions = skipped(candidate.name + std::string("_atile_hd")) +
                                    skipped(candidate.name + std::string("_user_files"));
     EXPECT_EQ(record.take(), candidate.is_collected
@@ -134,13 +133,13 @@ TEST_F(Housekeeping, CollectsOnlyScheduledBackupsOfThisModel) {
 }
 
 TEST_F(Housekeeping, UsesTheModelOfTheObjectWhateverItsType) {
-  BackupActions other(host, "manual");
-  other.boxtype = "duo2";
+  const Made other(host.named("BackupActions")({"manual"_t}));
+  other.set("boxtype", "duo2"_t);
   record.take();
   addFiles({"settings_1_duo2.auto.tar.gz", "settings_2_duo2.auto.tar.gz",
             "settings_3_duo2.auto.tar.gz", "settings_4_duo2.auto.tar.gz",
             "settings_5_solo2.auto.tar.gz"});
-  other.houseKeeping();
+  other.call("houseKeeping");
   EXPECT_EQ(record.take(), kCollected + removed("settings_1_duo2.auto.tar.gz") +
                                skipped("settings_1_duo2.auto.tar.gz_atile_hd") +
                                skipped("settings_1_duo2.auto.tar.gz_user_files"));

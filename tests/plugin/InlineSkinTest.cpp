@@ -70,7 +70,7 @@ Element elementOf(const pugi::xml_node& node) {
 
 TEST(InlineSkin, IsAScreenWithFiveChildren) {
   pugi::xml_document skin;
-  ASSERT_TRUE(skin.load_string(std::string(StowlineHelpScreen::skin).c_str(), pugi::parse_full));
+  ASSERT_TRUE(skin.load_string(kStowlineHelpScreen.skin, pugi::parse_full));
   std::vector<Element> elements = {elementOf(skin.first_child())};
   for (const pugi::xml_node& child : skin.first_child()) {
     elements.push_back(elementOf(child));

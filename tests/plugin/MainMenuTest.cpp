@@ -1,4 +1,3 @@
-#include "plugin/src/BackupActions.h"
 #include "tests/plugin/MenuTest.h"
 
 namespace stowline {
@@ -26,47 +25,45 @@ constexpr Flavour kFlavours[] = {
 TEST_F(MainMenu, OpensInTheRestoreFlavourForExactlyRestoreElseInTheBackupFlavour) {
   for (const Flavour& flavour : kFlavours) {
     SCOPED_TRACE(flavour.screen_type);
-    const Opened<Stowline> menu(*this, "/plugin", flavour.screen_type);
+    const Opened menu(*this, "Stowline", "/plugin"_t, std::string(flavour.screen_type));
     EXPECT_EQ(record.take(), menuOpened(flavour.screentype));
-    EXPECT_EQ(menu.screen.screentype, flavour.screentype);
-    EXPECT_EQ(menu.screen.title, flavour.title);
-    EXPECT_EQ(menu.peer.text("title"), flavour.title);
+    EXPECT_EQ(menu.attribute("screentype"), quoted(flavour.screentype));
+    EXPECT_EQ(menu.attribute("title"), quoted(flavour.title));
+    EXPECT_EQ(menu.text("title"), flavour.title);
   }
 }
 
 TEST_F(MainMenu, IsTheBackupMenuWhenNoTypeIsGiven) {
-  Opened<Stowline> menu(*this, "/plugin");
+  const Opened menu(*this, "Stowline", "/plugin"_t);
   EXPECT_EQ(record.take(), menuOpened("backup"));
-  menu.peer.finishLayout();
+  menu.finishLayout();
   EXPECT_EQ(record.take(), menuCreated("backup", "/media/hdd/"));
 }
 
 TEST_F(MainMenu, StartsWithItsDocumentedState) {
-  const Opened<Stowline> menu(*this, "/plugin", "backup");
-  EXPECT_EQ(menu.screen.skin_path, "/plugin");
-  EXPECT_EQ(menu.screen.session, &session);
-  EXPECT_FALSE(menu.screen.reloadPluginlist);
-  EXPECT_TRUE(menu.screen.list.empty());
-  EXPECT_TRUE(menu.screen.cmdList.empty());
-  EXPECT_NE(menu.screen.Console, nullptr);
-  EXPECT_NE(menu.screen.ipkg, nullptr);
-  EXPECT_EQ(menu.screen.restoretype, "");
+  const Opened menu(*this, "Stowline", "/plugin"_t, "backup"_t);
+  EXPECT_EQ(menu.attribute("skin_path"), "\"/plugin\"");
+  EXPECT_TRUE(menu.object().get("session"_t) == host.session());
+  EXPECT_EQ(menu.attribute("reloadPluginlist"), "False");
+  EXPECT_EQ(menu.attribute("list"), "[]");
+  EXPECT_EQ(menu.attribute("cmdList"), "[]");
+  EXPECT_EQ(menu.attribute("Console"), "<console>");
+  EXPECT_EQ(menu.attribute("ipkg"), "<IpkgComponent>");
+  EXPECT_EQ(menu.attribute("restoretype"), "missing");
 }
 
 TEST_F(MainMenu, OwnsOneManualBackupObject) {
-  const Opened<Stowline> menu(*this, "/plugin", "restore");
-  const auto& actions = dynamic_cast<const BackupActions&>(*menu.screen.backupactions);
-  EXPECT_EQ(actions.executiontime, kStamp);
+  const Opened menu(*this, "Stowline", "/plugin"_t, "restore"_t);
+  EXPECT_EQ(Made(menu.object()["backupactions"_t]).attribute("executiontime"), quoted(kStamp));
 }
 
 TEST_F(MainMenu, ShowsTheMediumThenTheEntriesOfItsFlavour) {
-  for (const char* type : {"backup", "restore"}) {
-    Opened<Stowline> menu(*this, "/plugin", type);
+  for (const std::string type : {"backup", "restore"}) {
+    const Opened menu(*this, "Stowline", "/plugin"_t, type);
     record.take();
-    menu.peer.finishLayout();
+    menu.finishLayout();
     EXPECT_EQ(record.take(), menuCreated(type, "/media/hdd/"));
-    EXPECT_EQ(bracketed(menu.screen.list),
-              bracketed(menu.peer.widget<RecordingList>("menu").entries));
+    EXPECT_EQ(menu.attribute("list"), described(menu.list("menu").rows));
   }
 }
 
@@ -74,7 +71,7 @@ TEST_F(MainMenu, ReadsTheMediumAfreshEachTimeItIsBuilt) {
   openMenu("restore");
   for (const char* medium : {"/media/usb", "", "/media/100%s"}) {
     setMedium(medium);
-    menu().createMenu();
+    menu().call("createMenu");
     EXPECT_EQ(record.take(), menuCreated("restore", medium));
   }
 }
@@ -84,24 +81,24 @@ TEST_F(MainMenu, TranslatesATextBeforeItPutsTheMediumIn) {
                        {"from %s/qor-stowline/plugins", "aus %s/qor-stowline/plugins"},
                        {"Install local packages", "Lokale Pakete"}};
   openMenu("restore");
-  EXPECT_EQ(menu().list[0].list()->at(1).str(), "Medium </media/hdd/>");
-  EXPECT_EQ(menu().list[4].list()->at(1).str(), "Lokale Pakete");
-  EXPECT_EQ(menu().list[4].list()->at(2).str(), "aus /media/hdd//qor-stowline/plugins");
+  EXPECT_EQ(described(rows().item(0).item(1)), "\"Medium </media/hdd/>\"");
+  EXPECT_EQ(described(rows().item(4).item(1)), "\"Lokale Pakete\"");
+  EXPECT_EQ(described(rows().item(4).item(2)), "\"aus /media/hdd//qor-stowline/plugins\"");
 }
 
 TEST_F(MainMenu, TranslatesItsTitleInTwoParts) {
   host.translations = {{"QOR Stowline", "QOR Sicherung"}, {"Restore", "Holen"}, {"Exit", "Ende"}};
   openMenu("restore");
-  EXPECT_EQ(menu().title, "QOR Sicherung (Holen)");
-  EXPECT_EQ(peer().text("key_red"), "Ende");
+  EXPECT_EQ(menu().attribute("title"), "\"QOR Sicherung (Holen)\"");
+  EXPECT_EQ(menu().text("key_red"), "Ende");
 }
 
 TEST_F(MainMenu, IsBuiltWithoutAPictureThatIsMissing) {
-  host.widgets.missingPictures = {
+  host.missing_pictures = {
       "/usr/lib/enigma2/python/Plugins/SystemPlugins/QORPanel/pictures/filesys.png"};
   openMenu("backup");
-  ASSERT_EQ(rows().entries.size(), 4u);
-  EXPECT_EQ(described(rows().entries[3]),
+  ASSERT_EQ(rows().size(), 4);
+  EXPECT_EQ(described(rows().item(3)),
             "(\"configbackup\", \"Backup configurations\", \"save common configurations for GUI, "
             "plugins and softcams\", None, None)");
 }
@@ -118,8 +115,8 @@ TEST_F(MainMenu, BindsItsKeys) {
   for (const MenuKey& key : kMenuKeys) {
     SCOPED_TRACE(key.action);
     openMenu("backup");
-    rows().entries.clear();
-    peer().press(key.action);
+    rows() = host::list();
+    menu().press(key.action);
     EXPECT_EQ(record.take(), key.first_operation);
   }
 }

@@ -12,7 +12,7 @@ struct MediumChoice : MenuTest {
 
   void choose() {
     openMenu("backup");
-    peer().press("ok");
+    menu().press("ok");
   }
 };
 
@@ -20,14 +20,12 @@ const std::string kNoAutomounts =
     exists("/media/net/autofs") + exists("/media/net/autonet") + "open(\"/proc/mounts\")\n";
 
 std::string offered(const std::vector<std::string>& media) {
-  host::Value::List choices;
-  for (const std::string& medium : media) {
-    choices.push_back(host::Value::List{medium, medium, {}});
-  }
+  const Object choices = host::list();
+  for (const std::string& medium : media) choices.append(host::tuple({medium, medium, Object()}));
   const std::string title = "Please select medium to use as backup location";
   return translate(title) +
          "session.openWithCallback(backuprestorepath_choosen, ChoiceBox, title=" + quoted(title) +
-         ", list=" + bracketed(choices) + ")\n" + setDialogTitle();
+         ", list=" + described(choices) + ")\n" + setDialogTitle();
 }
 
 TEST_F(MediumChoice, OffersTheMountedMediaInTheTablesOrder) {
@@ -114,18 +112,16 @@ config.save()
 TEST_F(MediumChoice, StoresTheTextFormOfTheSecondItem) {
   choose();
   record.take();
-  session.answer(host::Value::List{"shown", 5, {}});
+  host.answer(host::tuple({"shown"_t, 5, Object()}));
   EXPECT_TRUE(record.take().starts_with(
       "config.plugins.qorpanel.stowline.backuprestorepath.value = \"5\"\n" + kSaved));
 }
 
 TEST_F(MediumChoice, AnythingElseThanAChoiceRaisesAndStoresNothing) {
   openMenu("backup");
-  for (const host::Value& option :
-       {host::Value("/media/usb"), host::Value(true), host::Value(host::Value::List{"/media/usb"}),
-        host::Value(host::Value::List())}) {
+  for (const Object& option : {Object(true), host::tuple({"/media/usb"_t}), host::tuple({})}) {
     SCOPED_TRACE(described(option));
-    EXPECT_THROW(menu().backuprestorepath_choosen(option), host::Error);
+    EXPECT_THROW(menu().call("backuprestorepath_choosen", {option}), plain::Error);
     EXPECT_EQ(record.take(), "");
   }
 }
@@ -133,9 +129,9 @@ TEST_F(MediumChoice, AnythingElseThanAChoiceRaisesAndStoresNothing) {
 TEST_F(MediumChoice, CheckAloneSavesNothing) {
   openMenu("restore");
   host.system.addDirectory(kDirectory);
-  menu().checkFolders();
+  menu().call("checkFolders");
   EXPECT_EQ(record.take(), backupDirectory() + menuCreated("restore", "/media/hdd/"));
-  EXPECT_EQ(menu().backuprestorepath, kDirectory);
+  EXPECT_EQ(menu().attribute("backuprestorepath"), quoted(kDirectory));
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include "plugin/src/StowlineRestore.h"
 #include "tests/plugin/MenuTest.h"
 
 namespace stowline {
@@ -6,63 +5,57 @@ namespace {
 
 using namespace expected;
 
-using MenuActions = MenuTest;
+struct MenuActions : MenuTest {
+  /// Makes backup jobs that say which of them was run and return `result`.
+  Object statedJobs(const Object& result) {
+    const auto job = [&](const std::string& name) {
+      return plain::function([this, name, result](host::Arguments) {
+        journal.note(name + "()");
+        return result;
+      });
+    };
+    return plain::instance("BackupActions", {{"createSettingFile", job("createSettingFile")},
+                                             {"createConfigFile", job("createConfigFile")},
+                                             {"createPluginList", job("createPluginList")}});
+  }
+};
 
 TEST_F(MenuActions, OpenedRestoreListIsMadeOfTheSameArguments) {
   openMenu("restore");
-  select("installpluginlist");
-  menu().runMenuEntry();
-  RecordingPeer list_peer(journal);
-  const auto screen = std::get<host::ScreenClass>(session.lastOpened()).create(list_peer, session);
-  const auto& list = dynamic_cast<const StowlineRestore&>(*screen);
-  EXPECT_EQ(list.restoretype, "plugininstall");
-  EXPECT_EQ(list.skin_path, "/plugin");
+  select("installpluginlist"_t);
+  menu().call("runMenuEntry");
+  const Opened list(*this, host.opened.back());
+  EXPECT_EQ(list.attribute("restoretype"), "\"plugininstall\"");
+  EXPECT_EQ(list.attribute("skin_path"), "\"/plugin\"");
 }
 
 TEST_F(MenuActions, AnyOtherKeyDoesNothing) {
   openMenu("backup");
-  for (const host::Value& key : {host::Value(""), host::Value("Path"), host::Value("plugininstall"),
-                                 host::Value("backup"), host::Value(), host::Value(1)}) {
+  for (const Object& key : {Object(""_t), Object("Path"_t), Object("plugininstall"_t),
+                            Object("backup"_t), Object(), Object(1)}) {
     SCOPED_TRACE(described(key));
     select(key);
-    peer().press("ok");
+    menu().press("ok");
     EXPECT_EQ(record.take(), kSelected);
-    EXPECT_EQ(menu().restoretype, "");
+    EXPECT_EQ(menu().attribute("restoretype"), "missing");
   }
 }
 
 TEST_F(MenuActions, NoRowUnderTheCursorDoesNothing) {
   openMenu("backup");
-  rows().entries.clear();
-  peer().press("ok");
+  rows() = host::list();
+  menu().press("ok");
   EXPECT_EQ(record.take(), kSelected);
 }
 
 TEST_F(MenuActions, TheOptionalArgumentHasNoEffect) {
   openMenu("restore");
-  select("installlocalplugin");
-  for (const host::Value& argument :
-       {host::Value(), host::Value(true), host::Value(false), host::Value("path")}) {
-    menu().runMenuEntry(argument);
+  select("installlocalplugin"_t);
+  for (const Object& argument : {Object(), Object(true), Object(false), Object("path"_t)}) {
+    menu().call("runMenuEntry", {argument});
     EXPECT_EQ(record.take(), kSelected + "ipkg.startCmd(CMD_UPDATE)\n");
   }
 }
-
-/// Backup jobs that say which of them was run and return what they are told to.
-struct StatedJobs : BackupJobs {
-  StatedJobs(Journal& journal, host::Value result) : journal(journal), result(std::move(result)) {}
-  host::Value createSettingFile() override { return run("createSettingFile()"); }
-  host::Value createConfigFile() override { return run("createConfigFile()"); }
-  host::Value createPluginList() override { return run("createPluginList()"); }
-
-  host::Value run(const std::string& name) {
-    journal.note(name);
-    return result;
-  }
-
-  Journal& journal;
-  host::Value result;
-};
 
 struct Job {
   const char* key;
@@ -82,24 +75,23 @@ constexpr Job kJobs[] = {
 };
 
 struct JobResult {
-  host::Value value;
+  Object value;
   bool is_success;
 };
 
 const JobResult kResults[] = {
     {true, true},
     {1, true},
-    {1.0, true},
     {false, false},
-    {host::Value(), false},
+    {Object(), false},
     {0, false},
     {2, false},
     {-1, false},
-    {"", false},
-    {"True", false},
-    {host::Value::List{}, false},
-    {host::Value::List{true}, false},
-    {host::Value(host::ObjectRef(std::make_shared<RecordingObject>("<object>"))), false},
+    {""_t, false},
+    {"True"_t, false},
+    {host::list(), false},
+    {host::list({true}), false},
+    {plain::make<NamedObject>("<object>"), false},
 };
 
 TEST_F(MenuActions, BackupJobsReportByWhetherTheirResultEqualsTrue) {
@@ -107,15 +99,15 @@ TEST_F(MenuActions, BackupJobsReportByWhetherTheirResultEqualsTrue) {
   for (const Job& job : kJobs) {
     for (const JobResult& result : kResults) {
       SCOPED_TRACE(job.key + (": " + described(result.value)));
-      menu().backupactions = std::make_unique<StatedJobs>(journal, result.value);
-      select(job.key);
-      peer().press("ok");
+      menu().set("backupactions", statedJobs(result.value));
+      select(std::string(job.key));
+      menu().press("ok");
       EXPECT_EQ(record.take(), kSelected + job.operation +
                                    (result.is_success ? box(job.success, "TYPE_INFO")
                                                       : box(job.failure, "TYPE_ERROR")) +
                                    setDialogTitle());
-      EXPECT_FALSE(menu().reloadPluginlist);
-      EXPECT_EQ(menu().restoretype, "");
+      EXPECT_EQ(menu().attribute("reloadPluginlist"), "False");
+      EXPECT_EQ(menu().attribute("restoretype"), "missing");
     }
   }
 }
@@ -130,24 +122,24 @@ TEST_F(MenuActions, SecondBackupOfTheSameMenuReplacesTheFirst) {
   };
   const std::string success =
       box("List of installed plugins was created succesfully", "TYPE_INFO") + setDialogTitle();
-  select("createpluginlist");
-  peer().press("ok");
+  select("createpluginlist"_t);
+  menu().press("ok");
   EXPECT_EQ(record.take(), kSelected + backupDirectory() + fileExists(list) +
                                system(pluginListCommand(list)) + fileExists(list) + success);
   host.system.now.tm_min += 1;
-  peer().press("ok");
+  menu().press("ok");
   EXPECT_EQ(record.take(), kSelected + backupDirectory() + fileExists(list) +
                                system("rm -f " + list) + system(pluginListCommand(list)) +
                                fileExists(list) + success);
-  EXPECT_FALSE(menu().reloadPluginlist);
+  EXPECT_EQ(menu().attribute("reloadPluginlist"), "False");
 }
 
 TEST_F(MenuActions, ReportsAreTranslatedAndSoIsTheirTitle) {
   host.translations = {{"Backup settings failed", "Fehlgeschlagen"}, {"QOR Stowline", "Sicherung"}};
   openMenu("backup");
-  menu().backupactions = std::make_unique<StatedJobs>(journal, false);
-  select("settingbackup");
-  peer().press("ok");
+  menu().set("backupactions", statedJobs(false));
+  select("settingbackup"_t);
+  menu().press("ok");
   EXPECT_EQ(record.take(), kSelected + block(R"(
 createSettingFile()
 _("Backup settings failed")

@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "plugin/src/Stowline.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
@@ -16,21 +15,20 @@ inline const std::string kSelected = "self[\"menu\"].getCurrent()\n";
 struct MenuTest : ModuleTest {
   /// Opens the menu of this type, as a user finds it, and forgets the operations so far.
   void openMenu(const std::string& type) {
-    opened = std::make_unique<Opened<Stowline>>(*this, "/plugin", type);
-    opened->peer.finishLayout();
+    opened = std::make_unique<Opened>(*this, "Stowline", "/plugin"_t, type);
+    opened->finishLayout();
     record.take();
   }
 
-  Stowline& menu() { return opened->screen; }
-  RecordingPeer& peer() { return opened->peer; }
-  RecordingList& rows() { return opened->peer.widget<RecordingList>("menu"); }
+  const Opened& menu() { return *opened; }
+  Object& rows() { return opened->list("menu").rows; }
 
   /// Puts the cursor on the row with this key, in place of whatever the menu shows.
-  void select(const host::Value& key) {
-    rows().entries.assign(1, host::Value::List{key, "title", "description", {}, {}});
+  void select(const Object& key) {
+    rows() = host::list({host::tuple({key, "title"_t, "description"_t, Object(), Object()})});
   }
 
-  std::unique_ptr<Opened<Stowline>> opened;
+  std::unique_ptr<Opened> opened;
 };
 
 }  // namespace stowline

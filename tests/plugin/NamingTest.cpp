@@ -1,14 +1,15 @@
-#include "plugin/src/BackupActions.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 namespace {
 
-using Naming = ModuleTest;
+struct Naming : ModuleTest {
+  Made make(const Object& backuptype) { return Made(host.named("BackupActions")({backuptype})); }
+};
 
 struct Stamp {
-  host::LocalTime now;
+  plain::LocalTime now;
   const char* text;
 };
 
@@ -22,68 +23,71 @@ constexpr Stamp kStamps[] = {
 TEST_F(Naming, TimeStampPutsAZeroBeforeValuesBelowTenButNotBeforeTheYear) {
   for (const Stamp& stamp : kStamps) {
     host.system.now = stamp.now;
-    EXPECT_EQ(getDateTime(host), stamp.text);
+    EXPECT_EQ(described(host.named("getDateTime")()), quoted(stamp.text));
     EXPECT_EQ(record.take(), "localtime()\n");
   }
 }
 
 struct Name {
-  std::optional<std::string_view> backuptype;
+  const char* backuptype;  ///< null for none
   const char* model;
   const char* executiontime;
 };
 
 constexpr Name kNames[] = {
-    {"manual", "solo2", "20240305_07-04_solo2"},   {"auto", "solo2", "20240305_07-04_solo2.auto"},
-    {"auto", "uno", "20240305_07-04_uno.auto"},    {"Auto", "duo2", "20240305_07-04_duo2"},
-    {"automatic", "duo2", "20240305_07-04_duo2"},  {"", "zero", "20240305_07-04_zero"},
-    {std::nullopt, "zero", "20240305_07-04_zero"},
+    {"manual", "solo2", "20240305_07-04_solo2"},  {"auto", "solo2", "20240305_07-04_solo2.auto"},
+    {"auto", "uno", "20240305_07-04_uno.auto"},   {"Auto", "duo2", "20240305_07-04_duo2"},
+    {"automatic", "duo2", "20240305_07-04_duo2"}, {"", "zero", "20240305_07-04_zero"},
+    {nullptr, "zero", "20240305_07-04_zero"},
 };
 
 TEST_F(Naming, ExecutionTimeHoldsTheModelAndMarksExactlyAutoAsScheduled) {
   for (const Name& name : kNames) {
-    SCOPED_TRACE(name.backuptype.value_or("no type"));
+    const Object type = name.backuptype ? Object(std::string(name.backuptype)) : Object();
+    SCOPED_TRACE(described(type));
     host.model = name.model;
-    const BackupActions actions(host, name.backuptype);
-    EXPECT_EQ(actions.executiontime, name.executiontime);
-    EXPECT_EQ(actions.boxtype, name.model);
+    const Made actions = make(type);
+    EXPECT_EQ(actions.str("executiontime"), name.executiontime);
+    EXPECT_EQ(actions.str("boxtype"), name.model);
     EXPECT_EQ(record.take(), "localtime()\nHardwareInfoVu().get_device_name()\n");
   }
 }
 
 TEST_F(Naming, BackupTypeMayBeLeftOut) {
-  EXPECT_EQ(BackupActions(host).executiontime, expected::kStamp);
+  EXPECT_EQ(Made(host.named("BackupActions")()).str("executiontime"), expected::kStamp);
 }
 
 TEST_F(Naming, EveryFileOfAScheduledRunCarriesItsMarkerBeforeTheEnding) {
-  BackupActions actions(host, "auto");
-  actions.createSettingFile();
-  actions.createConfigFile();
-  actions.createPluginList();
+  const Made actions = make("auto"_t);
+  actions.call("createSettingFile");
+  actions.call("createConfigFile");
+  actions.call("createPluginList");
   const std::string stamp = expected::kStamp + ".auto";
-  EXPECT_EQ(actions.settingfile, expected::kDirectory + "/settings_" + stamp + ".tar.gz");
-  EXPECT_EQ(actions.configfile, expected::kDirectory + "/configuration_ver_c_" + stamp + ".tar.gz");
-  EXPECT_EQ(actions.pluginfile, expected::kDirectory + "/pluginlist_" + stamp + ".lst");
+  EXPECT_EQ(actions.str("settingfile"), expected::kDirectory + "/settings_" + stamp + ".tar.gz");
+  EXPECT_EQ(actions.str("configfile"),
+            expected::kDirectory + "/configuration_ver_c_" + stamp + ".tar.gz");
+  EXPECT_EQ(actions.str("pluginfile"), expected::kDirectory + "/pluginlist_" + stamp + ".lst");
 }
 
 TEST_F(Naming, StampStaysThatOfTheObjectsCreation) {
-  BackupActions actions(host, "manual");
+  const Made actions = make("manual"_t);
   host.system.now.tm_min = 5;
   host.model = "duo2";
-  actions.createSettingFile();
-  EXPECT_EQ(actions.settingfile, expected::kDirectory + "/settings_20240305_07-04_solo2.tar.gz");
+  actions.call("createSettingFile");
+  EXPECT_EQ(actions.str("settingfile"),
+            expected::kDirectory + "/settings_20240305_07-04_solo2.tar.gz");
 }
 
 TEST_F(Naming, EveryJobAsksForTheBackupDirectoryAfresh) {
-  BackupActions actions(host, "manual");
-  actions.createSettingFile();
-  EXPECT_EQ(actions.path, "/media/hdd/qor-stowline");
+  const Made actions = make("manual"_t);
+  actions.call("createSettingFile");
+  EXPECT_EQ(actions.str("path"), "/media/hdd/qor-stowline");
   setMedium("/media/usb");
-  actions.createConfigFile();
-  EXPECT_EQ(actions.path, "/media/usb/qor-stowline");
+  actions.call("createConfigFile");
+  EXPECT_EQ(actions.str("path"), "/media/usb/qor-stowline");
   setMedium("/media/net/share");
-  actions.createPluginList();
-  EXPECT_EQ(actions.path, "/media/net/share/qor-stowline");
+  actions.call("createPluginList");
+  EXPECT_EQ(actions.str("path"), "/media/net/share/qor-stowline");
 }
 
 }  // namespace

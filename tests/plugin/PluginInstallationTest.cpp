@@ -1,4 +1,5 @@
 #include "tests/plugin/RestoreListTest.h"
+#include "tests/support/Raised.h"
 
 namespace stowline {
 namespace {
@@ -24,55 +25,52 @@ std::string screenOpened(const Lines& packages) {
 }
 
 struct PluginInstallation : RestoreListTest {
-  /// Opens the list of plugin lists and presses OK on the one that holds these lines.
+  /// Opens the list of plugin lists, presses OK on the one that holds these lines, and forgets the
+  /// operations so far.
   void start(const Lines& plugins, const Lines& installed_packages) {
     addFile(kList);
     host.system.outputs[kInstalledPlugins] = installed_packages;
     host.system.outputs["cat " + kDirectory + "/" + kList] = plugins;
     openList("plugininstall");
-    peer().press("ok");
-  }
-
-  void send(host::IpkgEvent event) {
-    dynamic_cast<RecordingIpkgComponent&>(*list().ipkg).callback->call(event, {});
+    list().press("ok");
+    record.take();
   }
 };
 
 TEST_F(PluginInstallation, InstallsEveryListedPackageThatIsNeitherInstalledNorExcluded) {
-  start({"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-a\n",
-         "enigma2-plugin-extensions-xbmc\n", "enigma2-plugin-settings-hotbird\n",
-         "enigma2-plugin-extensions-b"},
-        {"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-other\n"});
-  record.take();
-  send(host::IpkgEvent::EVENT_DONE);
+  const Lines plugins = {"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-a\n",
+                         "enigma2-plugin-extensions-xbmc\n", "enigma2-plugin-settings-hotbird\n",
+                         "enigma2-plugin-extensions-b"};
+  start(plugins, {"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-other\n"});
+  list().send("EVENT_DONE");
   EXPECT_EQ(record.take(),
             kListRead + installed("enigma2-plugin-skin-atile") +
                 excluded("enigma2-plugin-extensions-xbmc") +
                 excluded("enigma2-plugin-settings-hotbird") +
                 screenOpened({"enigma2-plugin-extensions-a", "enigma2-plugin-extensions-b"}));
-  EXPECT_EQ(list().pluginsinstalledclean,
-            (Lines{"enigma2-plugin-skin-atile", "enigma2-plugin-extensions-other"}));
-  EXPECT_EQ(list().pluginsinstalled,
-            (Lines{"enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-other\n"}));
-  EXPECT_EQ(list().plugins.size(), 5U);
-  EXPECT_EQ(
-      list().excludedplugins,
-      (Lines{"enigma2-plugin-extensions-webbrowser", "enigma2-plugin-systemplugins-factorytest",
-             "enigma2-plugin-extensions-webinterface", "enigma2-plugin-extensions-xbmc"}));
-  session.answer();
+  EXPECT_EQ(list().attribute("pluginsinstalledclean"),
+            R"(["enigma2-plugin-skin-atile", "enigma2-plugin-extensions-other"])");
+  EXPECT_EQ(list().attribute("pluginsinstalled"),
+            R"(["enigma2-plugin-skin-atile\n", "enigma2-plugin-extensions-other\n"])");
+  EXPECT_EQ(list().attribute("plugins"), described(plain::listOf(plugins)));
+  EXPECT_EQ(list().attribute("excludedplugins"),
+            R"(["enigma2-plugin-extensions-webbrowser", )"
+            R"("enigma2-plugin-systemplugins-factorytest", )"
+            R"("enigma2-plugin-extensions-webinterface", "enigma2-plugin-extensions-xbmc"])");
+  host.answer();
   EXPECT_EQ(record.take(), "close()\n");
 }
 
 TEST_F(PluginInstallation, LeavesNothingOfTheOneBeforeWhenItFails) {
   start({"enigma2-plugin-extensions-b\n"}, {"enigma2-plugin-extensions-a\n"});
-  list().installPlugins();
+  list().call("installPlugins");
   journal.failOn("os.popen(" + quoted(kInstalledPlugins) + ").readlines()",
                  {"OSError", "no process", 11});
-  EXPECT_THROW(list().installPlugins(), host::Error);
-  EXPECT_EQ(list().plugins, Lines{});
-  EXPECT_EQ(list().pluginsinstalled, Lines{});
-  EXPECT_EQ(list().pluginsinstalledclean, Lines{});
-  EXPECT_TRUE(list().cmdList.empty());
+  EXPECT_THROW(list().call("installPlugins"), plain::Error);
+  EXPECT_EQ(list().attribute("plugins"), "[]");
+  EXPECT_EQ(list().attribute("pluginsinstalled"), "[]");
+  EXPECT_EQ(list().attribute("pluginsinstalledclean"), "[]");
+  EXPECT_EQ(list().attribute("cmdList"), "[]");
 }
 
 struct ListLine {
@@ -112,8 +110,7 @@ TEST_F(PluginInstallation, DecidesLineByLineAndStripsNewlinesOnly) {
   for (const ListLine& line : kListLines) {
     SCOPED_TRACE(quoted(line.line));
     start({line.line}, {"enigma2-plugin-extensions-a\n", "enigma2-plugin-settings-old"});
-    record.take();
-    list().installPlugins();
+    list().call("installPlugins");
     std::string package = line.line;
     while (package.ends_with('\n')) package.pop_back();
     const std::string printed = line.excluded ? excluded(line.excluded)
@@ -126,57 +123,48 @@ TEST_F(PluginInstallation, DecidesLineByLineAndStripsNewlinesOnly) {
 
 TEST_F(PluginInstallation, OpensAnEmptyPackageScreenForAnUnreadableList) {
   start({}, {"enigma2-plugin-skin-atile\n"});
-  record.take();
-  send(host::IpkgEvent::EVENT_DONE);
+  list().send("EVENT_DONE");
   EXPECT_EQ(record.take(), kListRead + screenOpened({}));
 }
 
 TEST_F(PluginInstallation, StartsOnceForTwoCompletionsAndLeavesOkWithoutEffect) {
   start({"enigma2-plugin-extensions-a\n"}, {});
-  record.take();
-  send(host::IpkgEvent::EVENT_DONE);
+  list().send("EVENT_DONE");
   EXPECT_EQ(record.take(), kListRead + screenOpened({"enigma2-plugin-extensions-a"}));
-  EXPECT_EQ(list().restoretype, "");
-  send(host::IpkgEvent::EVENT_DONE);
+  EXPECT_EQ(list().attribute("restoretype"), "\"\"");
+  list().send("EVENT_DONE");
   EXPECT_EQ(record.take(), "");
-  peer().press("ok");
+  list().press("ok");
   EXPECT_EQ(record.take(), "self[\"filelist\"].getCurrent()\n" + exists(kDirectory + "/" + kList) +
                                "os_stat(" + quoted(kDirectory + "/" + kList) + ").st_size\n");
 }
 
 TEST_F(PluginInstallation, EveryInstallationStartsWithAnEmptyCommandList) {
   start({"enigma2-plugin-extensions-a\n"}, {});
-  record.take();
   for (int round = 0; round < 2; ++round) {
-    list().installPlugins();
+    list().call("installPlugins");
     EXPECT_EQ(record.take(), kListRead + screenOpened({"enigma2-plugin-extensions-a"}));
   }
 }
 
 TEST_F(PluginInstallation, OtherEventsAndOtherRestoreTypesStartNothing) {
   start({"enigma2-plugin-extensions-a\n"}, {});
-  record.take();
-  send(host::IpkgEvent::EVENT_OTHER);
+  list().send("EVENT_OTHER");
   EXPECT_EQ(record.take(), "");
   for (const char* type : {"installlocalplugin", "installpluginlist", "settingrestore", ""}) {
-    list().restoretype = type;
-    send(host::IpkgEvent::EVENT_DONE);
+    list().set("restoretype", std::string(type));
+    list().send("EVENT_DONE");
     EXPECT_EQ(record.take(), "");
-    EXPECT_EQ(list().restoretype, type);
+    EXPECT_EQ(list().attribute("restoretype"), quoted(type));
   }
 }
 
 TEST_F(PluginInstallation, FailedRefreshEndsInTheMissingSetStatus) {
   start({"enigma2-plugin-extensions-a\n"}, {});
-  record.take();
-  try {
-    send(host::IpkgEvent::EVENT_ERROR);
-    FAIL() << "nothing was raised";
-  } catch (const host::Error& error) {
-    EXPECT_EQ(error.type(), "AttributeError");
-  }
-  EXPECT_EQ(record.take(), "self.setStatus(\"error\")\n");
-  EXPECT_EQ(list().restoretype, "plugininstall");
+  EXPECT_EQ(raised([&] { list().send("EVENT_ERROR"); }),
+            "0 AttributeError: 'StowlineRestore' object has no attribute 'setStatus'");
+  EXPECT_EQ(record.take(), "");
+  EXPECT_EQ(list().attribute("restoretype"), "\"plugininstall\"");
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ using RestoreList = RestoreListTest;
 TEST_F(RestoreList, IsBuiltAndFilledInItsConstructor) {
   addFile("settings_20240304_07-04_solo2.tar.gz");
   addFile("settings_20240305_07-04_solo2.tar.gz");
-  const Opened<StowlineRestore> list(*this, "settingrestore", "/plugin");
+  const Opened list(*this, "StowlineRestore", "settingrestore"_t, "/plugin"_t);
   EXPECT_EQ(record.take(), restoreListBegun("/plugin") +
                                listed({"settings_20240305_07-04_solo2.tar.gz",
                                        "settings_20240304_07-04_solo2.tar.gz"}) +
@@ -20,19 +20,19 @@ TEST_F(RestoreList, IsBuiltAndFilledInItsConstructor) {
 
 TEST_F(RestoreList, StartsWithItsDocumentedState) {
   openList("configrestore");
-  EXPECT_EQ(list().skin_path, "/plugin");
-  EXPECT_EQ(list().restoretype, "configrestore");
-  EXPECT_EQ(list().title, "QOR Stowline");
-  EXPECT_EQ(list().session, &session);
-  EXPECT_EQ(described(list().sel), "()");
-  EXPECT_EQ(described(list().val), "()");
-  EXPECT_FALSE(list().entry);
-  EXPECT_FALSE(list().exe);
-  EXPECT_EQ(list().path, kDirectory);
-  EXPECT_EQ(list().flist, Names{});
-  EXPECT_TRUE(list().cmdList.empty());
-  EXPECT_NE(list().Console, nullptr);
-  EXPECT_NE(list().ipkg, nullptr);
+  EXPECT_EQ(list().attribute("skin_path"), "\"/plugin\"");
+  EXPECT_EQ(list().attribute("restoretype"), "\"configrestore\"");
+  EXPECT_EQ(list().attribute("title"), "\"QOR Stowline\"");
+  EXPECT_TRUE(list().object().get("session"_t) == host.session());
+  EXPECT_EQ(list().attribute("sel"), "[]");
+  EXPECT_EQ(list().attribute("val"), "[]");
+  EXPECT_EQ(list().attribute("entry"), "False");
+  EXPECT_EQ(list().attribute("exe"), "False");
+  EXPECT_EQ(list().attribute("path"), quoted(kDirectory));
+  EXPECT_EQ(list().attribute("flist"), "[]");
+  EXPECT_EQ(list().attribute("cmdList"), "[]");
+  EXPECT_EQ(list().attribute("Console"), "<console>");
+  EXPECT_EQ(list().attribute("ipkg"), "<IpkgComponent>");
 }
 
 TEST_F(RestoreList, TranslatesItsTexts) {
@@ -42,13 +42,13 @@ TEST_F(RestoreList, TranslatesItsTexts) {
                        {"Delete", "Weg"},
                        {"Start", "Los"}};
   openList("settingrestore");
-  EXPECT_EQ(peer().text("title"), "Sicherung");
-  EXPECT_EQ(peer().text("key_red"), "Zu");
-  EXPECT_EQ(peer().text("key_green"), "Holen");
-  EXPECT_EQ(peer().text("key_yellow"), "Weg");
+  EXPECT_EQ(list().text("title"), "Sicherung");
+  EXPECT_EQ(list().text("key_red"), "Zu");
+  EXPECT_EQ(list().text("key_green"), "Holen");
+  EXPECT_EQ(list().text("key_yellow"), "Weg");
   addFile("backup.sh");
   openList("personalscript");
-  EXPECT_EQ(peer().text("key_green"), "Los");
+  EXPECT_EQ(list().text("key_green"), "Los");
 }
 
 TEST_F(RestoreList, GreenLabelIsInstallForEveryTypeButListedScripts) {
@@ -58,7 +58,7 @@ TEST_F(RestoreList, GreenLabelIsInstallForEveryTypeButListedScripts) {
   for (const char* type : {"settingrestore", "configrestore", "plugininstall", "personalscript"}) {
     SCOPED_TRACE(type);
     openList(type);
-    EXPECT_EQ(peer().text("key_green"), "Install");
+    EXPECT_EQ(list().text("key_green"), "Install");
   }
 }
 
@@ -66,14 +66,14 @@ TEST_F(RestoreList, EachListedScriptSetsTheGreenLabelToStartAnew) {
   addFile("restore_a.sh");
   addFile("other.sh");
   addFile("backup_b.sh");
-  const Opened<StowlineRestore> list(*this, "personalscript", "/plugin");
+  const Opened list(*this, "StowlineRestore", "personalscript"_t, "/plugin"_t);
   EXPECT_EQ(record.take(), restoreListBegun("/plugin") + backupDirectory() +
                                "HardwareInfoVu().get_device_name()\n" + listdir(kDirectory) +
                                label("key_green", "Start") + label("key_green", "Start") +
                                "self[\"filelist\"].l.setList([\"restore_a.sh\", "
                                "\"backup_b.sh\"])\n" +
                                restoreListEnded());
-  EXPECT_EQ(list.peer.text("key_green"), "Start");
+  EXPECT_EQ(list.text("key_green"), "Start");
 }
 
 /// Which restore types list a name, on a receiver of any model.
@@ -116,9 +116,9 @@ TEST_F(RestoreList, ListsANameByItsBeginningItsEndingAndTheRestoreType) {
       SCOPED_TRACE(kind.name + std::string(" for ") + type);
       const bool is_listed = *type && std::string(type) == kind.listed_for;
       openList(type);
-      EXPECT_EQ(list().flist, is_listed ? Names{kind.name} : Names{});
-      EXPECT_EQ(rows().rows, list().flist);
-      EXPECT_EQ(list().entry, is_listed);
+      EXPECT_EQ(list().attribute("flist"), is_listed ? "[" + quoted(kind.name) + "]" : "[]");
+      EXPECT_EQ(described(rows().rows), list().attribute("flist"));
+      EXPECT_EQ(list().attribute("entry"), is_listed ? "True" : "False");
     }
   }
 }
@@ -150,7 +150,7 @@ TEST_F(RestoreList, ShowsATaggedNameOnlyOnTheModelOfItsFirstTagInTheFixedOrder) 
     for (const std::string& model : kModels) {
       host.model = model;
       openList("settingrestore");
-      if (!list().flist.empty()) models.push_back(model);
+      if (list().attribute("flist") != "[]") models.push_back(model);
     }
     EXPECT_EQ(models, box.models) << box.name;
   }
@@ -161,57 +161,58 @@ TEST_F(RestoreList, SortsInDescendingByteOrderWhateverTheListingsOrder) {
                            {"settings_b.tar.gz", "settings_\xff.tar.gz", "settings_a.tar.gz",
                             "settings.tar.gz", "settings_B.tar.gz"});
   openList("settingrestore");
-  EXPECT_EQ(list().flist, (Names{"settings_\xff.tar.gz", "settings_b.tar.gz", "settings_a.tar.gz",
-                                 "settings_B.tar.gz", "settings.tar.gz"}));
+  EXPECT_EQ(list().attribute("flist"),
+            "[\"settings_\xff.tar.gz\", \"settings_b.tar.gz\", \"settings_a.tar.gz\", "
+            "\"settings_B.tar.gz\", \"settings.tar.gz\"]");
 }
 
 TEST_F(RestoreList, EmptyDirectoryListsNothingAndDisablesOkAndYellow) {
   openList("settingrestore");
-  peer().press("ok");
-  peer().press("green");
-  peer().press("yellow");
+  list().press("ok");
+  list().press("green");
+  list().press("yellow");
   EXPECT_EQ(record.take(), "");
-  EXPECT_FALSE(list().entry);
+  EXPECT_EQ(list().attribute("entry"), "False");
 }
 
 TEST_F(RestoreList, WithoutABackupDirectoryTheWidgetKeepsWhatItShowed) {
   addFile("settings_1.tar.gz");
   openList("settingrestore");
   journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"OSError", "gone", 5});
-  list().fill_list();
+  list().call("fill_list");
   EXPECT_EQ(record.take(), backupDirectory() + "HardwareInfoVu().get_device_name()\n");
-  EXPECT_EQ(list().path, std::nullopt);
-  EXPECT_EQ(list().flist, Names{});
-  EXPECT_EQ(rows().rows, Names{"settings_1.tar.gz"});
+  EXPECT_EQ(list().attribute("path"), "None");
+  EXPECT_EQ(list().attribute("flist"), "[]");
+  EXPECT_EQ(described(rows().rows), "[\"settings_1.tar.gz\"]");
 }
 
 TEST_F(RestoreList, EntryStaysOnceAListWasNotEmpty) {
   addFile("settings_1.tar.gz");
   openList("settingrestore");
   host.system.addDirectory(kDirectory);
-  list().fill_list();
+  list().call("fill_list");
   EXPECT_EQ(record.take(), listed({}));
-  EXPECT_EQ(rows().rows, Names{});
-  EXPECT_TRUE(list().entry);
+  EXPECT_EQ(described(rows().rows), "[]");
+  EXPECT_EQ(list().attribute("entry"), "True");
 }
 
 TEST_F(RestoreList, RedAndCancelCloseItWithNoResult) {
   for (const char* key : {"red", "cancel"}) {
     SCOPED_TRACE(key);
     openList("settingrestore");
-    peer().press(key);
+    list().press(key);
     EXPECT_EQ(record.take(), "close()\n");
-    EXPECT_TRUE(peer().closed->isNothing());
+    EXPECT_EQ(list().result(), "None");
   }
 }
 
 TEST_F(RestoreList, ClosesWhateverAnswerItIsHanded) {
   openList("settingrestore");
-  for (const host::Value& answer : {host::Value(), host::Value(true), host::Value("x")}) {
-    list().keyCancel(answer);
+  for (const Object& answer : {Object(), Object(true), Object("x"_t)}) {
+    list().call("keyCancel", {answer});
     EXPECT_EQ(record.take(), "close()\n");
   }
-  list().keyCancel();
+  list().call("keyCancel");
   EXPECT_EQ(record.take(), "close()\n");
 }
 

@@ -2,9 +2,7 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "plugin/src/StowlineRestore.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
@@ -20,15 +18,14 @@ struct RestoreListTest : ModuleTest {
 
   /// Opens the list of this type and forgets the operations so far.
   void openList(const std::string& restoretype) {
-    opened = std::make_unique<Opened<StowlineRestore>>(*this, restoretype, "/plugin");
+    opened = std::make_unique<Opened>(*this, "StowlineRestore", restoretype, "/plugin"_t);
     record.take();
   }
 
-  StowlineRestore& list() { return opened->screen; }
-  RecordingPeer& peer() { return opened->peer; }
-  RecordingMenuList& rows() { return opened->peer.widget<RecordingMenuList>("filelist"); }
+  const Opened& list() { return *opened; }
+  plain::ListWidget& rows() { return opened->list("filelist"); }
 
-  std::unique_ptr<Opened<StowlineRestore>> opened;
+  std::unique_ptr<Opened> opened;
 };
 
 }  // namespace stowline

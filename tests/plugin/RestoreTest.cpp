@@ -1,4 +1,3 @@
-#include "plugin/src/StowlineHelpScreen.h"
 #include "tests/plugin/RestoreListTest.h"
 
 namespace stowline {
@@ -30,52 +29,48 @@ TEST_F(Restore, ReplacesTheChannelFilesReloadsThemAndClosesWithItsMessage) {
   openList("settingrestore");
   for (const char* key : {"ok", "green"}) {
     SCOPED_TRACE(key);
-    peer().press(key);
+    list().press(key);
     EXPECT_EQ(record.take(), selected(kSettings) + settingsRestored(fullPath(kSettings)) +
                                  channelsReloaded() + kSuccessBox);
-    session.answer(true);
+    host.answer(true);
     EXPECT_EQ(record.take(), "close()\n");
   }
-  EXPECT_EQ(described(list().sel), quoted(kSettings));
-  EXPECT_EQ(described(list().val), quoted(fullPath(kSettings)));
-  EXPECT_FALSE(list().exe);
+  EXPECT_EQ(list().attribute("sel"), quoted(kSettings));
+  EXPECT_EQ(list().attribute("val"), quoted(fullPath(kSettings)));
+  EXPECT_EQ(list().attribute("exe"), "False");
 }
 
 TEST_F(Restore, DoesNotLookAtWhatItsCommandsReturn) {
   addFile(kSettings);
   openList("settingrestore");
   host.system.shell = [](const std::string&) { return 512; };
-  EXPECT_TRUE(list().restoreSettings());
+  EXPECT_EQ(described(list().call("restoreSettings")), "True");
 }
 
 TEST_F(Restore, LeavesTheChannelListAloneWithoutAnInfoBar) {
-  host.channelDatabase.hasInfoBar = false;
+  host.has_info_bar = false;
   openList("settingrestore");
-  list().val = "/a.tar.gz";
-  EXPECT_TRUE(list().restoreSettings());
+  list().set("val", "/a.tar.gz"_t);
+  EXPECT_EQ(described(list().call("restoreSettings")), "True");
   EXPECT_EQ(record.take(), settingsRestored("/a.tar.gz") + block(R"(
 nimmanager.readTransponders()
 eDVBDB.getInstance().reloadServicelist()
 eDVBDB.getInstance().reloadBouquets()
-InfoBar.instance.servicelist
 )"));
 }
 
 TEST_F(Restore, OpensTheConfirmationOfAConfigurationAndStaysBeneathIt) {
   addFile(kConfiguration);
   openList("configrestore");
-  peer().press("ok");
+  list().press("ok");
   EXPECT_EQ(record.take(), selected(kConfiguration) + "session.open(StowlineHelpScreen, " +
                                quoted(kConfiguration) + ", " + quoted(fullPath(kConfiguration)) +
                                ")\n");
-  EXPECT_FALSE(peer().closed);
+  EXPECT_EQ(list().result(), "open");
 
-  RecordingPeer confirmation_peer(journal);
-  const auto screen =
-      std::get<host::ScreenClass>(session.lastOpened()).create(confirmation_peer, session);
-  const auto& confirmation = dynamic_cast<const StowlineHelpScreen&>(*screen);
-  EXPECT_EQ(confirmation.restorefile, kConfiguration);
-  EXPECT_EQ(confirmation.fullrestorepath, fullPath(kConfiguration));
+  const Opened confirmation(*this, host.opened.back());
+  EXPECT_EQ(confirmation.attribute("restorefile"), quoted(kConfiguration));
+  EXPECT_EQ(confirmation.attribute("fullrestorepath"), quoted(fullPath(kConfiguration)));
 }
 
 struct Size {
@@ -102,7 +97,7 @@ TEST_F(Restore, IgnoresArchivesBelowTenThousandBytesWithoutAMessage) {
     host.system.addDirectory(kDirectory);
     addFile(size.name, size.bytes);
     openList(size.restoretype);
-    peer().press("ok");
+    list().press("ok");
     const std::string operations = record.take();
     EXPECT_TRUE(operations.starts_with(selected(size.name)));
     EXPECT_EQ(operations != selected(size.name), size.is_restored);
@@ -113,10 +108,10 @@ TEST_F(Restore, VanishedFileDoesNothing) {
   addFile(kSettings);
   openList("settingrestore");
   host.system.dropFile(fullPath(kSettings));
-  peer().press("ok");
+  list().press("ok");
   EXPECT_EQ(record.take(), kCurrent + exists(fullPath(kSettings)));
-  EXPECT_EQ(described(list().sel), quoted(kSettings));
-  EXPECT_EQ(described(list().val), quoted(fullPath(kSettings)));
+  EXPECT_EQ(list().attribute("sel"), quoted(kSettings));
+  EXPECT_EQ(list().attribute("val"), quoted(fullPath(kSettings)));
 }
 
 TEST_F(Restore, UnknownAndClearedRestoreTypesMakeOkANoOp) {
@@ -124,8 +119,8 @@ TEST_F(Restore, UnknownAndClearedRestoreTypesMakeOkANoOp) {
   openList("settingrestore");
   for (const char* type : {"", "installlocalplugin", "installpluginlist", "Settingrestore"}) {
     SCOPED_TRACE(type);
-    list().restoretype = type;
-    peer().press("ok");
+    list().set("restoretype", std::string(type));
+    list().press("ok");
     EXPECT_EQ(record.take(), selected(kSettings));
   }
 }
@@ -134,9 +129,9 @@ TEST_F(Restore, OkAndYellowDoNothingWhileAnActionIsUnderWayOrNothingWasListed) {
   addFile(kSettings);
   openList("settingrestore");
   for (const auto& [entry, exe] : {std::pair(true, true), {false, false}, {false, true}}) {
-    list().entry = entry;
-    list().exe = exe;
-    for (const char* key : {"ok", "green", "yellow"}) peer().press(key);
+    list().set("entry", entry);
+    list().set("exe", exe);
+    for (const char* key : {"ok", "green", "yellow"}) list().press(key);
     EXPECT_EQ(record.take(), "");
   }
 }
@@ -146,7 +141,7 @@ TEST_F(Restore, ActsOnTheRowUnderTheCursor) {
   addFile("settings_2.tar.gz", 9999);
   openList("settingrestore");
   rows().cursor = 1;
-  peer().press("ok");
+  list().press("ok");
   EXPECT_TRUE(record.take().starts_with(selected("settings_1.tar.gz") +
                                         settingsRestored(fullPath("settings_1.tar.gz"))));
 }
@@ -154,42 +149,42 @@ TEST_F(Restore, ActsOnTheRowUnderTheCursor) {
 TEST_F(Restore, NoRowUnderTheCursorDoesNothingAndKeepsTheSelection) {
   addFile(kSettings);
   openList("settingrestore");
-  list().sel = "before";
-  list().val = "/before";
-  rows().rows.clear();
+  list().set("sel", "before"_t);
+  list().set("val", "/before"_t);
+  rows().rows = host::list();
   for (const char* key : {"ok", "yellow"}) {
-    peer().press(key);
+    list().press(key);
     EXPECT_EQ(record.take(), kCurrent);
-    EXPECT_EQ(described(list().sel), "\"before\"");
-    EXPECT_EQ(described(list().val), "\"/before\"");
+    EXPECT_EQ(list().attribute("sel"), "\"before\"");
+    EXPECT_EQ(list().attribute("val"), "\"/before\"");
   }
 }
 
 TEST_F(Restore, NoBackupDirectoryDoesNothingAndKeepsTheSelection) {
   addFile(kSettings);
   openList("settingrestore");
-  list().path = std::nullopt;
+  list().set("path", Object());
   for (const char* key : {"ok", "yellow"}) {
-    peer().press(key);
+    list().press(key);
     EXPECT_EQ(record.take(), kCurrent);
-    EXPECT_EQ(described(list().sel), "()");
-    EXPECT_EQ(described(list().val), "()");
+    EXPECT_EQ(list().attribute("sel"), "[]");
+    EXPECT_EQ(list().attribute("val"), "[]");
   }
 }
 
 TEST_F(Restore, ConsoleRestoreNeedsAnAnswerThatEqualsTrue) {
   openList("settingrestore");
-  list().sel = kSettings;
-  for (const host::Value& answer : {host::Value(false), host::Value(), host::Value(2),
-                                    host::Value("yes"), host::Value(host::Value::List{true})}) {
+  list().set("sel", kSettings);
+  for (const Object& answer :
+       {Object(false), Object(), Object(2), Object("yes"_t), host::list({true})}) {
     SCOPED_TRACE(described(answer));
-    list().startRestore(answer);
+    list().call("startRestore", {answer});
     EXPECT_EQ(record.take(), "");
-    EXPECT_FALSE(list().exe);
+    EXPECT_EQ(list().attribute("exe"), "False");
   }
-  list().startRestore();
+  list().call("startRestore");
   EXPECT_EQ(record.take(), "");
-  list().startRestore(1);
+  list().call("startRestore", {1});
   EXPECT_NE(record.take(), "");
 }
 
@@ -198,22 +193,22 @@ TEST_F(Restore, ConsoleRestoreAndScriptsNeedASelectedFileAndABackupDirectory) {
   for (const bool has_file : {false, true}) {
     SCOPED_TRACE(has_file);
     if (has_file) {
-      list().sel = kSettings;
-      list().path.reset();
+      list().set("sel", kSettings);
+      list().set("path", Object());
     }
-    list().startRestore(true);
-    list().runScript(true);
+    list().call("startRestore", {true});
+    list().call("runScript", {true});
     EXPECT_EQ(record.take(), "");
-    EXPECT_FALSE(list().exe);
+    EXPECT_EQ(list().attribute("exe"), "False");
   }
 }
 
 TEST_F(Restore, DeletingNeedsASelectedFile) {
   addFile("[]");
   openList("settingrestore");
-  list().startDelete(true);
+  list().call("startDelete", {true});
   EXPECT_EQ(record.take(), "");
-  EXPECT_FALSE(list().exe);
+  EXPECT_EQ(list().attribute("exe"), "False");
 }
 
 TEST_F(Restore, TranslatesItsMessages) {
@@ -222,13 +217,13 @@ TEST_F(Restore, TranslatesItsMessages) {
                        {"Restore running", "Arbeitet"}};
   addFile(kSettings);
   openList("settingrestore");
-  peer().press("ok");
-  EXPECT_EQ(std::get<host::MessageBox>(session.lastOpened()).text, "Fertig");
+  list().press("ok");
+  EXPECT_EQ(described(host.opened.back().arguments.at(0)), "\"Fertig\"");
   journal.failOn("nimmanager.readTransponders()", {"RuntimeError", "no tuner"});
-  peer().press("ok");
-  EXPECT_EQ(std::get<host::MessageBox>(session.lastOpened()).text, "Gescheitert");
-  list().startRestore(true);
-  EXPECT_EQ(std::get<host::Console>(session.lastOpened()).title, "Arbeitet");
+  list().press("ok");
+  EXPECT_EQ(described(host.opened.back().arguments.at(0)), "\"Gescheitert\"");
+  list().call("startRestore", {true});
+  EXPECT_EQ(described(host.opened.back().keyword("title")), "\"Arbeitet\"");
 }
 
 }  // namespace

@@ -1,51 +1,50 @@
-#include "plugin/src/Setup.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
+#include "tests/support/Raised.h"
 
 namespace stowline {
 namespace {
 
 struct Load : ::testing::Test {
-  std::string stored() {
-    return host.config().subsection("plugins.qorpanel.stowline").text("backuprestorepath").value();
-  }
+  std::string stored() { return described(mediumSetting(host.module())["value"_t]); }
 
   Record record;
   FailingJournal journal{record};
-  RecordingHost host{journal};
+  Recorder host{journal};
 };
 
 TEST_F(Load, BindsEveryHostNameInOrderThenAttachesTheSubsectionWithItsKey) {
-  load(host);
+  load(host.module());
   EXPECT_EQ(record.take(), expected::loaded());
 }
 
 TEST_F(Load, GivesTheKeyItsDefault) {
-  load(host);
-  EXPECT_EQ(stored(), "/media/hdd/");
+  load(host.module());
+  EXPECT_EQ(stored(), "\"/media/hdd/\"");
 }
 
 TEST_F(Load, LetsTheHostFillTheKeyFromItsSettings) {
-  host.configuration.values["plugins.qorpanel.stowline.backuprestorepath"] = "/media/usb";
-  load(host);
-  EXPECT_EQ(stored(), "/media/usb");
+  host.settings.values["config.plugins.qorpanel.stowline.backuprestorepath"] = "/media/usb";
+  load(host.module());
+  EXPECT_EQ(stored(), "\"/media/usb\"");
 }
 
 TEST_F(Load, AttachesTheSubsectionAfreshEachTime) {
-  load(host);
+  load(host.module());
   record.take();
-  load(host);
+  load(host.module());
   EXPECT_EQ(record.take(), expected::loaded());
 }
 
 TEST_F(Load, FailsWithoutThePanelsSubsection) {
-  host.configuration.branches.erase("plugins.qorpanel");
-  try {
-    load(host);
-    FAIL() << "nothing was raised";
-  } catch (const host::Error& error) {
-    EXPECT_EQ(error.type(), "AttributeError");
-  }
+  const Object plugins = host.named("config")["plugins"_t];
+  plain::as<plain::Instance>(plugins)->attributes.erase("qorpanel");
+  EXPECT_EQ(raised([&] { load(host.module()); }),
+            "0 AttributeError: 'ConfigSubsection' object has no attribute 'qorpanel'");
+}
+
+std::string backupRestorePath(const Receiver& receiver) {
+  return described(receiver.host.named("getBackupRestorePath")());
 }
 
 using BackupDirectory = ModuleTest;
@@ -69,7 +68,7 @@ TEST_F(BackupDirectory, IsTheDirectoryUnderTheStoredMedium) {
     SCOPED_TRACE(medium.root);
     setMedium(medium.root);
     host.system.addDirectory(medium.directory);
-    EXPECT_EQ(getBackupRestorePath(host), medium.directory);
+    EXPECT_EQ(backupRestorePath(*this), quoted(medium.directory));
     EXPECT_EQ(record.take(), expected::backupDirectory(medium.directory));
   }
 }
@@ -79,7 +78,7 @@ TEST_F(BackupDirectory, IsMadeWhenItIsMissing) {
     SCOPED_TRACE(medium.root);
     Receiver receiver;
     receiver.setMedium(medium.root);
-    EXPECT_EQ(getBackupRestorePath(receiver.host), medium.directory);
+    EXPECT_EQ(backupRestorePath(receiver), quoted(medium.directory));
     EXPECT_EQ(receiver.record.take(), expected::newBackupDirectory(medium.directory));
     EXPECT_TRUE(receiver.host.system.has(medium.directory));
   }
@@ -87,21 +86,21 @@ TEST_F(BackupDirectory, IsMadeWhenItIsMissing) {
 
 TEST_F(BackupDirectory, ThatCannotBeMadeIsNoPathAndNoError) {
   journal.failOn("os.makedirs(\"/media/hdd/qor-stowline\")", {"OSError", "read-only", 30});
-  EXPECT_EQ(getBackupRestorePath(host), std::nullopt);
+  EXPECT_EQ(backupRestorePath(*this), "None");
   EXPECT_EQ(record.take(), expected::newBackupDirectory());
 }
 
 TEST_F(BackupDirectory, ThatCannotBeTestedIsNoPathAndIsNotMade) {
   journal.failOn("os_path.exists(\"/media/hdd/qor-stowline\")", {"TypeError", "odd"});
-  EXPECT_EQ(getBackupRestorePath(host), std::nullopt);
+  EXPECT_EQ(backupRestorePath(*this), "None");
   EXPECT_EQ(record.take(), expected::backupDirectory());
 }
 
 TEST_F(BackupDirectory, FollowsAChangedSettingAtTheNextCall) {
-  getBackupRestorePath(host);
+  backupRestorePath(*this);
   setMedium("/media/usb");
   record.take();
-  EXPECT_EQ(getBackupRestorePath(host), "/media/usb/qor-stowline");
+  EXPECT_EQ(backupRestorePath(*this), "\"/media/usb/qor-stowline\"");
   EXPECT_EQ(record.take(), expected::newBackupDirectory("/media/usb/qor-stowline"));
 }
 

@@ -1,10 +1,10 @@
-#include "plugin/src/BackupActions.h"
 #include "tests/plugin/Receiver.h"
 #include "tests/plugin/flows/Expected.h"
 
 namespace stowline {
 namespace {
 
+using host::list;
 using Paths = std::vector<std::string>;
 
 const std::string kAtile = "/usr/share/enigma2/AtileHD";
@@ -15,7 +15,13 @@ const std::string kVfdPackage =
 
 struct UserFiles : ModuleTest {
   UserFiles() { record.take(); }
-  BackupActions actions{host, "manual"};
+
+  /// Returns the paths that an operation of the engine finds.
+  Paths found(const char* operation, host::Arguments arguments = {}) {
+    return plain::textsOf(actions.call(operation, arguments));
+  }
+
+  Made actions{host.named("BackupActions")({"manual"_t})};
 };
 
 TEST_F(UserFiles, AtileSearchesItsThreeDirectoriesForFilesThatItsPackageDoesNotName) {
@@ -24,7 +30,7 @@ TEST_F(UserFiles, AtileSearchesItsThreeDirectoriesForFilesThatItsPackageDoesNotN
   host.system.addDirectory(kAtile, {"colors_atile_blue.xml", "colors_atile_mine.xml"});
   host.system.addDirectory(kAtile + "/allScreens", {"skin_mine.xml", "skin_infobar.xml"});
   host.system.addDirectory(kAtile + "/preview", {"preview_mine.png"});
-  EXPECT_EQ(actions.saveAtileUserFiles(),
+  EXPECT_EQ(found("saveAtileUserFiles"),
             (Paths{kAtile + "/colors_atile_mine.xml", kAtile + "/allScreens/skin_mine.xml",
                    kAtile + "/preview/preview_mine.png"}));
   EXPECT_EQ(record.take(), expected::block(R"(
@@ -47,7 +53,7 @@ os_path.join("/usr/share/enigma2/AtileHD/preview", "preview_mine.png")
 TEST_F(UserFiles, VfdSearchesItsOneDirectory) {
   host.system.addText(kVfdPackage, {kVfd + "/skin_vfd.xml\n"});
   host.system.addDirectory(kVfd, {"skin_vfd.xml", "skin_vfd_mine.xml", "readme"});
-  EXPECT_EQ(actions.saveVFDSkinUserFiles(), (Paths{kVfd + "/skin_vfd_mine.xml"}));
+  EXPECT_EQ(found("saveVFDSkinUserFiles"), (Paths{kVfd + "/skin_vfd_mine.xml"}));
   EXPECT_EQ(record.take(), expected::block(R"(
 fileExists("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list")
 open("/var/lib/opkg/info/enigma2-plugin-systemplugins-vfdskinselector.list")
@@ -86,14 +92,14 @@ TEST_F(UserFiles, CountOnlyWhenTheWholePathBeginsWithAPrefix) {
     for (const char* other : {"", "/allScreens", "/preview"})
       host.system.addDirectory(kAtile + other);
     host.system.addDirectory(directory, {file.name});
-    EXPECT_EQ(actions.saveAtileUserFiles(),
+    EXPECT_EQ(found("saveAtileUserFiles"),
               file.is_users ? Paths{directory + "/" + file.name} : Paths{});
   }
 }
 
 TEST_F(UserFiles, StayInListingOrder) {
   host.system.addDirectory(kVfd, {"skin_vfd_c", "skin_vfd_a", "skin_vfd_b"});
-  EXPECT_EQ(actions.saveVFDSkinUserFiles(),
+  EXPECT_EQ(found("saveVFDSkinUserFiles"),
             (Paths{kVfd + "/skin_vfd_c", kVfd + "/skin_vfd_a", kVfd + "/skin_vfd_b"}));
 }
 
@@ -119,7 +125,7 @@ TEST_F(UserFiles, PackageLinesAreTrimmedAndComparedExactly) {
   for (const PackageLine& line : kPackageLines) {
     SCOPED_TRACE(quoted(line.line));
     host.system.addText(kVfdPackage, {line.line});
-    EXPECT_EQ(actions.saveVFDSkinUserFiles(),
+    EXPECT_EQ(found("saveVFDSkinUserFiles"),
               line.names_the_file ? Paths{} : Paths{kVfd + "/skin_vfd_1"});
   }
 }
@@ -127,25 +133,29 @@ TEST_F(UserFiles, PackageLinesAreTrimmedAndComparedExactly) {
 TEST_F(UserFiles, PackageLinesThatAPrefixWithABlankFindsAreTrimmedToo) {
   host.system.addDirectory("/skin", {"a"});
   host.system.addText("/list", {" /skin/a\n"});
-  EXPECT_EQ(actions.saveUserFiles("/list", {" /skin/", "/skin/"}, {"/skin"}), Paths{});
+  EXPECT_EQ(found("saveUserFiles", {"/list"_t, list({" /skin/"_t, "/skin/"_t}), list({"/skin"_t})}),
+            Paths{});
 }
 
 TEST_F(UserFiles, AreFoundOncePerPrefixThatTheyBeginWith) {
   host.system.addDirectory("/skin", {"ab"});
-  EXPECT_EQ(actions.saveUserFiles("/none", {"/skin/a", "/skin/ab", "/skin/b"}, {"/skin"}),
+  EXPECT_EQ(found("saveUserFiles",
+                  {"/none"_t, list({"/skin/a"_t, "/skin/ab"_t, "/skin/b"_t}), list({"/skin"_t})}),
             (Paths{"/skin/ab", "/skin/ab"}));
 }
 
 TEST_F(UserFiles, ComeBySearchDirectory) {
   host.system.addDirectory("/2", {"x"});
   host.system.addDirectory("/1", {"x"});
-  EXPECT_EQ(actions.saveUserFiles("/none", {"/1", "/2"}, {"/2", "/missing", "/1"}),
+  EXPECT_EQ(found("saveUserFiles",
+                  {"/none"_t, list({"/1"_t, "/2"_t}), list({"/2"_t, "/missing"_t, "/1"_t})}),
             (Paths{"/2/x", "/1/x"}));
 }
 
 TEST_F(UserFiles, FullPathsAreThoseOfEveryEntryInListingOrder) {
   host.system.addDirectory("/d", {"b", "a", ".hidden", "two words"});
-  EXPECT_EQ(actions.listdir_fullpath("/d"), (Paths{"/d/b", "/d/a", "/d/.hidden", "/d/two words"}));
+  EXPECT_EQ(found("listdir_fullpath", {"/d"_t}),
+            (Paths{"/d/b", "/d/a", "/d/.hidden", "/d/two words"}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-"""Every use of the module does on the framework what it does on the recording host, and every error of
+"""Every use of the module does on the framework what it does on the recorder, and every error of
 every operation ends where it ends there, as the very object that was raised."""
 
 import io

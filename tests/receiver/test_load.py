@@ -551,9 +551,11 @@ class Load(unittest.TestCase):
     def test_each_load_is_a_module_of_its_own(self):
         self.assertEqual(in_child(loaded_twice), [True] * 5)
 
+    @unittest.skipIf(sys.version_info < (3,), "2.7 empties the names of a module that nobody holds")
     def test_a_module_that_is_given_up_stays_whole_for_its_classes_and_a_later_import(self):
         self.assertEqual(in_child(given_up), [True, True])
 
+    @unittest.skipIf(sys.version_info < (3,), "2.7 empties the names of a module that nobody holds")
     def test_classes_of_an_import_that_failed_stay_whole(self):
         self.assertEqual(in_child(failed_among_its_classes), ["Stop", True])
 

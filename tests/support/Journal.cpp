@@ -1,5 +1,7 @@
 #include "tests/support/Journal.h"
 
+#include "host/plain/Node.h"
+
 namespace support {
 namespace {
 
@@ -14,12 +16,6 @@ std::string enclosed(char open, const std::vector<std::string>& parts, char clos
   return text;
 }
 
-std::vector<std::string> describedAll(const host::Value::List& values) {
-  std::vector<std::string> parts;
-  for (const host::Value& value : values) parts.push_back(described(value));
-  return parts;
-}
-
 }  // namespace
 
 std::string Record::take() {
@@ -29,12 +25,12 @@ std::string Record::take() {
   return text;
 }
 
-void FailingJournal::failAt(std::size_t index, host::Error error) {
+void FailingJournal::failAt(std::size_t index, plain::Error error) {
   count_ = 0;
   at_.emplace(index, std::move(error));
 }
 
-void FailingJournal::failOn(const std::string& operation, host::Error error) {
+void FailingJournal::failOn(const std::string& operation, plain::Error error) {
   on_.insert_or_assign(operation, std::move(error));
 }
 
@@ -68,20 +64,32 @@ std::string quoted(const std::string& text) {
   return result + '"';
 }
 
-std::string described(const host::Value& value) {
-  if (value.text()) return quoted(*value.text());
-  if (value.list()) return enclosed('(', describedAll(*value.list()), ')');
-  return value.str();
+std::string described(const host::Object& object) {
+  if (object.isNone()) return "None";
+  if (const auto text = object.characters()) return quoted(std::string(*text));
+  if (const auto* sequence = plain::as<plain::Sequence>(object)) {
+    std::vector<std::string> parts;
+    for (const host::Object& item : sequence->items) parts.push_back(described(item));
+    return sequence->is_tuple ? enclosed('(', parts, ')') : enclosed('[', parts, ']');
+  }
+  if (const auto* dictionary = plain::as<plain::Dictionary>(object)) {
+    std::vector<std::string> parts;
+    for (const auto& [key, value] : dictionary->items)
+      parts.push_back(quoted(key) + ": " + described(value));
+    return enclosed('{', parts, '}');
+  }
+  if (const auto* method = plain::as<plain::Method>(object)) return method->operation.name;
+  return plain::nodeOf(object).str();
 }
 
-std::string bracketed(const std::vector<std::string>& texts) {
-  std::vector<std::string> parts;
-  for (const std::string& text : texts) parts.push_back(quoted(text));
-  return enclosed('[', parts, ']');
-}
-
-std::string bracketed(const host::Value::List& values) {
-  return enclosed('[', describedAll(values), ']');
+std::string described(host::Arguments arguments) {
+  std::string text;
+  for (const host::Argument& argument : arguments) {
+    if (!text.empty()) text += ", ";
+    if (argument.keyword) text += std::string(argument.keyword->characters()) + "=";
+    text += described(argument.value);
+  }
+  return text;
 }
 
 }  // namespace support

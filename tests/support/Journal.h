@@ -7,8 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/include/Error.h"
-#include "host/include/Value.h"
+#include "host/plain/Error.h"
 
 namespace support {
 
@@ -39,28 +38,28 @@ class FailingJournal : public Journal {
   explicit FailingJournal(Journal& journal) : journal_(journal) {}
 
   /// Raises `error` at the operation number `index` from now on, counted from 0, once.
-  void failAt(std::size_t index, host::Error error);
+  void failAt(std::size_t index, plain::Error error);
 
   /// Raises `error` at every operation that reads `operation`.
-  void failOn(const std::string& operation, host::Error error);
+  void failOn(const std::string& operation, plain::Error error);
 
   void note(const std::string& operation) override;
 
  private:
   Journal& journal_;
   std::size_t count_ = 0;
-  std::optional<std::pair<std::size_t, host::Error>> at_;
-  std::map<std::string, host::Error> on_;
+  std::optional<std::pair<std::size_t, plain::Error>> at_;
+  std::map<std::string, plain::Error> on_;
 };
 
 /// Returns `text` in quotes, with quotes, backslashes, newlines, carriage returns and tabs escaped.
 std::string quoted(const std::string& text);
 
-/// Returns `value` as a line shows it: texts in quotes, lists as tuples, objects in their own form.
-std::string described(const host::Value& value);
+/// Returns `object` as the framework's language writes it: texts in quotes, a function or class by
+/// its name.
+std::string described(const host::Object& object);
 
-/// Return the items in square brackets.
-std::string bracketed(const std::vector<std::string>& texts);
-std::string bracketed(const host::Value::List& values);
+/// Returns the arguments of a call so, without brackets.
+std::string described(host::Arguments arguments);
 
 }  // namespace support

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/include/Error.h"
+#include "host/plain/Error.h"
 
 namespace support {
 
@@ -11,7 +11,7 @@ template <class Call>
 std::string raised(const Call& call) {
   try {
     call();
-  } catch (const host::Error& error) {
+  } catch (const plain::Error& error) {
     return std::to_string(error.number()) + " " + error.what();
   }
   return "nothing";

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/include/Error.h"
+#include "host/plain/Error.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/archive/Archives.h"
 #include "tests/support/archive/TarWriter.h"
@@ -152,24 +152,24 @@ TEST(Reader, RaisesWhatTheSystemRefuses) {
       {
         try {
           tarball::Reader reader(directory / "missing");
-        } catch (const host::Error& error) {
+        } catch (const plain::Error& error) {
           EXPECT_EQ(error.message(),
                     "[Errno 2] No such file or directory: '" + (directory / "missing") + "'");
           throw;
         }
       },
-      host::Error);
+      plain::Error);
   tarball::Reader reader(directory.path());
   EXPECT_THROW(
       {
         try {
           reader.next();
-        } catch (const host::Error& error) {
+        } catch (const plain::Error& error) {
           EXPECT_EQ(error.message(), "[Errno 21] Is a directory: '" + directory.path() + "'");
           throw;
         }
       },
-      host::Error);
+      plain::Error);
 }
 
 TEST(Reader, DoesNotWaitForAFifo) {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "command/backups/VerifyFile.h"
-#include "host/include/Error.h"
+#include "host/plain/Error.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace backups {
@@ -60,7 +60,7 @@ TEST_F(PluginListTest, EndlessListIsNotReadToItsEnd) {
 }
 
 TEST_F(PluginListTest, ListThatIsNotThereRaises) {
-  EXPECT_THROW(verifyFile(directory / "none", FileKind::plugin_list), host::Error);
+  EXPECT_THROW(verifyFile(directory / "none", FileKind::plugin_list), plain::Error);
 }
 
 }  // namespace

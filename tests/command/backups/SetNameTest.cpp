@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "command/backups/Engine.h"
 #include "command/backups/SetName.h"
-#include "host/look/Host.h"
-#include "plugin/src/BackupActions.h"
+#include "host/dryrun/Host.h"
 #include "plugin/src/Setup.h"
 
 namespace backups {
@@ -57,20 +57,18 @@ std::string digitsOf(std::string text) {
 
 TEST(SetName, SaysSomethingOfEveryNameThatTheEngineWrites) {
   for (const char* backup_mode : {"", "auto"}) {
-    look::System system(std::nullopt);
-    look::Host host(system, "other box", "");
-    stowline::load(host);
-    stowline::BackupActions engine(host, backup_mode);
-    engine.createSettingFile();
-    engine.createConfigFile();
-    engine.createPluginList();
-    for (const std::string& file : {engine.settingfile, engine.configfile, engine.pluginfile}) {
-      const std::string name = baseName(file);
+    dryrun::System system(std::nullopt);
+    dryrun::Host host(system, "other box", "");
+    stowline::load(host.module());
+    const host::Object engine = host.named("BackupActions")({std::string(backup_mode)});
+    for (const Job& job : kJobs) {
+      engine.call(job.operation, {});
+      const std::string name = baseName(plain::textOf(engine.get(job.file)));
       const auto said = parseSetName(name);
       ASSERT_TRUE(said) << name;
       EXPECT_EQ(said->model, "other box") << name;
       EXPECT_EQ(said->is_scheduled, backup_mode == std::string("auto")) << name;
-      EXPECT_EQ(said->version, file == engine.configfile ? "c" : "") << name;
+      EXPECT_EQ(said->version, job.kind == FileKind::configuration ? "c" : "") << name;
       EXPECT_EQ(digitsOf(said->time), digitsOf(name)) << name;
     }
   }

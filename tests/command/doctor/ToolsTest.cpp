@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "command/backups/Engine.h"
 #include "command/backups/RestoreScreen.h"
 #include "command/doctor/Tools.h"
-#include "host/look/Host.h"
-#include "plugin/src/BackupActions.h"
+#include "host/dryrun/Host.h"
 #include "plugin/src/Setup.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -22,13 +22,11 @@ using Words = std::set<std::string>;
 /// Returns the shell commands of every backup, and of the restore of an old and of a new
 /// configuration, on a receiver where every file is there.
 std::vector<std::string> commandsOfTheModule() {
-  look::System system(std::nullopt);
-  look::Host host(system, "solo2", "");
-  stowline::load(host);
-  stowline::BackupActions engine(host);
-  engine.createSettingFile();
-  engine.createConfigFile();
-  engine.createPluginList();
+  dryrun::System system(std::nullopt);
+  dryrun::Host host(system, "solo2", "");
+  stowline::load(host.module());
+  const host::Object engine = host.named("BackupActions")();
+  for (const backups::Job& job : backups::kJobs) engine.call(job.operation, {});
   std::vector<std::string> commands = system.takeCommands();
   for (const char* archive : {"/media/hdd/configuration", "/media/hdd/configuration_ver_c"}) {
     std::ranges::copy(backups::configurationRestore(host, archive), std::back_inserter(commands));
@@ -65,7 +63,7 @@ Words wordsOf(const std::string& text) {
 
 TEST(Tools, AreThoseThatTheModulesCommandsRunAndTheShell) {
   const support::TemporaryDirectory nothing;
-  look::System empty{native::Root(nothing.path())};
+  dryrun::System empty{native::Root(nothing.path())};
   Words expected = programsOf(commandsOfTheModule());
   expected.insert({"missing:", "sh"});
   EXPECT_EQ(wordsOf(checkTools(empty).detail), expected);

@@ -80,8 +80,8 @@ preview::Preview restored(std::vector<preview::Change> changes, const std::strin
                                      .medium = {native::Root("/"), "", "/media"},
                                      .archive = "/media/archive",
                                      .refusal = refusal,
-                                     .commands = {"one", "two\nlines"}},
-                       .plan = {},
+                                     .commands = {"one", "two\nlines"},
+                                     .plan = {}},
                        .changes = std::move(changes)});
   return preview;
 }
@@ -133,7 +133,7 @@ TEST_F(ReportTest, JsonHoldsTheSame) {
   preview.members = {
       {.path = "\xff", .type = Type::kFile, .size = 6, .mode = 0755, .modified = 9, .link = ""}};
   preview.damage = "cut off";
-  preview.restore->plan.torn = {"/media/a b"};
+  preview.restore->rehearsal.plan.torn = {"/media/a b"};
   nlohmann::ordered_json json = preview::jsonOf(preview);
   EXPECT_EQ(json["restore"]["totals"]["change"].dump(), R"({"paths":1,"old_size":5,"new_size":6})");
   json["restore"].erase("totals");

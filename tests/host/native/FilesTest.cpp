@@ -92,7 +92,7 @@ TEST_F(Files, ListdirOfAnEmptyDirectoryIsEmpty) {
 TEST_F(Files, EveryListedNameCanBeUsedAsItStands) {
   for (const char* name : {"line\nbreak", "\xff\xfe", " ", "'\"\\"}) {
     directory.write(name, "content");
-    const std::string path = os.join(directory.path(), os.listdir(directory.path()).at(0));
+    const std::string path = directory / os.listdir(directory.path()).at(0);
     EXPECT_TRUE(os.exists(path));
     EXPECT_EQ(os.fileSize(path), 7);
     EXPECT_EQ(os.open(path), Lines{"content"});

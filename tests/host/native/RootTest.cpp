@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "host/include/Error.h"
 #include "host/native/Reading.h"
 #include "host/native/Root.h"
+#include "host/plain/Error.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace native {
@@ -69,11 +69,11 @@ TEST_F(RootTest, NamesAreThoseOfTheDirectory) {
 }
 
 TEST_F(RootTest, WhatCannotBeReadRaisesWhatTheSystemSays) {
-  EXPECT_THROW(Root(directory / "none"), host::Error);
-  EXPECT_THROW(Root(directory / "secret"), host::Error);
-  EXPECT_THROW(root().open("/nothing"), host::Error);
-  EXPECT_THROW(root().names("/etc/hosts"), host::Error);
-  EXPECT_THROW(root().linkTarget("/etc/hosts"), host::Error);
+  EXPECT_THROW(Root(directory / "none"), plain::Error);
+  EXPECT_THROW(Root(directory / "secret"), plain::Error);
+  EXPECT_THROW(root().open("/nothing"), plain::Error);
+  EXPECT_THROW(root().names("/etc/hosts"), plain::Error);
+  EXPECT_THROW(root().linkTarget("/etc/hosts"), plain::Error);
 }
 
 TEST_F(RootTest, PipeIsOpenedWithoutWaitingForItsOtherEnd) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/native/SettingsConfig.h"
+#include "host/native/SettingsFile.h"
 #include "tests/support/Raised.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -15,86 +15,52 @@ namespace {
 
 using support::raised;
 
-constexpr const char* kBranch = "plugins.qorpanel.stowline";
-const std::string kDefault = "/media/hdd/";
-const std::string kStart = "config.plugins.qorpanel.stowline.backuprestorepath=";
+const std::string kPath = "config.plugins.qorpanel.stowline.backuprestorepath";
+const std::string kStart = kPath + "=";
 
-struct SettingsFile : testing::Test {
-  /// Loads from the file, as a new process does.
-  void load() {
-    config.emplace(directory / "settings", std::vector<std::string>{"plugins.qorpanel"});
-    config->attachSubsection(kBranch);
-    branch().attachText("backuprestorepath",
-                        {.default_value = kDefault, .visible_width = 50, .fixed_size = false});
-  }
-
-  host::ConfigSubsection& branch() { return config->subsection(kBranch); }
-  host::ConfigText& text() { return branch().text("backuprestorepath"); }
+struct SettingsFileTest : testing::Test {
   bool has(const std::string& name) { return access((directory / name).c_str(), F_OK) == 0; }
 
-  void store(const std::string& value) {
-    text().setValue(value);
-    text().save();
-    config->save();
-  }
+  void store(const std::optional<std::string>& value) { settings.store({{kPath, value}}); }
 
   const support::TemporaryDirectory directory;
-  std::optional<SettingsConfig> config;
+  SettingsFile settings{directory / "settings"};
 };
 
-TEST_F(SettingsFile, DefaultIsNotWritten) {
-  load();
-  store(kDefault);
-  EXPECT_EQ(directory.read("settings"), "");
+/// The settings file and what is stored in it.
+struct Stored {
+  std::string file;
+  std::optional<std::string> value;
+};
+
+const Stored kStored[] = {
+    {"", std::nullopt},
+    {kStart + "/media/usb\n", "/media/usb"},
+    {kStart + "/media/usb", "/media/usb"},
+    {kStart + "\n", ""},
+    {kStart, ""},
+    {kStart + "a=b c\n", "a=b c"},
+    {kStart + "\xff\xfe\n", "\xff\xfe"},
+    {"config.a=1\n" + kStart + "/media/usb\nconfig.b=2\n", "/media/usb"},
+    {kStart + "/media/usb\n" + kStart + "/media/cf\n", "/media/cf"},
+    {kPath + "2=/media/usb\n", std::nullopt},
+    {" " + kStart + "/media/usb\n", std::nullopt},
+    {kStart.substr(std::string("config.").size()) + "/media/usb\n", std::nullopt},
+    {kPath + "\n", std::nullopt},
+};
+
+TEST_F(SettingsFileTest, StoredValueIsThatOfItsLastLine) {
+  EXPECT_EQ(settings.stored(kPath), std::nullopt);
+  for (const Stored& one : kStored) {
+    directory.write("settings", one.file);
+    EXPECT_EQ(settings.stored(kPath), one.value) << one.file;
+  }
 }
 
-TEST_F(SettingsFile, OtherValueIsWrittenAndReadBack) {
-  load();
-  store("/media/usb");
-  EXPECT_EQ(directory.read("settings"), kStart + "/media/usb\n");
-  load();
-  EXPECT_EQ(text().value(), "/media/usb");
-}
-
-TEST_F(SettingsFile, ValueIsReplacedNotRepeated) {
-  load();
-  store("/media/usb");
-  store("/media/cf");
-  EXPECT_EQ(directory.read("settings"), kStart + "/media/cf\n");
-}
-
-TEST_F(SettingsFile, BackToTheDefaultRemovesTheLine) {
+TEST_F(SettingsFileTest, BackToTheDefaultRemovesTheLine) {
   directory.write("settings", "config.a=1\n" + kStart + "/media/usb\nconfig.b=2\n");
-  load();
-  store(kDefault);
+  store(std::nullopt);
   EXPECT_EQ(directory.read("settings"), "config.a=1\nconfig.b=2\n");
-}
-
-TEST_F(SettingsFile, OnlySavedValuesAreWritten) {
-  load();
-  text().setValue("/media/usb");
-  config->save();
-  EXPECT_EQ(directory.read("settings"), "");
-  branch().save();
-  EXPECT_EQ(directory.read("settings"), "");
-  config->save();
-  EXPECT_EQ(directory.read("settings"), kStart + "/media/usb\n");
-}
-
-TEST_F(SettingsFile, UnsavedChangeKeepsTheStoredValue) {
-  directory.write("settings", kStart + "/media/usb\n");
-  load();
-  text().setValue("/media/cf");
-  config->save();
-  EXPECT_EQ(directory.read("settings"), kStart + "/media/usb\n");
-}
-
-TEST_F(SettingsFile, BranchWithoutTheSettingLeavesItsLineAlone) {
-  directory.write("settings", kStart + "/media/usb\n");
-  load();
-  config->attachSubsection(kBranch);
-  config->save();
-  EXPECT_EQ(directory.read("settings"), kStart + "/media/usb\n");
 }
 
 /// Lines that are about no setting of ours, however near they come.
@@ -124,49 +90,42 @@ std::string joined(const std::vector<std::string>& lines) {
   return text;
 }
 
-TEST_F(SettingsFile, OtherLinesStayByteForByteInTheirOrderWhereverOursStood) {
+TEST_F(SettingsFileTest, OtherLinesStayByteForByteInTheirOrderWhereverOursStood) {
   forEverySelection([this](const std::vector<std::string>& others) {
     const std::string kept = joined(others);
     for (std::size_t place = 0; place <= others.size(); ++place) {
       std::vector<std::string> lines = others;
       lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place), kStart + "/media/usb\n");
       directory.write("settings", joined(lines));
-      load();
-      ASSERT_EQ(text().value(), "/media/usb");
-      text().setValue("/media/cf");
-      text().save();
-      config->save();
+      store("/media/cf");
       ASSERT_EQ(directory.read("settings"), kept + kStart + "/media/cf\n");
     }
   });
 }
 
-TEST_F(SettingsFile, LastLineWithoutNewlineIsCompleted) {
+TEST_F(SettingsFileTest, LastLineWithoutNewlineIsCompleted) {
   directory.write("settings", "config.a=1");
-  load();
   store("/media/usb");
   EXPECT_EQ(directory.read("settings"), "config.a=1\n" + kStart + "/media/usb\n");
 }
 
-TEST_F(SettingsFile, WithoutTheDirectoryRaises) {
-  config.emplace(directory / "gone/settings", std::vector<std::string>{"plugins.qorpanel"});
-  EXPECT_EQ(raised([&] { config->save(); }), "2 OSError: [Errno 2] No such file or directory: '" +
-                                                 (directory / "gone/settings.new") + "'");
+TEST_F(SettingsFileTest, WithoutTheDirectoryRaises) {
+  EXPECT_EQ(raised([&] { SettingsFile(directory / "gone/settings").store({}); }),
+            "2 OSError: [Errno 2] No such file or directory: '" +
+                (directory / "gone/settings.new") + "'");
 }
 
-TEST_F(SettingsFile, FailureKeepsTheOldFileWhole) {
+TEST_F(SettingsFileTest, FailureKeepsTheOldFileWhole) {
   directory.write("settings", "config.a=1\n");
   directory.makeDirectory("settings.new");
-  load();
   EXPECT_EQ(raised([&] { store("/media/usb"); }),
             "21 OSError: [Errno 21] Is a directory: '" + (directory / "settings.new") + "'");
   EXPECT_EQ(directory.read("settings"), "config.a=1\n");
 }
 
-TEST_F(SettingsFile, FullMediumKeepsTheOldFileWholeAndLeavesNoOther) {
+TEST_F(SettingsFileTest, FullMediumKeepsTheOldFileWholeAndLeavesNoOther) {
   directory.write("settings", "config.a=1\n");
   directory.makeLink("settings.new", "/dev/full");
-  load();
   EXPECT_EQ(
       raised([&] { store("/media/usb"); }),
       "28 OSError: [Errno 28] No space left on device: '" + (directory / "settings.new") + "'");
@@ -174,24 +133,21 @@ TEST_F(SettingsFile, FullMediumKeepsTheOldFileWholeAndLeavesNoOther) {
   EXPECT_FALSE(has("settings.new"));
 }
 
-TEST_F(SettingsFile, FailureToReplaceRaisesAndLeavesNoOther) {
-  load();
+TEST_F(SettingsFileTest, FailureToReplaceRaisesAndLeavesNoOther) {
   directory.makeDirectory("settings/in the way");
   EXPECT_EQ(raised([&] { store("/media/usb"); }),
             "21 OSError: [Errno 21] Is a directory: '" + (directory / "settings") + "'");
   EXPECT_FALSE(has("settings.new"));
 }
 
-TEST_F(SettingsFile, LeftOverOfAnInterruptedSaveIsOverwritten) {
+TEST_F(SettingsFileTest, LeftOverOfAnInterruptedSaveIsOverwritten) {
   directory.write("settings.new", "half a li");
-  load();
   store("/media/usb");
   EXPECT_EQ(directory.read("settings"), kStart + "/media/usb\n");
   EXPECT_FALSE(has("settings.new"));
 }
 
-TEST_F(SettingsFile, NewFileIsReadableByAll) {
-  load();
+TEST_F(SettingsFileTest, NewFileIsReadableByAll) {
   store("/media/usb");
   struct stat status {};
   ASSERT_EQ(stat((directory / "settings").c_str(), &status), 0);

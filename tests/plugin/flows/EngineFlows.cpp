@@ -1,4 +1,3 @@
-#include "plugin/src/BackupActions.h"
 #include "tests/plugin/flows/Expected.h"
 #include "tests/plugin/flows/Flows.h"
 
@@ -9,14 +8,13 @@ using namespace expected;
 
 const char* const kSettingRead = "config.plugins.qorpanel.stowline.backuprestorepath.value";
 
-/// A flow of a backup object, with what `state` says of the object.
-std::function<Prepared(Receiver&)> backup(std::function<void(BackupActions&)> job,
-                                          std::function<std::string(BackupActions&)> state,
+/// A flow of a backup object, which names the file that it writes in the attribute `file`.
+std::function<Prepared(Receiver&)> backup(const char* job, const char* file,
                                           std::function<void(Receiver&)> layOut) {
   return [=](Receiver& receiver) {
     layOut(receiver);
-    const auto actions = std::make_shared<BackupActions>(receiver.host, "manual");
-    return Prepared{[=] { job(*actions); }, [=] { return state(*actions); }};
+    const Made actions(receiver.host.named("BackupActions")({"manual"_t}));
+    return Prepared{[=] { actions.call(job); }, [=] { return actions.str(file, ""); }};
   };
 }
 
@@ -24,12 +22,11 @@ std::function<Prepared(Receiver&)> backup(std::function<void(BackupActions&)> jo
 /// with a file of that name to be replaced; `search`: what it does between writing and testing.
 Flow writingFlow(const std::string& flow, const std::string& name,
                  std::string (*command)(const std::string&), const std::string& search,
-                 std::function<void(BackupActions&)> job,
-                 std::function<std::string(BackupActions&)> state) {
+                 const char* job, const char* attribute) {
   const std::string file = kDirectory + "/" + name;
   const std::string lost = "None/" + name;
   return {.name = flow,
-          .prepare = backup(job, state,
+          .prepare = backup(job, attribute,
                             [file](Receiver& receiver) { receiver.host.system.addFile(file); }),
           .operations = newBackupDirectory() + fileExists(file) + system("rm -f " + file) +
                         system(command(file)) + search + fileExists(file),
@@ -67,8 +64,7 @@ os_path.exists("/usr/share/enigma2/vfd_skin")
            fileExists(archive);
   };
   return {.name = "ConfigurationBackupWithUserFiles",
-          .prepare = backup([](BackupActions& actions) { actions.createConfigFile(); },
-                            [](BackupActions& actions) { return actions.configfile; }, layOut),
+          .prepare = backup("createConfigFile", "configfile", layOut),
           .operations = backupDirectory() + written(kDirectory + name),
           .caught = withoutDirectory(written("None" + name))};
 }
@@ -89,14 +85,14 @@ Flow housekeepingFlow() {
       receiver.host.system.addFile(kDirectory + "/" + name + "_solo2.auto.tar.gz");
     }
     for (const std::string& victim : victims) receiver.host.system.addFile(victim);
-    const auto actions = std::make_shared<BackupActions>(receiver.host, "auto");
+    const Made actions(receiver.host.named("BackupActions")({"auto"_t}));
     const auto left = [victims, &receiver] {
       std::string text;
       for (const std::string& victim : victims)
         text += receiver.host.system.has(victim) ? '1' : '0';
       return text;
     };
-    return Prepared{[actions] { actions->houseKeeping(); }, left};
+    return Prepared{[actions] { actions.call("houseKeeping"); }, left};
   };
   const auto logged = [](const std::string& victim) {
     return "print(" + quoted("[Qor Stowline] Housekeeping --> remove file " + victim) + ")";
@@ -118,35 +114,29 @@ std::vector<Flow> engineFlows() {
       {.name = "Load",
        .prepare =
            [](Receiver& receiver) {
-             return Prepared{[&] { load(receiver.host); }, nullptr};
+             return Prepared{[&] { load(receiver.host.module()); }, nullptr};
            },
        .operations = loaded()},
       {.name = "BackupDirectory",
        .prepare =
            [](Receiver& receiver) {
-             return Prepared{[&] { getBackupRestorePath(receiver.host); }, nullptr};
+             return Prepared{[&] { receiver.host.named("getBackupRestorePath")(); }, nullptr};
            },
        .operations = newBackupDirectory(),
        .caught = withoutNewDirectory("")},
       {.name = "BackupObject",
        .prepare =
            [](Receiver& receiver) {
-             return Prepared{[&] { BackupActions(receiver.host, "auto"); }, nullptr};
+             return Prepared{[&] { receiver.host.named("BackupActions")({"auto"_t}); }, nullptr};
            },
        .operations = "localtime()\nHardwareInfoVu().get_device_name()\n"},
-      writingFlow(
-          "SettingsBackup", "settings_" + kStamp + ".tar.gz", support::settingsBackupCommand, "",
-          [](BackupActions& actions) { actions.createSettingFile(); },
-          [](BackupActions& actions) { return actions.settingfile; }),
-      writingFlow(
-          "ConfigurationBackup", "configuration_ver_c_" + kStamp + ".tar.gz",
-          support::configurationBackupCommand, noUserFiles(),
-          [](BackupActions& actions) { actions.createConfigFile(); },
-          [](BackupActions& actions) { return actions.configfile; }),
-      writingFlow(
-          "PluginListBackup", "pluginlist_" + kStamp + ".lst", pluginListCommand, "",
-          [](BackupActions& actions) { actions.createPluginList(); },
-          [](BackupActions& actions) { return actions.pluginfile; }),
+      writingFlow("SettingsBackup", "settings_" + kStamp + ".tar.gz",
+                  support::settingsBackupCommand, "", "createSettingFile", "settingfile"),
+      writingFlow("ConfigurationBackup", "configuration_ver_c_" + kStamp + ".tar.gz",
+                  support::configurationBackupCommand, noUserFiles(), "createConfigFile",
+                  "configfile"),
+      writingFlow("PluginListBackup", "pluginlist_" + kStamp + ".lst", pluginListCommand, "",
+                  "createPluginList", "pluginfile"),
       userFilesFlow(),
       housekeepingFlow(),
   };

@@ -1,11 +1,12 @@
 #include "tests/plugin/flows/Expected.h"
 
+#include "host/plain/Node.h"
 #include "tests/support/Journal.h"
 
 namespace stowline::expected {
 namespace {
 
-using support::bracketed;
+using support::described;
 using support::quoted;
 
 std::string call(const std::string& function, const std::string& argument) {
@@ -100,7 +101,7 @@ std::string restoreListEnded() {
 
 std::string listed(const std::vector<std::string>& shown) {
   return backupDirectory() + "HardwareInfoVu().get_device_name()\n" + listdir(kDirectory) +
-         "self[\"filelist\"].l.setList(" + bracketed(shown) + ")\n";
+         "self[\"filelist\"].l.setList(" + described(plain::listOf(shown)) + ")\n";
 }
 
 std::string confirmationOpened() {

@@ -4,6 +4,13 @@
 
 namespace stowline {
 
+void defineStatus(Receiver& receiver, const Opened& screen) {
+  screen.set("setStatus", plain::function([&receiver](host::Arguments given) {
+               receiver.journal.note("self.setStatus(" + described(given) + ")");
+               return Object();
+             }));
+}
+
 std::vector<Caught> both(std::vector<Caught> first, const std::vector<Caught>& second) {
   first.insert(first.end(), second.begin(), second.end());
   return first;

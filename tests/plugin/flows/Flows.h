@@ -58,11 +58,8 @@ std::vector<Flow> restoreFlows();
 /// All of them.
 std::vector<Flow> allFlows();
 
-/// Opens a screen that lives as long as anybody holds it.
-template <class ScreenType, class... Arguments>
-std::shared_ptr<Opened<ScreenType>> openScreen(Receiver& receiver, Arguments&&... arguments) {
-  return std::make_shared<Opened<ScreenType>>(receiver, std::forward<Arguments>(arguments)...);
-}
+/// Defines the operation that an error of a feed update goes to, which no screen of the module has.
+void defineStatus(Receiver& receiver, const Opened& screen);
 
 /// The backup directory is not there to be had, or is not there: either way there is no path, and
 /// these operations follow.

@@ -1,4 +1,3 @@
-#include "plugin/src/Stowline.h"
 #include "tests/plugin/flows/Expected.h"
 #include "tests/plugin/flows/Flows.h"
 
@@ -7,48 +6,51 @@ namespace {
 
 using namespace expected;
 
-using Menu = Opened<Stowline>;
-
 const std::string kSelected = "self[\"menu\"].getCurrent()\n";
 const std::string kSettingSaved = "config.plugins.qorpanel.stowline.backuprestorepath.save()";
 const std::string kNotWriteable = box(
     "Sorry, your backup destination is not writeable.\n\nPlease choose another one.", "TYPE_INFO");
 
-std::string stateOf(const Stowline& menu) {
-  return "restoretype=" + menu.restoretype +
-         (menu.reloadPluginlist ? ", plugins are to be reloaded" : "");
+std::string stateOfMenu(const Opened& menu) {
+  return "restoretype=" + menu.str("restoretype", "") +
+         (menu.attribute("reloadPluginlist") == "True" ? ", plugins are to be reloaded" : "");
+}
+
+std::shared_ptr<Opened> openMenu(Receiver& receiver, const std::string& type) {
+  return std::make_shared<Opened>(receiver, "Stowline", "/plugin"_t, type);
 }
 
 /// What an open menu does when `go` is called, on a receiver laid out by `layOut`.
-std::function<Prepared(Receiver&)> onMenu(const std::string& type, std::function<void(Menu&)> go,
+std::function<Prepared(Receiver&)> onMenu(const std::string& type, std::function<void(Opened&)> go,
                                           std::function<void(Receiver&)> layOut = {}) {
   return [=](Receiver& receiver) {
     if (layOut) layOut(receiver);
-    const auto menu = openScreen<Stowline>(receiver, "/plugin", type);
-    menu->peer.finishLayout();
-    return Prepared{[=] { go(*menu); }, [=] { return stateOf(menu->screen); }};
+    const auto menu = openMenu(receiver, type);
+    menu->finishLayout();
+    defineStatus(receiver, *menu);
+    return Prepared{[=] { go(*menu); }, [=] { return stateOfMenu(*menu); }};
   };
 }
 
 /// Presses OK on the row with this key.
-std::function<void(Menu&)> choose(const std::string& key) {
-  return [key](Menu& menu) {
-    menu.peer.widget<RecordingList>("menu").entries.assign(1, host::Value::List{key});
-    menu.peer.press("ok");
+std::function<void(Opened&)> choose(const std::string& key) {
+  return [key](Opened& menu) {
+    menu.list("menu").rows = host::list({host::tuple({key})});
+    menu.press("ok");
   };
 }
 
-std::function<void(Menu&)> sendToMenu(host::IpkgEvent event) {
-  return [event](Menu& menu) {
-    menu.screen.restoretype = "installlocalplugin";
-    dynamic_cast<RecordingIpkgComponent&>(*menu.screen.ipkg).callback->call(event, {});
+std::function<void(Opened&)> sendToMenu(const char* event) {
+  return [event](Opened& menu) {
+    menu.set("restoretype", "installlocalplugin"_t);
+    menu.send(event);
   };
 }
 
 Flow opening(const std::string& name, const std::string& type, const std::string& title) {
   const std::string operations = menuOpened(type);
   const auto prepare = [type](Receiver& receiver) {
-    return Prepared{[&receiver, type] { Menu(receiver, "/plugin", type); }, nullptr};
+    return Prepared{[&receiver, type] { openMenu(receiver, type); }, nullptr};
   };
   return {.name = name,
           .prepare = prepare,
@@ -58,12 +60,9 @@ Flow opening(const std::string& name, const std::string& type, const std::string
 
 Flow layout(const std::string& name, const std::string& type) {
   const auto prepare = [type](Receiver& receiver) {
-    const auto menu = openScreen<Stowline>(receiver, "/plugin", type);
-    return Prepared{[menu] { menu->peer.finishLayout(); },
-                    [menu] {
-                      return menu->peer.widget<RecordingList>("menu").entries.empty() ? "empty"
-                                                                                      : "filled";
-                    }};
+    const auto menu = openMenu(receiver, type);
+    return Prepared{[menu] { menu->finishLayout(); },
+                    [menu] { return menu->list("menu").rows.isTrue() ? "filled" : "empty"; }};
   };
   return {.name = name,
           .prepare = prepare,
@@ -139,16 +138,14 @@ os.listdir("/media/net/autofs/a")
 }
 
 /// The return from the choice box with `option`; `stored`: what storing it does.
-Flow mediumChosen(const std::string& name, const host::Value& option, const std::string& stored,
+Flow mediumChosen(const std::string& name, const Object& option, const std::string& stored,
                   const std::string& medium, const std::string& directory) {
   const auto prepare = [option](Receiver& receiver) {
-    const auto menu = openScreen<Stowline>(receiver, "/plugin", "backup");
-    return Prepared{
-        [=] { menu->screen.backuprestorepath_choosen(option); },
-        [=, &receiver] {
-          return receiver.host.configuration.values["plugins.qorpanel.stowline.backuprestorepath"] +
-                 " " + menu->screen.backuprestorepath.value_or("None");
-        }};
+    const auto menu = openMenu(receiver, "backup");
+    return Prepared{[=] { menu->call("backuprestorepath_choosen", {option}); },
+                    [=, &receiver] {
+                      return receiver.medium() + " " + menu->str("backuprestorepath", "None");
+                    }};
   };
   const std::string shown = menuCreated("backup", medium);
   const auto unusable = [&](const std::string& operation) {
@@ -168,9 +165,9 @@ config.save()
 }
 
 Flow closing(const std::string& name, bool reload) {
-  const auto go = [reload](Menu& menu) {
-    menu.screen.reloadPluginlist = reload;
-    menu.peer.press("cancel");
+  const auto go = [reload](Opened& menu) {
+    menu.set("reloadPluginlist", reload);
+    menu.press("cancel");
   };
   return {.name = name,
           .prepare = onMenu("restore", go),
@@ -196,23 +193,19 @@ std::vector<Flow> localPackages() {
                              "restoretype="};
   return {
       {.name = "LocalPackages",
-       .prepare = onMenu("restore", sendToMenu(host::IpkgEvent::EVENT_DONE), layOut),
+       .prepare = onMenu("restore", sendToMenu("EVENT_DONE"), layOut),
        .operations = backupDirectory() + query + listdir(plugins) +
                      print("[QOR-Stowline] Plugin " + plugins + "/a.ipk is already installed") +
                      packageScreen("session.open(", {plugins + "/b.ipk"}),
        .caught = withoutDirectory(kNotWriteable),
        .states = {cleared}},
       {.name = "LocalPackagesOnANewMedium",
-       .prepare = onMenu("restore", sendToMenu(host::IpkgEvent::EVENT_DONE)),
+       .prepare = onMenu("restore", sendToMenu("EVENT_DONE")),
        .operations = newBackupDirectory() + query,
        .caught = withoutNewDirectory(kNotWriteable),
        .states = {cleared}},
       {.name = "FailedRefreshOfTheMenu",
-       .prepare = onMenu("restore",
-                         [](Menu& menu) {
-                           menu.peer.operations.insert("setStatus");
-                           sendToMenu(host::IpkgEvent::EVENT_ERROR)(menu);
-                         }),
+       .prepare = onMenu("restore", sendToMenu("EVENT_ERROR")),
        .operations = "self.setStatus(\"error\")\n",
        .states = {{"self.setStatus(\"error\")", "restoretype=installlocalplugin"}}},
   };
@@ -246,7 +239,7 @@ std::vector<Flow> menuFlows() {
        .states = {{"self[\"menu\"].getCurrent()", "restoretype="},
                   {"ipkg.startCmd(CMD_UPDATE)", "restoretype=installlocalplugin"}}},
       mediumChoice(),
-      mediumChosen("MediumChosen", host::Value::List{"/media/usb", "/media/usb", {}},
+      mediumChosen("MediumChosen", host::tuple({"/media/usb"_t, "/media/usb"_t, Object()}),
                    "config.plugins.qorpanel.stowline.backuprestorepath.value = \"/media/usb\"\n",
                    "/media/usb", "/media/usb/qor-stowline"),
       mediumChosen("MediumChoiceLeft", {}, "", "/media/hdd/", kDirectory),

@@ -1,5 +1,3 @@
-#include "plugin/src/StowlineHelpScreen.h"
-#include "plugin/src/StowlineRestore.h"
 #include "tests/plugin/flows/Expected.h"
 #include "tests/plugin/flows/Flows.h"
 
@@ -7,9 +5,6 @@ namespace stowline {
 namespace {
 
 using namespace expected;
-
-using RestoreList = Opened<StowlineRestore>;
-using Confirmation = Opened<StowlineHelpScreen>;
 
 const std::string kCurrent = "self[\"filelist\"].getCurrent()";
 const std::string kModelAsked = "HardwareInfoVu().get_device_name()\n";
@@ -33,18 +28,32 @@ void layOut(Receiver& receiver) {
       "enigma2-plugin-a\n", "enigma2-plugin-settings-b\n", "enigma2-plugin-c\n"};
 }
 
-std::string stateOf(const StowlineRestore& list) {
-  return "restoretype=" + list.restoretype + " sel=" + described(list.sel) +
-         " exe=" + (list.exe ? "True" : "False") + " cmdlist=" + bracketed(list.cmdlist);
+/// With nothing selected as "()", a list though it is: what plays the flows in the interpreter
+/// writes every sequence so.
+std::string stateOfList(const Opened& list) {
+  const bool is_selected = list.object().get("sel"_t).isTrue();
+  return "restoretype=" + list.str("restoretype") +
+         " sel=" + (is_selected ? list.attribute("sel") : "()") + " exe=" + list.attribute("exe") +
+         " cmdlist=" + list.attribute("cmdlist", "[]");
+}
+
+std::shared_ptr<Opened> openList(Receiver& receiver, const std::string& type) {
+  return std::make_shared<Opened>(receiver, "StowlineRestore", type, "/plugin"_t);
+}
+
+std::shared_ptr<Opened> openConfirmation(Receiver& receiver) {
+  return std::make_shared<Opened>(receiver, "StowlineHelpScreen", kConfiguration,
+                                  fullPath(kConfiguration));
 }
 
 /// What an open list does when `go` is called.
 std::function<Prepared(Receiver&)> onList(const std::string& type,
-                                          std::function<void(RestoreList&)> go) {
+                                          std::function<void(Opened&)> go) {
   return [=](Receiver& receiver) {
     layOut(receiver);
-    const auto list = openScreen<StowlineRestore>(receiver, type, "/plugin");
-    return Prepared{[=] { go(*list); }, [=] { return stateOf(list->screen); }};
+    const auto list = openList(receiver, type);
+    defineStatus(receiver, *list);
+    return Prepared{[=] { go(*list); }, [=] { return stateOfList(*list); }};
   };
 }
 
@@ -52,22 +61,21 @@ std::function<Prepared(Receiver&)> onList(const std::string& type,
 std::function<Prepared(Receiver&)> onQuestion(const std::string& type, const std::string& key) {
   return [=](Receiver& receiver) {
     layOut(receiver);
-    const auto list = openScreen<StowlineRestore>(receiver, type, "/plugin");
-    list->peer.press(key);
-    return Prepared{[list, &receiver] { receiver.session.answer(true); },
-                    [list] { return stateOf(list->screen); }};
+    const auto list = openList(receiver, type);
+    list->press(key);
+    return Prepared{[list, &receiver] { receiver.host.answer(true); },
+                    [list] { return stateOfList(*list); }};
   };
 }
 
-std::function<void(RestoreList&)> press(const std::string& key) {
-  return [key](RestoreList& list) { list.peer.press(key); };
+std::function<void(Opened&)> press(const std::string& key) {
+  return [key](Opened& list) { list.press(key); };
 }
 
-std::function<void(RestoreList&)> sendToList(host::IpkgEvent event) {
-  return [event](RestoreList& list) {
-    list.peer.operations.insert("setStatus");
-    list.screen.val = fullPath(kPlugins);
-    dynamic_cast<RecordingIpkgComponent&>(*list.screen.ipkg).callback->call(event, {});
+std::function<void(Opened&)> sendToList(const char* event) {
+  return [event](Opened& list) {
+    list.set("val", fullPath(kPlugins));
+    list.send(event);
   };
 }
 
@@ -77,7 +85,7 @@ Flow opening(const std::string& name, const std::string& type,
   const std::string operations = restoreListBegun("/plugin") + filled + restoreListEnded();
   const auto prepare = [=](Receiver& receiver) {
     if (prepareMedium) prepareMedium(receiver);
-    return Prepared{[&receiver, type] { RestoreList(receiver, type, "/plugin"); }, nullptr};
+    return Prepared{[&receiver, type] { openList(receiver, type); }, nullptr};
   };
   return {.name = name,
           .prepare = prepare,
@@ -177,9 +185,9 @@ std::vector<Flow> otherListFlows() {
   return {
       {.name = "ConsoleRestore",
        .prepare = onList("settingrestore",
-                         [](RestoreList& list) {
-                           list.screen.sel = kSettings;
-                           list.screen.startRestore(true);
+                         [](Opened& list) {
+                           list.set("sel", kSettings);
+                           list.call("startRestore", {true});
                          }),
        .operations = block(R"(
 _("Restore running")
@@ -201,7 +209,7 @@ session.open(Console, title="Restore running", cmdlist=["tar -xzf /media/hdd/qor
                   {"config.plugins.qorpanel.stowline.backuprestorepath.value",
                    state + "False cmdlist=[]"}}},
       {.name = "PluginInstallation",
-       .prepare = onList("plugininstall", sendToList(host::IpkgEvent::EVENT_DONE)),
+       .prepare = onList("plugininstall", sendToList("EVENT_DONE")),
        .operations =
            outputRead(kInstalledPlugins) + outputRead("cat " + fullPath(kPlugins)) +
            print("[QOR-Stowline] Plugin enigma2-plugin-a is already installed") +
@@ -210,7 +218,7 @@ session.open(Console, title="Restore running", cmdlist=["tar -xzf /media/hdd/qor
        .states = {{"os.popen(" + quoted(kInstalledPlugins) + ").readlines()",
                    "restoretype= sel=() exe=False cmdlist=[]"}}},
       {.name = "FailedRefreshOfTheList",
-       .prepare = onList("plugininstall", sendToList(host::IpkgEvent::EVENT_ERROR)),
+       .prepare = onList("plugininstall", sendToList("EVENT_ERROR")),
        .operations = "self.setStatus(\"error\")\n",
        .states = {{"self.setStatus(\"error\")",
                    "restoretype=plugininstall sel=() exe=False cmdlist=[]"}}},
@@ -221,7 +229,7 @@ session.open(Console, title="Restore running", cmdlist=["tar -xzf /media/hdd/qor
 }
 
 /// What an open confirmation does when `go` is called; every condition of the restore holds.
-std::function<Prepared(Receiver&)> onConfirmation(std::function<void(Confirmation&)> go) {
+std::function<Prepared(Receiver&)> onConfirmation(std::function<void(Opened&)> go) {
   return [=](Receiver& receiver) {
     const std::string archive = fullPath(kConfiguration);
     for (const std::string& path :
@@ -229,8 +237,8 @@ std::function<Prepared(Receiver&)> onConfirmation(std::function<void(Confirmatio
           std::string("/proc/stb/vmpeg/0/dst_width")}) {
       receiver.host.system.addFile(path);
     }
-    const auto screen = openScreen<StowlineHelpScreen>(receiver, kConfiguration, archive);
-    return Prepared{[=] { go(*screen); }, [=] { return screen->peer.text("messagetext"); }};
+    const auto screen = openConfirmation(receiver);
+    return Prepared{[=] { go(*screen); }, [=] { return screen->text("messagetext"); }};
   };
 }
 
@@ -241,20 +249,18 @@ std::vector<Flow> confirmationFlows() {
       {.name = "OpeningTheConfirmation",
        .prepare =
            [](Receiver& receiver) {
-             return Prepared{
-                 [&] { Confirmation(receiver, kConfiguration, fullPath(kConfiguration)); },
-                 nullptr};
+             return Prepared{[&] { openConfirmation(receiver); }, nullptr};
            },
        .operations = confirmationOpened(),
        .caught = withoutTitle("Qor Stowline", confirmationOpened())},
       {.name = "LayoutOfTheConfirmation",
-       .prepare = onConfirmation([](Confirmation& screen) { screen.peer.finishLayout(); }),
+       .prepare = onConfirmation([](Opened& screen) { screen.finishLayout(); }),
        .operations = translate(question) + translate(warning) + "self[\"messagetext\"].setText(" +
                      quoted(question + kConfiguration + "\n\n" + warning) + ")\n",
        .states = {{"_(" + quoted(question) + ")", ""}},
        .completed = question + kConfiguration + "\n\n" + warning},
       {.name = "ConfigurationRestore",
-       .prepare = onConfirmation([](Confirmation& screen) { screen.peer.press("green"); }),
+       .prepare = onConfirmation([](Opened& screen) { screen.press("green"); }),
        .operations = configurationRestored({.archive = fullPath(kConfiguration),
                                             .keeps_accounts = true,
                                             .tests_samba = true,
@@ -263,7 +269,7 @@ std::vector<Flow> confirmationFlows() {
                                             .has_user_files = true,
                                             .has_video_window = true})},
       {.name = "ClosingTheConfirmation",
-       .prepare = onConfirmation([](Confirmation& screen) { screen.peer.press("red"); }),
+       .prepare = onConfirmation([](Opened& screen) { screen.press("red"); }),
        .operations = "close()\n"},
   };
 }

@@ -177,11 +177,13 @@ def described_arguments(screen, args, keywords):
 
 
 class Session(object):
-    """Opens nothing: it keeps what was opened, and the test answers."""
+    """Opens nothing: it keeps what was opened, and the test answers. A dialog that is answered closes later, when the
+    event has been handled: only then its result is handed on."""
 
     def __init__(self):
         self.opened = []
         self.callback = None
+        self.closing = []
 
     def open(self, screen, *args, **keywords):
         note("session.open(%s)" % described_arguments(screen, args, keywords))
@@ -195,9 +197,18 @@ class Session(object):
         self.callback = callback
         return Dialog()
 
-    def answer(self, *result):
+    def close(self, *result):
         callback, self.callback = self.callback, None
-        callback(*result)
+        self.closing.append((callback, result))
+
+    def settle(self):
+        while self.closing:
+            callback, result = self.closing.pop(0)
+            callback(*result)
+
+    def answer(self, *result):
+        self.close(*result)
+        self.settle()
 
 
 class Log(object):

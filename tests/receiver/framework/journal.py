@@ -1,6 +1,6 @@
 """What the module does on the stand-in framework, one line an operation.
 
-The lines are spelled like those of the recording host, so that one list of expected operations serves
+The lines are spelled like those of the recorder, so that one list of expected operations serves
 both. Any operation can be made to fail.
 """
 
@@ -44,7 +44,7 @@ def described(value):
     """Texts in quotes, lists and tuples alike as tuples, other objects in their own form."""
     if isinstance(value, (list, tuple)):
         return "(" + ", ".join(described(item) for item in value) + ")"
-    if isinstance(value, type("")):
+    if isinstance(value, (type(""), type(u""))):
         return quoted(value)
     return str(value)
 

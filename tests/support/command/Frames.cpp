@@ -127,7 +127,7 @@ Json confirmationFrame(const std::string& key, const std::string& archive) {
       {"messagetext", "Are you sure you want to restore\nfollowing backup:\n" + archive +
                           "\n\n\nSystem will restart after the restore!"},
       {"title", "Qor Stowline"}};
-  result["skin"] = stowline::StowlineHelpScreen::skin;
+  result["skin"] = stowline::kStowlineHelpScreen.skin;
   return result;
 }
 

@@ -1,0 +1,110 @@
+#include "host/dryrun/System.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "host/native/OsError.h"
+#include "host/native/Reading.h"
+
+namespace dryrun {
+namespace {
+
+/// Whether `path` is `directory` or lies below it.
+bool isWithin(const std::string& path, const std::string& directory) {
+  return path.starts_with(directory) &&
+         (path.size() == directory.size() || path[directory.size()] == '/');
+}
+
+}  // namespace
+
+/// Where a receiver's path is found: the directory that holds it, null for none, and the path
+/// there.
+struct System::Place {
+  const native::Root* root;
+  std::string path;
+};
+
+System::Place System::placeOf(const std::string& path) const {
+  for (const auto& [mount_point, directory] : mounted_) {
+    if (isWithin(path, mount_point)) return {&directory, "/" + path.substr(mount_point.size())};
+  }
+  return {receiver_ ? &*receiver_ : nullptr, path};
+}
+
+void System::mount(const std::string& path, native::Root directory) {
+  mounted_.insert_or_assign(path, std::move(directory));
+}
+
+int System::system(const std::string& command) {
+  commands_.push_back(command);
+  return 0;
+}
+
+std::vector<std::string> System::popen(const std::string& command) {
+  commands_.push_back(command);
+  return {};
+}
+
+std::vector<std::string> System::open(const std::string& path) {
+  const Place place = placeOf(path);
+  if (!place.root) return {};
+  return native::linesOf(native::readAll(place.root->open(place.path).number(), path));
+}
+
+const std::vector<std::string>& System::namesIn(const std::string& path) {
+  const auto known = names_.find(path);
+  if (known != names_.end()) return known->second;
+  const Place place = placeOf(path);
+  return names_[path] = place.root ? place.root->names(place.path) : std::vector<std::string>();
+}
+
+std::vector<std::string> System::listdir(const std::string& path) {
+  std::vector<std::string> names = namesIn(path);
+  for (const std::string& file : pretended_) {
+    const std::size_t slash = file.rfind('/');
+    const std::string name = file.substr(slash + 1);
+    if (file.substr(0, slash) == path && std::ranges::count(names, name) == 0)
+      names.push_back(name);
+  }
+  return names;
+}
+
+std::optional<System::Status> System::readStatus(const std::string& path) const {
+  const Place place = placeOf(path);
+  if (!place.root) return Status{.size = 0, .is_file = true};
+  const auto status = place.root->status(place.path);
+  if (!status) return std::nullopt;
+  return Status{.size = status->st_size, .is_file = S_ISREG(status->st_mode)};
+}
+
+/// Returns what a path names, nothing where that is nothing.
+const std::optional<System::Status>& System::statusOf(const std::string& path) {
+  if (!last_status_ || last_status_->first != path) {
+    auto known = statuses_.find(path);
+    if (known == statuses_.end()) known = statuses_.emplace(path, readStatus(path)).first;
+    last_status_ = &*known;
+  }
+  return last_status_->second;
+}
+
+bool System::isFile(const std::string& path) {
+  const std::optional<Status>& status = statusOf(path);
+  return status && status->is_file;
+}
+
+bool System::exists(const std::string& path) {
+  return pretended_.contains(path) || statusOf(path);
+}
+
+long long System::fileSize(const std::string& path) {
+  const std::optional<Status>& status = statusOf(path);
+  if (!status) throw native::osError(ENOENT, path);
+  return status->size;
+}
+
+plain::LocalTime System::localtime() {
+  return native_.localtime();
+}
+
+}  // namespace dryrun
