@@ -254,7 +254,7 @@ class Scenario(object):
         except (Exception, KeyboardInterrupt) as error:
             # How an interpreter words the misuse of an operation is its own affair.
             result = ["raised", type(error).__name__,
-                      "" if isinstance(error, (TypeError, AttributeError)) else without_addresses(str(error))]
+                      "" if isinstance(error, TypeError) else without_addresses(str(error))]
         finally:
             sys.stdout = fake
         lines = [without_addresses(line) for line in journal.lines]
