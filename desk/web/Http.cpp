@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <array>
@@ -152,7 +153,11 @@ Http::Http(int port) : closing_(eventfd(0, EFD_CLOEXEC)) {
   set_socket_options(setOptions);
   set_tcp_nodelay(true);
   port_ = port == 0 ? bind_to_any_port(kLoopback) : (bind_to_port(kLoopback, port) ? port : -1);
-  if (port_ <= 0) throw std::runtime_error("cannot listen on port " + std::to_string(port));
+  // The library's own queue holds five connections. The system drops what comes beyond, and a
+  // client tries again after one second, three, seven.
+  if (port_ <= 0 || ::listen(svr_sock_, SOMAXCONN) != 0) {
+    throw std::runtime_error("cannot listen on port " + std::to_string(port));
+  }
 }
 
 void Http::close() {

@@ -1,6 +1,7 @@
 // Viewers who are many, slow or hostile: the receiver goes on, and takes no more memory for them.
 
 import assert from "node:assert/strict";
+import { once } from "node:events";
 import { readFileSync } from "node:fs";
 import { Agent, request } from "node:http";
 import { connect } from "node:net";
@@ -108,15 +109,18 @@ test("a viewer who reads nothing holds nobody up", async (t) => {
   assertMemory(t, desk, before, 16 * 1024);
 });
 
-test("connections that are opened and say nothing hold nobody up", async (t) => {
+test("connections that are opened and say nothing hold nobody up, and wait for a receiver that is busy", async (t) => {
   const desk = await new Receiver(t).open();
   const { hostname, port } = desk.address;
+  desk.process.kill("SIGSTOP");
   const idle = Array.from({ length: 200 }, () => connect(Number(port), hostname));
   t.after(() => idle.forEach((socket) => socket.destroy()));
   for (const socket of idle) {
     socket.on("error", () => {});
     socket.write("POST /press HTTP/1.1\r\nHost: ");
   }
+  await Promise.all(idle.map((socket) => once(socket, "connect")));
+  desk.process.kill("SIGCONT");
   assert.equal(await send(desk, { body: "down" }), 204);
 });
 
