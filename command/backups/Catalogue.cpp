@@ -12,6 +12,7 @@
 #include "command/backups/RestoreScreen.h"
 #include "host/dryrun/Host.h"
 #include "plugin/src/Listing.h"
+#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
 
 namespace backups {
@@ -115,7 +116,7 @@ class Reader {
 
   std::vector<File> companionsOf(const std::string& name) {
     std::vector<File> companions;
-    for (const std::string& ending : endings_) {
+    for (const char* ending : stowline::kCompanions) {
       if (std::ranges::binary_search(names_, name + ending)) {
         companions.push_back(fileOf(name + ending));
       }
@@ -160,7 +161,6 @@ class Reader {
   std::string directory_;           ///< as the receiver names it
   std::vector<std::string> names_;  ///< of all files in the directory, sorted
   std::unordered_map<std::string, std::optional<SetName>> said_;  ///< by their names
-  const std::vector<std::string> endings_ = companionEndings();
   std::map<std::string, std::vector<std::string>> kept_;  ///< by version, or by name without one
   std::unordered_set<std::string> known_;
   Catalogue catalogue_;

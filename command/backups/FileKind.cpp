@@ -42,12 +42,8 @@ bool isLargeEnough(const Kind& kind, long long size) {
   return kind.name == std::string_view("plugins") || size >= stowline::kSmallestArchive;
 }
 
-std::vector<std::string> companionEndings() {
-  return {std::begin(stowline::kCompanions), std::end(stowline::kCompanions)};
-}
-
 FileKind kindOf(const std::string& name) {
-  for (const std::string& ending : companionEndings()) {
+  for (const std::string_view ending : stowline::kCompanions) {
     if (!name.ends_with(ending)) continue;
     const std::string archive = name.substr(0, name.size() - ending.size());
     if (kindOfListed(archive) == FileKind::configuration) return FileKind::user_files;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace backups {
 
@@ -30,10 +29,6 @@ bool isLargeEnough(const Kind& kind, long long size);
 /// Returns what a file is by its name, as the module's own lists take it, whatever receiver it is
 /// for.
 FileKind kindOf(const std::string& name);
-
-/// Returns how the names of the archives end, after a configuration archive's, that are restored
-/// with it.
-std::vector<std::string> companionEndings();
 
 /// Returns the word for a kind, such as "settings".
 const char* wordOf(FileKind kind);

@@ -14,6 +14,7 @@
 #include "host/native/OsError.h"
 #include "host/native/Reading.h"
 #include "host/plain/Error.h"
+#include "plugin/src/Places.h"
 
 namespace backups {
 namespace {
@@ -80,7 +81,7 @@ bool isSoundWithCompanions(const std::string& path, FileKind kind,
   try {
     if (!verifyFile(path, kind, begin).sound()) return false;
     if (kind != FileKind::configuration) return true;
-    return std::ranges::all_of(companionEndings(), [&](const std::string& ending) {
+    return std::ranges::all_of(stowline::kCompanions, [&](const char* ending) {
       return !std::filesystem::exists(path + ending) ||
              verifyFile(path + ending, FileKind::user_files, begin).sound();
     });

@@ -40,7 +40,7 @@ class Stage {
         system_(native::Root(receiver)),
         model_(modelOf(receiver)),
         settings_(openSettings()),
-        host_(hostOf(model_)) {}
+        host_(newHost()) {}
 
   Rehearsal rehearse(const fs::path& file) {
     const std::string name = file.filename().string();
@@ -74,11 +74,11 @@ class Stage {
                                                : native::Descriptor();
   }
 
-  /// Returns a host of a model with the receiver's settings, read by the open file: its path may
-  /// lead out of the receiver.
-  std::unique_ptr<dryrun::Host> hostOf(const std::string& model) {
+  /// Returns a host with the receiver's settings, read by the open file: its path may lead out of
+  /// the receiver.
+  std::unique_ptr<dryrun::Host> newHost() {
     auto host = std::make_unique<dryrun::Host>(
-        system_, model, settings_ ? "/proc/self/fd/" + std::to_string(settings_.number()) : "");
+        system_, model_, settings_ ? "/proc/self/fd/" + std::to_string(settings_.number()) : "");
     stowline::load(host->module());
     if (!medium_.empty()) stowline::mediumSetting(host->module())["value"_t] = medium_;
     return host;
@@ -99,10 +99,10 @@ class Stage {
     if (!inside.empty() && *inside.begin() != "..") {
       const std::string path = (fs::path("/") / inside).string();
       medium_ = fs::path(path).parent_path().string();
-      host_ = hostOf(model_);
+      host_ = newHost();
       if (backupDirectory() == path) return {native::Root(dir_), "", path};
       medium_.clear();
-      host_ = hostOf(model_);
+      host_ = newHost();
     }
     system_.mount(own, native::Root(directory));
     return {std::move(files), own, own};
@@ -141,7 +141,7 @@ class Stage {
   Plan configurationPlan(const std::string& archive) {
     Plan plan;
     plan.unpack(archive);
-    for (const std::string& ending : backups::companionEndings()) {
+    for (const char* ending : stowline::kCompanions) {
       if (system_.exists(archive + ending)) plan.unpack(archive + ending);
     }
     plan.removed_again = {stowline::kRemovedAfterRestore};

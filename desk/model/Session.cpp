@@ -25,8 +25,10 @@ Session::Session(Jobs& jobs, Observer& observer)
       observer_(observer),
       object_(plain::make<plain::Session>([this](const plain::Dialog& asked) {
         Layer& opened = open(dialogOf(asked), asked.callback);
-        return plain::make<plain::OpenedDialog>(
-            [&opened](const host::Object& title) { opened.setTitle(plain::textOf(title)); });
+        const auto setTitle = [&opened](host::Arguments given) {
+          return opened.setTitle(plain::textOf(plain::argument(given, 0))), host::Object();
+        };
+        return plain::instance("Dialog", {{"setTitle", plain::function(setTitle)}});
       })) {}
 
 Session::~Session() {

@@ -12,7 +12,7 @@ Host::Host(System& system, const std::string& model, const std::string& settings
   setPackageManager([this](plain::IpkgComponent&, const host::Object&) { ++requests_; });
   session_ = plain::make<plain::Session>([this](const plain::Dialog&) {
     ++requests_;
-    return plain::make<plain::OpenedDialog>([](const host::Object&) {});
+    return plain::instance("Dialog", {{"setTitle", plain::function(&plain::nothing)}});
   });
 }
 

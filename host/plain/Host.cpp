@@ -133,15 +133,13 @@ void bindChannels(Host& host) {
 Host::Host(System& system, Settings& settings) : Host(system, settings, make<Names>()) {}
 
 Host::Host(System& system, Settings& settings, Object names)
-    : system_(system), settings_(settings), names_(std::move(names)), module_(names_) {
+    : system_(system), names_(std::move(names)), module_(names_) {
   bindSystem(*this, system_);
-  bindFramework(*this, settings_);
+  bindFramework(*this, settings);
   bindWidgets(*this);
   bindScreens(*this);
   bindChannels(*this);
 }
-
-Host::~Host() = default;
 
 void Host::bind(std::string_view name, const Object& object) {
   nodeOf(names_).set(name, object);

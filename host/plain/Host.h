@@ -16,7 +16,6 @@ class Host {
  public:
   /// Both outlive the host, and neither is used before the module is loaded.
   Host(System& system, Settings& settings);
-  ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -47,7 +46,6 @@ class Host {
 
  private:
   System& system_;
-  Settings& settings_;
   Object names_;
   host::Module module_;
 };

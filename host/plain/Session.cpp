@@ -30,10 +30,4 @@ Object Session::invoke(std::string_view name, Arguments arguments) {
   return open(std::move(dialog));
 }
 
-Object OpenedDialog::invoke(std::string_view name, Arguments arguments) {
-  if (name != "setTitle") return Node::get(name);
-  set_title(argument(arguments, 0));
-  return {};
-}
-
 }  // namespace plain

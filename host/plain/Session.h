@@ -33,17 +33,4 @@ struct Session : Node {
   const Open open;
 };
 
-/// An open dialog to which nothing can be done but to give it a title.
-struct OpenedDialog : Node {
-  using SetTitle = std::function<void(const Object& title)>;
-  explicit OpenedDialog(SetTitle set_title_) : set_title(std::move(set_title_)) {}
-  std::string className() const override { return "Dialog"; }
-  Object get(std::string_view name) override {
-    return name == "setTitle" ? bound(name) : Node::get(name);
-  }
-  Object invoke(std::string_view name, Arguments arguments) override;
-
-  const SetTitle set_title;
-};
-
 }  // namespace plain

@@ -33,17 +33,18 @@ Object writeFile(const Call& call, Text file, Text path, Command command) {
   return fileExists(module, self[file]);
 }
 
-/// Returns `command` with each of `words` after it, a blank and `option` in front of each.
+/// Returns the words of a command, a blank and `option` in front of each.
 template <class Words>
-std::string withWords(std::string command, const Words& words, const char* option = "") {
-  for (const char* word : words) command += std::string(" ") + option + word;
-  return command;
+std::string joined(const Words& words, const char* option = "") {
+  std::string text;
+  for (const char* word : words) text += std::string(" ") + option + word;
+  return text;
 }
 
 Object createSettingFile(const Call& call) {
   return writeFile(call, "settingfile"_t, "%s/settings_%s.tar.gz"_t, [&] {
     system(call.module,
-           "tar czf %s"_t % Object(call.self["settingfile"_t]) + withWords("", kChannelFiles));
+           "tar czf %s"_t % Object(call.self["settingfile"_t]) + joined(kChannelFiles));
   });
 }
 
@@ -58,8 +59,8 @@ void archiveUserFiles(const Call& call) {
 
 Object createConfigFile(const Call& call) {
   return writeFile(call, "configfile"_t, "%s/configuration_ver_c_%s.tar.gz"_t, [&] {
-    system(call.module, "tar czf %s"_t % Object(call.self["configfile"_t]) +
-                            withWords(withWords("", kConfigPlaces), kConfigExcludes, "--exclude "));
+    system(call.module, "tar czf %s"_t % Object(call.self["configfile"_t]) + joined(kConfigPlaces) +
+                            joined(kConfigExcludes, "--exclude "));
     archiveUserFiles(call);
   });
 }

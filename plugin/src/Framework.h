@@ -64,4 +64,7 @@ inline constexpr int kBoxSeconds = 10;
 /// closed ("openWithCallback").
 Object openBox(const Call& call, Text text, Text kind, std::optional<Text> callback = {});
 
+/// Gives a box or dialog the module's name as its title.
+void addName(const Module& module, const Object& dialog);
+
 }  // namespace stowline

@@ -2,6 +2,14 @@
 
 namespace stowline {
 
+void addPackageManager(const Call& call) {
+  const auto& [module, self, given] = call;
+  self["cmdList"_t] = list();
+  self["Console"_t] = module["ComConsole"_t]();
+  self["ipkg"_t] = module["IpkgComponent"_t]();
+  self["ipkg"_t]["addCallback"_t]({self["ipkgCallback"_t]});
+}
+
 void listInstalledPlugins(const Call& call) {
   const auto& [module, self, given] = call;
   self["pluginsinstalled"_t] = list();

@@ -10,6 +10,10 @@ namespace stowline {
 inline constexpr Text kInstalledPlugins =
     "opkg list-installed | grep enigma2-plugin | cut -d \" \" -f 1"_t;
 
+/// Sets the attributes `cmdList`, empty, `Console` and `ipkg`, whose events go to the operation
+/// `ipkgCallback`.
+void addPackageManager(const Call& call);
+
 /// Sets the attributes `pluginsinstalled` and `pluginsinstalledclean`: the installed packages, as
 /// lines and without their newlines.
 void listInstalledPlugins(const Call& call);

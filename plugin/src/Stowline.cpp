@@ -30,7 +30,7 @@ void runJob(const Call& call, const MenuEntry& entry) {
   const bool done = call.self["backupactions"_t].get(entry.operand)() == true;
   const Object box =
       openBox(call, done ? entry.success : entry.failure, done ? "TYPE_INFO"_t : "TYPE_ERROR"_t);
-  box.get("setTitle"_t)({translated(call.module, "QOR Stowline"_t)});
+  addName(call.module, box);
 }
 
 void openRestoreList(const Call& call, const MenuEntry& entry) {
@@ -62,7 +62,7 @@ void chooseMedium(const Call& call, const MenuEntry& /*entry*/) {
             module["ChoiceBox"_t],
             {"title"_t, translated(module, "Please select medium to use as backup location"_t)},
             {"list"_t, choices}});
-  box.get("setTitle"_t)({translated(module, "QOR Stowline"_t)});
+  addName(module, box);
 }
 
 constexpr MenuEntry kMediumEntry = {"path"_t, "Backup/restore device : %s"_t,
@@ -125,10 +125,7 @@ Object construct(const Call& call) {
   addKeys(call, "shortcuts"_t, "ActionMap"_t,
           {"SetupActions"_t, "ColorActions"_t, "DirectionActions"_t},
           {{"ok"_t, "runMenuEntry"_t}, {"cancel"_t, "keyCancel"_t}, {"red"_t, "keyCancel"_t}}, -2);
-  self["cmdList"_t] = list();
-  self["Console"_t] = module["ComConsole"_t]();
-  self["ipkg"_t] = module["IpkgComponent"_t]();
-  self["ipkg"_t]["addCallback"_t]({self["ipkgCallback"_t]});
+  addPackageManager(call);
   self["onLayoutFinish"_t]["append"_t]({self["createMenu"_t]});
   return {};
 }

@@ -1,5 +1,6 @@
 #include "plugin/src/StowlineHelpScreen.h"
 
+#include <string>
 #include <vector>
 
 #include "plugin/src/Framework.h"
@@ -38,18 +39,20 @@ constexpr Text kMoveSpinnerAside[] = {
     "/usr/share/enigma2/skin_default/spinner/tmp"_t,
 };
 
-/// ... and come back only if it brought none; a plain resolver file becomes a link again.
+/// ... and come back only if it brought none.
 constexpr Text kTidyUp[] = {
     "echo \"[Qor Stowline] syncing ...\" ;  /bin/sync ; sleep 1"_t,
     "if [ ! -f /usr/share/enigma2/skin_default/spinner/wait1.png ] ; then  "
     "mv /usr/share/enigma2/skin_default/spinner/tmp/*.png "
     "/usr/share/enigma2/skin_default/spinner ; fi ; "
     "rm -rf /usr/share/enigma2/skin_default/spinner/tmp"_t,
-    "rm -rf /.qws"_t,  // removes kRemovedAfterRestore
+};
+
+/// A plain resolver file becomes a link again.
+constexpr Text kLinkResolver =
     "if [ ! -L \"/etc/resolv.conf\" ] ; then rm /var/run/resolv.conf ; "
     "mv /etc/resolv.conf /var/run/resolv.conf ; "
-    "ln -s /var/run/resolv.conf /etc/resolv.conf ; fi"_t,
-};
+    "ln -s /var/run/resolv.conf /etc/resolv.conf ; fi"_t;
 
 constexpr Text kFullScreenVideo[] = {
     "echo 00000000 > /proc/stb/vmpeg/0/dst_height"_t,
@@ -164,6 +167,8 @@ Object keyGo(const Call& call) {
     if (fileExists(module, companion)) cmdlist.push_back(unpack(companion));
   }
   append(cmdlist, kTidyUp);
+  cmdlist.push_back(std::string("rm -rf ") + kRemovedAfterRestore);
+  cmdlist.push_back(kLinkResolver);
   if (keepsSamba(module, conf_ver)) {
     print(module, "[Qor Stowline] restore installed smb.conf"_t);
     cmdlist.push_back(kSamba.put_back);

@@ -41,10 +41,7 @@ Object construct(const Call& call) {
   self["flist"_t] = list();
   self.setItem("filelist"_t, module["MenuList"_t]({self["flist"_t]}));
   self["fill_list"_t]();
-  self["cmdList"_t] = list();
-  self["Console"_t] = module["ComConsole"_t]();
-  self["ipkg"_t] = module["IpkgComponent"_t]();
-  self["ipkg"_t]["addCallback"_t]({self["ipkgCallback"_t]});
+  addPackageManager(call);
   return {};
 }
 
@@ -103,8 +100,7 @@ void askToRunScript(const Call& call) {
   const Object callback = self["runScript"_t];
   const Object box = module["MessageBox"_t];
   const Object question = translated(module, "Are you sure you want to run\nfollowing script:\n"_t);
-  open({callback, box, question + self["sel"_t]})
-      .get("setTitle"_t)({translated(module, "QOR Stowline"_t)});
+  addName(module, open({callback, box, question + self["sel"_t]}));
 }
 
 Object KeyOk(const Call& call) {

@@ -192,23 +192,18 @@ void Recorder::recordFunctions() {
       {"localtime", "localtime"},
   };
   for (const auto& [name, expression, suffix] : kNames) {
-    bind(name,
-         recorded(
-             expression,
-             [real = named(name)](Arguments given) { return plain::nodeOf(real).call(given); },
-             suffix));
+    bind(name, recorded(expression, plain::as<plain::Function>(named(name))->run, suffix));
   }
-  bind("chmod", [this, real = named("chmod")](Arguments given) {
+  bind("chmod", [this, real = plain::as<plain::Function>(named("chmod"))->run](Arguments given) {
     journal_.note("os.chmod(" + described(argument(given, 0)) + ", " + octal(argument(given, 1)) +
                   ")");
-    return plain::nodeOf(real).call(given);
+    return real(given);
   });
   for (const char* object : {"os_path", "plugins", "nimmanager"}) {
     auto& attributes = plain::as<plain::Instance>(named(object))->attributes;
     for (auto& [name, function] : attributes) {
-      function = recorded(std::string(object) + "." + name, [real = function](Arguments given) {
-        return plain::nodeOf(real).call(given);
-      });
+      function =
+          recorded(std::string(object) + "." + name, plain::as<plain::Function>(function)->run);
     }
   }
   bind("_", recorded("_", [this](Arguments given) {
@@ -302,8 +297,7 @@ Object Recorder::open(const plain::Dialog& dialog) {
   journal_.note(call + ")");
   opened.push_back(dialog);
   if (!dialog.callback.isNone()) callback_ = dialog.callback;
-  return make<plain::OpenedDialog>(
-      [this](const Object& title) { journal_.note("dialog.setTitle(" + described(title) + ")"); });
+  return plain::instance("Dialog", {{"setTitle", recorded("dialog.setTitle", &plain::nothing)}});
 }
 
 void Recorder::recordChannels() {
