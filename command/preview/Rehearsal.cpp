@@ -155,11 +155,10 @@ class Stage {
     if (std::ranges::none_of(backups::kKinds, has_list) || stowline::isForBox(name, model_)) {
       return "the restore list does not show it: its name is not that of a backup";
     }
-    const auto is_for = [&](const char* model) {
-      return stowline::isForBox(name, std::string_view(model));
-    };
-    return std::string("the restore list does not show it: it is of another model (") +
-           *std::ranges::find_if(stowline::kBoxTypes, is_for) + "), and this is a " + model_;
+    const std::string model(*std::ranges::find_if(
+        stowline::kBoxTypes, [&](std::string_view box) { return stowline::isForBox(name, box); }));
+    return "the restore list does not show it: it is of another model (" + model +
+           "), and this is a " + model_;
   }
 
   native::Root root_;

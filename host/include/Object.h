@@ -12,7 +12,7 @@ namespace host {
 
 /// What is kept of a text that the source writes: one for each, with the host's own form of it.
 struct KeptText {
-  const char* characters = nullptr;
+  std::string_view characters;  ///< with a null byte behind them
   void* object = nullptr;
 };
 
@@ -36,7 +36,7 @@ struct Literal {
 };
 
 template <Literal text>
-inline constinit KeptText kKeptText{text.value};
+inline constinit KeptText kKeptText{{text.value, sizeof text.value - 1}};
 
 template <Literal text>
 constexpr Text operator""_t() {

@@ -38,7 +38,7 @@ inline int checked(int result) {
 /// Returns the interpreter's own text for a name. It is made once and kept.
 inline PyObject* interned(host::Text text) {
   void*& object = text.kept().object;
-  if (!object) object = internedText(text.kept().characters);
+  if (!object) object = internedText(text.kept().characters.data());
   if (!object) raisePending();
   return static_cast<PyObject*>(object);
 }

@@ -161,8 +161,8 @@ bool isScheduled(const Object& name, const Object& self) {
 }
 
 bool isCompanion(const Object& name) {
-  for (const char* companion : kCompanions) {
-    if (name.endsWith(std::string_view(companion))) return true;
+  for (const std::string_view companion : kCompanions) {
+    if (name.endsWith(companion)) return true;
   }
   return false;
 }
@@ -170,6 +170,8 @@ bool isCompanion(const Object& name) {
 /// Returns the names to delete out of `flist`, newest first: of each kind all but the newest, each
 /// with its possible companions.
 std::vector<Object> outdated(const Object& flist) {
+  std::vector<Object> companions;
+  for (const std::string_view companion : kCompanions) companions.emplace_back(companion);
   std::vector<Object> rm_flist;
   for (const Text file_type : {"settings"_t, "configuration"_t, "pluginlist"_t}) {
     int erase_counter = 0;
@@ -177,8 +179,7 @@ std::vector<Object> outdated(const Object& flist) {
       if (!name.startsWith(file_type) || isCompanion(name)) continue;
       if (++erase_counter <= kScheduledToKeep) continue;
       rm_flist.push_back(name);
-      for (const char* companion : kCompanions)
-        rm_flist.push_back(name + std::string_view(companion));
+      for (const Object& companion : companions) rm_flist.push_back(name + companion);
     }
   }
   return rm_flist;
@@ -193,8 +194,11 @@ Object houseKeeping(const Call& call) {
     if (isScheduled(name, self)) flist.append(name);
   }
   flist["sort"_t]({{"reverse"_t, true}});
-  for (const Object& name : outdated(flist)) {
-    const Object full = path + "/"_t + name;
+  const std::vector<Object> rm_flist = outdated(flist);
+  if (rm_flist.empty()) return {};
+  const Object directory = path + "/"_t;
+  for (const Object& name : rm_flist) {
+    const Object full = directory + name;
     if (!exists(module, full)) continue;
     module["remove"_t]({full});
     print(module, "[Qor Stowline] Housekeeping --> remove file %s"_t % full);

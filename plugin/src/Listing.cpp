@@ -10,32 +10,32 @@ using host::operator""_t;
 
 namespace {
 
-/// Returns the word of a name that is the first of the box types as a tag: "_TYPE.". The dot keeps
-/// "_solo." from being found in "_solo2.".
-const char* tagOf(std::string_view name) {
+/// Returns the first box type that is a tag of a name, "_TYPE.", an empty text when none is. The
+/// dot keeps "_solo." from being found in "_solo2.".
+std::string_view tagOf(std::string_view name) {
   const auto* first = std::end(kBoxTypes);
-  for (std::size_t begin = name.find('_'); begin != name.npos; begin = name.find('_', begin + 1)) {
-    const std::size_t end = name.find_first_of("_.", begin + 1);
-    if (end == name.npos || name[end] != '.') continue;
-    first = std::find(std::begin(kBoxTypes), first, name.substr(begin + 1, end - begin - 1));
+  for (std::size_t dot = name.find('.'); dot != name.npos; dot = name.find('.', dot + 1)) {
+    const std::size_t begin = name.rfind('_', dot);
+    if (begin == name.npos) continue;
+    first = std::find(std::begin(kBoxTypes), first, name.substr(begin + 1, dot - begin - 1));
   }
-  return first == std::end(kBoxTypes) ? nullptr : *first;
+  return first == std::end(kBoxTypes) ? "" : *first;
 }
 
 /// The same for what is no plain text.
-const char* tagOf(const host::Object& name) {
-  for (const char* box : kBoxTypes) {
-    if (name.contains(std::string("_") + box + ".")) return box;
+std::string_view tagOf(const host::Object& name) {
+  for (const std::string_view box : kBoxTypes) {
+    if (name.contains("_" + std::string(box) + ".")) return box;
   }
-  return nullptr;
+  return "";
 }
 
 }  // namespace
 
 bool isForBox(const host::Object& name, const host::Object& own) {
   const auto characters = name.characters();
-  const char* const box = characters ? tagOf(*characters) : tagOf(name);
-  return !box || own == std::string_view(box);
+  const std::string_view box = characters ? tagOf(*characters) : tagOf(name);
+  return box.empty() || own == box;
 }
 
 constexpr ListedKind kListedKinds[] = {

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <string_view>
+
 #include "host/include/Object.h"
 
 namespace stowline {
 
 /// The models whose tag in a name keeps it to receivers of that model, in the order in which the
 /// tags are looked for.
-inline constexpr const char* kBoxTypes[] = {"solo",  "duo",  "uno",    "ultimo",
-                                            "solo2", "duo2", "solose", "zero"};
+inline constexpr std::string_view kBoxTypes[] = {"solo",  "duo",  "uno",    "ultimo",
+                                                 "solo2", "duo2", "solose", "zero"};
 
 /// Whether a backup named `name` is for a receiver of the model `own`. The first tag found decides;
 /// names without one are for all.

@@ -93,11 +93,9 @@ Object twoDigits(const Object& number) {
 
 Object getDateTime(const Call& call) {
   const Object now = call.module["localtime"_t]();
-  Object text = now.get("tm_year"_t).str();
-  text = text + twoDigits(now["tm_mon"_t]);
-  text = text + twoDigits(now["tm_mday"_t]);
-  text = text + "_"_t + twoDigits(now["tm_hour"_t]);
-  return text + "-"_t + twoDigits(now["tm_min"_t]);
+  return "%s%s%s_%s-%s"_t %
+         tuple({now.get("tm_year"_t).str(), twoDigits(now["tm_mon"_t]), twoDigits(now["tm_mday"_t]),
+                twoDigits(now["tm_hour"_t]), twoDigits(now["tm_min"_t])});
 }
 
 constexpr host::Operation kFunctions[] = {

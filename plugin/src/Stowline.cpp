@@ -1,7 +1,6 @@
 #include "plugin/src/Stowline.h"
 
 #include <span>
-#include <string>
 
 #include "plugin/src/Framework.h"
 #include "plugin/src/Media.h"
@@ -141,9 +140,8 @@ Object row(const Module& module, const MenuEntry& entry) {
   const Object description = shown(module, entry.description);
   const Object load = module["LoadPixmap"_t];
   const Object resolve = module["resolveFilename"_t];
-  const Object path =
-      resolve({module["SCOPE_PLUGINS"_t],
-               std::string("SystemPlugins/QORPanel/pictures/").append(entry.picture.characters())});
+  const Object path = resolve(
+      {module["SCOPE_PLUGINS"_t], Object("SystemPlugins/QORPanel/pictures/"_t) + entry.picture});
   return tuple(
       {entry.key, title, description, load({{"path"_t, path}, {"cached"_t, true}}), Object()});
 }
