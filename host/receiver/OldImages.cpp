@@ -9,11 +9,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
-#include <exception>
-#include <new>
-
-#include "host/receiver/Reference.h"
 
 #define HIDDEN __attribute__((visibility("hidden")))
 
@@ -83,48 +78,3 @@ HIDDEN int __pthread_key_create(pthread_key_t* /*key*/, void (* /*destructor*/)(
   return EAGAIN;
 }
 }
-
-namespace __cxxabiv1 {
-
-/// An exception never leaves the module. Without this the run time's own handler, which prints it,
-/// would bring a fifth of the module's size along.
-HIDDEN extern std::terminate_handler __terminate_handler;
-std::terminate_handler __terminate_handler = std::abort;
-
-}  // namespace __cxxabiv1
-
-namespace std {
-
-// What the library's own checks raise. Its definitions bring along every class of exception there
-// is, with their texts and translations; here a failed check raises the interpreter's RuntimeError.
-
-namespace {
-
-[[noreturn]] void raise(const char* what) {
-  PyErr_SetString(PyExc_RuntimeError, what);
-  receiver::raisePending();
-}
-
-}  // namespace
-
-void __throw_bad_alloc() {
-  throw bad_alloc();
-}
-
-void __throw_bad_array_new_length() {
-  throw bad_alloc();
-}
-
-void __throw_length_error(const char* what) {
-  raise(what);
-}
-
-void __throw_logic_error(const char* what) {
-  raise(what);
-}
-
-void __throw_out_of_range_fmt(const char* what, ...) {
-  raise(what);
-}
-
-}  // namespace std
