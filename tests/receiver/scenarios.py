@@ -58,8 +58,26 @@ class Text(str):
         return str.startswith(self, *args)
 
 
+class Name(str):
+    """A name of a file that tells what is looked for in it."""
+
+    def __contains__(self, part):
+        journal.note("%s in Name" % part)
+        return str.__contains__(self, part)
+
+
 class OddError(Exception):
     pass
+
+
+class SilentSession(fakes.Session):
+    """A session that does not return what it opens."""
+
+    def open(self, *args, **keywords):
+        fakes.Session.open(self, *args, **keywords)
+
+    def openWithCallback(self, *args, **keywords):
+        fakes.Session.openWithCallback(self, *args, **keywords)
 
 
 def odd_values():
@@ -89,11 +107,14 @@ class Scenario(object):
         self.random = random.Random(seed)
         self.pick = self.random.choice
         self.objects = []
-        self.session = fakes.Session()
+        self.session = self.pick([fakes.Session] * 9 + [SilentSession])()
         self.lay_out()
 
     def some(self, values):
         return [value for value in values if self.random.random() < 0.4]
+
+    def some_lines(self, lines):
+        return self.some(lines) + ([self.pick(odd_values())] if self.random.random() < 0.1 else [])
 
     def lay_out(self):
         receiver = fakes.receiver = fakes.Receiver()
@@ -105,11 +126,13 @@ class Scenario(object):
             receiver.add_directory(directory)
         for name in self.some(NAMES) + self.some(SCHEDULED):
             receiver.add_file(directory + "/" + name, self.pick([0, 9999, 10000, 20000]))
+        if self.random.random() < 0.1:
+            receiver.directories[directory] = [Name(name) for name in receiver.directories.get(directory, [])]
         if self.random.random() < 0.5:
             receiver.add_directory(directory + "/plugins", self.some(["a.ipk", "b.IPK", "c.ipk"]))
         for path in self.some(["/etc/samba/smb.conf", "/proc/stb/vmpeg/0/dst_width"]):
             receiver.add_file(path)
-        receiver.add_file("/proc/mounts", lines=self.some(
+        receiver.add_file("/proc/mounts", lines=self.some_lines(
             ["a /media/usb x\n", "b /media/net x\n", "c /media/net/autofs/s x\n", "d\n", "e  /media/x y\n", "f /media y\n"]))
         if self.random.random() < 0.5:
             receiver.add_directory("/media/net/autofs", self.some(["s", "t"]))
@@ -119,10 +142,10 @@ class Scenario(object):
             receiver.add_directory(ATILE, self.some(["colors_atile_a", "colors_atile_b", "skin.xml", "font_atile_x"]))
             receiver.add_directory(VFD, self.some(["skin_vfd_a", "other"]))
             receiver.add_file("/var/lib/opkg/info/enigma2-plugin-skin-atile.list",
-                              lines=self.some([ATILE + "/colors_atile_a\n", ATILE + "/font_atile_x \n", "x\n"]))
+                              lines=self.some_lines([ATILE + "/colors_atile_a\n", ATILE + "/font_atile_x \n", "x\n"]))
         for name in ["pluginlist_1.lst", "pluginlist_2.lst"]:
-            receiver.outputs["cat %s/%s" % (directory, name)] = self.some(LINES)
-        receiver.outputs['opkg list-installed | grep enigma2-plugin | cut -d " " -f 1'] = self.some(LINES)
+            receiver.outputs["cat %s/%s" % (directory, name)] = self.some_lines(LINES)
+        receiver.outputs['opkg list-installed | grep enigma2-plugin | cut -d " " -f 1'] = self.some_lines(LINES)
         if self.random.random() < 0.3:
             receiver.translations = {"QOR Stowline": self.pick([u"\xdcber", "", 5, Odd(True)]),
                                      "Backup/restore device : %s": self.pick(["%s!", "no", "%d", u"%s \xe4"])}
@@ -225,16 +248,20 @@ class Scenario(object):
         return "fail"
 
     def rebind(self):
-        """Replaces a name of the module; the next scenario has it as it was."""
+        """Replaces or removes a name of the module; the next scenario has it as it was."""
         name = self.pick(["getBackupRestorePath", "getDateTime", "BackupActions", "StowlineRestore", "_", "fileExists",
                           "MessageBox", "listdir", "Console"])
+        if self.random.random() < 0.2:
+            stowline.__dict__.pop(name, None)
+            return "unbind " + name
         stowline.__dict__[name] = self.pick([
             lambda *args, **keywords: journal.note("rebound " + name), lambda *args, **keywords: "/other/" + name,
             lambda text="": Text(text), None])
         return "rebind " + name
 
-    STEPS = [(press, 8), (call, 8), (finish_layout, 4), (answer, 6), (answer_late, 1), (settle, 1), (event, 4), (set_attribute, 3), (delete_attribute, 1),
-             (change_list, 1), (construct, 4), (fail, 2), (close, 1), (rebind, 1)]
+    STEPS = [(press, 8), (call, 8), (finish_layout, 4), (answer, 6), (answer_late, 1), (settle, 1), (event, 4),
+             (set_attribute, 3), (delete_attribute, 1), (change_list, 1), (construct, 4), (fail, 2), (close, 1),
+             (rebind, 1)]
 
     def play(self):
         names = dict(stowline.__dict__)
@@ -252,9 +279,9 @@ class Scenario(object):
         try:
             result = shown(step())
         except (Exception, KeyboardInterrupt) as error:
-            # How an interpreter words the misuse of an operation is its own affair.
-            result = ["raised", type(error).__name__,
-                      "" if isinstance(error, TypeError) else without_addresses(str(error))]
+            # How an interpreter words the misuse of an operation, or where it missed a name, is its own affair.
+            message = "" if isinstance(error, TypeError) else without_addresses(str(error))
+            result = ["raised", type(error).__name__, message.replace("global name", "name")]
         finally:
             sys.stdout = fake
         lines = [without_addresses(line) for line in journal.lines]
