@@ -179,8 +179,8 @@ class Identity(ErrorTest):
         self.assertIsInstance(self.raised(stowline.BackupActions().createSettingFile), Asked)
         self.assertEqual(asked, [])
 
-    def test_an_error_of_closing_a_file_is_the_callers_unless_reading_failed(self):
-        closing, reading = Odd("closing"), Odd("reading")
+    def test_a_file_is_closed_and_its_error_is_the_callers_unless_reading_failed(self):
+        closing, reading, closed = Odd("closing"), Odd("reading"), []
 
         class File(object):
             def __init__(self, error):
@@ -192,6 +192,7 @@ class Identity(ErrorTest):
                 return []
 
             def close(self):
+                closed.append(self.error)
                 raise closing
 
         self.receiver.add_file("/list")
@@ -199,6 +200,7 @@ class Identity(ErrorTest):
             self.replace("open", lambda path: File(error))
             raised = self.raised(stowline.BackupActions().saveUserFiles, "/list", ["/"], [])
             self.assertIs(raised, expected)
+        self.assertEqual(closed, [None, reading])
 
     def test_an_error_of_the_skin_path_is_the_callers(self):
         error = Odd("skin_path")
