@@ -788,6 +788,37 @@ class Framework(SurfaceTest):
             vars(stowline).clear()
             vars(stowline).update(names)
 
+    def test_the_frameworks_constructor_gets_the_session(self):
+        original, given = stowline.Screen.__init__, []
+
+        def construct(self, session):
+            given.append(session)
+            original(self, session)
+
+        stowline.Screen.__init__ = construct
+        try:
+            for name in ("Stowline", "StowlineRestore", "StowlineHelpScreen"):
+                made = self.made(name)
+                self.assertEqual(given, [made.session], name)
+                del given[:]
+        finally:
+            stowline.Screen.__init__ = original
+
+    def test_what_a_package_lists_may_be_of_any_type(self):
+        class Anything(object):
+            __hash__ = None
+
+            def __eq__(self, other):
+                return True
+
+        class Line(str):
+            def strip(self):
+                return Anything()
+
+        self.receiver.add_file("/list", lines=[Line("/files/b")])
+        self.receiver.add_directory("/files", ["a"])
+        self.assertEqual(stowline.BackupActions().saveUserFiles("/list", ["/files/"], ["/files"]), [])
+
     def test_a_copy_of_an_object_is_one(self):
         copied = copy.copy(self.made("BackupActions"))
         self.receiver.add_file(full_path("settings_%s.tar.gz" % STAMP))
