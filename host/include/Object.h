@@ -58,7 +58,7 @@ class Object {
   Object(bool truth);
   Object(int number);
   Object(Text text);
-  Object(const char* text) = delete;  // it would be taken for a truth value
+  Object(const void* pointer) = delete;  // it would be taken for a truth value
   Object(std::string_view text);
   Object(const std::string& text) : Object(std::string_view(text)) {}
   Object(const Object& other) noexcept;
@@ -154,7 +154,9 @@ class Attribute {
   Attribute(Object owner, Text name) : owner_(std::move(owner)), name_(name) {}
 
   operator Object() const { return owner_.get(name_); }
+  Attribute(const Attribute&) = default;
   void operator=(const Object& value) const { owner_.set(name_, value); }
+  void operator=(const Attribute& value) const { *this = Object(value); }
   void operator+=(const Object& value) const { owner_.set(name_, owner_.get(name_) + value); }
   Object operator()(Arguments arguments = {}) const;
 

@@ -35,6 +35,17 @@ Object split(std::string_view text, std::string_view separator) {
   return make<Sequence>(std::move(parts), false);
 }
 
+/// Returns the texts with `separator` between them.
+std::string joined(const Object& texts, const std::string& separator) {
+  std::string text;
+  const char* before = "";
+  for (const Object& each : host::Items(texts)) {
+    text += before + textOf(each);
+    before = separator.c_str();
+  }
+  return text;
+}
+
 std::string strOf(const Object& object) {
   return nodeOf(object).str();
 }
@@ -114,6 +125,7 @@ Object String::invoke(std::string_view name, Arguments arguments) {
   if (name == "rstrip") {
     return characters.substr(0, characters.find_last_not_of(textOf(argument(arguments, 0))) + 1);
   }
+  if (name == "join") return joined(argument(arguments, 0), characters);
   raiseNoAttribute(*this, name);
 }
 

@@ -70,13 +70,9 @@ class Bound {
 constexpr std::ptrdiff_t kDeepest = 96 * 1024;
 constexpr std::ptrdiff_t kDeepestOfFirst = 1024 * 1024;
 
-/// Returns what tells the process's first thread from others, null when another one has loaded the
-/// module.
-const void* firstThread() {
-  static const void* const first =
-      syscall(SYS_gettid) == getpid() ? __builtin_thread_pointer() : nullptr;
-  return first;
-}
+/// What tells the process's first thread from others; null when another one has loaded the module.
+const void* const kFirstThread =
+    syscall(SYS_gettid) == getpid() ? __builtin_thread_pointer() : nullptr;
 
 /// Where the outermost operation of each thread that runs one began on its stack.
 class StackUse {
@@ -92,7 +88,7 @@ class StackUse {
       }
       return;
     }
-    const bool is_first = __builtin_thread_pointer() == firstThread();
+    const bool is_first = __builtin_thread_pointer() == kFirstThread;
     outermost_.push_back({__builtin_thread_pointer(), here, is_first ? kDeepestOfFirst : kDeepest});
     is_outermost_ = true;
   }
@@ -142,6 +138,10 @@ PyObject* nameOfFunction(PyObject* function, void* /*closure*/) {
   return newText(functionOf(function).operation->name);
 }
 
+PyObject* moduleOfFunction(PyObject* /*function*/, void* /*closure*/) {
+  return newText("Stowline");
+}
+
 PyObject* documentationOfFunction(PyObject* function, void* /*closure*/) {
   return newText(functionOf(function).operation->documentation);
 }
@@ -170,6 +170,7 @@ PyObject* signatureOfFunction(PyObject* object, void* /*closure*/) {
 
 PyGetSetDef kAttributes[] = {
     {const_cast<char*>("__name__"), &nameOfFunction, nullptr, nullptr, nullptr},
+    {const_cast<char*>("__module__"), &moduleOfFunction, nullptr, nullptr, nullptr},
     {const_cast<char*>("__doc__"), &documentationOfFunction, nullptr, nullptr, nullptr},
     {const_cast<char*>("__signature__"), &signatureOfFunction, nullptr, nullptr, nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr}};
@@ -202,8 +203,8 @@ Object newFunction(const host::Module& module, const Operation& operation, bool 
   return function;
 }
 
-Object& builtins() {
-  static Object& dictionary = *new Object(borrowed(PyEval_GetBuiltins()));
+const Object& builtins() {
+  static const Object& dictionary = *new Object(borrowed(PyEval_GetBuiltins()));
   return dictionary;
 }
 

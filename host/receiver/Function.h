@@ -9,7 +9,7 @@ namespace receiver {
 /// object as a function of the interpreter's own does. The operation and the module stay for good.
 Object newFunction(const host::Module& module, const host::Operation& operation, bool is_method);
 
-/// Returns the built-in names' dictionary, as it was when the module was loaded.
-Object& builtins();
+/// Returns the built-in names' dictionary.
+const Object& builtins();
 
 }  // namespace receiver

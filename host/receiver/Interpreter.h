@@ -14,7 +14,7 @@ namespace receiver {
 #if PY_MAJOR_VERSION >= 3
 
 /// Sets `bytes` to those of `text`. Returns false with an error set when it has none. Whatever the
-/// interpreter's text holds comes back from newText() as it was, and bytes compare as texts do.
+/// interpreter's text holds comes back from newText() as it was.
 inline bool copyText(PyObject* text, std::string& bytes) {
   Py_ssize_t size = 0;
   if (const char* utf8 = PyUnicode_AsUTF8AndSize(text, &size)) {

@@ -43,8 +43,9 @@ Object lookedUp(const Object& names, PyObject* name) {
 /// Binds `name` of a unit as the statement "from unit import name as bound_as" does. Many names
 /// come from few units: one that is there needs no import machinery.
 void import(const Object& names, PyObject* unit, PyObject* name, PyObject* bound_as) {
-  PyObject* const loaded = receiver::dictionaryItem(PyImport_GetModuleDict(), unit);
-  Object object = Object::steal(loaded ? PyObject_GetAttr(loaded, name) : nullptr);
+  const Object loaded = borrowed(receiver::dictionaryItem(PyImport_GetModuleDict(), unit));
+  Object object =
+      Object::steal(loaded.handle() ? PyObject_GetAttr(pointer(loaded), name) : nullptr);
   if (!object.handle()) {
     PyErr_Clear();
     const Object whole = checked(PyImport_Import(unit));

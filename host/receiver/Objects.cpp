@@ -1,6 +1,7 @@
 /// What host::Object means by the interpreter's objects.
 
 #include <array>
+#include <cassert>
 #include <string>
 
 #include "host/receiver/Function.h"
@@ -18,6 +19,7 @@ namespace {
 class Pointers {
  public:
   Pointers(const Object& first, Arguments arguments) {
+    assert(arguments.size() < pointers_.size());
     pointers_[0] = pointer(first);
     std::size_t named = 0;
     for (const Argument& argument : arguments) {

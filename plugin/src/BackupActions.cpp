@@ -15,14 +15,14 @@ Object construct(const Call& call) {
   const auto& [module, self, given] = call;
   self["executiontime"_t] = module["getDateTime"_t]();
   self["boxtype"_t] = module["HardwareInfoVu"_t]()["get_device_name"_t]();
-  self["executiontime"_t] += "_%s"_t % Object(self["boxtype"_t]);
+  self["executiontime"_t] += "_%s"_t % self.get("boxtype"_t);
   if (given[0] == "auto"_t) self["executiontime"_t] += ".auto"_t;
   return {};
 }
 
-/// What every job does: sets the attribute `file` to the path of what it writes, which is the
-/// format `path` with the directory and the stamp in it, deletes an older one, does `command`, and
-/// tells whether there is such a file then.
+/// Runs one job, `command`. Sets the attribute `file` to the path of what that writes: the format
+/// `path` with the directory and the stamp. Deletes an older file of this path. Returns whether
+/// there is one after the command.
 template <class Command>
 Object writeFile(const Call& call, Text file, Text path, Command command) {
   const auto& [module, self, given] = call;
@@ -43,8 +43,7 @@ std::string joined(const Words& words, const char* option = "") {
 
 Object createSettingFile(const Call& call) {
   return writeFile(call, "settingfile"_t, "%s/settings_%s.tar.gz"_t, [&] {
-    system(call.module,
-           "tar czf %s"_t % Object(call.self["settingfile"_t]) + joined(kChannelFiles));
+    system(call.module, "tar czf %s"_t % call.self.get("settingfile"_t) + joined(kChannelFiles));
   });
 }
 
@@ -52,14 +51,14 @@ Object createSettingFile(const Call& call) {
 void archiveUserFiles(const Call& call) {
   const Object files = userFiles(call.self);
   if (!files.isTrue()) return;
-  Object command = "tar czf %s_user_files"_t % Object(call.self["configfile"_t]);
-  for (const Object& file : Items(files)) command = command + (" "_t + file);
-  system(call.module, command);
+  const Object words = list({"tar czf %s_user_files"_t % call.self.get("configfile"_t)});
+  words["extend"_t]({files});
+  system(call.module, Object(" "_t)["join"_t]({words}));
 }
 
 Object createConfigFile(const Call& call) {
   return writeFile(call, "configfile"_t, "%s/configuration_ver_c_%s.tar.gz"_t, [&] {
-    system(call.module, "tar czf %s"_t % Object(call.self["configfile"_t]) + joined(kConfigPlaces) +
+    system(call.module, "tar czf %s"_t % call.self.get("configfile"_t) + joined(kConfigPlaces) +
                             joined(kConfigExcludes, "--exclude "));
     archiveUserFiles(call);
   });
@@ -67,7 +66,7 @@ Object createConfigFile(const Call& call) {
 
 Object createPluginList(const Call& call) {
   return writeFile(call, "pluginfile"_t, "%s/pluginlist_%s.lst"_t, [&] {
-    system(call.module, kInstalledPlugins + (" >> %s"_t % Object(call.self["pluginfile"_t])));
+    system(call.module, kInstalledPlugins + (" >> %s"_t % call.self.get("pluginfile"_t)));
   });
 }
 
@@ -235,8 +234,8 @@ constexpr host::Operation kOperations[] = {
     {"saveUserFiles",
      &saveUserFiles,
      {{"package_info"}, {"start_strings"}, {"search_dirs"}},
-     "Returns the paths in the directories that begin so and that the package's file list does not "
-     "name."},
+     "Returns the paths in the directories that begin with one of the texts and that the package's "
+     "file list does not name."},
     {"listdir_fullpath",
      &listdir_fullpath,
      {{"d"}},

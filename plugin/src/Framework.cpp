@@ -93,7 +93,7 @@ Object openBox(const Call& call, Text text, Text kind, std::optional<Text> callb
                   : open({box, shown, type, {"timeout"_t, kBoxSeconds}});
 }
 
-void addName(const Module& module, const Object& dialog) {
+void setBoxTitle(const Module& module, const Object& dialog) {
   dialog.get("setTitle"_t)({translated(module, "QOR Stowline"_t)});
 }
 

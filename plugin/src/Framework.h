@@ -22,7 +22,7 @@ using host::operator""_t;
 Object translated(const Module& module, const Object& text);
 
 /// Writes a line to standard output, which the host sends to its log. A character that the log's
-/// encoding does not have is written as "\xNN": a name shall not stop what is being logged.
+/// encoding does not have is written as "\xNN", so that no file name stops the job that logs it.
 void print(const Module& module, const Object& line);
 
 /// Runs a command through the shell to its end.
@@ -64,7 +64,7 @@ inline constexpr int kBoxSeconds = 10;
 /// closed ("openWithCallback").
 Object openBox(const Call& call, Text text, Text kind, std::optional<Text> callback = {});
 
-/// Gives a box or dialog the module's name as its title.
-void addName(const Module& module, const Object& dialog);
+/// Titles an open box with the module's name.
+void setBoxTitle(const Module& module, const Object& dialog);
 
 }  // namespace stowline

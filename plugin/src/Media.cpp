@@ -42,7 +42,7 @@ std::vector<Object> mountedMedia(const Module& module) {
     const Object fields = line["split"_t]({" "_t});
     if (fields.size() < 2) continue;
     const Object mounted = fields.item(1);
-    if (mounted.startsWith("/media/"_t) && !(mounted == "/media/net"_t) &&
+    if (mounted.startsWith("/media/"_t) && mounted != "/media/net"_t &&
         !excluded.contains(mounted)) {
       media.push_back(mounted);
     }

@@ -16,11 +16,11 @@ void listInstalledPlugins(const Call& call) {
   self["pluginsinstalledclean"_t] = list();
   self["pluginsinstalled"_t] = linesOfCommand(module, kInstalledPlugins);
   for (const Object& line : Items(self["pluginsinstalled"_t])) {
-    Object(self["pluginsinstalledclean"_t]).append(line["rstrip"_t]({"\n"_t}));
+    self.get("pluginsinstalledclean"_t).append(line["rstrip"_t]({"\n"_t}));
   }
 }
 
-bool isInstalled(const Call& call, const Set& installed, const Object& package) {
+bool reportInstalled(const Call& call, const Set& installed, const Object& package) {
   if (!installed.contains(package)) return false;
   print(call.module, "[QOR-Stowline] Plugin %s is already installed"_t % package);
   return true;
@@ -35,10 +35,10 @@ void queueInstallation(const Call& call, const Object& package) {
 void continueInstallation(const Call& call, Text restoretype, Text install) {
   const auto& [module, self, given] = call;
   const Object& event = given[0];
-  if (event == Object(module["IpkgComponent"_t]["EVENT_ERROR"_t])) {
+  if (event == module["IpkgComponent"_t].get("EVENT_ERROR"_t)) {
     self["setStatus"_t]({"error"_t});
-  } else if (event == Object(module["IpkgComponent"_t]["EVENT_DONE"_t]) &&
-             Object(self["restoretype"_t]) == restoretype) {
+  } else if (event == module["IpkgComponent"_t].get("EVENT_DONE"_t) &&
+             self.get("restoretype"_t) == restoretype) {
     self["restoretype"_t] = ""_t;
     self.call(install, {});
   }

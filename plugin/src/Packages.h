@@ -18,8 +18,8 @@ void addPackageManager(const Call& call);
 /// lines and without their newlines.
 void listInstalledPlugins(const Call& call);
 
-/// Whether `package` is among the installed ones, with a line in the log if so.
-bool isInstalled(const Call& call, const Set& installed, const Object& package);
+/// Returns whether `package` is among the installed ones, and logs it if so.
+bool reportInstalled(const Call& call, const Set& installed, const Object& package);
 
 /// Queues the installation of `package` in the attribute `cmdList`.
 void queueInstallation(const Call& call, const Object& package);

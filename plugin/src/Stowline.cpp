@@ -29,7 +29,7 @@ void runJob(const Call& call, const MenuEntry& entry) {
   const bool done = call.self["backupactions"_t].get(entry.operand)() == true;
   const Object box =
       openBox(call, done ? entry.success : entry.failure, done ? "TYPE_INFO"_t : "TYPE_ERROR"_t);
-  addName(call.module, box);
+  setBoxTitle(call.module, box);
 }
 
 void openRestoreList(const Call& call, const MenuEntry& entry) {
@@ -61,7 +61,7 @@ void chooseMedium(const Call& call, const MenuEntry& /*entry*/) {
             module["ChoiceBox"_t],
             {"title"_t, translated(module, "Please select medium to use as backup location"_t)},
             {"list"_t, choices}});
-  addName(module, box);
+  setBoxTitle(module, box);
 }
 
 constexpr MenuEntry kMediumEntry = {"path"_t, "Backup/restore device : %s"_t,
@@ -82,7 +82,7 @@ constexpr MenuEntry kBackupEntries[] = {
      "Backup of common configurations failed"_t},
 };
 
-/// The list of plugins knows its type by another name than the menu.
+/// The key of the first row is not the type of the list that it opens.
 constexpr MenuEntry kRestoreEntries[] = {
     {"installpluginlist"_t, "Restore plugins from saved list"_t,
      "installs all available plugins from online feed"_t, "services.png"_t, &openPluginLists,
@@ -108,7 +108,7 @@ Object construct(const Call& call) {
   self["reloadPluginlist"_t] = false;
   self["title"_t] = translated(module, "QOR Stowline"_t);
   self["backupactions"_t] = module["BackupActions"_t]({"manual"_t});
-  const bool restore = Object(self["screentype"_t]) == "restore"_t;
+  const bool restore = self.get("screentype"_t) == "restore"_t;
   if (!restore) self["screentype"_t] = "backup"_t;
   const Object title = self["title"_t];
   self["title"_t] =
@@ -132,7 +132,7 @@ Object construct(const Call& call) {
 Object shown(const Module& module, Text text) {
   Object result = translated(module, text);
   if (text.characters().find("%s") == std::string_view::npos) return result;
-  return result % Object(mediumSetting(module)["value"_t]);
+  return result % mediumSetting(module).get("value"_t);
 }
 
 Object row(const Module& module, const MenuEntry& entry) {
@@ -147,16 +147,16 @@ Object row(const Module& module, const MenuEntry& entry) {
 }
 
 void addRow(const Call& call, const MenuEntry& entry) {
-  Object(call.self["list"_t]).append(row(call.module, entry));
+  call.self.get("list"_t).append(row(call.module, entry));
 }
 
 Object createMenu(const Call& call) {
   const Object& self = call.self;
   self["list"_t] = list();
   addRow(call, kMediumEntry);
-  if (Object(self["screentype"_t]) == "backup"_t) {
+  if (self.get("screentype"_t) == "backup"_t) {
     for (const MenuEntry& entry : kBackupEntries) addRow(call, entry);
-  } else if (Object(self["screentype"_t]) == "restore"_t) {
+  } else if (self.get("screentype"_t) == "restore"_t) {
     for (const MenuEntry& entry : kRestoreEntries) addRow(call, entry);
   }
   self.item("menu"_t)["setList"_t]({self["list"_t]});
@@ -241,7 +241,7 @@ Object installLocalPlugins(const Call& call) {
   }
   const Set installed(self["pluginsinstalledclean"_t]);
   for (const Object& package : Items(self["ipklist"_t])) {
-    if (!isInstalled(call, installed, package)) queueInstallation(call, package);
+    if (!reportInstalled(call, installed, package)) queueInstallation(call, package);
   }
   if (self.get("cmdList"_t).isTrue()) {
     const Object open = self["session"_t].get("open"_t);

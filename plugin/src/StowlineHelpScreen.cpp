@@ -39,7 +39,8 @@ constexpr Text kMoveSpinnerAside[] = {
     "/usr/share/enigma2/skin_default/spinner/tmp"_t,
 };
 
-/// ... and come back only if it brought none.
+/// Writes what is unpacked to the disk. The spinner's pictures come back if the archive brought
+/// none.
 constexpr Text kTidyUp[] = {
     "echo \"[Qor Stowline] syncing ...\" ;  /bin/sync ; sleep 1"_t,
     "if [ ! -f /usr/share/enigma2/skin_default/spinner/wait1.png ] ; then  "
@@ -163,7 +164,7 @@ Object keyGo(const Call& call) {
   append(cmdlist, kMoveSpinnerAside);
   cmdlist.push_back("/etc/init.d/current_cam.sh stop ; "_t + unpack(self["fullrestorepath"_t]));
   for (const char* suffix : kCompanions) {
-    const Object companion = Object(self["fullrestorepath"_t]) + std::string_view(suffix);
+    const Object companion = self.get("fullrestorepath"_t) + std::string_view(suffix);
     if (fileExists(module, companion)) cmdlist.push_back(unpack(companion));
   }
   append(cmdlist, kTidyUp);

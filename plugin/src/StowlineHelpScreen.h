@@ -13,7 +13,7 @@ extern const host::Class kStowlineHelpScreen;
 /// them, in the order in which it puts them back.
 std::vector<host::Text> keptFiles(const host::Module& module, const host::Object& path);
 
-/// What it removes when all is unpacked, with all below it.
+/// What the restore removes when all is unpacked, with all below it.
 inline constexpr const char* kRemovedAfterRestore = "/.qws";
 
 }  // namespace stowline

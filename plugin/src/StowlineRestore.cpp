@@ -56,7 +56,7 @@ Object fill_list(const Call& call) {
     const bool shown = isForBox(name, own);
     for (const ListedKind& kind : kListedKinds) {
       if (!isListed(kind, name)) continue;
-      if (!(self.get("restoretype"_t) == kind.restoretype) || !shown) continue;
+      if (self.get("restoretype"_t) != kind.restoretype || !shown) continue;
       self.get("flist"_t).append(name);
       self["entry"_t] = true;
       if (kind.restoretype.characters() == "personalscript") {
@@ -72,7 +72,7 @@ Object fill_list(const Call& call) {
 /// Takes the row under the cursor as the selected file. Returns false when there is nothing to act
 /// on: an action is under way, nothing was ever listed, or the list or the medium is gone.
 bool select(const Object& self) {
-  if (!(self.get("exe"_t) == false) || !(self.get("entry"_t) == true)) return false;
+  if (self.get("exe"_t) != false || self.get("entry"_t) != true) return false;
   const Object current = self.item("filelist"_t)["getCurrent"_t]();
   if (current.isNone() || !self.get("path"_t).isTrue()) return false;
   self["sel"_t] = current;
@@ -100,7 +100,7 @@ void askToRunScript(const Call& call) {
   const Object callback = self["runScript"_t];
   const Object box = module["MessageBox"_t];
   const Object question = translated(module, "Are you sure you want to run\nfollowing script:\n"_t);
-  addName(module, open({callback, box, question + self["sel"_t]}));
+  setBoxTitle(module, open({callback, box, question + self["sel"_t]}));
 }
 
 Object KeyOk(const Call& call) {
@@ -174,8 +174,8 @@ Object runScript(const Call& call) {
   return {};
 }
 
-/// Joins the name to the text before the translation is looked up, as every catalogue so far has
-/// it.
+/// Joins the name to the text before the translation is looked up: no catalogue can have the text
+/// without a name.
 Object deleteFile(const Call& call) {
   const auto& [module, self, given] = call;
   if (!select(self)) return {};
@@ -190,7 +190,7 @@ Object deleteFile(const Call& call) {
 /// anew.
 Object startDelete(const Call& call) {
   const auto& [module, self, given] = call;
-  if (!(given[0] == true) || !self.get("val"_t).isTrue()) return {};
+  if (given[0] != true || !self.get("val"_t).isTrue()) return {};
   self["exe"_t] = true;
   if (exists(module, self["val"_t])) module["remove"_t]({self["val"_t]});
   self["exe"_t] = false;
@@ -228,7 +228,7 @@ Object installPlugins(const Call& call) {
   const Set installed(self["pluginsinstalledclean"_t]);
   for (const Object& line : Items(self["plugins"_t])) {
     const Object package = line["rstrip"_t]({"\n"_t});
-    if (isInstalled(call, installed, package)) continue;
+    if (reportInstalled(call, installed, package)) continue;
     if (isExcluded(package, self)) {
       print(module, "[QOR-Stowline] do not restore excluded package: %s"_t % package);
     } else {

@@ -249,19 +249,23 @@ class Scenario(object):
 
     def rebind(self):
         """Replaces or removes a name of the module; the next scenario has it as it was."""
-        name = self.pick(["getBackupRestorePath", "getDateTime", "BackupActions", "StowlineRestore", "_", "fileExists",
-                          "MessageBox", "listdir", "Console"])
+        name = self.pick(["getBackupRestorePath", "getDateTime", "BackupActions", "StowlineRestore", "StowlineHelpScreen",
+                          "_", "fileExists", "MessageBox", "ChoiceBox", "Console", "Ipkg", "StaticText", "Label", "List",
+                          "MenuList", "ActionMap", "NumberActionMap", "ComConsole", "IpkgComponent", "HardwareInfoVu",
+                          "LoadPixmap", "resolveFilename", "SCOPE_PLUGINS", "plugins", "config", "listdir", "os_path",
+                          "os_stat", "makedirs", "remove", "chmod", "system", "popen", "open", "localtime", "nimmanager",
+                          "eDVBDB", "InfoBar", "Screen"])
         if self.random.random() < 0.2:
             stowline.__dict__.pop(name, None)
             return "unbind " + name
         stowline.__dict__[name] = self.pick([
             lambda *args, **keywords: journal.note("rebound " + name), lambda *args, **keywords: "/other/" + name,
-            lambda text="": Text(text), None])
+            lambda text="": Text(text), None, self.pick(odd_values())])
         return "rebind " + name
 
     STEPS = [(press, 8), (call, 8), (finish_layout, 4), (answer, 6), (answer_late, 1), (settle, 1), (event, 4),
              (set_attribute, 3), (delete_attribute, 1), (change_list, 1), (construct, 4), (fail, 2), (close, 1),
-             (rebind, 1)]
+             (rebind, 3)]
 
     def play(self):
         names = dict(stowline.__dict__)

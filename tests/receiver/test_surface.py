@@ -1,6 +1,7 @@
 """Every operation and every attribute of the module as the interpreter's code sees them."""
 
 import copy
+import functools
 import inspect
 import unittest
 
@@ -818,6 +819,10 @@ class Framework(SurfaceTest):
         self.receiver.add_file("/list", lines=[Line("/files/b")])
         self.receiver.add_directory("/files", ["a"])
         self.assertEqual(stowline.BackupActions().saveUserFiles("/list", ["/files/"], ["/files"]), [])
+
+    def test_an_operation_can_be_wrapped(self):
+        wrapped = functools.wraps(stowline.Stowline.keyCancel)(lambda self: None)
+        self.assertEqual((wrapped.__module__, wrapped.__name__), ("Stowline", "keyCancel"))
 
     def test_a_copy_of_an_object_is_one(self):
         copied = copy.copy(self.made("BackupActions"))

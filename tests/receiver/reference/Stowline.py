@@ -52,8 +52,10 @@ def _print(line):
     try:
         print(line)
     except UnicodeError:
+        if not isinstance(line, bytes):
+            line = line.encode("utf-8", *_SURROGATES)
         print("".join(character if ord(character) < 128 else "\\x%02x" % ord(character)
-                      for character in line.encode("utf-8", *_SURROGATES).decode("latin-1")))
+                      for character in line.decode("latin-1")))
 
 
 def _entry(key, title, description, picture):
@@ -106,11 +108,21 @@ def _select(restore):
     return False
 
 
+def _closeAnyway(file):
+    try:
+        file.close()
+    except:  # noqa: E722  an error has been raised already
+        pass
+
+
 def _linesOf(file):
     try:
-        return file.readlines()
-    finally:
-        file.close()
+        lines = file.readlines()
+    except:  # noqa: E722
+        _closeAnyway(file)
+        raise
+    file.close()
+    return lines
 
 
 def getBackupRestorePath():
@@ -130,7 +142,8 @@ def getBackupRestorePath():
 def getDateTime():
     now = localtime()
     text = str(now.tm_year)
-    for number, mark in ((now.tm_mon, ""), (now.tm_mday, ""), (now.tm_hour, "_"), (now.tm_min, "-")):
+    for name, mark in (("tm_mon", ""), ("tm_mday", ""), ("tm_hour", "_"), ("tm_min", "-")):
+        number = getattr(now, name)
         text += mark + ("0" if number < 10 else "") + str(number)
     return text
 
@@ -139,9 +152,9 @@ class BackupActions(object):
     def __init__(self, backuptype=None):
         self.executiontime = getDateTime()
         self.boxtype = HardwareInfoVu().get_device_name()
-        self.executiontime += "_%s" % self.boxtype
+        self.executiontime = self.executiontime + "_%s" % self.boxtype
         if backuptype == "auto":
-            self.executiontime += ".auto"
+            self.executiontime = self.executiontime + ".auto"
 
     def createSettingFile(self):
         self.path = getBackupRestorePath()
