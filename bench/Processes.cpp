@@ -118,7 +118,7 @@ Times runDesk(const TemporaryTree& place, const std::string& script, const Words
 /// Runs `command` by the shell of the tree, which is the root directory then.
 Times runInTree(const TemporaryTree& place, const std::string& command) {
   return measure([&] {
-    native::enterTree(place.tree());
+    native::enterEnclosure(place.tree(), true);
     setenv("PATH", "/bin:/sbin:/usr/bin:/usr/sbin", 1);
     dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
     execute({"/bin/sh", "-c", command});

@@ -22,11 +22,21 @@ void require(std::initializer_list<const CLI::Option*> options) {
 }
 
 #ifdef STOWLINE_STAND_IN
-/// Adds the option --receiver, which sets `tree`.
-void addReceiverOption(CLI::App& command, std::filesystem::path& tree) {
+/// Adds the options --receiver, which it returns, and --no-enclosure.
+CLI::Option* addReceiverOptions(CLI::App& command, TreeOptions& receiver,
+                                const std::string& description) {
+  CLI::Option* dir = command.add_option("--receiver", receiver.dir, description)->type_name("DIR");
   command
-      .add_option("--receiver", tree, "a receiver tree; by default the receiver that this runs on")
-      ->type_name("DIR");
+      .add_flag("--no-enclosure", receiver.no_enclosure,
+                "where the system gives no namespaces, as root: let what runs in the receiver get "
+                "out of it")
+      ->needs(dir);
+  return dir;
+}
+
+void addReceiverOptions(CLI::App& command, TreeOptions& receiver) {
+  addReceiverOptions(command, receiver,
+                     "a receiver tree; by default the receiver that this runs on");
 }
 
 struct ReceiverOptions {
@@ -70,9 +80,7 @@ void addDesk(CLI::App& stowline) {
       "desk",
       "Open the main menu on a stand-in receiver: on this terminal, where ? shows the keys, in a\n"
       "browser, or by a script.");
-  CLI::Option* receiver =
-      desk->add_option("--receiver", options->receiver, "the receiver's directory")
-          ->type_name("DIR");
+  CLI::Option* receiver = addReceiverOptions(*desk, options->receiver, "the receiver's directory");
   desk->add_option("--menu", options->menu, "the flavour of the main menu")
       ->check(CLI::IsMember({"backup", "restore"}))
       ->capture_default_str();
@@ -135,7 +143,7 @@ void addDesk(CLI::App& stowline) {
   });
 }
 #else
-void addReceiverOption(CLI::App& /*command*/, std::filesystem::path& /*tree*/) {}
+void addReceiverOptions(CLI::App& /*command*/, TreeOptions& /*receiver*/) {}
 #endif
 
 void addAuto(CLI::App& stowline) {
@@ -144,7 +152,7 @@ void addAuto(CLI::App& stowline) {
   CLI::App* scheduled = stowline.add_subcommand(
       "auto",
       "Write a scheduled backup, read it again, and delete the oldest ones only when all is well.");
-  addReceiverOption(*scheduled, options->receiver);
+  addReceiverOptions(*scheduled, options->receiver);
   scheduled->add_option("--jobs", options->jobs, "what to back up")
       ->delimiter(',')
       ->check(CLI::IsMember(scheduled::jobNames()))
@@ -158,7 +166,7 @@ void addDoctor(CLI::App& stowline) {
   const auto options = std::make_shared<DoctorOptions>();
   CLI::App* doctor = stowline.add_subcommand(
       "doctor", "Look whether a receiver can back itself up and be restored.");
-  addReceiverOption(*doctor, options->receiver);
+  addReceiverOptions(*doctor, options->receiver);
   doctor->add_flag("--json", options->json, "print JSON");
   doctor->add_flag("--quiet", options->quiet, "print only what is not well");
   doctor->callback([=] { runDoctor(*options); });

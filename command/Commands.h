@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,8 +11,14 @@ namespace command {
 /// What each command does, with its options as they were given. All of them print to the standard
 /// streams, and raise plain::Error or another std::exception when they fail.
 
+/// Where a command works.
+struct TreeOptions {
+  std::filesystem::path dir;  ///< a receiver tree; "": the receiver that this runs on
+  bool no_enclosure = false;  ///< whether what runs in the tree may get out
+};
+
 struct AutoOptions {
-  std::filesystem::path receiver;  ///< a receiver tree; "": the receiver that this runs on
+  TreeOptions receiver;
   std::vector<std::string> jobs;
   bool json = false;
   bool quiet = false;
@@ -23,7 +30,7 @@ enum class FrontEnd { terminal, script, browser };
 
 struct DeskOptions {
   FrontEnd front_end = FrontEnd::terminal;
-  std::filesystem::path receiver;
+  TreeOptions receiver;
   std::string menu = "backup";
   std::string words;
   std::string frames = "text";
@@ -38,8 +45,14 @@ struct DeskOptions {
 };
 void runDesk(const DeskOptions& options);
 
+/// The program's first argument when the desk starts it again as its GUI.
+inline constexpr const char* kGui = "gui";
+
+/// Runs that GUI; `arguments` are those after the first. Never returns.
+[[noreturn]] void runGui(std::span<char*> arguments);
+
 struct DoctorOptions {
-  std::filesystem::path receiver;  ///< a receiver tree; "": the receiver that this runs on
+  TreeOptions receiver;
   bool json = false;
   bool quiet = false;
 };

@@ -1,8 +1,12 @@
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -10,6 +14,7 @@
 #include <vector>
 
 #include "command/Commands.h"
+#include "command/OnReceiver.h"
 #include "desk/drawing/PictureFiles.h"
 #include "desk/gui/GuiProcess.h"
 #include "desk/play/ScriptPlayer.h"
@@ -23,6 +28,7 @@
 #include "desk/web/Assets.h"
 #include "desk/web/Server.h"
 #include "desk/web/WebPlayer.h"
+#include "host/native/Descriptor.h"
 #include "host/native/Reading.h"
 #include "host/native/ShownText.h"
 #include "plugin/src/Setup.h"
@@ -30,6 +36,8 @@
 namespace command {
 namespace {
 
+constexpr const char* kEnclosed = "enclosed";
+constexpr const char* kNotEnclosed = "not-enclosed";
 constexpr const char* kPluginPath = "/usr/lib/enigma2/python/Plugins/SystemPlugins/QORPanel";
 
 /// The themes of the terminal by name.
@@ -42,37 +50,56 @@ const std::map<std::string, desk::terminal::Theme> kThemes = {
 /// Reads a catalogue of translations; none where `file` is empty.
 desk::Translations readTranslations(const std::filesystem::path& file) {
   if (file.empty()) return {};
+  return desk::parseCatalogue(native::readFile(file));
+}
+
+/// Returns a copy of a catalogue, for every GUI to come: its file may be gone by then.
+native::Descriptor copyTranslations(const std::filesystem::path& file) {
   try {
-    return desk::parseCatalogue(native::readFile(file));
+    const std::string content = native::readFile(file);
+    desk::parseCatalogue(content);
+    native::Descriptor copy(memfd_create("translations", MFD_CLOEXEC));
+    if (!copy || write(copy.number(), content.data(), content.size()) !=
+                     static_cast<ssize_t>(content.size())) {
+      throw std::runtime_error("cannot be copied");
+    }
+    return copy;
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(file.string() + ": " + error.what());
   }
-}
-
-/// Returns the module as the stand-in runs it, opening the main menu of the flavour `menu`.
-desk::Application moduleWith(const std::string& menu, desk::Translations translations) {
-  return {.load = &stowline::load,
-          .main_menu = "Stowline",
-          .arguments = {kPluginPath, menu},
-          .translations = std::move(translations)};
 }
 
 desk::Records recordsOf(const DeskOptions& options) {
   return {.log = options.log, .trace = options.trace};
 }
 
-/// Returns what runs the module in the receiver tree `tree`.
-std::function<void(desk::Channel)> guiOn(const std::filesystem::path& tree,
-                                         const DeskOptions& options) {
-  return [tree, application = moduleWith(options.menu, readTranslations(options.translations))](
-             desk::Channel channel) { desk::runGuiProcess(tree, application, std::move(channel)); };
+/// A receiver tree that is this command's alone.
+struct Tree {
+  desk::TreeLock lock;
+  std::filesystem::path dir;
+};
+
+/// Returns what runs the module in the tree.
+std::function<void(desk::Channel)> guiOn(const Tree& tree, const DeskOptions& options) {
+  const std::string walls = options.receiver.no_enclosure ? kNotEnclosed : kEnclosed;
+  std::vector<std::string> arguments = {"stowline", kGui, tree.dir, walls, options.menu, ""};
+  std::shared_ptr<native::Descriptor> translations;
+  std::vector<int> descriptors = {tree.lock.descriptor()};
+  if (!options.translations.empty()) {
+    translations = std::make_shared<native::Descriptor>(copyTranslations(options.translations));
+    descriptors.push_back(translations->number());
+    arguments.back() = "/proc/self/fd/" + std::to_string(desk::kFirstDescriptor + 1);
+  }
+  return [arguments, descriptors, translations](desk::Channel channel) {
+    desk::startGuiProcess(arguments, std::move(channel), descriptors);
+  };
 }
 
-void playScript(const DeskOptions& options, const std::filesystem::path& tree) {
+void playScript(const DeskOptions& options, const Tree& tree) {
   const std::vector<std::string> words = desk::parseWords(options.words);
   std::optional<desk::drawing::PictureFiles> pictures;
   if (!options.pictures.empty()) {
-    pictures.emplace(options.pictures, tree, desk::drawing::readSkin(options.skin));
+    pictures.emplace(options.pictures, tree.dir, desk::drawing::readSkin(options.skin));
   }
   const auto draw = [&pictures](const desk::Channel::Message& frame) {
     if (pictures) pictures->write(frame);
@@ -88,7 +115,7 @@ void playScript(const DeskOptions& options, const std::filesystem::path& tree) {
   }
 }
 
-void playOnTerminal(const DeskOptions& options, const std::filesystem::path& tree) {
+void playOnTerminal(const DeskOptions& options, const Tree& tree) {
   namespace terminal = desk::terminal;
   terminal::requireTerminal();
   terminal::putGuardBeforeTerminal();
@@ -103,10 +130,10 @@ void playOnTerminal(const DeskOptions& options, const std::filesystem::path& tre
   if (signal != 0) raise(signal);
 }
 
-void playInBrowser(const DeskOptions& options, const std::filesystem::path& tree) {
+void playInBrowser(const DeskOptions& options, const Tree& tree) {
   namespace web = desk::web;
   const std::string token = web::randomToken();
-  web::Pictures pictures(tree, token);
+  web::Pictures pictures(tree.dir, token);
   desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
                                  [&](const std::string& path) { return pictures.name(path); });
   web::Board board;
@@ -123,9 +150,10 @@ void playInBrowser(const DeskOptions& options, const std::filesystem::path& tree
 }  // namespace
 
 void runDesk(const DeskOptions& options) {
-  desk::requireTree(options.receiver);
-  const desk::TreeLock lock(options.receiver);
-  const std::filesystem::path tree = std::filesystem::canonical(options.receiver);
+  desk::requireTree(options.receiver.dir);
+  const Tree tree = {.lock = desk::TreeLock(options.receiver.dir),
+                     .dir = std::filesystem::canonical(options.receiver.dir)};
+  warnIfNotEnclosed(options.receiver);
   switch (options.front_end) {
     case FrontEnd::terminal:
       return playOnTerminal(options, tree);
@@ -134,6 +162,17 @@ void runDesk(const DeskOptions& options) {
     case FrontEnd::browser:
       return playInBrowser(options, tree);
   }
+}
+
+void runGui(std::span<char*> arguments) {
+  const std::filesystem::path tree = arguments[0];
+  const bool is_enclosed = arguments[1] == std::string_view(kEnclosed);
+  const std::string menu = arguments[2];
+  desk::runGuiProcess(tree, is_enclosed,
+                      {.load = &stowline::load,
+                       .main_menu = "Stowline",
+                       .arguments = {kPluginPath, menu},
+                       .translations = readTranslations(arguments[3])});
 }
 
 }  // namespace command

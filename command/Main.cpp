@@ -4,11 +4,14 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "command/CommandLine.h"
+#include "command/Commands.h"
 #include "host/native/OsError.h"
 #include "host/native/ShownText.h"
 #include "host/plain/Error.h"
@@ -83,6 +86,12 @@ int run(CLI::App& stowline, int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+#ifdef STOWLINE_STAND_IN
+  const std::span<char*> arguments(argv, static_cast<std::size_t>(argc));
+  if (argc == 6 && arguments[1] == std::string_view(command::kGui)) {
+    command::runGui(arguments.subspan(2));
+  }
+#endif
   occupyStandardStreams();
   CLI::App stowline("Backup and restore of a set-top box.", "stowline");
   stowline.set_version_flag("--version", "stowline " STOWLINE_VERSION);

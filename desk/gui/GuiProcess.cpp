@@ -24,6 +24,9 @@
 namespace desk {
 namespace {
 
+/// Where the process finds its channel when it starts.
+constexpr int kChannel = STDIN_FILENO;
+
 constexpr const char* kPidFile = "/var/run/enigma2.pid";
 constexpr const char* kGuiLog = "/var/log/enigma2.log";
 
@@ -62,21 +65,13 @@ void leaveStandardStreams() {
   }
 }
 
-/// Closes what the front end had open when it started the process, such as its viewers'
-/// connections: they would stay open with the process. (close_range(2) does so for every number in
-/// between.)
-void closeOthers(int channel) {
-  const auto number = static_cast<unsigned>(channel);
-  if (number > STDERR_FILENO + 1) close_range(STDERR_FILENO + 1, number - 1, 0);
-  close_range(number + 1, ~0U, 0);
-}
-
-/// Sends what the process and its commands print to the receiver's own log, if it has one.
+/// Sends what the process and its commands print to the receiver's own log. Without one they cannot
+/// print.
 void redirectOutput() {
   const native::Descriptor log(open(kGuiLog, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
-  if (!log) return;
-  dup2(log.number(), STDOUT_FILENO);
-  dup2(log.number(), STDERR_FILENO);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    dup2(log ? log.number() : STDIN_FILENO, stream);
+  }
 }
 
 /// Says which process a command in the tree means by the GUI.
@@ -171,14 +166,34 @@ class Loop {
 
 }  // namespace
 
-void runGuiProcess(const std::filesystem::path& dir, const Application& application,
-                   Channel channel) {
+void startGuiProcess(const std::vector<std::string>& arguments, Channel channel,
+                     const std::vector<int>& descriptors) {
+  std::vector<char*> words;
+  words.reserve(arguments.size() + 1);
+  for (const std::string& argument : arguments) {
+    words.push_back(const_cast<char*>(argument.c_str()));
+  }
+  words.push_back(nullptr);
+  dup2(channel.descriptor(), kChannel);
+  const int end = kFirstDescriptor + static_cast<int>(descriptors.size());
+  std::vector<int> out_of_the_way = descriptors;
+  for (int& each : out_of_the_way) each = fcntl(each, F_DUPFD, end);
+  int number = kFirstDescriptor;
+  for (const int each : out_of_the_way) dup2(each, number++);
+  // The front end's viewers have connections, which would stay open with this process.
+  close_range(static_cast<unsigned>(end), ~0U, 0);
+  execv("/proc/self/exe", words.data());
+  _exit(EXIT_FAILURE);
+}
+
+void runGuiProcess(const std::filesystem::path& dir, bool is_enclosed,
+                   const Application& application) {
   setsid();
   resetSignals();
-  closeOthers(channel.descriptor());
+  Channel channel(native::Descriptor(fcntl(kChannel, F_DUPFD_CLOEXEC, kFirstDescriptor)));
   try {
     leaveStandardStreams();
-    native::enterTree(dir);
+    native::enterEnclosure(dir, is_enclosed, channel.descriptor());
     native::setReceiverEnvironment();
     redirectOutput();
     writePidFile();
@@ -189,12 +204,10 @@ void runGuiProcess(const std::filesystem::path& dir, const Application& applicat
     loop.send("frame", "");
     loop.run();
     unlink(kPidFile);
-    // Whatever a command has left running goes with the GUI.
-    kill(0, SIGKILL);
   } catch (const std::exception& error) {
     channel.send({{"fatal", native::shownText(error.what())}});
   }
-  // Not exit(): what the supervisor has registered to run at its own exit is not this process's.
+  // Not exit(): nothing that is left has to be undone.
   _exit(EXIT_FAILURE);
 }
 

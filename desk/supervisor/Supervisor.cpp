@@ -46,18 +46,24 @@ void Supervisor::start() {
   has_shown_a_frame_ = false;
 }
 
-/// Lets the GUI see that nobody is left, and waits for its end.
+/// Lets the GUI see that nobody will send a word any more, and waits for its end.
 void Supervisor::stop() {
-  channel_.reset();
-  if (gui_ > 0) waitpid(std::exchange(gui_, 0), nullptr, 0);
+  if (channel_) shutdown(channel_->descriptor(), SHUT_WR);
+  waitForEnd();
 }
 
 void Supervisor::kill() {
-  if (gui_ <= 0) return;
-  // The GUI leads its commands' process group, once it has got as far as that.
-  ::kill(-gui_, SIGKILL);
-  ::kill(gui_, SIGKILL);
-  stop();
+  channel_.reset();
+  waitForEnd();
+}
+
+/// Returns the status of a GUI that is about to end (wait(2)), 0 when there is none.
+int Supervisor::waitForEnd() {
+  int status = 0;
+  while (gui_ > 0 && waitpid(gui_, &status, 0) < 0 && errno == EINTR) {
+  }
+  gui_ = 0;
+  return status;
 }
 
 Channel::Message Supervisor::firstFrame() {
@@ -134,8 +140,7 @@ void Supervisor::startAgain() {
 /// Takes leave of a GUI that has ended. Raises std::runtime_error unless a kill has ended it after
 /// its first frame.
 void Supervisor::requireKilled() {
-  int status = 0;
-  waitpid(std::exchange(gui_, 0), &status, 0);
+  const int status = waitForEnd();
   if (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) {
     if (has_shown_a_frame_) return;
     throw std::runtime_error("the GUI was killed before it had opened its menu");

@@ -41,7 +41,8 @@ struct Records {
 class Supervisor {
  public:
   /// Starts the GUI: `run_gui` is called in a process of its own with its end of the channel and
-  /// does not return. Raises std::runtime_error when a record cannot be written.
+  /// does not return. It ends at once when the other end is closed. Raises std::runtime_error when
+  /// a record cannot be written.
   Supervisor(std::function<void(Channel)> run_gui, const Records& records, Events& events);
 
   /// Ends the GUI, with the command that it is running for a word.
@@ -84,6 +85,7 @@ class Supervisor {
  private:
   void start();
   void stop();
+  int waitForEnd();
   void requireKilled();
   void startAgain();
   std::optional<Channel::Message> nextAnswer();

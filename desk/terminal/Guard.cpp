@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -42,18 +41,10 @@ void losePatience(int /*signal*/) {
   if (child > 0) kill(child, SIGKILL);
 }
 
-/// Ends every process that has been left to the guard, as the reaper of its descendants
-/// (PR_SET_CHILD_SUBREAPER in prctl(2)), with the processes of its group.
-void endWhatIsLeft() {
-  const std::string list = "/proc/self/task/" + std::to_string(getpid()) + "/children";
-  for (;;) {
-    std::ifstream children(list);
-    if (!children) return;
-    for (pid_t left = 0; children >> left;) {
-      kill(-left, SIGKILL);
-      kill(left, SIGKILL);
-    }
-    if (waitpid(-1, nullptr, 0) < 0 && errno == ECHILD) return;
+/// Waits for what the child has left, which ends by itself: the guard is its parent then
+/// (PR_SET_CHILD_SUBREAPER in prctl(2)).
+void waitForWhatIsLeft() {
+  while (wait(nullptr) > 0 || errno == EINTR) {
   }
 }
 
@@ -104,7 +95,7 @@ int waitForChild() {
   std::signal(SIGALRM, losePatience);
   const int status = waitForChild();
   child = 0;
-  endWhatIsLeft();
+  waitForWhatIsLeft();
   endLike(status, before);
 }
 

@@ -6,13 +6,18 @@
 
 namespace desk {
 
-/// Keeps a receiver tree to one user at a time, for as long as this or a process forked since
-/// lives (flock(2) on its directory): two GUIs would end each other's, and a flash would take the
-/// ground from under one.
+/// Keeps a receiver tree to one command at a time, for as long as this or a duplicate of its
+/// descriptor lives (flock(2) on its directory): two GUIs would end each other, and a flash would
+/// delete the files that one uses.
 class TreeLock {
  public:
-  /// Raises TreeError when somebody else has the tree `dir`, or it cannot be opened.
+  /// Waits for a second when somebody else has the tree `dir`: what a killed command leaves behind
+  /// ends within moments. Raises TreeError, which names the process, when it still has it, or when
+  /// the tree cannot be opened.
   explicit TreeLock(const std::filesystem::path& dir);
+
+  /// The descriptor that holds it.
+  int descriptor() const { return dir_.number(); }
 
  private:
   native::Descriptor dir_;

@@ -4,11 +4,23 @@
 
 namespace native {
 
-/// Moves this process into the receiver tree `dir`, so that "/" and every path below it mean the
-/// tree: by chroot(2), for an ordinary user within a user namespace of its own
-/// (user_namespaces(7)). Raises std::runtime_error with one line that says what to do when the
-/// system does not allow it.
-void enterTree(const std::filesystem::path& dir);
+/// Goes on in an enclosure around the receiver tree `dir`: returns in a new process whose "/" is
+/// the tree, and which has, with all that it starts, namespaces of its own for users, processes,
+/// mounts, IPC, network and the host's name (namespaces(7)), no terminal, no new privileges, no
+/// device nodes, and limits to the size of a file and, but for root, to the number of its processes
+/// (setrlimit(2)). Of what was open there are standard output and error, and `lifeline`. Whoever
+/// runs this is root in there.
+///
+/// The process that calls this stays outside, waits for the end of the new one and ends as that
+/// does. The enclosure ends, with all that runs in it, as soon as one of these has ended: the new
+/// process, the one that waits, or whoever holds the other end of the socket `lifeline`.
+///
+/// Without `is_enclosed`, which only root can do, there are no namespaces: "/" is the tree, but who
+/// wants to get out does. What is left in the tree at the end is killed, as far as it can be found.
+///
+/// Raises std::runtime_error, with one line that says what to do, when the system does not allow
+/// it. There must be no other threads.
+void enterEnclosure(const std::filesystem::path& dir, bool is_enclosed, int lifeline = -1);
 
 /// Lets this process and its commands see no environment but what a receiver's GUI has, and work in
 /// its directory. Raises std::runtime_error when that is not there.

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -206,7 +207,9 @@ TEST_F(SupervisorTest, KilledOnPurposeTheGuiIsNotStartedAgain) {
   Supervisor supervisor(
       [](Channel channel) {
         channel.send(frame("", "opened"));
-        for (;;) pause();
+        pollfd supervisor = {.fd = channel.descriptor(), .events = 0, .revents = 0};
+        poll(&supervisor, 1, -1);
+        _exit(0);
       },
       {}, events);
   supervisor.firstFrame();

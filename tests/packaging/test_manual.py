@@ -31,9 +31,9 @@ class ManualTest(unittest.TestCase):
         described = {section.split(None, 1)[0]: section for section in sections}
         self.assertEqual(sorted(described), sorted(commands))
         for command in commands:
-            for option in re.findall(r"^  (--[a-z]+)", help_of(command), re.MULTILINE):
+            for option in re.findall(r"^  (--[a-z-]+)", help_of(command), re.MULTILINE):
                 with self.subTest(command + " " + option):
-                    own = described[command] if option not in ("--json", "--quiet") else self.text
+                    own = described[command] if option not in ("--json", "--quiet", "--no-enclosure") else self.text
                     self.assertIn(option, own)
 
 

@@ -4,6 +4,7 @@ STOWLINE_COMMAND names the command.
 """
 
 import os
+import re
 import shutil
 import subprocess
 import tempfile
@@ -92,7 +93,7 @@ class Receiver:
         found = {}
         for number in filter(str.isdigit, os.listdir("/proc")):
             try:
-                if os.readlink("/proc/%s/root" % number) == self.tree:
+                if os.path.samefile("/proc/%s/root" % number, self.tree):
                     with open("/proc/%s/cmdline" % number, encoding="utf-8", errors="replace") as file:
                         found[int(number)] = file.read().replace("\0", " ").strip()
             except OSError:
@@ -100,9 +101,14 @@ class Receiver:
         return found
 
     def gui(self):
-        """Returns the process of the GUI."""
+        """Returns the process of the GUI, which has another number in the tree."""
         with open(self.path("var/run/enigma2.pid"), encoding="ascii") as file:
-            return int(file.read())
+            in_tree = file.read().strip()
+        for number in self.processes():
+            with open("/proc/%d/status" % number, encoding="ascii") as file:
+                if re.search(r"^NSpid:.*\t%s$" % in_tree, file.read(), re.MULTILINE):
+                    return number
+        raise AssertionError("no GUI runs")
 
     def play(self, menu, words, *options):
         """Returns what a script of words prints."""
@@ -215,6 +221,14 @@ class Directory:
         terminal = Terminal(self.path, *arguments, **options)
         self.test.addCleanup(terminal.close)
         return terminal
+
+
+def ancestor_of(process, generations):
+    """Returns the parent of a process, its parent, and so on."""
+    for _ in range(generations):
+        with open("/proc/%d/stat" % process, encoding="ascii") as stat:
+            process = int(stat.read().rsplit(")", 1)[1].split()[1])
+    return process
 
 
 def desk(receiver, menu="backup", *options):

@@ -4,7 +4,7 @@ import os
 import subprocess
 import unittest
 
-from terminal import STOWLINE, Directory, desk
+from terminal import STOWLINE, Directory, ancestor_of, desk
 
 NO_TERMINAL = "stowline: standard input and output are not both a terminal; press keys with --play \"WORDS\" without one\n"
 UNKNOWN = ("stowline: TERM is '%s', a terminal that is not known or cannot place its cursor; set it to the terminal's "
@@ -76,7 +76,10 @@ class RefusalTest(unittest.TestCase):
         first.shell(desk(self.receiver))
         first.wait_for("QOR Stowline (")
         picture = first.text()
-        in_use = "stowline: '%s' is in use by another stowline: close that first" % self.receiver.tree
+        # The GUI's ancestors: the enclosure's first process, who waits for it, the front end and its guard.
+        holder = ancestor_of(self.receiver.gui(), 4)
+        in_use = "stowline: '%s' is in use by process %d (stowline desk): close that first" % (
+            self.receiver.tree, holder)
         second = self.directory.terminal(columns=200)
         for command in (desk(self.receiver), desk(self.receiver, "restore", "--play exit"),
                         STOWLINE + " receiver flash " + self.receiver.tree):
