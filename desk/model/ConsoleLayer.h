@@ -9,8 +9,8 @@
 
 namespace desk {
 
-/// Runs shell commands one after the other and shows their output. Closes by ok or exit, once the
-/// last one has ended.
+/// Runs shell commands one after the other and shows the end of their output. Closes by ok or exit,
+/// once the last one has ended.
 class ConsoleLayer : public Layer {
  public:
   ConsoleLayer(Console console, Jobs& jobs, Observer& observer);
@@ -20,6 +20,7 @@ class ConsoleLayer : public Layer {
 
  private:
   void runNext();
+  void addOutput(const std::string& text);
 
   Console console_;
   Jobs& jobs_;

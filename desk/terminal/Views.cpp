@@ -12,9 +12,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// How much of a console's output can be looked at: what is before that is not wrapped either.
-constexpr std::size_t kMostOutput = 100000;
-
 std::string textOf(const Json& frame, const char* key) {
   return frame.value(key, std::string());
 }
@@ -118,35 +115,22 @@ const char* runningNote(const Json& frame) {
   return frame.at("running").get<bool>() ? "running" : "finished";
 }
 
-bool continuesCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-/// Returns where the shown end of a long output begins: at a line, or at least at a character.
-std::size_t startOfEnd(const std::string& output) {
-  if (output.size() <= kMostOutput) return 0;
-  std::size_t start = output.size() - kMostOutput;
-  const std::size_t line = output.find('\n', start) + 1;
-  if (line != 0 && line != output.size()) return line;
-  while (continuesCharacter(output[start])) ++start;
-  return start;
-}
-
-/// Returns the end of a console's output, with every carriage return as a line break.
-std::string endOfOutput(const std::string& output) {
-  std::string end;
-  for (std::size_t index = startOfEnd(output); index < output.size(); ++index) {
+/// Returns a console's output with every carriage return as a line break.
+std::string withLineBreaks(const std::string& output) {
+  std::string lines;
+  for (std::size_t index = 0; index < output.size(); ++index) {
     if (output.compare(index, 2, "\r\n") == 0) continue;
-    end += output[index] == '\r' ? '\n' : output[index];
+    lines += output[index] == '\r' ? '\n' : output[index];
   }
-  return end;
+  return lines;
 }
 
 void drawConsole(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
   Canvas& canvas = picture.canvas;
   canvas.box(area, headingOf(frame));
   const Area inside = area.inside();
-  const Lines lines = canvas.lettering().wrapped(endOfOutput(textOf(frame, "text")), inside.width);
+  const Lines lines =
+      canvas.lettering().wrapped(withLineBreaks(textOf(frame, "text")), inside.width);
   const int count = static_cast<int>(lines.size());
   const int top = looking.scroll.top(count, inside.height, count - 1);
   const int below = std::max(0, count - top - inside.height);

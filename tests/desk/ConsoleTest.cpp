@@ -67,6 +67,27 @@ TEST_F(ConsoleTest, WithoutCommandsIsDoneAtOnce) {
   EXPECT_EQ(notes.lines, Lines{"closed: None"});
 }
 
+std::string repeated(const std::string& text, int count) {
+  std::string result;
+  while (count-- > 0) result += text;
+  return result;
+}
+
+TEST_F(ConsoleTest, OfALongOutputTheEndIsShownFromTheBeginningOfALine) {
+  const std::string line(48, 'a');
+  openConsole({"yes " + line + " | head -n 10000"});
+  runToEnd(jobs);
+  EXPECT_EQ(shownBy(*session.top()),
+            R"({"text":")" + repeated(line + "\\n", 100000 / 49) + R"(","running":false})");
+}
+
+TEST_F(ConsoleTest, OfALongLineTheEndIsShownFromTheBeginningOfACharacter) {
+  openConsole({"yes € | head -n 100000 | tr -d '\\n'"});
+  runToEnd(jobs);
+  EXPECT_EQ(shownBy(*session.top()),
+            R"({"text":")" + repeated("€", 100000 / 3) + R"(","running":false})");
+}
+
 TEST_F(ConsoleTest, OddBytesOfTheOutputAreShownEscaped) {
   openConsole({"printf '\\377\\303\\251'"});
   runToEnd(jobs);

@@ -23,32 +23,6 @@ TEST(ConsoleView, LongLinesAreWrappedAndControlCharactersEscaped) {
                    "4 " + std::string(62, 'x'), "5 xxxxxxxx"}));
 }
 
-TEST(ConsoleView, OfAnEndlessOutputTheEndIsShownFromTheBeginningOfALine) {
-  std::string output(90, '#');
-  for (int line = 0; line < 3000; ++line) output += "\n" + std::string(48, 'a');
-  Television television(utf8());
-  television.show(console(output), kStart);
-  television.picture(kTerminal, kStart);
-  television.take(action::kFirst);
-  const Canvas canvas = television.picture(kTerminal, kStart).canvas;
-  EXPECT_EQ(canvas.line(1), "│" + std::string(48, 'a') + "              │");
-}
-
-TEST(ConsoleView, OfAnEndlessLineTheEndIsShownFromTheBeginningOfACharacter) {
-  for (const std::string end : {"", "\n"}) {
-    std::string output;
-    for (int count = 0; count < 40000; ++count) output += "€";
-    Television television(utf8());
-    television.show(console(output + end), kStart);
-    television.picture(kTerminal, kStart);
-    std::string line;
-    for (int column = 0; column < 62; ++column) line += "€";
-    EXPECT_EQ(television.picture(kTerminal, kStart).canvas.line(1), "│" + line + "│");
-    television.take(action::kFirst);
-    EXPECT_EQ(television.picture(kTerminal, kStart).canvas.line(1), "│" + line + "│");
-  }
-}
-
 /// A console of 100 lines, at its end, on the least terminal.
 class ScrolledConsole : public testing::Test {
  protected:
