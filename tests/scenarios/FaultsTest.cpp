@@ -1,0 +1,82 @@
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/support/command/DeskTest.h"
+
+namespace command_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// How many jobs are broken off; STOWLINE_FAULTS says otherwise.
+int rounds() {
+  const char* const asked = std::getenv("STOWLINE_FAULTS");
+  return asked ? std::atoi(asked) : 10;
+}
+
+struct Job {
+  const char* menu;
+  const char* words;
+};
+
+constexpr Job kJobs[] = {
+    {"backup", "select:channel ok ok select:configurations ok ok exit"},
+    {"restore", "select:channel ok ok ok exit"},
+    {"restore", "select:configurations ok ok ok exit"},
+    {"restore", "select:plugins ok ok wait ok exit"},
+};
+
+/// Returns the processes that work for a desk in `tree`: those in it, and those outside that have
+/// its name in their command line.
+std::vector<pid_t> processesOf(const fs::path& tree) {
+  std::vector<pid_t> found;
+  for (const auto& entry : fs::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+    std::ifstream file(entry.path() / "cmdline");
+    const std::string words((std::istreambuf_iterator<char>(file)), {});
+    std::error_code gone;
+    if (fs::equivalent(entry.path() / "root", tree, gone) || words.find(tree) != words.npos) {
+      found.push_back(std::stoi(name));
+    }
+  }
+  return found;
+}
+
+using FaultsTest = DeskTest;
+
+TEST_F(FaultsTest, WhateverIsKilledWheneverNothingIsLeftAndTheNextDeskOpens) {
+  const std::string older = inBackups("settings_20200101_00-00_solo2.tar.gz");
+  receiver().write(older, std::string(20000, 'x'));
+  receiver().play("backup", "select:installed ok ok select:configurations ok ok exit");
+  std::mt19937 random(1);
+  const auto upTo = [&random](std::size_t last) {
+    return std::uniform_int_distribution<std::size_t>(0, last)(random);
+  };
+  for (int round = 0; round < rounds(); ++round) {
+    const Job& job = kJobs[upTo(std::size(kJobs) - 1)];
+    auto playing = std::async(std::launch::async,
+                              [&] { return run(receiver().playArguments(job.menu, job.words)); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(upTo(300)));
+    if (const auto victims = processesOf(receiver().tree()); !victims.empty()) {
+      kill(victims[upTo(victims.size() - 1)], SIGKILL);
+    }
+    playing.get();
+
+    while (!processesOf(receiver().tree()).empty()) std::this_thread::yield();
+    const Play next = receiver().play("backup", "exit");
+    ASSERT_EQ(next.status, 0) << "round " << round << ": " << next.errors;
+    ASSERT_EQ(receiver().read(older), std::string(20000, 'x')) << "round " << round;
+  }
+}
+
+}  // namespace
+}  // namespace command_test
