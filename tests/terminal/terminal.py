@@ -147,9 +147,14 @@ class Terminal:
                    "the end of the command")
 
     def shell(self, command):
-        """Types a command line."""
+        """Types a command line. The prompt before it is not taken for the one after it."""
         self._tmux("send-keys", "-l", command)
+        wait_until(lambda: not self.is_asking(), "the command line", self.text)
         self.press("Enter")
+
+    def is_asking(self):
+        """Whether the shell asks for a command line, and none is typed yet."""
+        return [line for line in self.lines() if line][-1:] == [PROMPT.strip()]
 
     def press(self, *keys):
         """Presses keys one by one, by tmux's names."""
@@ -201,8 +206,7 @@ class Terminal:
 
     def wait_for_end(self):
         """Waits until the shell asks for the next command; returns the lines."""
-        wait_until(lambda: [line for line in self.lines() if line][-1:] == [PROMPT.strip()], "the shell's prompt",
-                   self.text)
+        wait_until(self.is_asking, "the shell's prompt", self.text)
         return self.lines()
 
 

@@ -218,9 +218,10 @@ class ScreenTest(unittest.TestCase):
         self.terminal.press("Enter")
         self.terminal.wait_for("System will restart")
         self.terminal.press("g")
-        lines = self.terminal.wait_for("busy for")
+        unpacking = "$ /etc/init.d/current_cam.sh stop ; tar -xzf"
+        lines = self.terminal.wait_for("busy for", unpacking)
         log = next(index for index, line in enumerate(lines) if "─ Log ─" in line)
-        self.assertIn("$ /etc/init.d/current_cam.sh stop ; tar -xzf", "".join(lines[log:]))
+        self.assertIn(unpacking, "".join(lines[log:]))
         self.terminal.resize(132, 60)
         self.terminal.wait_for("[Qor Stowline] do not restore old OE tree configuration files",
                                "$ cat /etc/fstab > /etc/fstab_backup", "busy for")
