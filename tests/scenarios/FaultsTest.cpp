@@ -1,7 +1,5 @@
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <future>
 #include <iterator>
 #include <random>
@@ -13,8 +11,6 @@
 
 namespace command_test {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// How many jobs are broken off; STOWLINE_FAULTS says otherwise.
 int rounds() {
@@ -34,23 +30,6 @@ constexpr Job kJobs[] = {
     {"restore", "select:plugins ok ok wait ok exit"},
 };
 
-/// Returns the processes that work for a desk in `tree`: those in it, and those outside that have
-/// its name in their command line.
-std::vector<pid_t> processesOf(const fs::path& tree) {
-  std::vector<pid_t> found;
-  for (const auto& entry : fs::directory_iterator("/proc")) {
-    const std::string name = entry.path().filename();
-    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-    std::ifstream file(entry.path() / "cmdline");
-    const std::string words((std::istreambuf_iterator<char>(file)), {});
-    std::error_code gone;
-    if (fs::equivalent(entry.path() / "root", tree, gone) || words.find(tree) != words.npos) {
-      found.push_back(std::stoi(name));
-    }
-  }
-  return found;
-}
-
 using FaultsTest = DeskTest;
 
 TEST_F(FaultsTest, WhateverIsKilledWheneverNothingIsLeftAndTheNextDeskOpens) {
@@ -66,12 +45,12 @@ TEST_F(FaultsTest, WhateverIsKilledWheneverNothingIsLeftAndTheNextDeskOpens) {
     auto playing = std::async(std::launch::async,
                               [&] { return run(receiver().playArguments(job.menu, job.words)); });
     std::this_thread::sleep_for(std::chrono::milliseconds(upTo(300)));
-    if (const auto victims = processesOf(receiver().tree()); !victims.empty()) {
+    if (const auto victims = receiver().processes(); !victims.empty()) {
       kill(victims[upTo(victims.size() - 1)], SIGKILL);
     }
     playing.get();
 
-    while (!processesOf(receiver().tree()).empty()) std::this_thread::yield();
+    receiver().waitForProcesses();
     const Play next = receiver().play("backup", "exit");
     ASSERT_EQ(next.status, 0) << "round " << round << ": " << next.errors;
     ASSERT_EQ(receiver().read(older), std::string(20000, 'x')) << "round " << round;

@@ -1,6 +1,5 @@
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tests/support/command/DeskTest.h"
@@ -15,14 +14,6 @@ const std::string kMark = "/media/hdd/running";
 
 using LifetimeTest = EveryAccountTest;
 INSTANTIATE_TEST_SUITE_P(, LifetimeTest, kAccounts, nameOfAccount);
-
-bool isAnythingIn(const fs::path& tree) {
-  for (const auto& entry : fs::directory_iterator("/proc")) {
-    std::error_code unreadable;
-    if (fs::equivalent(entry.path() / "root", tree, unreadable)) return true;
-  }
-  return false;
-}
 
 /// Returns what starts a command, ends it by the signal once the mark is there, and succeeds.
 std::vector<std::string> endedBy(const std::string& signal, const fs::path& mark) {
@@ -47,7 +38,7 @@ TEST_P(LifetimeTest, NothingOutlivesTheCommandHoweverThatEnds) {
 
     run(command);
 
-    while (isAnythingIn(receiver().tree())) std::this_thread::yield();
+    receiver().waitForProcesses();
     EXPECT_EQ(run({kStowline, "receiver", "flash", receiver().tree()}).status, 0);
     fs::remove(receiver().at(kMark));
   }
@@ -61,7 +52,7 @@ TEST_P(LifetimeTest, NothingOutlivesTheGui) {
   EXPECT_EQ(play.events(),
             (std::vector<Json>{{{"event", "gui-killed"}}, {{"event", "gui-started"}}}));
   EXPECT_EQ(play.status, 0) << play.errors;
-  EXPECT_FALSE(isAnythingIn(receiver().tree()));
+  EXPECT_EQ(receiver().processes(), std::vector<pid_t>());
 }
 
 /// Runs a backup whose tar waits, and meanwhile whatever else wants the tree.

@@ -1,7 +1,5 @@
-#include <algorithm>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tests/support/command/DeskTest.h"
@@ -37,20 +35,12 @@ TEST_F(ScriptTest, RunsInAConsoleInsideTheReceiverWhichClosesTheListAfterwards) 
   EXPECT_FALSE(receiver().exists("/var/run/enigma2.pid"));
 }
 
-/// Returns how many processes live in `tree`; one that ends at this moment may be counted.
-std::ptrdiff_t processesIn(const fs::path& tree) {
-  return std::ranges::count_if(fs::directory_iterator("/proc"), [&](const auto& entry) {
-    std::error_code unreadable;
-    return fs::equivalent(entry.path() / "root", tree, unreadable);
-  });
-}
-
 TEST_F(ScriptTest, NothingThatRunsIsLeftWhenTheWordsHaveRunOut) {
   receiver().makeScript(inBackups("restore_hang.sh"), "sleep 300 &\necho started\nsleep 300\n");
   const Play play = receiver().play("restore", "select:script ok select:hang ok ok");
   EXPECT_EQ(play.last()["screen"], "Console");
   EXPECT_EQ(play.status, 0);
-  while (processesIn(receiver().tree()) > 0) std::this_thread::yield();
+  receiver().waitForProcesses();
 }
 
 }  // namespace

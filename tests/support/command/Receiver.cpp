@@ -1,7 +1,10 @@
 #include "tests/support/command/Receiver.h"
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
+#include <thread>
 
 namespace command_test {
 
@@ -104,6 +107,25 @@ std::string Receiver::backup(const std::string& prefix, const std::string& suffi
 
 void Receiver::renameBackup(const std::string& from, const std::string& to) const {
   fs::rename(at(inBackups(from)), at(inBackups(to)));
+}
+
+std::vector<pid_t> Receiver::processes() const {
+  std::vector<pid_t> found;
+  for (const auto& entry : fs::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+    std::error_code ended;
+    const bool in_it = fs::equivalent(entry.path() / "root", tree(), ended);
+    std::ifstream file(entry.path() / "cmdline");
+    std::ostringstream words;  // stays empty when the process ends while it is read
+    words << file.rdbuf();
+    if (in_it || words.str().find(tree()) != std::string::npos) found.push_back(std::stoi(name));
+  }
+  return found;
+}
+
+void Receiver::waitForProcesses() const {
+  while (!processes().empty()) std::this_thread::yield();
 }
 
 }  // namespace command_test

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -82,6 +84,13 @@ class Receiver {
   /// Returns the name of the one file in the backup directory that begins and ends so. Raises
   /// std::runtime_error unless there is exactly one.
   std::string backup(const std::string& prefix, const std::string& suffix) const;
+
+  /// Returns the processes that work for the tree: those in it, and those outside that have its
+  /// name in their command line.
+  std::vector<pid_t> processes() const;
+
+  /// Waits until there are none.
+  void waitForProcesses() const;
 
   /// Renames a file of the backup directory.
   void renameBackup(const std::string& from, const std::string& to) const;
