@@ -6,7 +6,7 @@
 #include "command/Commands.h"
 #include "command/scheduled/ScheduledBackup.h"
 #ifdef STOWLINE_STAND_IN
-#include "desk/play/Words.h"
+#include "desk/protocol/Word.h"
 #include "desk/tree/ReceiverTree.h"
 #endif
 

@@ -7,7 +7,6 @@
 #include <iostream>
 #include <map>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,18 +15,19 @@
 #include "command/Commands.h"
 #include "command/OnReceiver.h"
 #include "desk/drawing/PictureFiles.h"
+#include "desk/frontend/Player.h"
 #include "desk/gui/GuiProcess.h"
-#include "desk/play/ScriptPlayer.h"
-#include "desk/play/Words.h"
+#include "desk/script/ScriptFrontEnd.h"
+#include "desk/supervisor/GuiStart.h"
 #include "desk/supervisor/Supervisor.h"
 #include "desk/terminal/Guard.h"
-#include "desk/terminal/TerminalPlayer.h"
+#include "desk/terminal/TerminalFrontEnd.h"
 #include "desk/terminal/TerminalState.h"
 #include "desk/tree/ReceiverTree.h"
 #include "desk/tree/TreeLock.h"
 #include "desk/web/Assets.h"
 #include "desk/web/Server.h"
-#include "desk/web/WebPlayer.h"
+#include "desk/web/WebFrontEnd.h"
 #include "host/native/Descriptor.h"
 #include "host/native/Reading.h"
 #include "host/native/ShownText.h"
@@ -69,10 +69,6 @@ native::Descriptor copyTranslations(const std::filesystem::path& file) {
   }
 }
 
-desk::Records recordsOf(const DeskOptions& options) {
-  return {.log = options.log, .trace = options.trace};
-}
-
 /// A receiver tree that is this command's alone.
 struct Tree {
   desk::TreeLock lock;
@@ -91,24 +87,30 @@ std::function<void(desk::Channel)> guiOn(const Tree& tree, const DeskOptions& op
     arguments.back() = "/proc/self/fd/" + std::to_string(desk::kFirstDescriptor + 1);
   }
   return [arguments, descriptors, translations](desk::Channel channel) {
-    desk::startGuiProcess(arguments, std::move(channel), descriptors);
+    desk::executeGui(arguments, std::move(channel), descriptors);
   };
 }
 
+/// Plays the module in the tree to a front end. Returns as Player::play().
+int play(const DeskOptions& options, const Tree& tree, desk::FrontEnd& front_end,
+         desk::Signals* signals) {
+  desk::Player player(front_end, signals);
+  desk::Supervisor supervisor(guiOn(tree, options), {.log = options.log, .trace = options.trace},
+                              player);
+  return player.play(supervisor);
+}
+
 void playScript(const DeskOptions& options, const Tree& tree) {
-  const std::vector<std::string> words = desk::parseWords(options.words);
   std::optional<desk::drawing::PictureFiles> pictures;
   if (!options.pictures.empty()) {
     pictures.emplace(options.pictures, tree.dir, desk::drawing::readSkin(options.skin));
   }
-  const auto draw = [&pictures](const desk::Channel::Message& frame) {
-    if (pictures) pictures->write(frame);
-  };
-  desk::ScriptPlayer player(
-      options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text, std::cout,
-      draw);
-  desk::Supervisor supervisor(guiOn(tree, options), recordsOf(options), player);
-  player.play(supervisor, words);
+  desk::ScriptFrontEnd front_end(
+      options.frames == "json" ? desk::FrameFormat::json : desk::FrameFormat::text,
+      desk::parseWords(options.words), std::cout, [&pictures](const desk::Frame& frame) {
+        if (pictures) pictures->write(frame);
+      });
+  play(options, tree, front_end, nullptr);
   if (!pictures) return;
   for (const std::string& notice : pictures->notices().lines()) {
     std::cerr << "stowline: note: " << native::shownLine(notice) << "\n";
@@ -123,28 +125,32 @@ void playOnTerminal(const DeskOptions& options, const Tree& tree) {
   if (!options.theme.empty()) theme = kThemes.at(options.theme);
   int signal = 0;
   {
-    terminal::TerminalPlayer player(theme, options.record);
-    desk::Supervisor supervisor(guiOn(tree, options), recordsOf(options), player);
-    signal = player.play(supervisor);
+    desk::Signals signals;
+    terminal::TerminalFrontEnd front_end(theme, options.record);
+    signal = play(options, tree, front_end, &signals);
   }
   if (signal != 0) raise(signal);
 }
 
 void playInBrowser(const DeskOptions& options, const Tree& tree) {
   namespace web = desk::web;
-  const std::string token = web::randomToken();
-  web::Pictures pictures(tree.dir, token);
-  desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
-                                 [&](const std::string& path) { return pictures.name(path); });
-  web::Board board;
-  web::WebPlayer player(board, drawing);
-  desk::Supervisor supervisor(guiOn(tree, options), recordsOf(options), player);
-  const web::Server server(
-      board, options.port, token,
-      [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
-      [&](const std::string& path) { return pictures.find(path); });
-  std::cout << server.address() << std::endl;
-  player.play(supervisor);
+  int signal = 0;
+  {
+    desk::Signals signals;
+    const std::string token = web::randomToken();
+    web::Pictures pictures(tree.dir, token);
+    desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
+                                   [&](const std::string& path) { return pictures.name(path); });
+    web::Board board;
+    web::WebFrontEnd front_end(board, drawing);
+    const web::Server server(
+        board, options.port, token,
+        [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
+        [&](const std::string& path) { return pictures.find(path); });
+    std::cout << server.address() << std::endl;
+    signal = play(options, tree, front_end, &signals);
+  }
+  if (signal != 0) raise(signal);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "desk/drawing/Drawing.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "desk/drawing/BaseSkin.h"
@@ -51,23 +50,25 @@ Drawing::Drawing(SkinFile file, FindPicture find_picture)
       fonts_(skin_.settings, file.directory, notices_),
       find_picture_(std::move(find_picture)) {}
 
-std::string Drawing::draw(const nlohmann::ordered_json& frame, std::optional<int> seconds_left) {
-  const Shown shown = shownBy(frame, seconds_left);
+std::string Drawing::draw(const Frame& frame, std::optional<int> seconds_left) {
+  const LayerView* const top = frame.top();
+  const Shown shown = top ? shownBy(*top, seconds_left) : Shown();
   SvgDocument document(skin_.settings.width, skin_.settings.height);
   Pane picture = document.pane();
   picture.set("role", "group");
   picture.set("aria-label", shown.title);
   picture.fill(kProgramme);
-  if (!shown.screen.empty()) drawScreen(picture, layoutOf(frame), shown);
+  if (top) drawScreen(picture, layoutOf(*top), shown);
   return document.text();
 }
 
-/// Returns the layout of the frame's screen; an empty one, with a notice, where there is none.
-SkinScreen Drawing::layoutOf(const nlohmann::ordered_json& frame) {
-  if (frame.contains("skin")) {
-    return parseScreen(frame.at("skin").get_ref<const std::string&>(), skin_.settings, notices_);
+/// Returns the layout of a screen or dialog; an empty one, with a notice, where there is none.
+SkinScreen Drawing::layoutOf(const LayerView& layer) {
+  const auto* const screen = layer.as<ScreenContent>();
+  if (screen && !screen->skin.empty()) {
+    return parseScreen(screen->skin, skin_.settings, notices_);
   }
-  const auto& name = frame.at("screen").get_ref<const std::string&>();
+  const std::string& name = layer.screen;
   for (const Skin* skin : {&skin_, &base_}) {
     const auto found = skin->screens.find(name);
     if (found != skin->screens.end()) return found->second;

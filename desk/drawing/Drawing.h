@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 
@@ -10,6 +9,7 @@
 #include "desk/drawing/Shown.h"
 #include "desk/drawing/SkinFile.h"
 #include "desk/drawing/Svg.h"
+#include "desk/protocol/Frame.h"
 #include "desk/skin/Skin.h"
 
 namespace desk::drawing {
@@ -27,7 +27,7 @@ class Drawing {
 
   /// Returns the picture of a frame as an SVG document; `seconds_left` of its time-out, nothing for
   /// none. Raises SkinError for a screen whose own layout is faulty.
-  std::string draw(const nlohmann::ordered_json& frame, std::optional<int> seconds_left);
+  std::string draw(const Frame& frame, std::optional<int> seconds_left);
 
   /// Returns the file of a font of the skin by the skin's name for it, that of the usual font for
   /// any other name.
@@ -37,7 +37,7 @@ class Drawing {
   const Notices& notices() const { return notices_; }
 
  private:
-  SkinScreen layoutOf(const nlohmann::ordered_json& frame);
+  SkinScreen layoutOf(const LayerView& layer);
   void drawScreen(Pane& picture, const SkinScreen& screen, const Shown& shown);
   void drawBorder(Pane& picture, const SkinScreen& screen, const Shown& shown);
   void drawElement(Pane& pane, const SkinElement& element, const Shown& shown);

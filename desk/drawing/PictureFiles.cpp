@@ -4,7 +4,6 @@
 #include <cctype>
 #include <cstdio>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 
@@ -35,12 +34,13 @@ PictureFiles::PictureFiles(const std::filesystem::path& directory,
   std::filesystem::create_directories(directory);
 }
 
-void PictureFiles::write(const nlohmann::ordered_json& frame) {
+void PictureFiles::write(const Frame& frame) {
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%03d-", ++count_);
   const std::filesystem::path file =
-      directory_ / (number.data() + nameOf(frame.at("key")) + ".svg");
-  const int timeout = frame.value("timeout", 0);
+      directory_ / (number.data() + nameOf(frame.word.text) + ".svg");
+  const auto* const message = frame.top() ? frame.top()->as<MessageContent>() : nullptr;
+  const int timeout = message ? message->timeout : 0;
   std::ofstream stream(file, std::ios::binary);
   stream << drawing_.draw(frame, timeout > 0 ? std::optional(timeout) : std::nullopt);
   if (!stream.flush()) throw std::runtime_error("cannot write '" + file.string() + "'");

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <nlohmann/json_fwd.hpp>
 
 #include "desk/drawing/Drawing.h"
 #include "desk/drawing/SkinFile.h"
@@ -18,7 +17,7 @@ class PictureFiles {
                SkinFile skin);
 
   /// Writes the picture of a frame. Raises std::runtime_error when it cannot be written.
-  void write(const nlohmann::ordered_json& frame);
+  void write(const Frame& frame);
 
   /// Returns what there is to say about the skin so far.
   const Notices& notices() const { return drawing_.notices(); }

@@ -1,63 +1,60 @@
 #include "desk/drawing/Shown.h"
 
-#include <nlohmann/json.hpp>
-
 namespace desk::drawing {
 namespace {
 
-using Json = nlohmann::ordered_json;
+/// The time that a message box has left, or nothing.
+using SecondsLeft = std::optional<int>;
 
-/// What stands for the type of a message box.
-constexpr struct {
-  const char* type;
-  const char* sign;
-} kSigns[] = {{"info", "i"}, {"error", "!"}, {"yesno", "?"}};
-
-void addRow(Shown& shown, const std::string& text, const std::string& description,
-            const std::string& picture) {
-  shown.rows.push_back({"", text, description, picture});
+void add(Shown& shown, const ScreenContent& screen, SecondsLeft /*seconds_left*/) {
+  shown.texts = screen.texts;
+  if (!screen.list.empty()) shown.list = screen.list;
 }
 
-void addRows(Shown& shown, const Json& frame) {
-  const Json pictures = frame.value("pictures", Json::array());
-  for (std::size_t index = 0; index < frame.at("rows").size(); ++index) {
-    const Json& row = frame.at("rows").at(index);
-    addRow(shown, row.at(0), row.size() > 1 ? row.at(1).get<std::string>() : "",
-           index < pictures.size() ? pictures.at(index).get<std::string>() : "");
-  }
-  shown.selected = frame.at("selected").get<std::size_t>();
+void add(Shown& shown, const MessageContent& message, SecondsLeft seconds_left) {
+  constexpr const char* kSigns[] = {"i", "!", "?"};  // in the order of the types
+  shown.texts["text"] = message.text;
+  shown.texts["type"] = kSigns[static_cast<int>(message.type)];
+  shown.texts["timeout"] = seconds_left ? std::to_string(*seconds_left) + " s" : "";
 }
 
-void addPackages(Shown& shown, const Json& packages) {
-  shown.list = "list";
+void add(Shown& shown, const ChoiceContent& choice, SecondsLeft /*seconds_left*/) {
+  shown.texts["text"] = choice.question;
+}
+
+void addStatus(Shown& shown, bool is_running) {
+  shown.texts["status"] = is_running ? "running" : "finished";
+  shown.shows_end = true;
+}
+
+void add(Shown& shown, const ConsoleContent& console, SecondsLeft /*seconds_left*/) {
+  shown.texts["text"] = console.output;
+  addStatus(shown, console.is_running);
+}
+
+void add(Shown& shown, const PackagesContent& content, SecondsLeft /*seconds_left*/) {
+  constexpr const char* kStates[] = {"waiting", "running", "done", "failed"};  // in their order
+  addStatus(shown, content.is_running);
   shown.has_cursor = false;
-  for (const Json& package : packages) {
-    addRow(shown, package.at("name"), package.at("state"), "");
-    if (package.at("state") != "waiting") shown.selected = shown.rows.size() - 1;
+  for (const auto& [name, state] : content.packages) {
+    shown.rows.push_back({"", name, kStates[static_cast<int>(state)], ""});
+    if (state != Package::State::waiting) shown.selected = shown.rows.size() - 1;
   }
 }
 
 }  // namespace
 
-Shown shownBy(const Json& frame, std::optional<int> seconds_left) {
-  Shown shown{.screen = frame.at("screen"),
-              .title = frame.at("title"),
-              .texts = frame.at("widgets"),
-              .list = frame.value("list", std::string("list")),
-              .rows = {}};
-  addRows(shown, frame);
-  if (frame.contains("text")) shown.texts["text"] = frame.at("text");
-  for (const auto& [type, sign] : kSigns) {
-    if (frame.value("type", std::string()) == type) shown.texts["type"] = sign;
+Shown shownBy(const LayerView& layer, SecondsLeft seconds_left) {
+  Shown shown{.screen = layer.screen,
+              .title = layer.title,
+              .texts = {},
+              .list = "list",
+              .rows = {},
+              .selected = layer.selected};
+  for (const auto& [text, description, picture] : *layer.rows) {
+    shown.rows.push_back({"", text, description, picture});
   }
-  if (frame.contains("timeout")) {
-    shown.texts["timeout"] = seconds_left ? std::to_string(*seconds_left) + " s" : "";
-  }
-  if (frame.contains("running")) {
-    shown.texts["status"] = frame.at("running").get<bool>() ? "running" : "finished";
-    shown.shows_end = true;
-  }
-  if (frame.contains("packages")) addPackages(shown, frame.at("packages"));
+  std::visit([&](const auto& content) { add(shown, content, seconds_left); }, layer.content);
   return shown;
 }
 

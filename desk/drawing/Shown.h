@@ -1,10 +1,11 @@
 #pragma once
 
 #include <map>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "desk/protocol/Frame.h"
 
 namespace desk::drawing {
 
@@ -26,7 +27,8 @@ inline constexpr std::size_t kRowText = 1;
 inline constexpr std::size_t kRowDescription = 2;
 inline constexpr std::size_t kRowPicture = 3;
 
-/// Returns what a frame shows; the time-out of a box has `seconds_left`, nothing for none.
-Shown shownBy(const nlohmann::ordered_json& frame, std::optional<int> seconds_left);
+/// Returns what a screen or dialog shows; the time-out of a box has `seconds_left`, nothing for
+/// none.
+Shown shownBy(const LayerView& layer, std::optional<int> seconds_left);
 
 }  // namespace desk::drawing

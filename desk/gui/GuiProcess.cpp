@@ -11,12 +11,12 @@
 #include <cstdlib>
 #include <exception>
 #include <fstream>
-#include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <utility>
 
+#include "desk/protocol/Channel.h"
+#include "desk/protocol/Json.h"
 #include "host/native/Enclosure.h"
 #include "host/native/OsError.h"
 #include "host/native/ShownText.h"
@@ -24,28 +24,27 @@
 namespace desk {
 namespace {
 
-/// Where the process finds its channel when it starts.
-constexpr int kChannel = STDIN_FILENO;
-
 constexpr const char* kPidFile = "/var/run/enigma2.pid";
 constexpr const char* kGuiLog = "/var/log/enigma2.log";
 
-/// Sends what happens to the supervisor.
+/// The GUI's end of the channel.
 class Reporter : public Observer {
  public:
-  explicit Reporter(Channel& channel) : channel_(channel) {}
-  void onLogLine(const std::string& line) override {
-    channel_.send({{"log", native::shownText(line)}});
-  }
+  explicit Reporter(native::Descriptor socket) : channel_(std::move(socket)) {}
+
+  void onLogLine(const std::string& line) override { send(LogLine{native::shownText(line)}); }
   void onCommand(const std::string& command) override {
-    channel_.send({{"command", native::shownText(command)}});
+    send(CommandStart{native::shownText(command)});
   }
-  void onError(const std::string& text) override {
-    channel_.send({{"error", native::shownText(text)}});
-  }
+  void onError(const std::string& text) override { send(UncaughtError{native::shownText(text)}); }
+
+  void send(const Report& report) { channel_.send(writer_.jsonOf(report)); }
+
+  Channel& channel() { return channel_; }
 
  private:
-  Channel& channel_;
+  Channel channel_;
+  ReportWriter writer_;
 };
 
 /// Gives signals the meaning that they have for a program that has just been started, whatever the
@@ -88,31 +87,25 @@ void writePidFile() {
 /// Answers words with frames until the supervisor has gone, and tells it what the jobs change.
 class Loop {
  public:
-  Loop(Channel& channel, Receiver& receiver) : channel_(channel), receiver_(receiver) {}
+  Loop(Reporter& supervisor, Receiver& receiver) : supervisor_(supervisor), receiver_(receiver) {}
 
   void run() {
+    sendFrame(FrameReport::Cause::word, {});
     while (waitForWork()) {
       if (jobs_have_work_) reportJobs();
-      if (socket_is_readable_ && !takeMessages()) return;
-      if (waiting_ && receiver_.jobs().idle()) {
-        waiting_ = false;
-        send("frame", "wait");
+      if (socket_is_readable_ && !takeRequests()) return;
+      if (wait_ && receiver_.jobs().idle()) {
+        sendFrame(FrameReport::Cause::word, *wait_);
+        wait_.reset();
       }
     }
-  }
-
-  /// Sends what a viewer sees after `word`, as the message `kind`.
-  void send(const char* kind, const std::string& word) {
-    channel_.send({{kind, receiver_.frame(word, sent_rows_.get())}});
-    sent_rows_ = receiver_.rows();
-    change_is_told_ = false;
   }
 
  private:
   /// Waits until a job or the socket has something. Returns false when waiting is impossible.
   bool waitForWork() {
     std::vector<pollfd> watched = receiver_.jobs().watched();
-    watched.push_back({.fd = channel_.descriptor(), .events = POLLIN, .revents = 0});
+    watched.push_back({.fd = supervisor_.channel().descriptor(), .events = POLLIN, .revents = 0});
     const bool waited = poll(watched.data(), watched.size(), -1) > 0 || errno == EINTR;
     socket_is_readable_ = watched.back().revents != 0;
     watched.pop_back();
@@ -121,91 +114,74 @@ class Loop {
     return waited;
   }
 
+  void sendFrame(FrameReport::Cause cause, const Word& word) {
+    supervisor_.send(FrameReport{cause, receiver_.frame(word)});
+    change_is_told_ = false;
+  }
+
   void reportJobs() {
     receiver_.reportJobs();
-    if (receiver_.jobs().idle() && !waiting_) {
-      send("idle", "wait");
+    if (receiver_.jobs().idle() && !wait_) {
+      sendFrame(FrameReport::Cause::idle, {Word::Kind::wait, "wait"});
     } else if (!change_is_told_) {
-      channel_.send({{"changed", true}});
+      supervisor_.send(Changed());
       change_is_told_ = true;
     }
   }
 
-  /// Takes every message that has come. Returns false when the supervisor has gone.
-  bool takeMessages() {
-    std::optional<Channel::Message> message = channel_.receive();
-    if (!message) return false;
-    for (; message; message = channel_.receiveRead()) {
-      if (message->contains("show")) {
-        send("shown", "frame");
+  /// Takes every request that has come. Returns false when the supervisor has gone.
+  bool takeRequests() {
+    Channel& channel = supervisor_.channel();
+    std::optional<std::string> line = channel.receive();
+    if (!line) return false;
+    for (; line; line = channel.receiveRead()) {
+      const Request request = parseRequest(*line);
+      if (request.word) {
+        take(*request.word);
       } else {
-        take(message->at("word"));
+        sendFrame(FrameReport::Cause::request, {Word::Kind::frame, "frame"});
       }
     }
     return true;
   }
 
-  void take(const std::string& word) {
-    if (word == "wait") {
-      waiting_ = true;
+  void take(const Word& word) {
+    if (word.kind == Word::Kind::wait) {
+      wait_ = word;
     } else if (receiver_.handle(word)) {
-      send("frame", word);
+      sendFrame(FrameReport::Cause::word, word);
     } else {
-      channel_.send({{"missing", word}});
+      supervisor_.send(RowMissing());
     }
   }
 
-  Channel& channel_;
+  Reporter& supervisor_;
   Receiver& receiver_;
-  std::shared_ptr<const Rows> sent_rows_;
+  std::optional<Word> wait_;  ///< the word that waits for the jobs
   bool jobs_have_work_ = false;
   bool socket_is_readable_ = false;
-  bool waiting_ = false;
   bool change_is_told_ = false;
 };
 
 }  // namespace
 
-void startGuiProcess(const std::vector<std::string>& arguments, Channel channel,
-                     const std::vector<int>& descriptors) {
-  std::vector<char*> words;
-  words.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) {
-    words.push_back(const_cast<char*>(argument.c_str()));
-  }
-  words.push_back(nullptr);
-  dup2(channel.descriptor(), kChannel);
-  const int end = kFirstDescriptor + static_cast<int>(descriptors.size());
-  std::vector<int> out_of_the_way = descriptors;
-  for (int& each : out_of_the_way) each = fcntl(each, F_DUPFD, end);
-  int number = kFirstDescriptor;
-  for (const int each : out_of_the_way) dup2(each, number++);
-  // The front end's viewers have connections, which would stay open with this process.
-  close_range(static_cast<unsigned>(end), ~0U, 0);
-  execv("/proc/self/exe", words.data());
-  _exit(EXIT_FAILURE);
-}
-
 void runGuiProcess(const std::filesystem::path& dir, bool is_enclosed,
                    const Application& application) {
   setsid();
   resetSignals();
-  Channel channel(native::Descriptor(fcntl(kChannel, F_DUPFD_CLOEXEC, kFirstDescriptor)));
+  Reporter reporter(native::Descriptor(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)));
   try {
     leaveStandardStreams();
-    native::enterEnclosure(dir, is_enclosed, channel.descriptor());
+    native::enterEnclosure(dir, is_enclosed, reporter.channel().descriptor());
     native::setReceiverEnvironment();
     redirectOutput();
     writePidFile();
-    Reporter reporter(channel);
     Receiver receiver(reporter);
     receiver.open(application);
-    Loop loop(channel, receiver);
-    loop.send("frame", "");
-    loop.run();
+    Loop(reporter, receiver).run();
     unlink(kPidFile);
   } catch (const std::exception& error) {
-    channel.send({{"fatal", native::shownText(error.what())}});
+    reporter.send(Fatal{native::shownText(error.what())});
   }
   // Not exit(): nothing that is left has to be undone.
   _exit(EXIT_FAILURE);

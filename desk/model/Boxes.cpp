@@ -1,6 +1,5 @@
 #include "desk/model/Boxes.h"
 
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/native/ShownText.h"
@@ -8,16 +7,16 @@
 namespace desk {
 namespace {
 
-const char* typeName(MessageBox::Type type) {
+MessageContent::Type shownType(MessageBox::Type type) {
   switch (type) {
     case MessageBox::TYPE_INFO:
-      return "info";
+      return MessageContent::Type::info;
     case MessageBox::TYPE_ERROR:
-      return "error";
+      return MessageContent::Type::error;
     case MessageBox::TYPE_YESNO:
       break;
   }
-  return "yesno";
+  return MessageContent::Type::yesno;
 }
 
 }  // namespace
@@ -44,10 +43,9 @@ RowList* MessageBoxLayer::rowList() {
   return isQuestion() ? &answers_ : nullptr;
 }
 
-void MessageBoxLayer::addTo(Json& frame) const {
-  frame["type"] = typeName(box_.type);
-  frame["text"] = native::shownText(box_.text);
-  frame["timeout"] = box_.timeout;
+Content MessageBoxLayer::content() const {
+  return MessageContent{
+      .type = shownType(box_.type), .text = native::shownText(box_.text), .timeout = box_.timeout};
 }
 
 ChoiceBoxLayer::ChoiceBoxLayer(const ChoiceBox& box)
@@ -59,8 +57,8 @@ ChoiceBoxLayer::ChoiceBoxLayer(const ChoiceBox& box)
   rows_.setRows(std::move(rows));
 }
 
-void ChoiceBoxLayer::addTo(Json& frame) const {
-  frame["text"] = native::shownText(question_);
+Content ChoiceBoxLayer::content() const {
+  return ChoiceContent{native::shownText(question_)};
 }
 
 void ChoiceBoxLayer::handleKey(const std::string& key) {

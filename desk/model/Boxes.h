@@ -15,7 +15,7 @@ class MessageBoxLayer : public Layer {
   void handleKey(const std::string& key) override;
   void letTimeOutPass() override;
   RowList* rowList() override;
-  void addTo(Json& frame) const override;
+  Content content() const override;
 
  private:
   bool isQuestion() const { return box_.type == MessageBox::TYPE_YESNO; }
@@ -31,7 +31,7 @@ class ChoiceBoxLayer : public Layer {
 
   void handleKey(const std::string& key) override;
   RowList* rowList() override { return &rows_; }
-  void addTo(Json& frame) const override;
+  Content content() const override;
 
  private:
   std::string question_;

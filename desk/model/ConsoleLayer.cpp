@@ -1,6 +1,5 @@
 #include "desk/model/ConsoleLayer.h"
 
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "host/native/ShownText.h"
@@ -26,6 +25,18 @@ std::size_t startOfKept(const std::string& output) {
   return start;
 }
 
+/// Returns how many of the bytes come before a character of UTF-8 that ends beyond them.
+std::size_t lengthOfWhole(const std::string& bytes) {
+  constexpr std::size_t kLongest = 4;
+  for (std::size_t back = 1; back < kLongest && back <= bytes.size(); ++back) {
+    const auto first = static_cast<unsigned char>(bytes[bytes.size() - back]);
+    if (continuesCharacter(bytes[bytes.size() - back])) continue;
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
+    return length > back ? bytes.size() - back : bytes.size();
+  }
+  return bytes.size();
+}
+
 }  // namespace
 
 ConsoleLayer::ConsoleLayer(Console console, Jobs& jobs, Observer& observer)
@@ -40,31 +51,43 @@ void ConsoleLayer::runNext() {
     observer_.onCommand(command);
     try {
       jobs_.start(
-          {"/bin/sh", "-c", command}, [this](const std::string& text) { addOutput(text); },
+          {"/bin/sh", "-c", command}, [this](const std::string& bytes) { addOutput(bytes); },
           [this](int exit_status) {
-            if (exit_status != 0) addOutput("[exit status " + std::to_string(exit_status) + "]\n");
+            addText(native::shownText(std::exchange(unread_, "")));
+            if (exit_status != 0) addText("[exit status " + std::to_string(exit_status) + "]\n");
             runNext();
           });
       return;
     } catch (const plain::Error& error) {
-      addOutput(error.what() + std::string("\n"));
+      addText(native::shownText(error.what()) + "\n");
     }
   }
   running_ = false;
 }
 
-void ConsoleLayer::addOutput(const std::string& text) {
+void ConsoleLayer::addOutput(const std::string& bytes) {
+  unread_ += bytes;
+  const std::size_t length = lengthOfWhole(unread_);
+  addText(native::shownText(unread_.substr(0, length)));
+  unread_.erase(0, length);
+}
+
+void ConsoleLayer::addText(const std::string& text) {
   output_ += text;
-  if (output_.size() > 2 * kKept) output_.erase(0, startOfKept(output_));
+  if (output_.size() <= 2 * kKept) return;
+  const std::size_t start = startOfKept(output_);
+  output_.erase(0, start);
+  dropped_ += start;
 }
 
 void ConsoleLayer::handleKey(const std::string& key) {
   if (!running_ && (key == "ok" || key == "exit")) close({});
 }
 
-void ConsoleLayer::addTo(Json& frame) const {
-  frame["text"] = native::shownText(output_.substr(startOfKept(output_)));
-  frame["running"] = running_;
+Content ConsoleLayer::content() const {
+  const std::size_t start = startOfKept(output_);
+  return ConsoleContent{
+      .output = output_.substr(start), .dropped = dropped_ + start, .is_running = running_};
 }
 
 }  // namespace desk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "desk/model/Dialogs.h"
@@ -16,18 +17,21 @@ class ConsoleLayer : public Layer {
   ConsoleLayer(Console console, Jobs& jobs, Observer& observer);
 
   void handleKey(const std::string& key) override;
-  void addTo(Json& frame) const override;
+  Content content() const override;
 
  private:
   void runNext();
-  void addOutput(const std::string& text);
+  void addOutput(const std::string& bytes);
+  void addText(const std::string& text);
 
   Console console_;
   Jobs& jobs_;
   Observer& observer_;
   std::size_t next_ = 0;
   bool running_ = true;
+  std::string unread_;  ///< the bytes of a character that has not come whole
   std::string output_;
+  std::uint64_t dropped_ = 0;  ///< how many bytes came before that
 };
 
 }  // namespace desk

@@ -17,14 +17,9 @@ class IpkgLayer : public Layer {
   IpkgLayer(const Ipkg& ipkg, Jobs& jobs, Observer& observer);
 
   void handleKey(const std::string& key) override;
-  void addTo(Json& frame) const override;
+  Content content() const override;
 
  private:
-  struct Package {
-    std::string name;
-    const char* state;
-  };
-
   void runNext();
 
   std::vector<Package> packages_;

@@ -6,10 +6,6 @@
 namespace desk {
 namespace {
 
-constexpr std::string_view kKeys[] = {"up",    "down",   "left", "right", "ok", "exit", "red",
-                                      "green", "yellow", "blue", "0",     "1",  "2",    "3",
-                                      "4",     "5",      "6",    "7",     "8",  "9"};
-
 struct KeyBinding {
   std::string_view context;
   std::string_view key;
@@ -43,10 +39,6 @@ std::optional<std::string_view> actionOf(const std::string& context, const std::
   });
   if (found == std::end(kKeyMap)) return std::nullopt;
   return found->action;
-}
-
-bool isKey(const std::string& name) {
-  return std::ranges::count(kKeys, name) > 0;
 }
 
 }  // namespace desk

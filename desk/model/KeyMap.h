@@ -10,7 +10,4 @@ namespace desk {
 /// when the context does not know the key.
 std::optional<std::string_view> actionOf(const std::string& context, const std::string& key);
 
-/// Whether the remote control has a key of this name.
-bool isKey(const std::string& name);
-
 }  // namespace desk

@@ -1,16 +1,13 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 
 #include "desk/model/RowList.h"
+#include "desk/protocol/Frame.h"
 #include "host/plain/Node.h"
 
 namespace desk {
-
-/// A frame or another message of the desk, with its keys in the order in which they were set.
-using Json = nlohmann::ordered_json;
 
 /// A screen or dialog on the session's stack.
 class Layer {
@@ -38,8 +35,8 @@ class Layer {
   /// The rows with the cursor, null when the layer has no list.
   virtual RowList* rowList() { return nullptr; }
 
-  /// Adds to `frame` what only this kind of layer shows.
-  virtual void addTo(Json& frame) const = 0;
+  /// Returns what only this kind of layer shows.
+  virtual Content content() const = 0;
 
   /// Marks the layer as closed, with `result` for its opener.
   void close(const host::Object& result) {

@@ -1,36 +1,9 @@
 #include "desk/model/Receiver.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <exception>
-#include <nlohmann/json.hpp>
-#include <string_view>
-#include <utility>
-
-#include "host/native/ShownText.h"
 
 namespace desk {
-namespace {
-
-constexpr std::string_view kSelect = "select:";
-constexpr std::string_view kRow = "row:";
-
-/// Returns what frames hold of the rows.
-Json textsOf(const Rows& rows) {
-  Json texts = Json::array();
-  for (const Row& row : rows) texts.push_back({row.text, row.description});
-  return texts;
-}
-
-/// Returns the path of each row's picture; null when none has one.
-Json picturesOf(const Rows& rows) {
-  if (std::ranges::all_of(rows, [](const Row& row) { return row.picture.empty(); })) return nullptr;
-  Json pictures = Json::array();
-  for (const Row& row : rows) pictures.push_back(row.picture);
-  return pictures;
-}
-
-}  // namespace
 
 Receiver::Receiver(Observer& observer)
     : observer_(observer), host_(jobs_, observer), session_(jobs_, observer) {}
@@ -46,18 +19,27 @@ void Receiver::open(const Application& application) {
   });
 }
 
-bool Receiver::handle(const std::string& word) {
-  if (word.starts_with(kSelect)) return selectText(word.substr(kSelect.size()));
-  if (word.starts_with(kRow)) return selectRow(word.substr(kRow.size()));
-  Layer* top = session_.top();
-  if (!top || word == "frame") return true;
-  guarded([&] {
-    if (word == "timeout") {
-      top->letTimeOutPass();
-    } else {
-      top->handleKey(word);
-    }
-  });
+bool Receiver::handle(const Word& word) {
+  switch (word.kind) {
+    case Word::Kind::select:
+      return selectText(word.argument());
+    case Word::Kind::row:
+      return selectRow(std::stoul(word.argument()));
+    case Word::Kind::key:
+      guarded([&] {
+        if (Layer* const top = session_.top()) top->handleKey(word.text);
+      });
+      break;
+    case Word::Kind::timeout:
+      guarded([this] {
+        if (Layer* const top = session_.top()) top->letTimeOutPass();
+      });
+      break;
+    case Word::Kind::opening:
+    case Word::Kind::wait:
+    case Word::Kind::frame:
+      break;
+  }
   settle();
   return true;
 }
@@ -93,36 +75,11 @@ bool Receiver::selectText(const std::string& text) {
   return true;
 }
 
-bool Receiver::selectRow(const std::string& index) {
+bool Receiver::selectRow(unsigned long index) {
   RowList* list = rowList();
-  const auto row = std::strtoul(index.c_str(), nullptr, 10);
-  if (!list || row >= list->rows().size()) return false;
-  list->select(static_cast<int>(row));
+  if (!list || index >= list->rows().size()) return false;
+  list->select(static_cast<int>(index));
   return true;
-}
-
-std::shared_ptr<const Rows> Receiver::rows() const {
-  const RowList* list = rowList();
-  return list ? list->sharedRows() : nullptr;
-}
-
-Json Receiver::frame(const std::string& word, const Rows* shown_rows) const {
-  Json frame = {{"key", word},           {"screen", ""}, {"title", ""}, {"widgets", Json::object()},
-                {"rows", Json::array()}, {"selected", 0}};
-  Layer* top = session_.top();
-  if (!top) return frame;
-  frame["screen"] = top->className();
-  frame["title"] = native::shownText(top->title());
-  if (const RowList* list = rowList()) {
-    const bool are_shown = &list->rows() == shown_rows;
-    frame["rows"] = are_shown ? Json() : textsOf(list->rows());
-    frame["selected"] = list->selected();
-    if (Json pictures = picturesOf(list->rows()); !pictures.is_null()) {
-      frame["pictures"] = std::move(pictures);
-    }
-  }
-  top->addTo(frame);
-  return frame;
 }
 
 }  // namespace desk

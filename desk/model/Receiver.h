@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "desk/model/Layer.h"
 #include "desk/model/Observer.h"
 #include "desk/model/Session.h"
+#include "desk/protocol/Frame.h"
 
 namespace desk {
 
@@ -31,16 +31,12 @@ class Receiver {
   /// Loads the module and opens its main menu.
   void open(const Application& application);
 
-  /// Handles one word: a key of the remote control, "timeout", "frame" (nothing happens),
-  /// "select:TEXT" or "row:INDEX". Returns false when no row contains TEXT or has that index.
-  bool handle(const std::string& word);
+  /// Handles one word but "wait", which is for whoever waits for the jobs. Returns false when it
+  /// selects a row that is not there.
+  bool handle(const Word& word);
 
-  /// Returns what a viewer sees, after `word`; with null for its rows where `shown_rows` are still
-  /// the rows.
-  Json frame(const std::string& word, const Rows* shown_rows = nullptr) const;
-
-  /// Returns the rows of the screen on top, null when it has no list.
-  std::shared_ptr<const Rows> rows() const;
+  /// Returns what a viewer sees after `word`.
+  Frame frame(const Word& word) const { return {.word = word, .layers = session_.views()}; }
 
   /// Reports what the running jobs have done since.
   void reportJobs();
@@ -52,7 +48,7 @@ class Receiver {
   void guarded(const std::function<void()>& step);
   RowList* rowList() const;
   bool selectText(const std::string& text);
-  bool selectRow(const std::string& index);
+  bool selectRow(unsigned long index);
 
   Observer& observer_;
   Jobs jobs_;

@@ -1,6 +1,7 @@
 #include "desk/model/RowList.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace desk {

@@ -1,29 +1,18 @@
 #pragma once
 
-#include <memory>
 #include <string>
-#include <vector>
+
+#include "desk/protocol/Frame.h"
 
 namespace desk {
-
-/// What a viewer sees of one row: its text and, where it has them, its description and the path of
-/// its picture.
-struct Row {
-  std::string text;
-  std::string description = {};
-  std::string picture = {};
-};
-
-/// Rows as they are shown at one time.
-using Rows = std::vector<Row>;
 
 /// Rows with a cursor, which stays within them.
 class RowList {
  public:
   const Rows& rows() const { return *rows_; }
 
-  /// Returns the rows for longer than they are shown: equal pointers mean that nothing has changed.
-  std::shared_ptr<const Rows> sharedRows() const { return rows_; }
+  /// Returns the rows for longer than they are shown.
+  SharedRows sharedRows() const { return rows_; }
 
   int selected() const { return selected_; }
 
@@ -38,7 +27,7 @@ class RowList {
   bool handleKey(const std::string& key);
 
  private:
-  std::shared_ptr<const Rows> rows_ = std::make_shared<const Rows>();
+  SharedRows rows_ = noRows();
   int selected_ = 0;
 };
 

@@ -1,7 +1,6 @@
 #include "desk/model/ScreenLayer.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "desk/model/Components.h"
@@ -68,15 +67,16 @@ RowList* ScreenLayer::rowList() {
   return nullptr;
 }
 
-void ScreenLayer::addTo(Json& frame) const {
+Content ScreenLayer::content() const {
+  ScreenContent content{.skin = skin_};
   for (const auto& [name, widget] : screen_.screen().widgets) {
     if (const auto* const text = plain::as<plain::TextWidget>(widget)) {
-      frame["widgets"][name] = native::shownText(plain::textOf(text->text));
+      content.texts[name] = native::shownText(plain::textOf(text->text));
     } else if (plain::as<ListWidget>(widget)) {
-      frame["list"] = name;
+      content.list = name;
     }
   }
-  if (!skin_.empty()) frame["skin"] = skin_;
+  return content;
 }
 
 }  // namespace desk

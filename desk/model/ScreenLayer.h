@@ -19,7 +19,7 @@ class ScreenLayer : public Layer {
   void finishLayout() override { screen_.screen().finishLayout(); }
   void handleKey(const std::string& key) override;
   RowList* rowList() override;
-  void addTo(Json& frame) const override;
+  Content content() const override;
   const std::optional<host::Object>& result() const override { return screen_.screen().result; }
 
  private:

@@ -6,6 +6,7 @@
 #include "desk/model/ConsoleLayer.h"
 #include "desk/model/IpkgLayer.h"
 #include "desk/model/ScreenLayer.h"
+#include "host/native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -39,7 +40,7 @@ Layer& Session::open(const Dialog& dialog, const host::Object& callback) {
   std::unique_ptr<Layer> layer = make(dialog);
   Layer& opened = *layer;
   const std::size_t height = stack_.size();
-  stack_.push_back({std::move(layer), callback});
+  stack_.push_back({++opened_, std::move(layer), callback});
   try {
     opened.finishLayout();
   } catch (...) {
@@ -71,6 +72,20 @@ std::unique_ptr<Layer> Session::make(const Dialog& dialog) {
           },
       },
       dialog);
+}
+
+std::vector<LayerView> Session::views() const {
+  std::vector<LayerView> views;
+  for (const auto& [id, layer, callback] : stack_) {
+    const RowList* const list = layer->rowList();
+    views.push_back({.id = id,
+                     .screen = layer->className(),
+                     .title = native::shownText(layer->title()),
+                     .rows = list ? list->sharedRows() : noRows(),
+                     .selected = list ? static_cast<std::size_t>(list->selected()) : 0,
+                     .content = layer->content()});
+  }
+  return views;
 }
 
 void Session::removeTop() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -26,6 +27,9 @@ class Session {
   /// Returns the session as the module sees it. It is not used when this one is gone.
   const host::Object& object() const { return object_; }
 
+  /// Returns what a viewer sees of the layers, the one on top last.
+  std::vector<LayerView> views() const;
+
   /// Returns the layer on top, null when everything is closed.
   Layer* top() const { return stack_.empty() ? nullptr : stack_.back().layer.get(); }
 
@@ -38,6 +42,7 @@ class Session {
 
  private:
   struct Opened {
+    std::uint64_t id;
     std::unique_ptr<Layer> layer;
     host::Object callback;
   };
@@ -49,6 +54,7 @@ class Session {
   Observer& observer_;
   host::Object object_;
   std::vector<Opened> stack_;
+  std::uint64_t opened_ = 0;  ///< so many layers have been opened
 };
 
 }  // namespace desk

@@ -8,13 +8,13 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 
 namespace desk {
-Supervisor::Supervisor(std::function<void(Channel)> run_gui, const Records& records, Events& events)
-    : run_gui_(std::move(run_gui)), events_(events), log_(records.log), trace_(records.trace) {
+Supervisor::Supervisor(std::function<void(Channel)> run_gui, const Records& records,
+                       EventListener& listener)
+    : run_gui_(std::move(run_gui)), listener_(listener), log_(records.log), trace_(records.trace) {
   start();
 }
 
@@ -42,7 +42,8 @@ void Supervisor::start() {
     run_gui_(Channel(std::move(theirs)));
   }
   channel_.emplace(std::move(ours));
-  unanswered_ = {""};
+  reader_ = {};
+  unanswered_ = {Word()};
   has_shown_a_frame_ = false;
 }
 
@@ -66,75 +67,76 @@ int Supervisor::waitForEnd() {
   return status;
 }
 
-Channel::Message Supervisor::firstFrame() {
-  return nextAnswer().value();
-}
-
-std::optional<Channel::Message> Supervisor::press(const std::string& word) {
-  send(word);
-  return nextAnswer();
-}
-
-void Supervisor::send(const std::string& word) {
+void Supervisor::send(const Word& word) {
   unanswered_.push_back(word);
-  channel_->send({{"word", word}});
+  channel_->send(jsonOf(Request{word}));
 }
 
-/// Waits for the answer to a word: its frame, or nothing when the row is missing.
-std::optional<Channel::Message> Supervisor::nextAnswer() {
-  for (;;) {
-    std::optional<Channel::Message> message = receive();
-    if (message && message->contains("frame")) return std::move(message->at("frame"));
-    if (message && message->contains("missing")) return std::nullopt;
-  }
-}
-
-std::optional<Channel::Message> Supervisor::receive() {
-  std::optional<Channel::Message> message = channel_->receive();
-  if (!message) {
+std::optional<Report> Supervisor::receive() {
+  const std::optional<std::string> line = channel_->receive();
+  if (!line) {
     requireKilled();
     startAgain();
     return std::nullopt;
   }
-  for (const char* kind : {"frame", "shown", "idle"}) {
-    if (message->contains(kind)) completeRows(message->at(kind));
-  }
-  if (message->contains("frame") || message->contains("missing")) {
-    answer(*message);
-    return message;
-  }
-  if (message->contains("changed") || message->contains("shown") || message->contains("idle")) {
-    return message;
-  }
-  record(*message);
+  return std::visit([this](auto&& report) { return take(std::move(report)); },
+                    reader_.parse(*line));
+}
+
+std::optional<Report> Supervisor::take(FrameReport report) {
+  // The first frame of a new GUI answers the word that has ended the old one.
+  if (report.cause == FrameReport::Cause::word) report.frame.word = takeAnsweredWord();
+  return report;
+}
+
+std::optional<Report> Supervisor::take(RowMissing report) {
+  takeAnsweredWord();
+  return report;
+}
+
+std::optional<Report> Supervisor::take(Changed report) {
+  return report;
+}
+
+std::optional<Report> Supervisor::take(const LogLine& line) {
+  log_.append(line.text);
+  listener_.onLogLine(line.text);
   return std::nullopt;
 }
 
-/// Puts the rows of the frame before into one that has left them out.
-void Supervisor::completeRows(Channel::Message& frame) {
-  if (frame.at("rows").is_null()) {
-    frame["rows"] = rows_;
-  } else {
-    rows_ = frame.at("rows");
-  }
+std::optional<Report> Supervisor::take(const CommandStart& command) {
+  trace_.append(command.text);
+  listener_.onCommand(command.text);
+  return std::nullopt;
 }
 
-/// Takes the word that `message` answers off those that wait. A frame carries this word: the first
-/// one of a new GUI the word that has ended the old one.
-void Supervisor::answer(Channel::Message& message) {
-  if (message.contains("frame")) message["frame"]["key"] = unanswered_.front();
+std::optional<Report> Supervisor::take(const UncaughtError& error) {
+  log_.append("error: " + error.text);
+  listener_.onEvent({Event::Kind::error, error.text});
+  return std::nullopt;
+}
+
+std::optional<Report> Supervisor::take(const Fatal& fatal) {
+  throw std::runtime_error(fatal.text);
+}
+
+/// Takes the word that has been answered off those that wait.
+Word Supervisor::takeAnsweredWord() {
+  if (unanswered_.empty()) throw ProtocolError("an answer to no word");
+  Word word = std::move(unanswered_.front());
   unanswered_.pop_front();
   has_shown_a_frame_ = true;
+  return word;
 }
 
 /// Starts the GUI after a kill. Words that it has not answered are gone with it; "wait" stands for
 /// the word that has ended it when there was none.
 void Supervisor::startAgain() {
-  events_.onEvent({{"event", "gui-killed"}});
-  const std::string word = unanswered_.empty() ? "wait" : unanswered_.front();
+  listener_.onEvent({Event::Kind::gui_killed});
+  const Word word = unanswered_.empty() ? Word{Word::Kind::wait, "wait"} : unanswered_.front();
   start();
   unanswered_ = {word};
-  events_.onEvent({{"event", "gui-started"}});
+  listener_.onEvent({Event::Kind::gui_started});
 }
 
 /// Takes leave of a GUI that has ended. Raises std::runtime_error unless a kill has ended it after
@@ -149,22 +151,6 @@ void Supervisor::requireKilled() {
     throw std::runtime_error(std::string("the GUI has crashed: ") + strsignal(WTERMSIG(status)));
   }
   throw std::runtime_error("the GUI has ended with status " + std::to_string(WEXITSTATUS(status)));
-}
-
-void Supervisor::record(const Channel::Message& message) {
-  if (message.contains("log")) {
-    log_.append(message.at("log"));
-    events_.onLogLine(message.at("log"));
-  }
-  if (message.contains("command")) {
-    trace_.append(message.at("command"));
-    events_.onCommand(message.at("command"));
-  }
-  if (message.contains("error")) {
-    log_.append("error: " + message.at("error").get<std::string>());
-    events_.onEvent({{"event", "error"}, {"text", message.at("error")}});
-  }
-  if (message.contains("fatal")) throw std::runtime_error(message.at("fatal").get<std::string>());
 }
 
 }  // namespace desk

@@ -6,29 +6,27 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
-#include "desk/gui/Channel.h"
+#include "desk/protocol/Channel.h"
+#include "desk/protocol/Json.h"
 #include "desk/supervisor/Record.h"
 
 namespace desk {
 
-/// Where a front end hears of what happens between frames.
-class Events {
+/// Is told what happens to the GUI between frames.
+class EventListener {
  public:
-  virtual ~Events() = default;
+  virtual ~EventListener() = default;
 
-  /// `event`: {"event": "gui-killed"}, {"event": "gui-started"} or {"event": "error", "text":
-  /// TEXT}.
-  virtual void onEvent(const Channel::Message& event) = 0;
+  virtual void onEvent(const Event& event) = 0;
 
   /// The module has printed `line`.
-  virtual void onLogLine(const std::string& /*line*/) {}
+  virtual void onLogLine(const std::string& line) = 0;
 
   /// `command` is about to run in a shell of the receiver.
-  virtual void onCommand(const std::string& /*command*/) {}
+  virtual void onCommand(const std::string& command) = 0;
 };
 
 /// Where the supervisor writes what the module prints and runs; empty paths for nowhere.
@@ -41,43 +39,35 @@ struct Records {
 class Supervisor {
  public:
   /// Starts the GUI: `run_gui` is called in a process of its own with its end of the channel and
-  /// does not return. It ends at once when the other end is closed. Raises std::runtime_error when
-  /// a record cannot be written.
-  Supervisor(std::function<void(Channel)> run_gui, const Records& records, Events& events);
+  /// does not return. It ends at once when the other end is closed. `listener` outlives the
+  /// supervisor. Raises std::runtime_error when a record cannot be written.
+  Supervisor(std::function<void(Channel)> run_gui, const Records& records, EventListener& listener);
 
   /// Ends the GUI, with the command that it is running for a word.
   ~Supervisor();
   Supervisor(const Supervisor&) = delete;
   Supervisor& operator=(const Supervisor&) = delete;
 
-  /// Waits for the first frame. Raises as receive() does.
-  Channel::Message firstFrame();
-
-  /// Hands `word` to the GUI and waits for the frame that follows, from a new GUI's main menu when
-  /// the word has ended this one. Returns nothing when the word selects a row that is not there.
-  /// Raises as receive() does.
-  std::optional<Channel::Message> press(const std::string& word);
-
   /// What poll(2) has to watch for the GUI. It changes when the GUI is started again.
   int descriptor() const { return channel_->descriptor(); }
 
-  /// Whether receive() has a message without waiting for one.
-  bool hasMessage() const { return channel_->hasRead(); }
+  /// Whether receive() has a report without waiting for one.
+  bool hasReport() const { return channel_->hasRead(); }
 
   /// Hands `word` to the GUI; receive() has the answer later.
-  void send(const std::string& word);
+  void send(const Word& word);
 
-  /// Asks for a "shown" message.
-  void show() { channel_->send({{"show", true}}); }
+  /// Asks for a frame without a word.
+  void requestFrame() { channel_->send(jsonOf(Request())); }
 
   /// How many words wait for their answer. The GUI's start counts as one until its first frame.
   std::size_t unanswered() const { return unanswered_.size(); }
 
-  /// Waits for one message of the GUI and does with it what is to be done: keeps records, tells
-  /// events, starts the GUI again when a kill has ended it. Returns it when it is the front end's:
-  /// a "frame", "missing", "changed", "shown" or "idle". Raises std::runtime_error when the GUI
-  /// could not run, has crashed, or was killed before its first frame.
-  std::optional<Channel::Message> receive();
+  /// Waits for one report of the GUI and does with it what is to be done: keeps records, tells the
+  /// listener, starts the GUI again when a kill has ended it. Returns a FrameReport, a RowMissing
+  /// or a Changed; nothing for any other report. Raises std::runtime_error when the GUI could not
+  /// run, has crashed, or was killed before its first frame, and ProtocolError.
+  std::optional<Report> receive();
 
   /// Ends the GUI at once, with the command that it is running.
   void kill();
@@ -88,19 +78,23 @@ class Supervisor {
   int waitForEnd();
   void requireKilled();
   void startAgain();
-  std::optional<Channel::Message> nextAnswer();
-  void completeRows(Channel::Message& frame);
-  void answer(Channel::Message& message);
-  void record(const Channel::Message& message);
+  std::optional<Report> take(FrameReport report);
+  std::optional<Report> take(RowMissing report);
+  static std::optional<Report> take(Changed report);
+  std::optional<Report> take(const LogLine& line);
+  std::optional<Report> take(const CommandStart& command);
+  std::optional<Report> take(const UncaughtError& error);
+  [[noreturn]] static std::optional<Report> take(const Fatal& fatal);
+  Word takeAnsweredWord();
 
   std::function<void(Channel)> run_gui_;
-  Events& events_;
+  EventListener& listener_;
   Record log_;
   Record trace_;
   std::optional<Channel> channel_;
-  std::deque<std::string> unanswered_;
+  ReportReader reader_;
+  std::deque<Word> unanswered_;
   bool has_shown_a_frame_ = false;
-  Channel::Message rows_;
   pid_t gui_ = 0;
 };
 

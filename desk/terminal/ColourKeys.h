@@ -7,7 +7,7 @@
 namespace desk::terminal {
 
 /// A colour key of the remote control, and how it is drawn. A screen's widget "key_COLOUR" labels
-/// it, and a skin's picture "button_COLOUR" stands for it.
+/// it.
 struct ColourKey {
   std::string_view colour;
   Ink ink;

@@ -1,20 +1,17 @@
 #include "desk/terminal/RowsView.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 namespace desk::terminal {
 namespace {
 
-/// Whether some row of the frame has a description: then each takes two lines.
-bool hasDescriptions(const Json& frame) {
-  return std::ranges::any_of(frame.at("rows"), [](const Json& row) {
-    return !row.at(1).get_ref<const std::string&>().empty();
-  });
+/// Whether some row has a description: then each takes two lines.
+bool hasDescriptions(const Rows& rows) {
+  return std::ranges::any_of(rows, [](const Row& row) { return !row.description.empty(); });
 }
 
-int countOf(const Json& frame) {
-  return static_cast<int>(frame.at("rows").size());
+bool hasPictures(const Rows& rows) {
+  return std::ranges::any_of(rows, [](const Row& row) { return !row.picture.empty(); });
 }
 
 /// Draws a bar whose thumb shows which `page` of `count` rows, from `top` on, is to be seen.
@@ -31,12 +28,12 @@ void drawBar(Canvas& canvas, const Area& area, int top, int page, int count) {
 
 }  // namespace
 
-void RowsView::draw(Picture& picture, const Area& area, const Json& frame) {
-  const Json& rows = frame.at("rows");
-  const bool has_pictures = frame.contains("pictures");
-  const int height = hasDescriptions(frame) ? 2 : 1;
-  const int count = countOf(frame);
-  const int selected = frame.at("selected");
+void RowsView::draw(Picture& picture, const Area& area, const LayerView& layer) {
+  const Rows& rows = *layer.rows;
+  const bool has_pictures = hasPictures(rows);
+  const int height = hasDescriptions(rows) ? 2 : 1;
+  const int count = static_cast<int>(rows.size());
+  const int selected = static_cast<int>(layer.selected);
   Canvas& canvas = picture.canvas;
   page_ = std::max(1, area.height / height);
   top_ = std::clamp(top_, selected - page_ + 1, selected);
@@ -48,8 +45,8 @@ void RowsView::draw(Picture& picture, const Area& area, const Json& frame) {
     line.width -= 2;
   }
   for (int index = top_; index < std::min(count, top_ + page_); ++index) {
-    const Json& row = rows.at(static_cast<std::size_t>(index));
-    const bool is_selected = index == selected;
+    const Row& row = rows[static_cast<std::size_t>(index)];
+    const bool is_selected = shows_cursor_ && index == selected;
     const Ink ink = is_selected ? Ink::cursor : Ink::text;
     picture.targets.push_back(
         {{line.x, line.y, line.width, height}, "row:" + std::to_string(index)});
@@ -57,18 +54,15 @@ void RowsView::draw(Picture& picture, const Area& area, const Json& frame) {
     int column = 2;
     if (is_selected) canvas.write(line.x, line.y, ">", ink);
     if (has_pictures) {
-      const std::string& path =
-          frame.at("pictures").at(static_cast<std::size_t>(index)).get_ref<const std::string&>();
-      if (!path.empty()) {
+      if (!row.picture.empty()) {
         canvas.write(line.x + column, line.y, canvas.lettering().either("▣", "#"),
                      is_selected ? ink : Ink::picture);
       }
       column += 2;
     }
-    canvas.write(line.x + column, line.y, row.at(0).get_ref<const std::string&>(), ink,
-                 line.width - column);
+    canvas.write(line.x + column, line.y, row.text, ink, line.width - column);
     if (height == 2) {
-      canvas.write(line.x + column + 2, line.y + 1, row.at(1).get_ref<const std::string&>(),
+      canvas.write(line.x + column + 2, line.y + 1, row.description,
                    is_selected ? Ink::cursor_description : Ink::description,
                    line.width - column - 2);
     }
@@ -76,9 +70,9 @@ void RowsView::draw(Picture& picture, const Area& area, const Json& frame) {
   }
 }
 
-std::string RowsView::wordFor(const std::string& action, const Json& frame) const {
-  const int last = countOf(frame) - 1;
-  const int selected = frame.at("selected");
+std::string RowsView::wordFor(const std::string& action, const LayerView& layer) const {
+  const int last = static_cast<int>(layer.rows->size()) - 1;
+  const int selected = static_cast<int>(layer.selected);
   if (last < 0) return "";
   if (action == action::kFirst) return "row:0";
   if (action == action::kLast) return "row:" + std::to_string(last);

@@ -1,10 +1,6 @@
 #include "desk/terminal/Television.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
-#include <utility>
-
-#include "desk/terminal/ColourKeys.h"
 
 namespace desk::terminal {
 namespace {
@@ -64,6 +60,13 @@ void askForRoom(Canvas& canvas, const Size& size) {
   }
 }
 
+/// Whether something runs that the GUI does not take a key from.
+bool isRunning(const LayerView& layer) {
+  if (const auto* const console = layer.as<ConsoleContent>()) return console->is_running;
+  const auto* const packages = layer.as<PackagesContent>();
+  return packages && packages->is_running;
+}
+
 /// Returns a sign that turns while time goes on.
 char spinner(Time now) {
   constexpr std::string_view kSigns = "|/-\\";
@@ -72,16 +75,13 @@ char spinner(Time now) {
   return kSigns[static_cast<std::size_t>(quarters) % kSigns.size()];
 }
 
-bool isSameScreen(const Json& frame, const Json& other) {
-  return frame.at("screen") == other.at("screen") && frame.at("title") == other.at("title");
-}
-
 }  // namespace
 
-void Television::show(Json frame, Time now) {
-  countdown_.show(frame, now);
-  if (!isSameScreen(frame, frame_)) looking_ = {};
-  frame_ = std::move(frame);
+void Television::show(const Frame& frame) {
+  frame_ = frame;
+  std::erase_if(lookings_, [&frame](const auto& looking) {
+    return std::ranges::count(frame.layers, looking.first, &LayerView::id) == 0;
+  });
 }
 
 void Television::say(const std::string& notice, Ink ink) {
@@ -100,13 +100,16 @@ std::string Television::take(const std::string& action) {
     log_is_open_ = !log_is_open_;
     return "";
   }
-  if (isScrolled(frame_) && looking_.scroll.move(action)) return "";
+  const LayerView* const top = frame_.top();
+  if (!top) return action;
+  Looking& looking = lookings_[top->id];
+  if (isScrolled(*top) && looking.scroll.move(action)) return "";
   const bool is_own = action == action::kFirst || action == action::kLast ||
                       action == action::kPageUp || action == action::kPageDown;
-  return is_own ? looking_.rows.wordFor(action, frame_) : action;
+  return is_own ? looking.rows.wordFor(action, *top) : action;
 }
 
-Picture Television::picture(Size size, Time now) {
+Picture Television::picture(Size size, const Moment& moment) {
   Picture picture{Canvas(size, lettering_)};
   has_room_ = size.columns >= kLeast.columns && size.rows >= kLeast.rows;
   if (!has_room_) {
@@ -116,10 +119,10 @@ Picture Television::picture(Size size, Time now) {
   constexpr int kLines = 2;  // the legend and the status
   const int log_rows = log_is_open_ ? size.rows / 3 : 0;
   const Area area = {0, 0, size.columns, size.rows - kLines - log_rows};
-  drawFrame(picture, area, frame_, looking_, secondsLeft(now));
+  drawFrame(picture, area, frame_, lookings_, moment.seconds_left);
   if (log_is_open_) log_.draw(picture.canvas, {0, area.height, size.columns, log_rows});
-  drawLegend(picture, size.rows - 2);
-  drawStatus(picture, size.rows - 1, now);
+  drawLegend(picture, size.rows - 2, frame_);
+  drawStatus(picture, size.rows - 1, moment);
   if (help_is_open_) {
     picture.targets = {{{0, 0, size.columns, size.rows}, action::kHelp}};
     drawHelp(picture, size);
@@ -127,28 +130,15 @@ Picture Television::picture(Size size, Time now) {
   return picture;
 }
 
-void Television::drawLegend(Picture& picture, int y) const {
+void Television::drawStatus(Picture& picture, int y, const Moment& moment) const {
   Canvas& canvas = picture.canvas;
-  int x = 1;
-  for (const ColourKey& key : kColourKeys) {
-    const std::string colour(key.colour);
-    const std::string label = frame_.at("widgets").value("key_" + colour, std::string());
-    if (label.empty()) continue;
-    const int start = x;
-    x += canvas.write(x, y, "[" + colour + "]", key.ink);
-    x += 1 + canvas.write(x + 1, y, label);
-    picture.targets.push_back({{start, y, x - start, 1}, colour});
-    x += 3;
-  }
-}
-
-void Television::drawStatus(Picture& picture, int y, Time now) const {
-  Canvas& canvas = picture.canvas;
-  if (busy_since_) {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now - *busy_since_);
+  if (moment.busy_since) {
+    const auto seconds =
+        std::chrono::duration_cast<std::chrono::seconds>(moment.now - *moment.busy_since);
     canvas.write(1, y,
-                 std::string(1, spinner(now)) + " busy for " + std::to_string(seconds.count()) +
-                     " s" + (command_.empty() ? "" : ": " + command_),
+                 std::string(1, spinner(moment.now)) + " busy for " +
+                     std::to_string(seconds.count()) + " s" +
+                     (command_.empty() ? "" : ": " + command_),
                  Ink::notice, canvas.size().columns - 2);
     return;
   }
@@ -156,7 +146,7 @@ void Television::drawStatus(Picture& picture, int y, Time now) const {
     canvas.write(1, y, notice_, notice_ink_, canvas.size().columns - 2);
     return;
   }
-  const bool is_running = frame_.value("running", false);
+  const bool is_running = frame_.top() && isRunning(*frame_.top());
   int x = 1;
   for (const Hint& hint : kHints) {
     if (is_running && hint.is_of_gui) continue;

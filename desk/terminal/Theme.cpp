@@ -5,7 +5,7 @@
 namespace desk::terminal {
 namespace {
 
-struct Row {
+struct InkLook {
   Ink ink;
   Look dark;
   Look light;
@@ -22,7 +22,7 @@ constexpr short kWhite = COLOR_WHITE;
 
 /// In the order of the inks. A terminal without colours still tells the cursor, headings, keys and
 /// errors from the rest.
-constexpr Row kRows[] = {
+constexpr InkLook kLooks[] = {
     // ink                    dark: on what, how               light                     plain
     {Ink::text, {kWhite, kBlack, 0}, {kBlack, kWhite, 0}, 0},
     {Ink::description, {kCyan, kBlack, 0}, {kBlue, kWhite, 0}, 0},
@@ -43,8 +43,8 @@ constexpr Row kRows[] = {
 /// Whether the table has every ink in its place.
 constexpr bool isComplete() {
   int place = 0;
-  for (const Row& row : kRows) {
-    if (row.ink != Ink{place++}) return false;
+  for (const InkLook& look : kLooks) {
+    if (look.ink != Ink{place++}) return false;
   }
   return place == kInks;
 }
@@ -53,10 +53,10 @@ static_assert(isComplete());
 }  // namespace
 
 Look lookOf(Theme theme, Ink ink) {
-  const Row& row = kRows[static_cast<int>(ink)];
-  if (theme == Theme::dark) return row.dark;
-  if (theme == Theme::light) return row.light;
-  return {kWhite, kBlack, row.plain};
+  const InkLook& look = kLooks[static_cast<int>(ink)];
+  if (theme == Theme::dark) return look.dark;
+  if (theme == Theme::light) return look.light;
+  return {kWhite, kBlack, look.plain};
 }
 
 }  // namespace desk::terminal

@@ -1,25 +1,19 @@
 #include "desk/terminal/Views.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "desk/skin/Skin.h"
+#include "desk/terminal/ColourKeys.h"
 
 namespace desk::terminal {
 namespace {
 
 using Lines = std::vector<std::string>;
 
-std::string textOf(const Json& frame, const char* key) {
-  return frame.value(key, std::string());
-}
-
 /// Returns the title, or the name of the screen that has none.
-std::string headingOf(const Json& frame) {
-  const std::string title = textOf(frame, "title");
-  return title.empty() ? textOf(frame, "screen") : title;
+std::string headingOf(const LayerView& layer) {
+  return layer.title.empty() ? layer.screen : layer.title;
 }
 
 /// Returns an area of this size, or as much as there is, in the middle of `space`.
@@ -37,17 +31,16 @@ int widest(const Lettering& lettering, const Lines& lines) {
 }
 
 /// Returns where the cursor is among the rows.
-std::string positionOf(const Json& frame) {
-  const std::size_t count = frame.at("rows").size();
-  if (count == 0) return "nothing here";
-  return std::to_string(frame.at("selected").get<int>() + 1) + "/" + std::to_string(count);
+std::string positionOf(const LayerView& layer) {
+  if (layer.rows->empty()) return "nothing here";
+  return std::to_string(layer.selected + 1) + "/" + std::to_string(layer.rows->size());
 }
 
-void drawList(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
-  picture.canvas.box(area, headingOf(frame));
-  picture.canvas.boxNote(area, positionOf(frame));
+void drawList(Picture& picture, const Area& area, const LayerView& layer, Looking& looking) {
+  picture.canvas.box(area, headingOf(layer));
+  picture.canvas.boxNote(area, positionOf(layer));
   const Area inside = area.inside();
-  looking.rows.draw(picture, {inside.x + 1, inside.y, inside.width - 2, inside.height}, frame);
+  looking.rows.draw(picture, {inside.x + 1, inside.y, inside.width - 2, inside.height}, layer);
 }
 
 /// Draws as many of the lines as fit in the area, the last of them marked if there are more.
@@ -62,29 +55,36 @@ void drawLines(Canvas& canvas, const Area& area, const Lines& lines) {
   }
 }
 
+/// How a dialog is drawn.
+struct DialogStyle {
+  std::string heading;
+  std::string note = {};
+  Ink ink = Ink::border;
+};
+
 /// Draws a dialog: its text and, below it, its rows. Where there is no room for all, the rows keep
 /// up to half of it, but never less than two.
-void drawDialog(Picture& picture, const Area& space, const Json& frame, Looking& looking,
-                const std::string& heading, Ink ink, const std::string& note) {
+void drawDialog(Picture& picture, const Area& space, const LayerView& layer, Looking& looking,
+                const std::string& message, const DialogStyle& style) {
   constexpr int kLeastWidth = 40;
   constexpr int kEdges = 6;    // the border and two blanks on either side
   constexpr int kMargins = 4;  // the border and an empty line above and below
   constexpr int kBar = 2;
   Canvas& canvas = picture.canvas;
   const Lettering& lettering = canvas.lettering();
-  const Lines text = lettering.wrapped(textOf(frame, "text"), space.width - kEdges - 2);
+  const Lines text = lettering.wrapped(message, space.width - kEdges - 2);
   Lines shown = text;
-  for (const Json& row : frame.at("rows")) shown.push_back("> " + row.at(0).get<std::string>());
-  const int rows = static_cast<int>(frame.at("rows").size());
+  for (const Row& row : *layer.rows) shown.push_back("> " + row.text);
+  const int rows = static_cast<int>(layer.rows->size());
   const int text_rows = static_cast<int>(text.size());
   const int gap = rows > 0 ? 1 : 0;
   const int height = text_rows + gap + rows + kMargins;
   const int bar = height > space.height ? kBar : 0;
-  const int width = std::max(
-      {kLeastWidth, widest(lettering, shown) + bar + kEdges, lettering.columns(heading) + kEdges});
+  const int width = std::max({kLeastWidth, widest(lettering, shown) + bar + kEdges,
+                              lettering.columns(style.heading) + kEdges});
   const Area box = centred(space, width, height);
-  canvas.box(box, heading, ink, ink == Ink::border ? Ink::heading : ink);
-  if (!note.empty()) canvas.boxNote(box, note, Ink::notice);
+  canvas.box(box, style.heading, style.ink, style.ink == Ink::border ? Ink::heading : style.ink);
+  if (!style.note.empty()) canvas.boxNote(box, style.note, Ink::notice);
 
   const Area inside = {box.x + 3, box.y + 2, box.width - kEdges, box.height - kMargins};
   const int kept = std::min(rows, std::max(2, inside.height / 2));
@@ -93,26 +93,22 @@ void drawDialog(Picture& picture, const Area& space, const Json& frame, Looking&
   const int rows_room = inside.height - text_room - gap;
   if (rows > 0) {
     looking.rows.draw(picture, {inside.x, inside.y + text_room + gap, inside.width, rows_room},
-                      frame);
+                      layer);
   }
 }
 
-void drawMessage(Picture& picture, const Area& space, const Json& frame, Looking& looking,
-                 std::optional<int> seconds_left) {
-  const std::string type = textOf(frame, "type");
-  const std::string title = textOf(frame, "title");
-  const std::string heading = title + (title.empty() ? "[" : " [") + type + "]";
-  const std::string note = seconds_left ? "closes in " + std::to_string(*seconds_left) + " s" : "";
-  drawDialog(picture, space, frame, looking, heading, type == "error" ? Ink::error : Ink::border,
-             note);
+void drawMessage(Picture& picture, const Area& space, const LayerView& layer,
+                 const MessageContent& message, Looking& looking, std::optional<int> seconds_left) {
+  constexpr const char* kTypes[] = {"[info]", "[error]", "[yesno]"};
+  const std::string type = kTypes[static_cast<int>(message.type)];
+  drawDialog(picture, space, layer, looking, message.text,
+             {.heading = layer.title.empty() ? type : layer.title + " " + type,
+              .note = seconds_left ? "closes in " + std::to_string(*seconds_left) + " s" : "",
+              .ink = message.type == MessageContent::Type::error ? Ink::error : Ink::border});
 }
 
-void drawChoice(Picture& picture, const Area& space, const Json& frame, Looking& looking) {
-  drawDialog(picture, space, frame, looking, headingOf(frame), Ink::border, positionOf(frame));
-}
-
-const char* runningNote(const Json& frame) {
-  return frame.at("running").get<bool>() ? "running" : "finished";
+const char* runningNote(bool is_running) {
+  return is_running ? "running" : "finished";
 }
 
 /// Returns a console's output with every carriage return as a line break.
@@ -125,24 +121,24 @@ std::string withLineBreaks(const std::string& output) {
   return lines;
 }
 
-void drawConsole(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
+void drawConsole(Picture& picture, const Area& area, const LayerView& layer,
+                 const ConsoleContent& console, Looking& looking) {
   Canvas& canvas = picture.canvas;
-  canvas.box(area, headingOf(frame));
+  canvas.box(area, headingOf(layer));
   const Area inside = area.inside();
-  const Lines lines =
-      canvas.lettering().wrapped(withLineBreaks(textOf(frame, "text")), inside.width);
+  const Lines lines = canvas.lettering().wrapped(withLineBreaks(console.output), inside.width);
   const int count = static_cast<int>(lines.size());
   const int top = looking.scroll.top(count, inside.height, count - 1);
   const int below = std::max(0, count - top - inside.height);
   const std::string more = below > 0 ? std::to_string(below) + " more below, " : "";
-  canvas.boxNote(area, more + runningNote(frame), Ink::notice);
+  canvas.boxNote(area, more + runningNote(console.is_running), Ink::notice);
   for (int row = 0; row < std::min(inside.height, count - top); ++row) {
     canvas.write(inside.x, inside.y + row, lines[static_cast<std::size_t>(top + row)], Ink::text,
                  inside.width);
   }
 }
 
-/// A package's state, and how it is written.
+/// How a package's state is written, in the order of the states.
 struct State {
   const char* name;
   const char* ascii;
@@ -171,58 +167,101 @@ void drawProgress(Canvas& canvas, const Area& line, int ended, int count) {
   canvas.write(line.x + width, line.y, figures, Ink::text);
 }
 
-void drawPackages(Picture& picture, const Area& area, const Json& frame, Looking& looking) {
+void drawPackages(Picture& picture, const Area& area, const LayerView& layer,
+                  const PackagesContent& content, Looking& looking) {
   constexpr int kStateColumns = 10;
   Canvas& canvas = picture.canvas;
-  canvas.box(area, headingOf(frame));
-  canvas.boxNote(area, runningNote(frame), Ink::notice);
+  canvas.box(area, headingOf(layer));
+  canvas.boxNote(area, runningNote(content.is_running), Ink::notice);
   Area inside = area.inside();
-  const Json& packages = frame.at("packages");
+  const std::vector<Package>& packages = content.packages;
   const int count = static_cast<int>(packages.size());
-  const auto inState = [&](const char* state) {
-    return static_cast<int>(std::ranges::count_if(
-        packages, [&](const Json& package) { return package.at("state") == state; }));
-  };
-  const int ended = inState("done") + inState("failed");
+  const int ended = static_cast<int>(std::ranges::count_if(packages, [](const Package& package) {
+    return package.state == Package::State::done || package.state == Package::State::failed;
+  }));
   drawProgress(canvas, {inside.x + 1, inside.y + inside.height - 1, inside.width - 2, 1}, ended,
                count);
   inside.height -= 2;
   const int top = looking.scroll.top(count, inside.height, std::min(ended, count - 1));
   for (int row = 0; row < std::min(inside.height, count - top); ++row) {
-    const Json& package = packages.at(static_cast<std::size_t>(top + row));
-    const auto* state = std::ranges::find_if(
-        kStates, [&](const State& known) { return package.at("state") == known.name; });
+    const Package& package = packages[static_cast<std::size_t>(top + row)];
+    const State& state = kStates[static_cast<std::size_t>(package.state)];
     const int y = inside.y + row;
-    canvas.write(inside.x + 1, y, canvas.lettering().either(state->utf8, state->ascii), state->ink);
-    canvas.write(inside.x + 3, y, state->name, state->ink);
+    canvas.write(inside.x + 1, y, canvas.lettering().either(state.utf8, state.ascii), state.ink);
+    canvas.write(inside.x + 3, y, state.name, state.ink);
     // The end of a package file's path tells it from others.
     const int room = inside.width - kStateColumns - 3;
-    canvas.write(
-        inside.x + 2 + kStateColumns, y,
-        canvas.lettering().cutFront(package.at("name").get_ref<const std::string&>(), room));
+    canvas.write(inside.x + 2 + kStateColumns, y, canvas.lettering().cutFront(package.name, room));
+  }
+}
+
+/// Returns the texts of a screen that is no list, but for its title and the labels of keys.
+std::string messageOf(const ScreenContent& screen) {
+  std::string message;
+  for (const auto& [name, text] : screen.texts) {
+    if (name != "title" && !name.starts_with("key_")) message += text + "\n";
+  }
+  return message;
+}
+
+/// Whether the layer is as large as the picture, so that nothing beneath it is to be seen.
+bool isLarge(const LayerView& layer) {
+  const auto* const screen = layer.as<ScreenContent>();
+  return screen ? screen->skin.empty() : isScrolled(layer);
+}
+
+void drawLayer(Picture& picture, const Area& area, const LayerView& layer, Looking& looking,
+               std::optional<int> seconds_left) {
+  if (const auto* const packages = layer.as<PackagesContent>()) {
+    drawPackages(picture, area, layer, *packages, looking);
+  } else if (const auto* const console = layer.as<ConsoleContent>()) {
+    drawConsole(picture, area, layer, *console, looking);
+  } else if (const auto* const message = layer.as<MessageContent>()) {
+    drawMessage(picture, area, layer, *message, looking, seconds_left);
+  } else if (const auto* const choice = layer.as<ChoiceContent>()) {
+    drawDialog(picture, area, layer, looking, choice->question,
+               {.heading = headingOf(layer), .note = positionOf(layer)});
+  } else if (isLarge(layer)) {
+    drawList(picture, area, layer, looking);
+  } else {
+    drawDialog(picture, area, layer, looking, messageOf(*layer.as<ScreenContent>()),
+               {.heading = headingOf(layer)});
   }
 }
 
 }  // namespace
 
-bool isScrolled(const Json& frame) {
-  return frame.contains("running");
+bool isScrolled(const LayerView& layer) {
+  return layer.as<ConsoleContent>() || layer.as<PackagesContent>();
 }
 
-void drawFrame(Picture& picture, const Area& area, const Json& frame, Looking& looking,
+void drawFrame(Picture& picture, const Area& area, const Frame& frame, Lookings& lookings,
                std::optional<int> seconds_left) {
-  if (frame.contains("skin")) {
-    drawSkin(picture, area, frame);
-  } else if (frame.contains("packages")) {
-    drawPackages(picture, area, frame, looking);
-  } else if (frame.contains("running")) {
-    drawConsole(picture, area, frame, looking);
-  } else if (frame.contains("type")) {
-    drawMessage(picture, area, frame, looking, seconds_left);
-  } else if (frame.contains("text")) {
-    drawChoice(picture, area, frame, looking);
-  } else {
-    drawList(picture, area, frame, looking);
+  const auto& layers = frame.layers;
+  const auto large = std::find_if(layers.rbegin(), layers.rend(), isLarge);
+  const auto lowest = large == layers.rend() ? layers.begin() : std::prev(large.base());
+  for (auto layer = lowest; layer != layers.end(); ++layer) {
+    Looking& looking = lookings[layer->id];
+    looking.rows.showCursor(&*layer == frame.top());
+    picture.targets.clear();
+    drawLayer(picture, area, *layer, looking, seconds_left);
+  }
+}
+
+void drawLegend(Picture& picture, int y, const Frame& frame) {
+  const auto* const screen = frame.top() ? frame.top()->as<ScreenContent>() : nullptr;
+  if (!screen) return;
+  Canvas& canvas = picture.canvas;
+  int x = 1;
+  for (const ColourKey& key : kColourKeys) {
+    const std::string colour(key.colour);
+    const auto label = screen->texts.find("key_" + colour);
+    if (label == screen->texts.end() || label->second.empty()) continue;
+    const int start = x;
+    x += canvas.write(x, y, "[" + colour + "]", key.ink);
+    x += 1 + canvas.write(x + 1, y, label->second);
+    picture.targets.push_back({{start, y, x - start, 1}, colour});
+    x += 3;
   }
 }
 

@@ -1,29 +1,34 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <optional>
 
+#include "desk/protocol/Frame.h"
 #include "desk/terminal/Picture.h"
 #include "desk/terminal/RowsView.h"
 #include "desk/terminal/Scroll.h"
 
 namespace desk::terminal {
 
-/// Where in its screen a viewer looks; anew for every other screen.
+/// Where in a screen or dialog a viewer looks.
 struct Looking {
   RowsView rows;
   Scroll scroll;
 };
 
-/// Whether the frame's screen has a text that the cursor keys scroll, and no cursor.
-bool isScrolled(const Json& frame);
+/// That of each layer, by its id.
+using Lookings = std::map<std::uint64_t, Looking>;
 
-/// Draws the frame's screen or dialog in `area`. `seconds_left` is what is left of its time-out;
-/// nothing when it has none.
-void drawFrame(Picture& picture, const Area& area, const Json& frame, Looking& looking,
+/// Whether the layer has a text that the cursor keys scroll, and no cursor.
+bool isScrolled(const LayerView& layer);
+
+/// Draws the frame's screens and dialogs in `area`, each over those beneath it; only what is on top
+/// can be clicked. `seconds_left` is what is left of its time-out; nothing when it has none.
+void drawFrame(Picture& picture, const Area& area, const Frame& frame, Lookings& lookings,
                std::optional<int> seconds_left);
 
-/// Draws a screen by its own layout, the frame's "skin", in an area that stands for the television
-/// picture. Raises SkinError when the layout is faulty.
-void drawSkin(Picture& picture, const Area& area, const Json& frame);
+/// Draws the colour keys that the frame's screen labels in the row `y`.
+void drawLegend(Picture& picture, int y, const Frame& frame);
 
 }  // namespace desk::terminal

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "desk/play/Words.h"
+#include "desk/protocol/Word.h"
 #include "desk/web/Http.h"
 #include "desk/web/page_css.h"
 #include "desk/web/page_html.h"

@@ -48,7 +48,8 @@ TEST_F(Boxes, QuestionIsAnsweredByOkAtTheCursorAndByExitWithNo) {
 TEST_F(Boxes, QuestionShowsItsAnswers) {
   openBox(Type::TYPE_YESNO);
   EXPECT_EQ(rowsOf(*session.top()), (Lines{"yes", "no"}));
-  EXPECT_EQ(shownBy(*session.top()), R"({"type":"yesno","text":"Text","timeout":0})");
+  EXPECT_EQ(shown<MessageContent>(),
+            (MessageContent{.type = MessageContent::Type::yesno, .text = "Text"}));
 }
 
 TEST_F(Boxes, InformationAndErrorAreClosedByOkAndByExitAlone) {
@@ -80,7 +81,7 @@ TEST_F(Boxes, OnlyABoxWithATimeOutIsClosedByIt) {
 
 TEST_F(Boxes, OddBytesInATextAreShownEscaped) {
   session.open(MessageBox{.text = "name \xff"});
-  EXPECT_EQ(shownBy(*session.top()), R"({"type":"yesno","text":"name \\xff","timeout":0})");
+  EXPECT_EQ(shown<MessageContent>().text, "name \\xff");
 }
 
 const std::vector<host::Object> kMedia = {
@@ -91,7 +92,7 @@ const std::vector<host::Object> kMedia = {
 TEST_F(Boxes, ChoiceShowsTheFirstItemsAndTheQuestion) {
   openChoice(kMedia);
   EXPECT_EQ(session.top()->title(), "");
-  EXPECT_EQ(shownBy(*session.top()), R"({"text":"Choose"})");
+  EXPECT_EQ(shown<ChoiceContent>(), ChoiceContent{"Choose"});
   EXPECT_EQ(rowsOf(*session.top()), (Lines{"/media/hdd", "/media/\\xff"}));
 }
 

@@ -3,13 +3,12 @@
 #include <unistd.h>
 
 #include <array>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <thread>
 #include <utility>
 
-#include "desk/gui/Channel.h"
+#include "desk/protocol/Channel.h"
 
 namespace desk {
 namespace {
@@ -31,68 +30,67 @@ struct ChannelTest : testing::Test {
   native::Descriptor peer = std::move(ends[1]);
 };
 
-/// Returns the message as text, "gone" for none.
-std::string text(const std::optional<Channel::Message>& message) {
-  return message ? message->dump() : "gone";
+/// Returns the line, "gone" for none.
+std::string text(const std::optional<std::string>& line) {
+  return line.value_or("gone");
 }
 
-TEST_F(ChannelTest, MessagesArriveInOrderAsTheyWereSent) {
+TEST_F(ChannelTest, LinesArriveInOrderAsTheyWereSent) {
   Channel other(std::move(peer));
-  const Channel::Message messages[] = {
-      {{"word", "ok"}}, {{"frame", {{"b", 1}, {"a", {1, "x\ny", nullptr, true}}}}}, {{"log", ""}}};
-  for (const Channel::Message& message : messages) channel.send(message);
-  for (const Channel::Message& message : messages) EXPECT_EQ(text(other.receive()), message.dump());
-  other.send({{"word", "exit"}});
-  EXPECT_EQ(text(channel.receive()), R"({"word":"exit"})");
+  const std::string lines[] = {"ok", "", "a  b\tc"};
+  for (const std::string& line : lines) channel.send(line);
+  for (const std::string& line : lines) EXPECT_EQ(text(other.receive()), line);
+  other.send("exit");
+  EXPECT_EQ(text(channel.receive()), "exit");
 }
 
-TEST_F(ChannelTest, SeveralMessagesOfOneReadAreAllThere) {
-  put("{\"n\":1}\n{\"n\":2}\n{\"n\":3}\n");
+TEST_F(ChannelTest, SeveralLinesOfOneReadAreAllThere) {
+  put("1\n2\n3\n");
   EXPECT_EQ(text(channel.receiveRead()), "gone");
-  EXPECT_EQ(text(channel.receive()), R"({"n":1})");
-  EXPECT_EQ(text(channel.receiveRead()), R"({"n":2})");
-  EXPECT_EQ(text(channel.receiveRead()), R"({"n":3})");
+  EXPECT_EQ(text(channel.receive()), "1");
+  EXPECT_EQ(text(channel.receiveRead()), "2");
+  EXPECT_EQ(text(channel.receiveRead()), "3");
   EXPECT_EQ(text(channel.receiveRead()), "gone");
 }
 
-TEST_F(ChannelTest, MessageInPiecesIsPutTogether) {
-  const std::string line = "{\"n\":1}\n{\"n\":2}\n";
+TEST_F(ChannelTest, LineInPiecesIsPutTogether) {
+  const std::string line = "1\n2\n";
   for (std::size_t cut = 0; cut <= line.size(); ++cut) {
     put(line.substr(0, cut));
     std::thread rest([&] { put(line.substr(cut)); });
-    EXPECT_EQ(text(channel.receive()), R"({"n":1})") << cut;
-    EXPECT_EQ(text(channel.receive()), R"({"n":2})") << cut;
+    EXPECT_EQ(text(channel.receive()), "1") << cut;
+    EXPECT_EQ(text(channel.receive()), "2") << cut;
     rest.join();
   }
 }
 
-TEST_F(ChannelTest, MessageLargerThanAnyBufferArrivesWhole) {
+TEST_F(ChannelTest, LineLargerThanAnyBufferArrivesWhole) {
   Channel other(std::move(peer));
-  const Channel::Message large = {{"text", std::string(5000000, 'x')}};
+  const std::string large(5000000, 'x');
   std::thread sender([&] {
     channel.send(large);
-    channel.send({{"n", 2}});
+    channel.send("2");
   });
   const auto received = other.receive();
   ASSERT_TRUE(received);
   EXPECT_TRUE(*received == large);
-  EXPECT_EQ(text(other.receive()), R"({"n":2})");
+  EXPECT_EQ(text(other.receive()), "2");
   sender.join();
 }
 
 TEST_F(ChannelTest, GonePeerIsNothingToReceiveAndNoErrorToSend) {
   peer.reset();
-  channel.send({{"word", "ok"}});
+  channel.send("ok");
   EXPECT_EQ(text(channel.receive()), "gone");
-  channel.send({{"word", std::string(1000000, 'x')}});
+  channel.send(std::string(1000000, 'x'));
   EXPECT_EQ(text(channel.receive()), "gone");
 }
 
 TEST_F(ChannelTest, WhatCameBeforeThePeerWentIsStillReceived) {
-  put("{\"n\":1}\n{\"n\":2}\n{\"half");
+  put("1\n2\nhalf");
   peer.reset();
-  EXPECT_EQ(text(channel.receive()), R"({"n":1})");
-  EXPECT_EQ(text(channel.receive()), R"({"n":2})");
+  EXPECT_EQ(text(channel.receive()), "1");
+  EXPECT_EQ(text(channel.receive()), "2");
   EXPECT_EQ(text(channel.receive()), "gone");
 }
 

@@ -1,57 +1,38 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <optional>
-#include <string>
-#include <vector>
 
-#include "desk/play/Countdown.h"
+#include "desk/frontend/Countdown.h"
 
 namespace desk {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr Time kStart{};
 
-/// Returns a frame with these parts.
-Json frame(const Json& parts = Json::object()) {
-  Json frame = {{"key", ""}, {"screen", ""}, {"title", ""}};
-  frame.update(parts);
-  return frame;
-}
-
 /// Returns a message that closes by itself after `timeout` seconds.
-Json box(int timeout, const std::string& word = "") {
-  return frame({{"key", word},
-                {"screen", "MessageBox"},
-                {"type", "info"},
-                {"text", "Done."},
-                {"timeout", timeout}});
+Frame box(std::uint64_t id, int timeout) {
+  return {.layers = {LayerView{.id = id, .content = MessageContent{.timeout = timeout}}}};
 }
 
-Json with(Json frame, const char* key, const char* value) {
-  frame[key] = value;
-  return frame;
-}
-
-TEST(Countdown, NothingIsCountedBeforeABoxIsShown) {
-  EXPECT_EQ(Countdown().secondsLeft(kStart), std::nullopt);
+Frame menu(std::uint64_t id) {
+  return {.layers = {LayerView{.id = id}}};
 }
 
 TEST(Countdown, OnlyBoxesWithATimeOutAreCounted) {
-  for (const Json& shown : {frame(), box(0), box(-1)}) {
+  EXPECT_EQ(Countdown().secondsLeft(kStart), std::nullopt);
+  for (const Frame& shown : {Frame(), menu(1), box(1, 0), box(1, -1)}) {
     Countdown countdown;
     countdown.show(shown, kStart);
-    EXPECT_EQ(countdown.secondsLeft(kStart), std::nullopt) << shown;
+    EXPECT_EQ(countdown.secondsLeft(kStart), std::nullopt);
   }
 }
 
 TEST(Countdown, SecondsLeftAreRoundedUpAndEndAtNought) {
   Countdown countdown;
-  countdown.show(box(3), kStart);
+  countdown.show(box(1, 3), kStart);
   const struct {
     int passed;
     int left;
@@ -62,50 +43,32 @@ TEST(Countdown, SecondsLeftAreRoundedUpAndEndAtNought) {
   }
 }
 
-/// Returns the seconds left five seconds after a box of 10 was shown, when `next` is shown then.
-std::optional<int> leftAfter(const Json& next) {
+/// Returns the seconds left five seconds after the box 1 of 10 was shown, when `next` is shown
+/// then.
+std::optional<int> leftAfter(const Frame& next) {
   Countdown countdown;
-  countdown.show(box(10), kStart);
+  countdown.show(box(1, 10), kStart);
   const Time later = kStart + seconds(5);
   countdown.show(next, later);
   return countdown.secondsLeft(later);
 }
 
-TEST(Countdown, GoesOnWhileTheSameBoxIsShown) {
-  for (const char* word : {"", "down", "up", "red", "frame", "wait", "row:1", "0"}) {
-    EXPECT_EQ(leftAfter(box(10, word)), 5) << word;
-  }
-}
-
-TEST(Countdown, BeginsAnewAfterAWordThatClosesEveryBox) {
-  for (const char* word : {"ok", "exit", "timeout"})
-    EXPECT_EQ(leftAfter(box(10, word)), 10) << word;
-}
-
-TEST(Countdown, BeginsAnewWithAnotherBox) {
-  EXPECT_EQ(leftAfter(box(7)), 7);
-  for (const char* key : {"screen", "title", "type", "text"}) {
-    EXPECT_EQ(leftAfter(with(box(10), key, "other")), 10) << key;
-  }
-}
-
-TEST(Countdown, CursorOfAQuestionDoesNotDelayIt) {
-  Json moved = box(10, "down");
-  moved["selected"] = 1;
-  EXPECT_EQ(leftAfter(moved), 5);
+TEST(Countdown, GoesOnWhileTheSameBoxIsShownAndBeginsAnewWithAnother) {
+  EXPECT_EQ(leftAfter(box(1, 10)), 5);
+  EXPECT_EQ(leftAfter(box(2, 10)), 10);
 }
 
 TEST(Countdown, EndsWithTheBox) {
-  EXPECT_EQ(leftAfter(frame({{"key", "ok"}})), std::nullopt);
-  EXPECT_EQ(leftAfter(frame({{"key", "frame"}})), std::nullopt);
-  EXPECT_EQ(leftAfter(box(0)), std::nullopt);
+  EXPECT_EQ(leftAfter(menu(2)), std::nullopt);
+  EXPECT_EQ(leftAfter(Frame()), std::nullopt);
+  EXPECT_EQ(leftAfter(box(2, 0)), std::nullopt);
 }
 
 TEST(Countdown, BeginsAnewWhenTheBoxComesBack) {
   Countdown countdown;
-  countdown.show(box(10), kStart);
-  countdown.show(frame({{"key", "frame"}}), kStart + seconds(2));
-  countdown.show(box(10, "frame"), kStart + seconds(4));
+  countdown.show(box(1, 10), kStart);
+  countdown.show(menu(2), kStart + seconds(2));
+  countdown.show(box(1, 10), kStart + seconds(4));
   EXPECT_EQ(countdown.secondsLeft(kStart + seconds(4)), 10);
 }
 

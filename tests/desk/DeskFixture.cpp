@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 namespace desk {
@@ -29,12 +28,6 @@ Gate::Gate() : pipe_(directory_ / "gate") {
 
 void Gate::open() const {
   if (write(end_.number(), "\n", 1) != 1) throw std::runtime_error("cannot open the gate");
-}
-
-std::string shownBy(const Layer& layer) {
-  Json frame;
-  layer.addTo(frame);
-  return frame.dump();
 }
 
 Lines rowsOf(Layer& layer) {

@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 #include "desk/model/Jobs.h"
 #include "desk/model/Observer.h"
 #include "desk/model/Session.h"
+#include "desk/protocol/Json.h"
 #include "host/native/Descriptor.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -32,8 +36,12 @@ void waitForJob(Jobs& jobs);
 /// Waits until nothing is running.
 void runToEnd(Jobs& jobs);
 
-/// Returns what `layer` shows beside its title and rows, as JSON.
-std::string shownBy(const Layer& layer);
+/// Lets a failed test show a layer's content, of whatever kind.
+template <class Kind>
+requires std::is_constructible_v<Content, Kind>
+void PrintTo(const Kind& content, std::ostream* output) {
+  *output << jsonOf(Frame{.layers = {LayerView{.content = content}}});
+}
 
 /// Returns the texts of the rows.
 Lines rowsOf(Layer& layer);
@@ -60,6 +68,12 @@ struct SessionTest : testing::Test {
   /// Presses keys one after the other; closed dialogs go as after any event.
   void press(const std::vector<std::string>& keys);
   void settle();
+
+  /// Returns what only the kind of layer shows that is on top.
+  template <class Kind>
+  Kind shown() const {
+    return std::get<Kind>(session.top()->content());
+  }
 
   /// Returns a callback that takes note of the answer as "NAME: ANSWER".
   host::Object note(const std::string& name);

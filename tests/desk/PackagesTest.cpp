@@ -1,7 +1,6 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <nlohmann/json.hpp>
 
 #include "desk/model/Host.h"
 #include "tests/desk/DeskFixture.h"
@@ -11,6 +10,7 @@ namespace desk {
 namespace {
 
 using host::operator""_t;
+using State = Package::State;
 
 /// A package manager in PATH that does what the test's shell script says; "$1 $2" are the
 /// operation and the package.
@@ -27,9 +27,6 @@ struct Packages : SessionTest {
   }
 
   void install(const Lines& names) { session.open(Ipkg{.packages = names}, note("closed")); }
-
-  /// Returns what the package screen shows.
-  Json shown() const { return Json::parse(shownBy(*session.top())); }
 
   /// Begins a feed update, of whose end these listeners take note. Returns the component.
   host::Object update(const Lines& listeners) {
@@ -54,29 +51,28 @@ TEST_F(Packages, AreInstalledInOrderWhateverBecomesOfEach) {
             (Lines{"command: opkg install one", "command: opkg install bad-two",
                    "command: opkg install /media/hdd/three.ipk",
                    "command: opkg install killed-four", "command: opkg install five"}));
-  EXPECT_EQ(shown(), Json::parse(R"({
-    "packages": [{"name": "one", "state": "done"},
-                 {"name": "bad-two", "state": "failed"},
-                 {"name": "/media/hdd/three.ipk", "state": "done"},
-                 {"name": "killed-four", "state": "failed"},
-                 {"name": "five", "state": "done"}],
-    "running": false})"));
+  EXPECT_EQ(shown<PackagesContent>(),
+            (PackagesContent{.packages = {{"one", State::done},
+                                          {"bad-two", State::failed},
+                                          {"/media/hdd/three.ipk", State::done},
+                                          {"killed-four", State::failed},
+                                          {"five", State::done}}}));
 }
 
 TEST_F(Packages, ShowWhichOneRunsAndWhichWait) {
   setOpkg("[ $2 != two ] || " + gate.wait());
   install({"one", "two", "three"});
-  EXPECT_EQ(shown(), Json::parse(R"({
-    "packages": [{"name": "one", "state": "running"},
-                 {"name": "two", "state": "waiting"},
-                 {"name": "three", "state": "waiting"}],
-    "running": true})"));
-  while (shown()["packages"][0]["state"] == "running") waitForJob(jobs);
-  EXPECT_EQ(shown(), Json::parse(R"({
-    "packages": [{"name": "one", "state": "done"},
-                 {"name": "two", "state": "running"},
-                 {"name": "three", "state": "waiting"}],
-    "running": true})"));
+  EXPECT_EQ(
+      shown<PackagesContent>(),
+      (PackagesContent{
+          .packages = {{"one", State::running}, {"two", State::waiting}, {"three", State::waiting}},
+          .is_running = true}));
+  while (shown<PackagesContent>().packages[0].state == State::running) waitForJob(jobs);
+  EXPECT_EQ(
+      shown<PackagesContent>(),
+      (PackagesContent{
+          .packages = {{"one", State::done}, {"two", State::running}, {"three", State::waiting}},
+          .is_running = true}));
   gate.open();
   runToEnd(jobs);
 }
@@ -98,7 +94,7 @@ TEST_F(Packages, ScreenClosesByOkOrExitAloneAndNotBeforeTheLastIsDone) {
 
 TEST_F(Packages, WithoutPackagesTheScreenIsDoneAtOnce) {
   install({});
-  EXPECT_EQ(shown(), Json::parse(R"({"packages": [], "running": false})"));
+  EXPECT_EQ(shown<PackagesContent>(), PackagesContent());
   press({"exit"});
   EXPECT_EQ(notes.lines, Lines{"closed: None"});
 }
@@ -107,7 +103,7 @@ TEST_F(Packages, OddBytesOfANameAreShownEscapedAndHandedOnAsTheyStand) {
   setOpkg("[ \"$2\" = \"$(printf 'a b\\377')\" ]");
   install({"a b\xff"});
   runToEnd(jobs);
-  EXPECT_EQ(shown()["packages"], Json::parse(R"([{"name": "a b\\xff", "state": "done"}])"));
+  EXPECT_EQ(shown<PackagesContent>().packages, (std::vector<Package>{{"a b\\xff", State::done}}));
 }
 
 TEST_F(Packages, ManagerThatVanishesMidwayFailsTheRestAndTheScreenCanBeClosed) {
@@ -120,7 +116,7 @@ TEST_F(Packages, ManagerThatVanishesMidwayFailsTheRestAndTheScreenCanBeClosed) {
   } catch (const std::exception&) {
     // Whether the error reaches the host as well is not looked at here.
   }
-  EXPECT_EQ(shown()["running"], false);
+  EXPECT_FALSE(shown<PackagesContent>().is_running);
   press({"exit"});
   EXPECT_EQ(top(), "");
 }

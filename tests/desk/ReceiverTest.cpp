@@ -1,4 +1,3 @@
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "desk/model/Receiver.h"
@@ -62,7 +61,15 @@ struct ReceiverTest : testing::Test {
     }
   }
 
-  std::string top() const { return receiver.frame("").at("screen"); }
+  bool handle(const std::string& word) { return receiver.handle(parseWord(word).value()); }
+
+  LayerView top() const { return receiver.frame({}).layers.back(); }
+  std::string topName() const { return receiver.frame({}).top() ? top().screen : ""; }
+
+  /// Returns what a viewer sees after a word, as JSON.
+  std::string frame(const std::string& word) const {
+    return jsonOf(receiver.frame(parseWord(word).value()));
+  }
 
   Notes notes;
   Receiver receiver{notes};
@@ -78,18 +85,17 @@ void raise() {
 
 TEST_F(ReceiverTest, FrameShowsAllThatAViewerSees) {
   open({});
-  EXPECT_EQ(receiver.frame("down").dump(),
+  EXPECT_EQ(frame("down"),
             R"({"key":"down","screen":"Menu","title":"Title \\xff","widgets":{"key_red":"Exit"},)"
             R"("rows":[["one",""],["two",""],["\\xff",""]],"selected":0,"list":"filelist"})");
 }
 
 TEST_F(ReceiverTest, FrameOfAQuestionAddsItsKind) {
   open({{"ok", [this] { openDialog({type("MessageBox"_t), "Sure?"_t}); }}});
-  EXPECT_TRUE(receiver.handle("ok"));
-  EXPECT_EQ(receiver.frame("ok").dump(),
-            R"({"key":"ok","screen":"MessageBox","title":"","widgets":{},)"
-            R"("rows":[["yes",""],["no",""]],"selected":0,)"
-            R"("type":"yesno","text":"Sure?","timeout":0})");
+  EXPECT_TRUE(handle("ok"));
+  EXPECT_EQ(frame("ok"), R"({"key":"ok","screen":"MessageBox","title":"","widgets":{},)"
+                         R"("rows":[["yes",""],["no",""]],"selected":0,)"
+                         R"("type":"yesno","text":"Sure?","timeout":0})");
 }
 
 TEST_F(ReceiverTest, FrameOfAListWithPicturesHoldsThePathOfEach) {
@@ -99,38 +105,53 @@ TEST_F(ReceiverTest, FrameOfAListWithPicturesHoldsThePathOfEach) {
     const host::Object without = host::tuple({"b"_t, "B"_t, ""_t, host::Object(), host::Object()});
     made.setItem("menu"_t, type("List"_t)({host::list({with, without})}));
   }));
-  EXPECT_EQ(receiver.frame("").dump(),
+  EXPECT_EQ(frame(""),
             R"({"key":"","screen":"Menu","title":"","widgets":{},"rows":[["A",""],["B",""]],)"
             R"("selected":0,"pictures":["/pictures/\\xff.png",""],"list":"menu"})");
 }
 
 TEST_F(ReceiverTest, FrameOfAScreenWithALayoutOfItsOwnHoldsIt) {
   receiver.open(application([](const host::Object&) {}, kMenuWithSkin));
-  EXPECT_EQ(receiver.frame("").dump(), R"({"key":"","screen":"Menu","title":"","widgets":{},)"
-                                       R"("rows":[],"selected":0,"skin":"<screen/>"})");
+  EXPECT_EQ(frame(""), R"({"key":"","screen":"Menu","title":"","widgets":{},)"
+                       R"("rows":[],"selected":0,"skin":"<screen/>"})");
 }
 
-TEST_F(ReceiverTest, FrameLeavesRowsOutThatAreShownAlready) {
+TEST_F(ReceiverTest, RowsAreTheSameUntilTheyAreSetAnew) {
   open({{"ok", [&] { screen.item("filelist"_t)["l"_t]["setList"_t]({host::list({"three"_t})}); }}});
-  const auto shown = receiver.rows();
-  receiver.handle("down");
-  EXPECT_EQ(receiver.frame("down", shown.get()).dump(),
-            R"({"key":"down","screen":"Menu","title":"Title \\xff","widgets":{"key_red":"Exit"},)"
-            R"("rows":null,"selected":1,"list":"filelist"})");
-  receiver.handle("ok");
-  EXPECT_EQ(receiver.frame("ok", shown.get())["rows"].dump(), R"([["three",""]])");
+  const SharedRows shown = top().rows;
+  handle("down");
+  EXPECT_EQ(top().rows, shown);
+  handle("ok");
+  EXPECT_EQ(*top().rows, (Rows{{.text = "three"}}));
+}
+
+TEST_F(ReceiverTest, FrameHoldsTheScreensBeneathADialogAndEachLayerItsOwnNumber) {
+  open({{"ok", [this] { openDialog({type("MessageBox"_t), "Sure?"_t}); }}});
+  const auto layers = [this] {
+    Lines names;
+    for (const LayerView& layer : receiver.frame({}).layers) {
+      names.push_back(std::to_string(layer.id) + " " + layer.screen);
+    }
+    return names;
+  };
+  EXPECT_EQ(layers(), Lines{"1 Menu"});
+  handle("ok");
+  EXPECT_EQ(layers(), (Lines{"1 Menu", "2 MessageBox"}));
+  handle("exit");
+  handle("ok");
+  EXPECT_EQ(layers(), (Lines{"1 Menu", "3 MessageBox"}));
 }
 
 TEST_F(ReceiverTest, FrameWithoutAScreenIsEmpty) {
   open({{"cancel", [this] { screen["close"_t]({true}); }}});
-  EXPECT_TRUE(receiver.handle("exit"));
+  EXPECT_TRUE(handle("exit"));
   for (const char* word : {"ok", "exit", "timeout", "frame"}) {
-    EXPECT_TRUE(receiver.handle(word));
-    EXPECT_EQ(receiver.frame("").dump(), R"({"key":"","screen":"","title":"","widgets":{},)"
-                                         R"("rows":[],"selected":0})");
+    EXPECT_TRUE(handle(word));
+    EXPECT_EQ(frame(""), R"({"key":"","screen":"","title":"","widgets":{},)"
+                         R"("rows":[],"selected":0})");
   }
-  EXPECT_FALSE(receiver.handle("select:one"));
-  EXPECT_FALSE(receiver.handle("row:0"));
+  EXPECT_FALSE(handle("select:one"));
+  EXPECT_FALSE(handle("row:0"));
   EXPECT_EQ(notes.lines, Lines{});
 }
 
@@ -139,44 +160,44 @@ TEST_F(ReceiverTest, SelectMovesTheCursorToTheFirstRowThatContainsTheText) {
   const std::pair<const char*, int> found[] = {
       {"select:two", 1}, {"select:o", 0}, {"select:w", 1}, {"select:\\xff", 2}};
   for (const auto& [word, row] : found) {
-    EXPECT_TRUE(receiver.handle(word)) << word;
-    EXPECT_EQ(receiver.frame("")["selected"], row) << word;
+    EXPECT_TRUE(handle(word)) << word;
+    EXPECT_EQ(top().selected, static_cast<std::size_t>(row)) << word;
   }
-  EXPECT_FALSE(receiver.handle("select:three"));
-  EXPECT_FALSE(receiver.handle("select:TWO"));
-  EXPECT_EQ(receiver.frame("")["selected"], 2);
+  EXPECT_FALSE(handle("select:three"));
+  EXPECT_FALSE(handle("select:TWO"));
+  EXPECT_EQ(top().selected, 2U);
 }
 
 TEST_F(ReceiverTest, RowMovesTheCursorToTheRowOfThatIndex) {
   open({});
   for (const int row : {2, 0, 1}) {
-    EXPECT_TRUE(receiver.handle("row:" + std::to_string(row)));
-    EXPECT_EQ(receiver.frame("")["selected"], row);
+    EXPECT_TRUE(handle("row:" + std::to_string(row)));
+    EXPECT_EQ(top().selected, static_cast<std::size_t>(row));
   }
-  for (const char* word : {"row:3", "row:999999999"}) EXPECT_FALSE(receiver.handle(word)) << word;
-  EXPECT_EQ(receiver.frame("")["selected"], 1);
+  for (const char* word : {"row:3", "row:999999999"}) EXPECT_FALSE(handle(word)) << word;
+  EXPECT_EQ(top().selected, 1U);
 }
 
 TEST_F(ReceiverTest, SelectFindsNothingWhereThereIsNoList) {
   open({{"ok", [this] { openDialog({type("Console"_t), {"cmdlist"_t, host::list()}}); }}});
-  receiver.handle("ok");
-  EXPECT_FALSE(receiver.handle("select:one"));
+  handle("ok");
+  EXPECT_FALSE(handle("select:one"));
 }
 
 TEST_F(ReceiverTest, ErrorInAKeyHandlerIsToldAndTheScreenStays) {
   open({{"ok", raise}});
-  EXPECT_TRUE(receiver.handle("ok"));
+  EXPECT_TRUE(handle("ok"));
   EXPECT_EQ(notes.lines, Lines{kRaised});
-  EXPECT_TRUE(receiver.handle("down"));
-  EXPECT_EQ(receiver.frame("")["selected"], 1);
+  EXPECT_TRUE(handle("down"));
+  EXPECT_EQ(top().selected, 1U);
 }
 
 TEST_F(ReceiverTest, ErrorInADialogsCallbackIsToldAndTheScreenBeneathStays) {
   open({{"ok", [this] { openWithCallback({action(raise), type("MessageBox"_t), "Sure?"_t}); }}});
-  receiver.handle("ok");
-  receiver.handle("exit");
+  handle("ok");
+  handle("exit");
   EXPECT_EQ(notes.lines, Lines{kRaised});
-  EXPECT_EQ(top(), "Menu");
+  EXPECT_EQ(topName(), "Menu");
 }
 
 TEST_F(ReceiverTest, ErrorAfterTheScreenHasClosedStillTakesItAway) {
@@ -184,9 +205,9 @@ TEST_F(ReceiverTest, ErrorAfterTheScreenHasClosedStillTakesItAway) {
            screen["close"_t]();
            raise();
          }}});
-  receiver.handle("exit");
+  handle("exit");
   EXPECT_EQ(notes.lines, Lines{kRaised});
-  EXPECT_EQ(top(), "");
+  EXPECT_EQ(topName(), "");
 }
 
 TEST_F(ReceiverTest, ErrorAtLoadOrInTheMenuIsToldAndNothingIsShown) {
@@ -194,8 +215,8 @@ TEST_F(ReceiverTest, ErrorAtLoadOrInTheMenuIsToldAndNothingIsShown) {
   Receiver other(notes);
   other.open(application([](const host::Object&) { raise(); }));
   EXPECT_EQ(notes.lines, (Lines{kRaised, kRaised}));
-  EXPECT_EQ(top(), "");
-  EXPECT_EQ(other.frame("").at("screen"), "");
+  EXPECT_EQ(topName(), "");
+  EXPECT_EQ(other.frame({}), Frame());
 }
 
 TEST_F(ReceiverTest, TimeOutPassesForTheBoxOnTop) {
@@ -204,12 +225,12 @@ TEST_F(ReceiverTest, TimeOutPassesForTheBoxOnTop) {
            openWithCallback(
                {screen["close"_t], box, "Done"_t, box["TYPE_INFO"_t], {"timeout"_t, 10}});
          }}});
-  receiver.handle("timeout");
-  EXPECT_EQ(top(), "Menu");
-  receiver.handle("ok");
-  EXPECT_EQ(top(), "MessageBox");
-  receiver.handle("timeout");
-  EXPECT_EQ(top(), "");
+  handle("timeout");
+  EXPECT_EQ(topName(), "Menu");
+  handle("ok");
+  EXPECT_EQ(topName(), "MessageBox");
+  handle("timeout");
+  EXPECT_EQ(topName(), "");
 }
 
 TEST_F(ReceiverTest, ConsoleRunsBetweenWordsAndItsCallbackClosesTheScreen) {
@@ -219,11 +240,11 @@ TEST_F(ReceiverTest, ConsoleRunsBetweenWordsAndItsCallbackClosesTheScreen) {
                              {"title"_t, "Running"_t},
                              {"cmdlist"_t, host::list({"echo out"_t, "echo more"_t})}});
          }}});
-  receiver.handle("ok");
+  handle("ok");
   finishJobs();
-  EXPECT_EQ(receiver.frame("")["text"], "out\nmore\n");
-  receiver.handle("ok");
-  EXPECT_EQ(top(), "");
+  EXPECT_EQ(top().as<ConsoleContent>()->output, "out\nmore\n");
+  handle("ok");
+  EXPECT_EQ(topName(), "");
 }
 
 TEST_F(ReceiverTest, ErrorInAJobsCallbackIsTold) {
@@ -231,7 +252,7 @@ TEST_F(ReceiverTest, ErrorInAJobsCallbackIsTold) {
   receiver.jobs().start({"true"}, {}, [](int) { raise(); });
   finishJobs();
   EXPECT_EQ(notes.lines, Lines{kRaised});
-  EXPECT_EQ(top(), "Menu");
+  EXPECT_EQ(topName(), "Menu");
 }
 
 TEST_F(ReceiverTest, CommandsAndLinesOfTheModuleAreTold) {

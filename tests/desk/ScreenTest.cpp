@@ -32,7 +32,8 @@ TEST_F(Screens, ShowTheirTextWidgetsByName) {
     screen.setItem("console"_t, {});
   });
   EXPECT_EQ(top(), "TestScreen");
-  EXPECT_EQ(shownBy(*session.top()), R"({"widgets":{"key_red":"Exit","status":"odd \\xff"}})");
+  EXPECT_EQ(shown<ScreenContent>(),
+            (ScreenContent{.texts = {{"key_red", "Exit"}, {"status", "odd \\xff"}}}));
 }
 
 TEST_F(Screens, ItemSetAgainTakesThePlaceOfTheFormer) {
@@ -40,7 +41,7 @@ TEST_F(Screens, ItemSetAgainTakesThePlaceOfTheFormer) {
     screen.setItem("key_green"_t, widget("StaticText", "Install"_t));
     screen.setItem("key_green"_t, widget("StaticText", "Start"_t));
   });
-  EXPECT_EQ(shownBy(*session.top()), R"({"widgets":{"key_green":"Start"}})");
+  EXPECT_EQ(shown<ScreenContent>(), (ScreenContent{.texts = {{"key_green", "Start"}}}));
 }
 
 TEST_F(Screens, TitleAttributeIsTheTitleShown) {

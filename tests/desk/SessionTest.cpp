@@ -32,21 +32,24 @@ TEST_F(SessionTest, DialogsAreOpenedAsTheModuleAsksForThem) {
   const host::Object open = session.object().get("open"_t);
   const host::Object box = host.named("MessageBox");
   const host::Object texts = host::list({"one"_t, "two"_t});
-  const auto shown = [this] { return session.top()->title() + shownBy(*session.top()); };
+  using Type = MessageContent::Type;
   open({box, "a"_t});
-  EXPECT_EQ(shown(), R"({"type":"yesno","text":"a","timeout":0})");
+  EXPECT_EQ(shown<MessageContent>(), (MessageContent{.type = Type::yesno, .text = "a"}));
   open({box, "b"_t, box["TYPE_INFO"_t], {"timeout"_t, 10}});
-  EXPECT_EQ(shown(), R"({"type":"info","text":"b","timeout":10})");
+  EXPECT_EQ(shown<MessageContent>(),
+            (MessageContent{.type = Type::info, .text = "b", .timeout = 10}));
   open({box, "c"_t, box["TYPE_ERROR"_t], {"timeout"_t, 5}});
-  EXPECT_EQ(shown(), R"({"type":"error","text":"c","timeout":5})");
+  EXPECT_EQ(shown<MessageContent>(),
+            (MessageContent{.type = Type::error, .text = "c", .timeout = 5}));
   open({host.named("ChoiceBox"), {"title"_t, "d"_t}, {"list"_t, host::list({texts})}});
-  EXPECT_EQ(shown(), R"({"text":"d"})");
+  EXPECT_EQ(shown<ChoiceContent>(), ChoiceContent{"d"});
   EXPECT_EQ(rowsOf(*session.top()), Lines{"one"});
   open({host.named("Console"), {"title"_t, "e"_t}, {"cmdlist"_t, host::list({"exit 1"_t})}});
-  EXPECT_EQ(shown(), R"(e{"text":"","running":true})");
+  EXPECT_EQ(session.top()->title(), "e");
+  EXPECT_EQ(shown<ConsoleContent>(), ConsoleContent{.is_running = true});
   runToEnd(jobs);
   open({host.named("Ipkg"), {"cmdList"_t, host::list()}});
-  EXPECT_EQ(shown(), R"({"packages":[],"running":false})");
+  EXPECT_EQ(shown<PackagesContent>(), PackagesContent());
   EXPECT_EQ(notes.lines, Lines{"command: exit 1"});
 }
 

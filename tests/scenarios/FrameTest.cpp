@@ -24,42 +24,55 @@ TEST_F(FrameTest, OneFollowsTheOpeningAndEveryWord) {
   EXPECT_EQ(play.errors, "");
 }
 
-TEST_F(FrameTest, AreThoseOfTheBackupMenuAsBoxesOfTextUnlessTold) {
-  const Outcome desk =
-      run({kStowline, "desk", "--receiver", receiver().tree(), "--play", "select:installed ok"});
+TEST_F(FrameTest, AreThePicturesOfATerminalUnlessTold) {
+  const Outcome desk = run({"env", "LC_ALL=C.UTF-8", kStowline, "desk", "--receiver",
+                            receiver().tree(), "--play", "select:installed ok"});
 
   EXPECT_EQ(desk.output, R"(
-+-- QOR Stowline (Backup) -------------------------------------------------+
-| > Backup/restore device : /media/hdd/                                    |
-|     set device for directory qor-stowline                                |
-|   Backup installed plugins                                               |
-|     creates a list of installed plugins, skins and softcams              |
-|   Backup channel settings                                                |
-|     save channel and bouquet settings                                    |
-|   Backup configurations                                                  |
-|     save common configurations for GUI, plugins and softcams             |
-|                                                                          |
-| [red] Exit                                                               |
-+--------------------------------------------------------------------------+
+┌─ QOR Stowline (Backup) ──────────────────────────────────────────────────────┐
+│ > ▣ Backup/restore device : /media/hdd/                                      │
+│       set device for directory qor-stowline                                  │
+│   ▣ Backup installed plugins                                                 │
+│       creates a list of installed plugins, skins and softcams                │
+│   ▣ Backup channel settings                                                  │
+│       save channel and bouquet settings                                      │
+│   ▣ Backup configurations                                                    │
+│       save common configurations for GUI, plugins and softcams               │
+│                                                                              │
+└──────────────────────────────────────────────────────────────────────── 1/4 ─┘
+ [red] Exit
 
 [select:installed]
-+-- QOR Stowline (Backup) -------------------------------------------------+
-|   Backup/restore device : /media/hdd/                                    |
-|     set device for directory qor-stowline                                |
-| > Backup installed plugins                                               |
-|     creates a list of installed plugins, skins and softcams              |
-|   Backup channel settings                                                |
-|     save channel and bouquet settings                                    |
-|   Backup configurations                                                  |
-|     save common configurations for GUI, plugins and softcams             |
-|                                                                          |
-| [red] Exit                                                               |
-+--------------------------------------------------------------------------+
+┌─ QOR Stowline (Backup) ──────────────────────────────────────────────────────┐
+│   ▣ Backup/restore device : /media/hdd/                                      │
+│       set device for directory qor-stowline                                  │
+│ > ▣ Backup installed plugins                                                 │
+│       creates a list of installed plugins, skins and softcams                │
+│   ▣ Backup channel settings                                                  │
+│       save channel and bouquet settings                                      │
+│   ▣ Backup configurations                                                    │
+│       save common configurations for GUI, plugins and softcams               │
+│                                                                              │
+└──────────────────────────────────────────────────────────────────────── 2/4 ─┘
+ [red] Exit
 
 [ok]
-+-- QOR Stowline [info] ---------------------------------------------------+
-| List of installed plugins was created succesfully                        |
-+--------------------------------------------------------------------------+
+┌─ QOR Stowline (Backup) ──────────────────────────────────────────────────────┐
+│   ▣ Backup/restore device : /media/hdd/                                      │
+│       set device for directory qor-stowline                                  │
+│   ▣ Backup installed plugins                                                 │
+│       creates a list of installed plugins, skins and softcams                │
+│   ▣ Backup channel settings                                                  │
+│       save channel and bouquet settings                                      │
+│   ▣ Backup configurations                                                    │
+│       save common configurations for GUI, plugins and softcams               │
+│           ┌─ QOR Stowline [info] ───────────────────────────────┐            │
+│           │                                                     │            │
+│           │  List of installed plugins was created succesfully  │            │
+│           │                                                     │            │
+│           └──────────────────────────────────── closes in 10 s ─┘            │
+│                                                                              │
+└──────────────────────────────────────────────────────────────────────── 2/4 ─┘
 )");
   EXPECT_EQ(desk.status, 0);
   EXPECT_EQ(desk.errors, "");

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <nlohmann/json.hpp>
+#include <memory>
 #include <pugixml.hpp>
 #include <string>
 #include <vector>
@@ -12,7 +12,6 @@
 namespace desk::drawing {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Lines = std::vector<std::string>;
 
 /// A skin of 100x50 with one screen, "Any", that has these elements.
@@ -25,10 +24,14 @@ SkinFile skinWith(const std::string& elements, const std::string& attributes = "
   return file;
 }
 
-/// Returns a frame of the screen "Any" with these widgets and rows.
-Json frame(const Json& widgets, const Json& rows = Json::array(), int selected = 0) {
-  return {{"key", ""},      {"screen", "Any"}, {"title", "A title"},  {"widgets", widgets},
-          {"list", "list"}, {"rows", rows},    {"selected", selected}};
+/// Returns a frame of the screen "Any" with these text widgets and rows.
+Frame frame(const std::map<std::string, std::string>& texts = {}, const Rows& rows = {},
+            std::size_t selected = 0) {
+  return {.layers = {{.screen = "Any",
+                      .title = "A title",
+                      .rows = std::make_shared<const Rows>(rows),
+                      .selected = selected,
+                      .content = ScreenContent{.texts = texts, .list = "list"}}}};
 }
 
 /// Adds what an element draws, a line each: "rect 0,0 10x10 #ffffff", "text 5,7 Hello"; places are
@@ -54,7 +57,7 @@ void addLines(Lines& lines, const pugi::xml_node& node, double x, double y) {
 }
 
 /// Returns what is drawn within the screen.
-Lines drawn(Drawing& drawing, const Json& frame) {
+Lines drawn(Drawing& drawing, const Frame& frame) {
   pugi::xml_document document;
   EXPECT_TRUE(document.load_string(drawing.draw(frame, std::nullopt).c_str()));
   Lines lines;
@@ -63,7 +66,7 @@ Lines drawn(Drawing& drawing, const Json& frame) {
   return lines;
 }
 
-Lines drawn(const std::string& elements, const Json& frame) {
+Lines drawn(const std::string& elements, const Frame& frame) {
   Drawing drawing(skinWith(elements), [](const std::string& path) {
     return path == "/there.png" ? std::optional<std::string>("data:there") : std::nullopt;
   });
@@ -89,7 +92,7 @@ TEST(Drawing, PictureThatIsMissingHasAStandIn) {
   EXPECT_EQ(drawn(R"(<ePixmap pixmap="/there.png" position="1,2" size="9,8"/>
       <ePixmap pixmap="/button_red.png" position="1,2" size="9,8"/>
       <ePixmap pixmap="/other.png" position="1,2" size="9,8"/>)",
-                  frame(Json::object())),
+                  frame()),
             (Lines{kBackgroundLine, "svg 11,7 9x8 /there.png", "image 11,7 data:there",
                    "svg 11,7 9x8 /button_red.png", "rect 11,7 9x8 #9f1313",
                    "svg 11,7 9x8 /other.png", "rect 12,8 7x6 none #3c506c"}));
@@ -98,7 +101,7 @@ TEST(Drawing, PictureThatIsMissingHasAStandIn) {
 TEST(Drawing, LabelOfTheSkinIsAnAreaAndAText) {
   EXPECT_EQ(drawn(R"(<eLabel position="1,2" size="70,1" backgroundColor="#808080"/>
       <eLabel text="Hello" position="1,4" size="70,20" font="Regular;10" transparent="1"/>)",
-                  frame(Json::object())),
+                  frame()),
             (Lines{kBackgroundLine, "svg 11,7 70x1", "rect 11,7 70x1 #808080", "svg 11,9 70x20",
                    "text 11,18.28 #ffffff start 10 Hello"}));
 }
@@ -107,7 +110,7 @@ TEST(Drawing, ListShowsThePageOfTheCursorAndAScrollBar) {
   const char* list = R"(<widget name="list" position="0,0" size="80,20" font="Regular;8"
       itemHeight="10" transparent="1" foregroundColor="#111111" foregroundColorSelected="#222222"
       backgroundColorSelected="#333333"/>)";
-  const Json rows = {{"one"}, {"two"}, {"three"}};
+  const Rows rows = {{"one"}, {"two"}, {"three"}};
   const Lines expected = {kBackgroundLine,
                           "svg 10,5 80x20 list listbox",
                           "svg 10,5 80x10 option true",
@@ -117,7 +120,7 @@ TEST(Drawing, ListShowsThePageOfTheCursorAndAScrollBar) {
                           "text 20,12.77 #222222 start 8 three",
                           "rect 86,5 4x20 #3c506c",
                           "rect 86,18 4x7 #ffffff"};
-  EXPECT_EQ(drawn(list, frame(Json::object(), rows, 2)), expected);
+  EXPECT_EQ(drawn(list, frame({}, rows, 2)), expected);
 }
 
 TEST(Drawing, ScrollBarIsShownWhenTheSkinSaysSo) {
@@ -130,12 +133,12 @@ TEST(Drawing, ScrollBarIsShownWhenTheSkinSaysSo) {
                {"showAlways", 0, true},
                {"showNever", 3, false}};
   for (const auto& [mode, count, is_shown] : cases) {
-    const Json rows(count, Json::array({"row"}));
+    const Rows rows(count, Row{"row"});
     const Lines lines =
         drawn(std::string(R"(<widget name="list" position="0,0" size="80,20" itemHeight="10"
             transparent="1" scrollbarMode=")") +
                   mode + "\"/>",
-              frame(Json::object(), rows));
+              frame({}, rows));
     EXPECT_EQ(std::ranges::count(lines, "rect 86,5 4x20 #3c506c"), is_shown ? 1 : 0)
         << mode << count;
   }
@@ -151,9 +154,7 @@ TEST(Drawing, RowIsDrawnByItsTemplate) {
         MultiContentEntryText(pos=(70,0), size=(5,10), font=0, text=">"),
         MultiContentEntryText(pos=(70,0), size=(5,10), font=0, text=9)],
       "fonts": [gFont("Regular", 6), gFont("Regular", 8)], "itemHeight": 20}</convert></widget>)";
-  Json shown = frame(Json::object(),
-                     Json::array({Json::array({"one", "first"}), Json::array({"two", "second"})}));
-  shown["pictures"] = {"/there.png", ""};
+  const Frame shown = frame({}, {{"one", "first", "/there.png"}, {"two", "second"}});
   EXPECT_EQ(drawn(list, shown), (Lines{kBackgroundLine,
                                        "svg 10,5 80x40 list listbox",
                                        "svg 10,5 80x20 option true",
@@ -186,8 +187,8 @@ std::ptrdiff_t shownRows(const char* dialog, std::size_t rows, int width, int he
   file.skin.settings.width = width;
   file.skin.settings.height = height;
   Drawing drawing(std::move(file), [](const std::string&) { return std::nullopt; });
-  Json shown = frame(Json::object(), Json(rows, Json::array({"a row"})));
-  shown["screen"] = dialog;
+  Frame shown = frame({}, Rows(rows, Row{"a row"}));
+  shown.layers.back().screen = dialog;
   pugi::xml_document document;
   EXPECT_TRUE(document.load_string(drawing.draw(shown, std::nullopt).c_str()));
   return std::ssize(document.select_nodes("//svg[@role='option']"));
@@ -204,9 +205,9 @@ TEST(Drawing, DialogsShowAsManyRowsInEveryResolution) {
 TEST(Drawing, WhatTheScreenDoesNotHaveIsNoticedOnce) {
   Drawing drawing(skinWith(R"(<widget name="typo" position="0,0" size="1,1" transparent="1"/>)"),
                   [](const std::string&) { return std::nullopt; });
-  const Json known = frame(Json::object());
-  Json unknown = known;
-  unknown["screen"] = "Other";
+  const Frame known = frame();
+  Frame unknown = known;
+  unknown.layers.back().screen = "Other";
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(drawn(drawing, known), (Lines{kBackgroundLine, "svg 10,5 1x1 typo"}));
     drawing.draw(unknown, std::nullopt);

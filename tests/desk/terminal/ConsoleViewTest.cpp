@@ -7,8 +7,11 @@
 namespace desk::terminal {
 namespace {
 
-Json console(const std::string& text, bool running = true) {
-  return frame({{"screen", "Console"}, {"title", "Backup"}, {"text", text}, {"running", running}});
+LayerView console(const std::string& output, bool is_running = true) {
+  return {.id = 1,
+          .screen = "Console",
+          .title = "Backup",
+          .content = ConsoleContent{.output = output, .is_running = is_running}};
 }
 
 TEST(ConsoleView, ShowsItsOutputAndWhetherItRuns) {
@@ -28,15 +31,15 @@ class ScrolledConsole : public testing::Test {
  protected:
   ScrolledConsole() { show(100); }
 
-  void show(int lines, const char* title = "Backup") {
-    Json shown = console(manyLines(lines));
-    shown["title"] = title;
-    television_.show(shown, kStart);
+  void show(int lines, std::uint64_t id = 1) {
+    LayerView shown = console(manyLines(lines));
+    shown.id = id;
+    television_.show(frame(shown));
   }
 
   /// Returns what the edges say, the first line and the last.
   Lines ends() {
-    const Lines box = boxes(television_.picture(kTerminal, kStart).canvas).at(0);
+    const Lines box = boxes(television_.picture(kTerminal, kAtStart).canvas).at(0);
     return {box.front(), box.at(1), box.back()};
   }
 
@@ -59,8 +62,8 @@ TEST_F(ScrolledConsole, StaysWhereAViewerHasScrolledUntilTheNextConsole) {
   television_.take(action::kFirst);
   show(200);
   EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, 184 more below, running", "1 line 0", "16 line 15"}));
-  show(100, "Restore");
-  EXPECT_EQ(ends(), (Lines{"0,0 64x18 Restore, running", "1 line 84", "16 line 99"}));
+  show(100, 2);
+  EXPECT_EQ(ends(), (Lines{"0,0 64x18 Backup, running", "1 line 84", "16 line 99"}));
 }
 
 }  // namespace

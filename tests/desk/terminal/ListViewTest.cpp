@@ -8,11 +8,12 @@ namespace desk::terminal {
 namespace {
 
 /// Returns a menu with two of its colour keys labelled.
-Json menuWithKeys() {
-  return frame({{"title", "Stowline"},
-                {"widgets", {{"key_red", "Exit"}, {"key_green", ""}, {"key_blue", "Help"}}},
-                {"rows", rows({{"Backup", "save the set-up"}, {"Restore", "bring it back"}})},
-                {"selected", 1}});
+LayerView menuWithKeys() {
+  return {.title = "Stowline",
+          .rows = rows({{"Backup", "save the set-up"}, {"Restore", "bring it back"}}),
+          .selected = 1,
+          .content = ScreenContent{
+              .texts = {{"key_red", "Exit"}, {"key_green", ""}, {"key_blue", "Help"}}}};
 }
 
 TEST(ListView, MenuWithItsTitleRowsPositionKeysAndHints) {
@@ -41,7 +42,7 @@ TEST(ListView, MenuWithItsTitleRowsPositionKeysAndHints) {
 }
 
 TEST(ListView, ScreenWithoutATitleIsHeadedByItsName) {
-  EXPECT_EQ(boxOf(frame()), Lines{"0,0 64x18 Screen, nothing here"});
+  EXPECT_EQ(boxOf({}), Lines{"0,0 64x18 Screen, nothing here"});
 }
 
 TEST(ListView, FillsALargerTerminal) {
@@ -54,22 +55,31 @@ TEST(ListView, FillsALargerTerminal) {
 
 TEST(ListView, RowsKeysAndHintsCanBeClicked) {
   Television television(utf8());
-  television.show(menuWithKeys(), kStart);
-  EXPECT_EQ(clicks(television.picture(kTerminal, kStart)),
+  television.show(frame(menuWithKeys()));
+  EXPECT_EQ(clicks(television.picture(kTerminal, kAtStart)),
             (Lines{"row:0 2,1 60x2", "row:1 2,3 60x2", "red 1,18 10x1", "blue 14,18 11x1",
                    "ok 1,19 8x1", "exit 12,19 8x1", "log 23,19 5x1", "help 31,19 6x1"}));
 }
 
-TEST(ListView, PlaceInAListIsKeptUntilAnotherScreenOpens) {
+TEST(ListView, PlaceInAListIsKeptWhateverLiesOverItMeanwhile) {
   Television television(utf8());
-  const auto top = [&](const char* title, int selected) {
-    television.show(frame({{"title", title}, {"rows", manyRows(30)}, {"selected", selected}}),
-                    kStart);
-    return television.picture(kTerminal, kStart).actionAt(2, 1);
+  const auto archives = [](int selected) {
+    LayerView layer = list(30, selected);
+    layer.id = 1;
+    return layer;
   };
-  EXPECT_EQ(top("Archives", 29), "row:14");
-  EXPECT_EQ(top("Archives", 20), "row:14");
-  EXPECT_EQ(top("Packages", 20), "row:5");
+  LayerView packages = list(30, 20);
+  packages.id = 2;
+  const auto top = [&](const Frame& frame) {
+    television.show(frame);
+    return television.picture(kTerminal, kAtStart).actionAt(2, 1);
+  };
+  EXPECT_EQ(top(frame(archives(29))), "row:14");
+  EXPECT_EQ(top(frame(archives(20))), "row:14");
+  EXPECT_EQ(top({.layers = {archives(20), packages}}), "row:5");
+  EXPECT_EQ(top(frame(archives(20))), "row:14");
+  EXPECT_EQ(top(frame(packages)), "row:5");
+  EXPECT_EQ(top(frame(archives(20))), "row:5");
 }
 
 }  // namespace

@@ -7,29 +7,29 @@
 namespace desk::terminal {
 namespace {
 
-Json package(const std::string& name, const char* state) {
-  return {{"name", name}, {"state", state}};
-}
+using State = Package::State;
 
-Json installation(const Json& packages, bool running = true) {
-  return frame({{"screen", "Ipkg"}, {"packages", packages}, {"running", running}});
+LayerView installation(const std::vector<Package>& packages, bool is_running = true) {
+  return {.screen = "Ipkg",
+          .content = PackagesContent{.packages = packages, .is_running = is_running}};
 }
 
 /// Returns `count` packages, the first `done` of them installed and the next on its way.
-Json manyPackages(int count, int done) {
-  Json packages = Json::array();
+std::vector<Package> manyPackages(int count, int done) {
+  std::vector<Package> packages;
   for (int index = 0; index < count; ++index) {
-    packages.push_back(package("package-" + std::to_string(index), index < done    ? "done"
-                                                                   : index == done ? "running"
-                                                                                   : "waiting"));
+    packages.push_back({"package-" + std::to_string(index), index < done    ? State::done
+                                                            : index == done ? State::running
+                                                                            : State::waiting});
   }
   return packages;
 }
 
 TEST(PackagesView, EveryStateHasItsSignAndInkAndTheProgressCountsWhatIsOver) {
-  const Json packages =
-      installation(Json::array({package("one", "done"), package("two", "failed"),
-                                package("three", "running"), package("four", "waiting")}));
+  const LayerView packages = installation({{"one", State::done},
+                                           {"two", State::failed},
+                                           {"three", State::running},
+                                           {"four", State::waiting}});
   EXPECT_EQ(boxOf(packages),
             (Lines{"0,0 64x18 Ipkg, running", "1  ✓ done     one", "2  ✗ failed   two",
                    "3  ▶ running  three", "4    waiting  four",
@@ -46,18 +46,17 @@ TEST(PackagesView, EveryStateHasItsSignAndInkAndTheProgressCountsWhatIsOver) {
 }
 
 TEST(PackagesView, NoPackagesAreAllDone) {
-  EXPECT_EQ(boxOf(installation(Json::array(), false), kTerminal, ascii()),
+  EXPECT_EQ(boxOf(installation({}, false), kTerminal, ascii()),
             (Lines{"0,0 64x18 Ipkg, finished",
                    "16  ######################################################## 0/0"}));
 }
 
 TEST(PackagesView, OfALongNameTheEndIsShown) {
   const std::string fits = "package-" + std::string(41, 'x');
-  EXPECT_EQ(
-      boxOf(installation(Json::array({package(fits, "done"), package("a" + fits, "done")}), false)),
-      (Lines{"0,0 64x18 Ipkg, finished", "1  ✓ done     " + fits,
-             "2  ✓ done     …" + fits.substr(1),
-             "16  ████████████████████████████████████████████████████████ 2/2"}));
+  EXPECT_EQ(boxOf(installation({{fits, State::done}, {"a" + fits, State::done}}, false)),
+            (Lines{"0,0 64x18 Ipkg, finished", "1  ✓ done     " + fits,
+                   "2  ✓ done     …" + fits.substr(1),
+                   "16  ████████████████████████████████████████████████████████ 2/2"}));
 }
 
 TEST(PackagesView, ProgressGrowsWithEveryPackage) {
@@ -77,8 +76,8 @@ TEST(PackagesView, RunningPackageStaysInSightUntilAViewerMovesAway) {
   Television television(utf8());
   /// Returns the first package that is shown, the last one and what stands below.
   const auto ends = [&](int done) {
-    television.show(installation(manyPackages(40, done)), kStart);
-    const Lines box = boxes(television.picture(kTerminal, kStart).canvas).at(0);
+    television.show(frame(installation(manyPackages(40, done))));
+    const Lines box = boxes(television.picture(kTerminal, kAtStart).canvas).at(0);
     return Lines{box.at(1), box.at(14), box.at(15).substr(0, 3)};
   };
   EXPECT_EQ(ends(20), (Lines{"1  ✓ done     package-7", "14  ▶ running  package-20", "16 "}));

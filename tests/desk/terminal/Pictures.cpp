@@ -1,8 +1,10 @@
 #include "tests/desk/terminal/Pictures.h"
 
 #include <clocale>
+#include <memory>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace desk::terminal {
 namespace {
@@ -70,18 +72,18 @@ Lettering ascii() {
   return Lettering(Lettering::Charset::ascii);
 }
 
-Json rows(const std::vector<std::array<std::string, 2>>& texts) {
-  return texts;
+SharedRows rows(Rows rows) {
+  return std::make_shared<const Rows>(std::move(rows));
 }
 
-Json manyRows(int count) {
-  std::vector<std::array<std::string, 2>> texts;
-  for (int row = 0; row < count; ++row) texts.push_back({"row " + std::to_string(row), ""});
-  return rows(texts);
+SharedRows manyRows(int count) {
+  Rows many;
+  for (int row = 0; row < count; ++row) many.push_back({"row " + std::to_string(row)});
+  return rows(std::move(many));
 }
 
-Json list(int count, int selected) {
-  return frame({{"rows", manyRows(count)}, {"selected", selected}});
+LayerView list(int count, int selected) {
+  return {.rows = manyRows(count), .selected = static_cast<std::size_t>(selected)};
 }
 
 std::string manyLines(int count) {
@@ -90,15 +92,9 @@ std::string manyLines(int count) {
   return text;
 }
 
-Json frame(const Json& more) {
-  Json result = {{"key", ""},
-                 {"screen", "Screen"},
-                 {"title", ""},
-                 {"widgets", Json::object()},
-                 {"rows", Json::array()},
-                 {"selected", 0}};
-  if (!more.is_null()) result.update(more);
-  return result;
+Frame frame(LayerView layer) {
+  if (layer.screen.empty()) layer.screen = "Screen";
+  return {.layers = {std::move(layer)}};
 }
 
 std::string shown(const Canvas& canvas) {
@@ -107,14 +103,14 @@ std::string shown(const Canvas& canvas) {
   return text;
 }
 
-std::string pictureOf(const Json& frame, Size size, const Lettering& lettering) {
-  return shown(canvasOf(frame, size, lettering));
+std::string pictureOf(const LayerView& layer, Size size, const Lettering& lettering) {
+  return shown(canvasOf(layer, size, lettering));
 }
 
-Canvas canvasOf(const Json& frame, Size size, const Lettering& lettering) {
+Canvas canvasOf(const LayerView& layer, Size size, const Lettering& lettering) {
   Television television(lettering);
-  television.show(frame, kStart);
-  return television.picture(size, kStart).canvas;
+  television.show(frame(layer));
+  return television.picture(size, kAtStart).canvas;
 }
 
 std::vector<Lines> boxes(const Canvas& canvas) {
@@ -132,8 +128,8 @@ std::vector<Lines> boxes(const Canvas& canvas) {
   return all;
 }
 
-Lines boxOf(const Json& frame, Size size, const Lettering& lettering) {
-  const std::vector<Lines> all = boxes(canvasOf(frame, size, lettering));
+Lines boxOf(const LayerView& layer, Size size, const Lettering& lettering) {
+  const std::vector<Lines> all = boxes(canvasOf(layer, size, lettering));
   return all.size() == 1 ? all.front() : Lines{std::to_string(all.size()) + " boxes"};
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <array>
 #include <iosfwd>
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +14,9 @@ using Lines = std::vector<std::string>;
 /// When a test begins.
 inline constexpr Time kStart{};
 
+/// How things stand then.
+inline constexpr Moment kAtStart{.now = kStart};
+
 /// The terminal of most tests.
 inline constexpr Size kTerminal = {64, 20};
 
@@ -24,38 +26,38 @@ Lettering utf8();
 /// Returns the lettering of a terminal that knows ASCII alone.
 Lettering ascii();
 
-/// Returns the rows as a frame holds them. A list of pairs would be taken for an object.
-Json rows(const std::vector<std::array<std::string, 2>>& texts);
+/// Returns rows as a layer holds them.
+SharedRows rows(Rows rows);
 
 /// Returns `count` rows, "row 0" and so on.
-Json manyRows(int count);
+SharedRows manyRows(int count);
 
-/// Returns a frame of `count` such rows.
-Json list(int count, int selected);
+/// Returns a list of `count` such rows.
+LayerView list(int count, int selected);
 
 /// Returns `count` lines, "line 0" and so on, each with its line break.
 std::string manyLines(int count);
 
-/// Returns a frame with nothing in it but `more`.
-Json frame(const Json& more = {});
+/// Returns a frame of one screen or dialog, "Screen" where it has no name.
+Frame frame(LayerView layer = {});
 
 /// Returns the rows of the canvas after a line break, each with one at its end.
 std::string shown(const Canvas& canvas);
 
-/// Returns what a television that shows nothing but `frame` looks like at its start.
-std::string pictureOf(const Json& frame, Size size = kTerminal,
+/// Returns what a television that shows nothing but `layer` looks like at its start.
+std::string pictureOf(const LayerView& layer, Size size = kTerminal,
                       const Lettering& lettering = utf8());
 
 /// Returns the canvas that `pictureOf` shows.
-Canvas canvasOf(const Json& frame, Size size = kTerminal, const Lettering& lettering = utf8());
+Canvas canvasOf(const LayerView& layer, Size size = kTerminal, const Lettering& lettering = utf8());
 
 /// Returns what each box of the canvas holds: first "x,y WxH heading, note", then its lines that
 /// are not blank, as "row text". The border is left out, unless something is drawn over it at an
 /// end of the line.
 std::vector<Lines> boxes(const Canvas& canvas);
 
-/// Returns what the only box of a picture of `frame` holds.
-Lines boxOf(const Json& frame, Size size = kTerminal, const Lettering& lettering = utf8());
+/// Returns what the only box of a picture of `layer` holds.
+Lines boxOf(const LayerView& layer, Size size = kTerminal, const Lettering& lettering = utf8());
 
 /// Returns the row's cells that are drawn with `ink` as text, and a blank for every other.
 std::string inInk(const Canvas& canvas, int row, Ink ink);

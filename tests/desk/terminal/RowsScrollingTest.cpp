@@ -10,10 +10,10 @@ namespace {
 
 constexpr int kPage = 5;
 
-/// Returns what a view of `page` lines makes of the frame.
-Picture drawn(RowsView& view, const Json& frame, int page = kPage) {
+/// Returns what a view of `page` lines makes of the rows.
+Picture drawn(RowsView& view, const LayerView& layer, int page = kPage) {
   Picture picture{Canvas({20, page}, utf8())};
-  view.draw(picture, {0, 0, 20, page}, frame);
+  view.draw(picture, {0, 0, 20, page}, layer);
   return picture;
 }
 
@@ -95,18 +95,19 @@ TEST(RowsScrolling, PageWordsMoveTheCursorByWhatIsShown) {
       {"ok", 12, ""},
   };
   for (const auto& [action, selected, word] : table) {
-    const Json frame = list(20, selected);
-    drawn(view, frame);
-    EXPECT_EQ(view.wordFor(action, frame), word) << action << " from " << selected;
+    const LayerView layer = list(20, selected);
+    drawn(view, layer);
+    EXPECT_EQ(view.wordFor(action, layer), word) << action << " from " << selected;
   }
 }
 
 TEST(RowsScrolling, PageOfRowsWithDescriptionsIsHalfAsLong) {
   RowsView view;
-  Json frame = list(20, 0);
-  frame["rows"][19][1] = "described";
-  drawn(view, frame);
-  EXPECT_EQ(view.wordFor(action::kPageDown, frame), "row:2");
+  Rows some = *manyRows(20);
+  some.back().description = "described";
+  const LayerView layer = {.rows = rows(some)};
+  drawn(view, layer);
+  EXPECT_EQ(view.wordFor(action::kPageDown, layer), "row:2");
 }
 
 TEST(RowsScrolling, NoRowsNoWords) {

@@ -8,16 +8,17 @@
 namespace desk::terminal {
 namespace {
 
-/// Draws the frame's rows over a whole picture of this size.
-Picture drawn(RowsView& view, const Json& frame, Size size, const Lettering& lettering = utf8()) {
+/// Draws the rows over a whole picture of this size.
+Picture drawn(RowsView& view, const LayerView& layer, Size size,
+              const Lettering& lettering = utf8()) {
   Picture picture{Canvas(size, lettering)};
-  view.draw(picture, {0, 0, size.columns, size.rows}, frame);
+  view.draw(picture, {0, 0, size.columns, size.rows}, layer);
   return picture;
 }
 
-std::string pictureOfRows(const Json& frame, Size size, const Lettering& lettering = utf8()) {
+std::string pictureOfRows(const LayerView& layer, Size size, const Lettering& lettering = utf8()) {
   RowsView view;
-  return shown(drawn(view, frame, size, lettering).canvas);
+  return shown(drawn(view, layer, size, lettering).canvas);
 }
 
 TEST(RowsView, NoRowsNothingToSee) {
@@ -49,18 +50,18 @@ TEST(RowsView, RowsThatDoNotFitHaveABar) {
 }
 
 TEST(RowsView, AsciiTerminalHasABarAndPicturesOfItsOwn) {
-  Json some = list(4, 0);
-  some["pictures"] = {"a.png", "", "", ""};
-  EXPECT_EQ(pictureOfRows(some, {14, 2}, ascii()), R"(
+  Rows some = *manyRows(4);
+  some.front().picture = "a.png";
+  EXPECT_EQ(pictureOfRows({.rows = rows(some)}, {14, 2}, ascii()), R"(
 > # row 0    #
     row 1    :
 )");
 }
 
 TEST(RowsView, DescriptionsGiveEveryRowASecondLine) {
-  const Json frame_with = frame(
-      {{"rows", rows({{"Backup", "save"}, {"Restore", ""}, {"Help", "read"}})}, {"selected", 1}});
-  EXPECT_EQ(pictureOfRows(frame_with, {16, 6}), R"(
+  const LayerView described = {.rows = rows({{"Backup", "save"}, {"Restore"}, {"Help", "read"}}),
+                               .selected = 1};
+  EXPECT_EQ(pictureOfRows(described, {16, 6}), R"(
   Backup
     save
 > Restore
@@ -68,7 +69,7 @@ TEST(RowsView, DescriptionsGiveEveryRowASecondLine) {
   Help
     read
 )");
-  EXPECT_EQ(pictureOfRows(frame_with, {16, 5}), R"(
+  EXPECT_EQ(pictureOfRows(described, {16, 5}), R"(
   Backup       █
     save       █
 > Restore      █
@@ -78,9 +79,8 @@ TEST(RowsView, DescriptionsGiveEveryRowASecondLine) {
 }
 
 TEST(RowsView, PicturesStandBeforeTheTextsAndRowsWithoutOneAreIndentedAlike) {
-  EXPECT_EQ(pictureOfRows(frame({{"rows", rows({{"Backup", "save"}, {"Exit", "leave"}})},
-                                 {"selected", 1},
-                                 {"pictures", {"backup.png", ""}}}),
+  EXPECT_EQ(pictureOfRows({.rows = rows({{"Backup", "save", "backup.png"}, {"Exit", "leave"}}),
+                           .selected = 1},
                           {16, 4}),
             R"(
   ▣ Backup
@@ -91,26 +91,25 @@ TEST(RowsView, PicturesStandBeforeTheTextsAndRowsWithoutOneAreIndentedAlike) {
 }
 
 TEST(RowsView, RowThatDoesNotFitIsCutAndMarked) {
-  EXPECT_EQ(pictureOfRows(frame({{"rows", rows({{"Backup all", "and everything"},
-                                                {"日本語日本", "caf\u00e9\nbar"}})}}),
-                          {10, 4}),
-            R"(
+  EXPECT_EQ(
+      pictureOfRows(
+          {.rows = rows({{"Backup all", "and everything"}, {"日本語日本", "caf\u00e9\nbar"}})},
+          {10, 4}),
+      R"(
 > Backup …
     and e…
   日本語…
     café\…
 )");
-  EXPECT_EQ(pictureOfRows(frame({{"rows", rows({{"Backup all", ""}, {"b", ""}})}}), {10, 1}), R"(
+  EXPECT_EQ(pictureOfRows({.rows = rows({{"Backup all"}, {"b"}})}, {10, 1}), R"(
 > Backu… █
 )");
 }
 
 TEST(RowsView, CursorRowAndDescriptionsHaveInksOfTheirOwn) {
   RowsView view;
-  const Picture picture = drawn(view,
-                                frame({{"rows", rows({{"one", "first"}, {"two", "second"}})},
-                                       {"pictures", {"1.png", "2.png"}}}),
-                                {14, 4});
+  const Picture picture =
+      drawn(view, {.rows = rows({{"one", "first", "1.png"}, {"two", "second", "2.png"}})}, {14, 4});
   EXPECT_EQ(inInk(picture.canvas, 0, Ink::cursor), "> ▣ one");
   EXPECT_EQ(inInk(picture.canvas, 1, Ink::cursor_description), "      first");
   EXPECT_EQ(inInk(picture.canvas, 2, Ink::picture), "  ▣");
@@ -125,8 +124,7 @@ TEST(RowsView, CursorRowAndDescriptionsHaveInksOfTheirOwn) {
 TEST(RowsView, ClickOnALineOfARowSelectsIt) {
   RowsView view;
   EXPECT_EQ(clicks(drawn(view, list(2, 0), {12, 3})), (Lines{"row:0 0,0 12x1", "row:1 0,1 12x1"}));
-  const Json long_list =
-      frame({{"rows", rows({{"a", "x"}, {"b", ""}, {"c", ""}})}, {"selected", 2}});
+  const LayerView long_list = {.rows = rows({{"a", "x"}, {"b"}, {"c"}}), .selected = 2};
   const Picture picture = drawn(view, long_list, {12, 4});
   EXPECT_EQ(clicks(picture), (Lines{"row:1 0,0 10x2", "row:2 0,2 10x2"}));
   EXPECT_EQ(picture.actionAt(9, 1), "row:1");

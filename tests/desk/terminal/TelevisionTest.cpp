@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -13,41 +14,36 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-Json menu() {
-  return frame({{"title", "Stowline"},
-                {"widgets", {{"key_red", "Exit"}}},
-                {"rows", rows({{"Backup", ""}, {"Restore", ""}})}});
+Frame menu() {
+  return frame({.title = "Stowline",
+                .rows = rows({{"Backup"}, {"Restore"}}),
+                .content = ScreenContent{.texts = {{"key_red", "Exit"}}}});
 }
 
 /// A television that shows a menu on the least terminal.
 class TelevisionTest : public testing::Test {
  protected:
-  TelevisionTest() { television_.show(menu(), kStart); }
+  TelevisionTest() { television_.show(menu()); }
 
-  Picture picture(Time now = kStart) { return television_.picture(kTerminal, now); }
+  Picture picture(const Moment& moment = kAtStart) {
+    return television_.picture(kTerminal, moment);
+  }
 
   std::string screen() { return shown(picture().canvas); }
 
-  std::string lastLine(Time now = kStart) { return picture(now).canvas.line(19); }
+  std::string lastLine(const Moment& moment = kAtStart) { return picture(moment).canvas.line(19); }
 
   Television television_{utf8()};
 };
 
 constexpr const char* kHints = " Enter OK   Esc Exit   l Log   ? Help";
 
-TEST_F(TelevisionTest, IsOpenWhileAScreenIsShown) {
-  EXPECT_FALSE(Television(utf8()).isOpen());
-  EXPECT_TRUE(television_.isOpen());
-  television_.show(frame({{"key", "exit"}, {"screen", ""}}), kStart);
-  EXPECT_FALSE(television_.isOpen());
-}
-
 TEST_F(TelevisionTest, LegendNamesTheLabelledKeysInTheirOrder) {
   const struct {
-    Json widgets;
+    std::map<std::string, std::string> texts;
     const char* legend;
   } legends[] = {
-      {Json::object(), ""},
+      {{}, ""},
       {{{"key_red", ""}, {"status", "x"}}, ""},
       {{{"key_blue", "Help"}}, " [blue] Help"},
       {{{"key_blue", "D"}, {"key_yellow", "C"}, {"key_green", "B"}, {"key_red", "A"}},
@@ -57,8 +53,8 @@ TEST_F(TelevisionTest, LegendNamesTheLabelledKeysInTheirOrder) {
       {{{"key_red", std::string(30, 'r')}, {"key_green", std::string(30, 'g')}},
        " [red] rrrrrrrrrrrrrrrrrrrrrrrrrrrrrr   [green] ggggggggggggggg…"},
   };
-  for (const auto& [widgets, legend] : legends) {
-    television_.show(frame({{"widgets", widgets}}), kStart);
+  for (const auto& [texts, legend] : legends) {
+    television_.show(frame({.content = ScreenContent{.texts = texts}}));
     EXPECT_EQ(picture().canvas.line(18), legend);
   }
 }
@@ -124,9 +120,9 @@ TEST_F(TelevisionTest, LogTakesAThirdOfTheTerminalAndGoesAgain) {
 }
 
 TEST_F(TelevisionTest, WhileSomethingRunsNoKeysForTheGuiAreOffered) {
-  television_.show(frame({{"text", ""}, {"running", true}}), kStart);
+  television_.show(frame({.content = ConsoleContent{.is_running = true}}));
   EXPECT_EQ(clicks(picture()), (Lines{"log 1,19 5x1", "help 9,19 6x1"}));
-  television_.show(frame({{"text", ""}, {"running", false}}), kStart);
+  television_.show(frame({.content = ConsoleContent{.is_running = false}}));
   EXPECT_EQ(lastLine(), kHints);
 }
 
@@ -147,7 +143,6 @@ TEST_F(TelevisionTest, LaterNoticeReplacesTheOneBeforeAndALongOneIsCut) {
 
 TEST_F(TelevisionTest, BusyLineHidesTheNoticeAndCountsFullSeconds) {
   television_.say("notice", Ink::notice);
-  television_.setBusy(kStart);
   const struct {
     int passed;
     const char* line;
@@ -156,19 +151,19 @@ TEST_F(TelevisionTest, BusyLineHidesTheNoticeAndCountsFullSeconds) {
       {750, " \\ busy for 0 s"},   {999, " \\ busy for 0 s"}, {1000, " | busy for 1 s"},
       {61250, " / busy for 61 s"},
   };
-  for (const auto& [passed, line] : times) EXPECT_EQ(lastLine(kStart + milliseconds(passed)), line);
-  television_.setBusy({});
+  for (const auto& [passed, line] : times) {
+    EXPECT_EQ(lastLine({.now = kStart + milliseconds(passed), .busy_since = kStart}), line);
+  }
   EXPECT_EQ(lastLine(), " notice");
 }
 
 TEST_F(TelevisionTest, BusyLineNamesTheCommandThatRuns) {
   television_.setCommand("tar czf " + std::string(80, 'x'));
   EXPECT_EQ(lastLine(), kHints);
-  television_.setBusy(kStart);
-  EXPECT_EQ(lastLine(kStart + seconds(2)),
+  EXPECT_EQ(lastLine({.now = kStart + seconds(2), .busy_since = kStart}),
             " | busy for 2 s: tar czf " + std::string(37, 'x') + "…");
   television_.setCommand("");
-  EXPECT_EQ(lastLine(), " | busy for 0 s");
+  EXPECT_EQ(lastLine({.now = kStart, .busy_since = kStart}), " | busy for 0 s");
 }
 
 }  // namespace

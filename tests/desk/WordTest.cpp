@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "desk/play/Words.h"
+#include "desk/protocol/Word.h"
 
 namespace desk {
 namespace {
@@ -38,9 +38,42 @@ const Script kScripts[] = {
     {"select:tab''le", {"select:table"}},
 };
 
+Words textsOf(const std::vector<Word>& words) {
+  Words texts;
+  for (const Word& word : words) texts.push_back(word.text);
+  return texts;
+}
+
 TEST(Words, AreCutAtWhiteSpaceOutsideOfQuotes) {
   for (const Script& script : kScripts)
-    EXPECT_EQ(parseWords(script.text), script.words) << script.text;
+    EXPECT_EQ(textsOf(parseWords(script.text)), script.words) << script.text;
+}
+
+TEST(Words, HaveAKindAndSomeAnArgument) {
+  const struct {
+    const char* text;
+    Word::Kind kind;
+    const char* argument;
+  } words[] = {
+      {"ok", Word::Kind::key, "ok"},         {"7", Word::Kind::key, "7"},
+      {"wait", Word::Kind::wait, "wait"},    {"timeout", Word::Kind::timeout, "timeout"},
+      {"frame", Word::Kind::frame, "frame"}, {"select:a:b", Word::Kind::select, "a:b"},
+      {"row:12", Word::Kind::row, "12"},
+  };
+  for (const auto& [text, kind, argument] : words) {
+    EXPECT_EQ(parseWord(text), (Word{kind, text}));
+    EXPECT_EQ(parseWord(text)->argument(), argument);
+  }
+}
+
+TEST(Words, AViewerPressesKeysAndRowsAlone) {
+  for (const char* word : {"up", "ok", "exit", "blue", "0", "9", "row:3"}) {
+    EXPECT_TRUE(isPress(word)) << word;
+  }
+  for (const char* word :
+       {"", "OK", "10", "-1", "menu", "wait", "frame", "select:a", "row:", "ok "}) {
+    EXPECT_FALSE(isPress(word)) << word;
+  }
 }
 
 /// Returns what is said of `script`.

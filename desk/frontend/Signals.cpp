@@ -1,8 +1,8 @@
-#include "desk/terminal/Signals.h"
+#include "desk/frontend/Signals.h"
 
 #include <ctime>
 
-namespace desk::terminal {
+namespace desk {
 namespace {
 
 /// The signals that ask a process to end: by a person, another process or a lost connection.
@@ -59,7 +59,7 @@ Signals::~Signals() {
   sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 
-void Signals::wait(std::vector<pollfd>& watched, std::chrono::milliseconds time) const {
+void Signals::wait(std::span<pollfd> watched, std::chrono::milliseconds time) const {
   const timespec limit = {.tv_sec = time.count() / 1000, .tv_nsec = time.count() % 1000 * 1000000};
   for (pollfd& one : watched) one.revents = 0;
   ppoll(watched.data(), watched.size(), &limit, &before_);
@@ -88,4 +88,4 @@ bool Signals::takeContinued() {
   return take(continued);
 }
 
-}  // namespace desk::terminal
+}  // namespace desk

@@ -4,9 +4,9 @@
 
 #include <chrono>
 #include <csignal>
-#include <vector>
+#include <span>
 
-namespace desk::terminal {
+namespace desk {
 
 /// Lets signals through only while the front end waits, so that whatever their handlers do,
 /// curses's own among them, happens between two steps and never within one. A signal that asks the
@@ -21,7 +21,7 @@ class Signals {
   Signals& operator=(const Signals&) = delete;
 
   /// Waits until one of `watched` has something, a signal has come or the time is over.
-  void wait(std::vector<pollfd>& watched, std::chrono::milliseconds time) const;
+  void wait(std::span<pollfd> watched, std::chrono::milliseconds time) const;
 
   /// Returns the signal that asks the process to end, 0 for none.
   static int end();
@@ -40,4 +40,4 @@ class Signals {
   sigset_t before_{};
 };
 
-}  // namespace desk::terminal
+}  // namespace desk

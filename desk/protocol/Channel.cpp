@@ -1,37 +1,36 @@
-#include "desk/gui/Channel.h"
+#include "desk/protocol/Channel.h"
 
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <nlohmann/json.hpp>
 
 namespace desk {
 
-void Channel::send(const Message& message) {
-  const std::string line = message.dump() + "\n";
-  for (std::size_t sent = 0; sent < line.size();) {
+void Channel::send(const std::string& line) {
+  const std::string bytes = line + "\n";
+  for (std::size_t sent = 0; sent < bytes.size();) {
     const ssize_t count =
-        ::send(socket_.number(), line.data() + sent, line.size() - sent, MSG_NOSIGNAL);
+        ::send(socket_.number(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
     if (count < 0 && errno != EINTR) return;
     if (count > 0) sent += static_cast<std::size_t>(count);
   }
 }
 
-std::optional<Channel::Message> Channel::receive() {
+std::optional<std::string> Channel::receive() {
   for (;;) {
-    if (auto message = receiveRead()) return message;
+    if (auto line = receiveRead()) return line;
     if (!readMore()) return std::nullopt;
   }
 }
 
-std::optional<Channel::Message> Channel::receiveRead() {
+std::optional<std::string> Channel::receiveRead() {
   const std::size_t end = unread_.find('\n');
   if (end == std::string::npos) return std::nullopt;
-  Message message = Message::parse(unread_.substr(0, end));
+  std::string line = unread_.substr(0, end);
   unread_.erase(0, end + 1);
-  return message;
+  return line;
 }
 
 bool Channel::readMore() {

@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "desk/frontend/Player.h"
+#include "desk/protocol/Json.h"
+#include "desk/script/ScriptFrontEnd.h"
+
+namespace desk {
+namespace {
+
+using Cause = FrameReport::Cause;
+
+Frame menu(const std::string& word) {
+  return {.word = parseWord(word).value(),
+          .layers = {LayerView{.id = 1, .screen = "Menu", .title = "Title " + word}}};
+}
+
+/// A GUI that answers every word with its menu: "exit" closes that, "red" kills the GUI, "green" is
+/// an error, "blue" changes something later; no row is there.
+[[noreturn]] void answeringGui(Channel channel) {
+  ReportWriter writer;
+  const auto send = [&](const Report& report) { channel.send(writer.jsonOf(report)); };
+  send(FrameReport{Cause::word, menu("")});
+  while (const auto line = channel.receive()) {
+    const Request request = parseRequest(*line);
+    if (!request.word) {
+      send(FrameReport{Cause::request, menu("frame")});
+      continue;
+    }
+    const std::string& word = request.word->text;
+    if (word == "red") raise(SIGKILL);
+    if (word == "green") send(UncaughtError{"OSError: gone"});
+    if (word == "blue") send(FrameReport{Cause::idle, menu("wait")});
+    if (word == "blue") send(Changed());
+    if (request.word->kind == Word::Kind::select) {
+      send(RowMissing());
+    } else {
+      send(FrameReport{Cause::word, word == "exit" ? Frame{.word = *request.word} : menu(word)});
+    }
+  }
+  _exit(0);
+}
+
+/// A GUI whose menu fails to open.
+[[noreturn]] void failingGui(Channel channel) {
+  ReportWriter writer;
+  channel.send(writer.jsonOf(UncaughtError{"KeyError: x"}));
+  channel.send(writer.jsonOf(FrameReport{Cause::word, Frame()}));
+  channel.receive();
+  _exit(0);
+}
+
+using Gui = void (*)(Channel);
+
+int play(FrontEnd& front_end, Gui gui = answeringGui) {
+  Player player(front_end);
+  Supervisor supervisor(gui, {}, player);
+  return player.play(supervisor);
+}
+
+/// Returns what the script's front end prints.
+std::string printed(FrameFormat format, const std::string& words, Gui gui = answeringGui) {
+  std::ostringstream output;
+  ScriptFrontEnd front_end(format, parseWords(words), output);
+  try {
+    play(front_end, gui);
+  } catch (const std::runtime_error& error) {
+    output << "failed: " << error.what() << "\n";
+  }
+  return output.str();
+}
+
+std::string line(const Frame& frame) {
+  return jsonOf(frame) + "\n";
+}
+
+TEST(Player, ScriptGetsAFrameForTheOpeningAndForEveryWordUntilTheWordsRunOut) {
+  EXPECT_EQ(printed(FrameFormat::json, ""), line(menu("")));
+  const Word exit{Word::Kind::key, "exit"};
+  EXPECT_EQ(printed(FrameFormat::json, "green red blue exit left"),
+            line(menu("")) + R"({"event":"error","text":"OSError: gone"})" + "\n" +
+                line(menu("green")) + R"({"event":"gui-killed"})" + "\n" +
+                R"({"event":"gui-started"})" + "\n" +
+                line({.word = {Word::Kind::key, "red"}, .layers = menu("").layers}) +
+                line(menu("blue")) + line({.word = exit}) + line(menu("left")));
+}
+
+TEST(Player, ScriptEndsAtARowThatIsNotThere) {
+  EXPECT_EQ(printed(FrameFormat::json, "select:x ok"),
+            line(menu("")) + "failed: select:x: the shown screen has no such row\n");
+}
+
+TEST(Player, ScriptIsShownAMenuThatDoesNotOpen) {
+  EXPECT_EQ(printed(FrameFormat::json, "", failingGui), R"({"event":"error","text":"KeyError: x"})"
+                                                        "\n" +
+                                                            line({}));
+}
+
+TEST(Player, TextIsThePictureOfATerminalWithoutItsEmptyLines) {
+  setenv("LC_ALL", "C.UTF-8", 1);
+  EXPECT_EQ(printed(FrameFormat::text, "green exit"), R"(
+┌─ Title  ─────────────────────────────────────────────────────────────────────┐
+│                                                                              │
+└─────────────────────────────────────────────────────────────── nothing here ─┘
+
+*** error: OSError: gone
+
+[green]
+┌─ Title green ────────────────────────────────────────────────────────────────┐
+│                                                                              │
+└─────────────────────────────────────────────────────────────── nothing here ─┘
+
+[exit]
+(the menu is closed)
+)");
+}
+
+/// Presses words for somebody who watches, and takes note of what is shown.
+struct Viewer : FrontEnd {
+  explicit Viewer(const std::string& script) : words(parseWords(script)) {}
+
+  void show(const Frame& frame, bool is_answer) override {
+    notes.push_back((is_answer ? "answer " : "meanwhile ") + frame.word.text);
+  }
+  std::optional<Word> nextWord() override {
+    if (next == words.size()) return std::nullopt;
+    return words[next++];
+  }
+  void onEvent(const Event& event) override { notes.push_back(jsonOf(event)); }
+  void onLogLine(const std::string& /*line*/) override {}
+  void onCommand(const std::string& /*command*/) override {}
+
+  std::vector<Word> words;
+  std::size_t next = 0;
+  std::vector<std::string> notes;
+};
+
+TEST(Player, ViewerSeesWhatChangesMeanwhileAndTheEndIsThatOfTheMenu) {
+  Viewer viewer("select:x blue exit left");
+  EXPECT_EQ(play(viewer), 0);
+  EXPECT_EQ(viewer.notes,
+            (std::vector<std::string>{"answer ", "answer wait", "answer blue", "answer exit"}));
+  EXPECT_EQ(viewer.next, 3U);
+}
+
+TEST(Player, MenuThatDoesNotOpenForAViewerIsAnErrorWithItsReason) {
+  Viewer viewer("");
+  try {
+    play(viewer, failingGui);
+    ADD_FAILURE() << "no error";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "the menu does not open: KeyError: x");
+  }
+}
+
+}  // namespace
+}  // namespace desk
