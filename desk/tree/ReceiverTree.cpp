@@ -6,10 +6,12 @@
 #include <sstream>
 #include <vector>
 
-#include "desk/tree/Contents.h"
 #include "desk/tree/Files.h"
 #include "desk/tree/Tools.h"
 #include "desk/tree/TreeLock.h"
+#include "desk/tree/factory.h"
+#include "desk/tree/media.h"
+#include "desk/tree/used.h"
 
 namespace desk {
 namespace {
@@ -85,7 +87,7 @@ Marker requireMarker(const fs::path& dir) {
 void writeMarker(const fs::path& dir, const Marker& marker) {
   const std::string name = std::string(kMarker) + ".new";
   const std::string state = marker.complete ? "" : std::string(kIncomplete) + "\n";
-  write(dir, {{name, std::string(kFormat) + "\n" + marker.model + "\n" + state}});
+  write(dir / name, std::string(kFormat) + "\n" + marker.model + "\n" + state);
   fs::rename(dir / name, dir / kMarker);
 }
 
@@ -131,7 +133,8 @@ void removeAllBut(const fs::path& dir, const std::vector<std::string>& kept) {
 }
 
 void layFactory(const fs::path& dir, const std::string& model) {
-  layFactoryFiles(dir, model);
+  unpack(embedded::factory, dir);
+  write(dir / "proc/stb/info/model", model + "\n");
   copyTools(dir);
 }
 
@@ -159,8 +162,8 @@ void clear(const fs::path& dir, bool was_there) {
 void layOutInto(const fs::path& dir, const std::string& model) {
   fs::create_directories(dir);
   layFactory(dir, model);
-  layUsedFiles(dir);
-  layMedia(dir);
+  unpack(embedded::used, dir);
+  unpack(embedded::media, dir);
   writeMarker(dir, {model, true});
 }
 
