@@ -24,8 +24,8 @@ struct FrameReport {
     idle,     ///< the last running job has ended, and no word waits for that
   };
 
-  Cause cause;
-  Frame frame;
+  Cause cause = Cause::word;
+  Frame frame = {};
 };
 
 /// Answers a word that selects a row which is not there.

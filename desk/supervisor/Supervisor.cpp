@@ -79,7 +79,7 @@ std::optional<Report> Supervisor::receive() {
     startAgain();
     return std::nullopt;
   }
-  return std::visit([this](auto&& report) { return take(std::move(report)); },
+  return std::visit([this](auto&& report) { return this->take(std::move(report)); },
                     reader_.parse(*line));
 }
 

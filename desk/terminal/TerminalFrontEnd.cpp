@@ -27,7 +27,7 @@ void TerminalFrontEnd::show(const Frame& frame, bool is_answer) {
 /// Does what has been pressed, in order, up to the next word.
 std::optional<Word> TerminalFrontEnd::nextWord() {
   while (!pressed_.empty()) {
-    const auto word = parseWord(television_.take(pressed_.front()));
+    auto word = parseWord(television_.take(pressed_.front()));
     pressed_.pop_front();
     if (!word || word->kind == Word::Kind::opening) continue;
     television_.setCommand("");

@@ -12,6 +12,7 @@
 #include <sys/signalfd.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/utsname.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -47,8 +49,11 @@ struct Limit {
   rlim_t most;
 };
 
+/// The most processes. RLIMIT_NPROC does not count root's.
+constexpr rlim_t kProcesses = 512;
+
 constexpr Limit kLimits[] = {
-    {RLIMIT_NPROC, 512},
+    {RLIMIT_NPROC, kProcesses},
     {RLIMIT_FSIZE, rlim_t{4} << 30U},  // bytes
     {RLIMIT_CORE, 0},
 };
@@ -139,6 +144,24 @@ void setLimits() {
     both.rlim_cur = both.rlim_max;
     require(setrlimit(limit.resource, &both) == 0, "limits");
   }
+  // Where memory runs out, all that is in the tree goes before anything outside.
+  std::ofstream("/proc/self/oom_score_adj") << "1000";
+}
+
+/// Whether the highest process number belongs to each namespace (Linux 6.14): before, root would
+/// change that of the whole machine.
+bool hasOwnProcessNumbers() {
+  utsname system = {};
+  uname(&system);
+  int version = 0;
+  int release = 0;
+  std::sscanf(system.release, "%d.%d", &version, &release);
+  return std::pair(version, release) >= std::pair(6, 14);
+}
+
+/// Limits the processes of the namespace by their numbers.
+void limitProcessNumbers() {
+  if (hasOwnProcessNumbers()) std::ofstream("/proc/sys/kernel/pid_max") << kProcesses;
 }
 
 /// Keeps from the commands what this process has from outside: their user is the same, but they
@@ -241,6 +264,7 @@ void beginInNamespaces(const std::filesystem::path& dir, bool is_root) {
   // said.
   std::ofstream("/proc/sys/user/max_user_namespaces") << "0";
   require(!is_root || setgroups(0, nullptr) == 0, "setgroups");
+  limitProcessNumbers();
   // Whoever has no keyring needs none; keyrings(7) have no namespaces.
   syscall(SYS_keyctl, KEYCTL_JOIN_SESSION_KEYRING, nullptr);
   moveInto(dir);

@@ -18,10 +18,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -95,6 +97,29 @@ std::string makeHugeFile() {
   return outcome(ftruncate(file, off_t{1} << 40));
 }
 
+/// Starts processes until the system gives no more, or there are far too many.
+std::string startProcesses() {
+  constexpr std::size_t kFarTooMany = 2000;
+  std::vector<pid_t> started;
+  std::string end = "no end";
+  while (started.size() < kFarTooMany) {
+    const pid_t process = fork();
+    if (process == 0) {
+      pause();
+      _exit(EXIT_SUCCESS);
+    }
+    if (process < 0) {
+      end = outcome(process);
+      break;
+    }
+    started.push_back(process);
+  }
+  for (const pid_t process : started) kill(process, SIGKILL);
+  while (wait(nullptr) > 0) {
+  }
+  return end;
+}
+
 /// Takes any descriptor that a process has (pidfd_getfd(2)).
 std::string takeDescriptorsOf(pid_t process) {
   const int target = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
@@ -141,6 +166,7 @@ int main() {
          << "attach shared memory: " << outcome(shmget(outside.memory, 0, 0)) << "\n"
          << "name the machine: " << outcome(sethostname("x", 1)) << "\n"
          << "make a huge file: " << makeHugeFile() << "\n"
+         << "start processes without end: " << startProcesses() << "\n"
          << "gain privileges: " << (prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 1 ? "no" : "yes")
          << "\n"
          << "take the first process's descriptors: " << takeDescriptorsOf(1) << "\n"
