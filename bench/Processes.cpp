@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 #include "host/native/Enclosure.h"
 
 namespace bench {
@@ -77,8 +77,8 @@ double readToEnd(int descriptor, Clock::time_point start) {
 Times measure(const std::function<void()>& child) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");
-  const native::Descriptor output(ends[0]);
-  native::Descriptor input(ends[1]);
+  const base::Descriptor output(ends[0]);
+  base::Descriptor input(ends[1]);
   const Clock::time_point start = Clock::now();
   const pid_t pid = fork();
   if (pid == 0) {

@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
+#include "base/Escape.h"
 #include "command/Commands.h"
 #include "command/OnReceiver.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
 #include "command/scheduled/ScheduledBackup.h"
-#include "host/native/ShownText.h"
 
 namespace command {
 namespace {
@@ -21,11 +21,11 @@ using Json = nlohmann::ordered_json;
 void printText(const scheduled::Report& report) {
   for (const scheduled::JobReport& job : report.jobs) {
     for (const scheduled::Written& written : job.written) {
-      std::cout << job.job << ": " << native::shownLine(written.file) << ", ";
+      std::cout << job.job << ": " << base::escapeControls(written.file) << ", ";
       if (written.error.empty()) {
         std::cout << output::sizeText(static_cast<long long>(written.size)) << ", sound\n";
       } else {
-        std::cout << native::shownLine(written.error) << "\n";
+        std::cout << base::escapeControls(written.error) << "\n";
       }
       if (written.verdict.noted > 0) {
         std::cout << "  " << written.verdict.noted << " notes, see stowline verify\n";
@@ -33,19 +33,19 @@ void printText(const scheduled::Report& report) {
     }
   }
   for (const std::string& file : report.deleted) {
-    std::cout << "deleted: " << native::shownLine(file) << "\n";
+    std::cout << "deleted: " << base::escapeControls(file) << "\n";
   }
 }
 
 Json jsonOf(const scheduled::Report& report) {
   Json json = {{"ok", report.failure.empty()}};
-  json["failure"] = report.failure.empty() ? Json() : Json(native::shownText(report.failure));
+  json["failure"] = report.failure.empty() ? Json() : Json(base::escapeInvalidUtf8(report.failure));
   json["files"] = Json::array();
   for (const scheduled::JobReport& job : report.jobs) {
     for (const scheduled::Written& written : job.written) {
-      const std::string error = native::shownText(written.error);
+      const std::string error = base::escapeInvalidUtf8(written.error);
       json["files"].push_back({{"job", job.job},
-                               {"file", native::shownText(written.file)},
+                               {"file", base::escapeInvalidUtf8(written.file)},
                                {"size", written.size},
                                {"members", written.verdict.members},
                                {"unpacked", written.verdict.unpacked},
@@ -56,7 +56,7 @@ Json jsonOf(const scheduled::Report& report) {
   }
   json["deleted"] = Json::array();
   for (const std::string& file : report.deleted) {
-    json["deleted"].push_back(native::shownText(file));
+    json["deleted"].push_back(base::escapeInvalidUtf8(file));
   }
   return json;
 }
@@ -73,7 +73,7 @@ void runAuto(const AutoOptions& options) {
   }
   if (!report.failure.empty()) {
     const char* kept = report.deleted.empty() ? "nothing old was deleted: " : "";
-    throw std::runtime_error(kept + native::shownLine(report.failure));
+    throw std::runtime_error(kept + base::escapeControls(report.failure));
   }
 }
 

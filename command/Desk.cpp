@@ -12,6 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/Descriptor.h"
+#include "base/Escape.h"
+#include "base/Files.h"
 #include "command/Commands.h"
 #include "command/OnReceiver.h"
 #include "desk/drawing/PictureFiles.h"
@@ -28,9 +31,6 @@
 #include "desk/web/Assets.h"
 #include "desk/web/Server.h"
 #include "desk/web/WebFrontEnd.h"
-#include "host/native/Descriptor.h"
-#include "host/native/Reading.h"
-#include "host/native/ShownText.h"
 #include "plugin/src/Setup.h"
 
 namespace command {
@@ -50,19 +50,17 @@ const std::map<std::string, desk::terminal::Theme> kThemes = {
 /// Reads a catalogue of translations; none where `file` is empty.
 desk::Translations readTranslations(const std::filesystem::path& file) {
   if (file.empty()) return {};
-  return desk::parseCatalogue(native::readFile(file));
+  return desk::parseCatalogue(base::readFile(file));
 }
 
 /// Returns a copy of a catalogue, for every GUI to come: its file may be gone by then.
-native::Descriptor copyTranslations(const std::filesystem::path& file) {
+base::Descriptor copyTranslations(const std::filesystem::path& file) {
   try {
-    const std::string content = native::readFile(file);
+    const std::string content = base::readFile(file);
     desk::parseCatalogue(content);
-    native::Descriptor copy(memfd_create("translations", MFD_CLOEXEC));
-    if (!copy || write(copy.number(), content.data(), content.size()) !=
-                     static_cast<ssize_t>(content.size())) {
-      throw std::runtime_error("cannot be copied");
-    }
+    base::Descriptor copy(memfd_create("translations", MFD_CLOEXEC));
+    if (!copy) throw base::SystemError(errno, "memfd_create");
+    base::writeAll(copy.number(), content, file);
     return copy;
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(file.string() + ": " + error.what());
@@ -79,10 +77,10 @@ struct Tree {
 std::function<void(desk::Channel)> guiOn(const Tree& tree, const DeskOptions& options) {
   const std::string walls = options.receiver.no_enclosure ? kNotEnclosed : kEnclosed;
   std::vector<std::string> arguments = {"stowline", kGui, tree.dir, walls, options.menu, ""};
-  std::shared_ptr<native::Descriptor> translations;
+  std::shared_ptr<base::Descriptor> translations;
   std::vector<int> descriptors = {tree.lock.descriptor()};
   if (!options.translations.empty()) {
-    translations = std::make_shared<native::Descriptor>(copyTranslations(options.translations));
+    translations = std::make_shared<base::Descriptor>(copyTranslations(options.translations));
     descriptors.push_back(translations->number());
     arguments.back() = "/proc/self/fd/" + std::to_string(desk::kFirstDescriptor + 1);
   }
@@ -113,7 +111,7 @@ void playScript(const DeskOptions& options, const Tree& tree) {
   play(options, tree, front_end, nullptr);
   if (!pictures) return;
   for (const std::string& notice : pictures->notices().lines()) {
-    std::cerr << "stowline: note: " << native::shownLine(notice) << "\n";
+    std::cerr << "stowline: note: " << base::escapeControls(notice) << "\n";
   }
 }
 

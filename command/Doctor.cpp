@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "base/Escape.h"
 #include "command/Commands.h"
 #include "command/OnReceiver.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
-#include "host/native/ShownText.h"
 
 namespace command {
 namespace {
@@ -26,7 +26,7 @@ Json jsonOf(const std::vector<Check>& checks) {
   for (const Check& check : checks) {
     json.push_back({{"name", check.name},
                     {"state", wordOf(check.state)},
-                    {"detail", native::shownText(check.detail)}});
+                    {"detail", base::escapeInvalidUtf8(check.detail)}});
   }
   return json;
 }
@@ -36,7 +36,7 @@ void printTable(const std::vector<Check>& checks, bool is_quiet) {
   bool has_rows = false;
   for (const Check& check : checks) {
     if (is_quiet && check.state == State::ok) continue;
-    table.add({check.name, wordOf(check.state), native::shownLine(check.detail)});
+    table.add({check.name, wordOf(check.state), base::escapeControls(check.detail)});
     has_rows = true;
   }
   if (has_rows) table.print(std::cout);

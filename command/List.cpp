@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/Escape.h"
 #include "command/Commands.h"
 #include "command/backups/Catalogue.h"
 #include "command/output/Table.h"
 #include "host/native/NativeSystem.h"
-#include "host/native/ShownText.h"
 #include "host/plain/Model.h"
 
 namespace command {
@@ -70,10 +70,10 @@ void printTable(const Catalogue& catalogue) {
                        {"WITH"}});
   for (const BackupSet& set : catalogue.sets) {
     const backups::SetName said = set.said.value_or(backups::SetName{});
-    table.add({set.kind, said.time, native::shownLine(said.model),
+    table.add({set.kind, said.time, base::escapeControls(said.model),
                set.said ? (said.is_scheduled ? "timer" : "hand") : "",
-               native::shownLine(said.version), keptText(set), output::sizeText(set.file.size),
-               wordOf(set.restore), native::shownLine(set.file.name),
+               base::escapeControls(said.version), keptText(set), output::sizeText(set.file.size),
+               wordOf(set.restore), base::escapeControls(set.file.name),
                joined(set.companions, " ", [&](const backups::File& companion) {
                  return companionText(set, companion);
                })});
@@ -84,43 +84,45 @@ void printTable(const Catalogue& catalogue) {
 void printText(const Catalogue& catalogue, const std::string& model) {
   printTable(catalogue);
   std::cout << output::counted(catalogue.sets.size(), "backup") << ", "
-            << output::sizeText(catalogue.size) << " in " << native::shownLine(catalogue.directory)
-            << "\n";
+            << output::sizeText(catalogue.size) << " in "
+            << base::escapeControls(catalogue.directory) << "\n";
   const auto is_other = [](const BackupSet& set) { return set.restore == Restore::other_model; };
   if (!catalogue.sets.empty() && std::ranges::all_of(catalogue.sets, is_other)) {
-    std::cout << "none of them is for a receiver of the model " << native::shownLine(model) << "\n";
+    std::cout << "none of them is for a receiver of the model " << base::escapeControls(model)
+              << "\n";
   }
   if (!catalogue.others.empty()) {
-    std::cout << "other files: " << joined(catalogue.others, " ", native::shownLine) << "\n";
+    std::cout << "other files: " << joined(catalogue.others, " ", base::escapeControls) << "\n";
   }
   if (catalogue.outdated.empty()) {
     std::cout << "the next scheduled backup deletes nothing\n";
   } else {
     std::cout << "the next scheduled backup deletes:\n";
     for (const std::string& name : catalogue.outdated) {
-      std::cout << "  " << native::shownLine(name) << "\n";
+      std::cout << "  " << base::escapeControls(name) << "\n";
     }
   }
 }
 
 Json jsonOf(const backups::File& file) {
-  return {{"name", native::shownText(file.name)}, {"size", file.size}};
+  return {{"name", base::escapeInvalidUtf8(file.name)}, {"size", file.size}};
 }
 
 Json textsOf(const std::vector<std::string>& texts) {
   Json all = Json::array();
-  for (const std::string& text : texts) all.push_back(native::shownText(text));
+  for (const std::string& text : texts) all.push_back(base::escapeInvalidUtf8(text));
   return all;
 }
 
 Json jsonOf(const BackupSet& set) {
-  Json json = {{"kind", set.kind}, {"name", native::shownText(set.file.name)}};
+  Json json = {{"kind", set.kind}, {"name", base::escapeInvalidUtf8(set.file.name)}};
   json["size"] = set.file.size;
   json["time"] = set.said ? Json(set.said->time) : Json();
-  json["model"] = set.said ? Json(native::shownText(set.said->model)) : Json();
+  json["model"] = set.said ? Json(base::escapeInvalidUtf8(set.said->model)) : Json();
   json["scheduled"] = set.said ? Json(set.said->is_scheduled) : Json();
-  json["version"] =
-      set.said && !set.said->version.empty() ? Json(native::shownText(set.said->version)) : Json();
+  json["version"] = set.said && !set.said->version.empty()
+                        ? Json(base::escapeInvalidUtf8(set.said->version))
+                        : Json();
   json["keeps"] = textsOf(set.keeps);
   json["companions"] = Json::array();
   for (const backups::File& companion : set.companions) {
@@ -131,8 +133,8 @@ Json jsonOf(const BackupSet& set) {
 }
 
 Json jsonOf(const Catalogue& catalogue, const std::string& model) {
-  Json json = {{"directory", native::shownText(catalogue.directory)}};
-  json["model"] = model.empty() ? Json() : Json(native::shownText(model));
+  Json json = {{"directory", base::escapeInvalidUtf8(catalogue.directory)}};
+  json["model"] = model.empty() ? Json() : Json(base::escapeInvalidUtf8(model));
   json["sets"] = Json::array();
   for (const BackupSet& set : catalogue.sets) json["sets"].push_back(jsonOf(set));
   json["others"] = textsOf(catalogue.others);

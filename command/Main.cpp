@@ -10,10 +10,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Escape.h"
 #include "command/CommandLine.h"
 #include "command/Commands.h"
-#include "host/native/OsError.h"
-#include "host/native/ShownText.h"
 #include "host/plain/Error.h"
 
 namespace {
@@ -26,7 +25,7 @@ std::string oneLine(std::string text) {
   for (char& character : text) {
     if (character == '\n') character = ' ';
   }
-  return native::shownLine(text);
+  return base::escapeControls(text);
 }
 
 /// Returns the command line of the help page that an error is about.
@@ -108,13 +107,9 @@ int main(int argc, char** argv) {
     std::cerr << "stowline: " << oneLine(reasonOf(error, stowline)) << " (see '"
               << helpCommand(stowline) << "')\n";
     return kUsageError;
-  } catch (const plain::Error& error) {
-    std::cout.flush();
-    std::cerr << "stowline: " << oneLine(native::reasonOf(error)) << "\n";
-    return EXIT_FAILURE;
   } catch (const std::exception& error) {
     std::cout.flush();
-    std::cerr << "stowline: " << oneLine(error.what()) << "\n";
+    std::cerr << "stowline: " << oneLine(plain::reasonOf(error)) << "\n";
     return EXIT_FAILURE;
   }
 }

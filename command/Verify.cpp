@@ -8,14 +8,13 @@
 #include <system_error>
 #include <vector>
 
+#include "base/Escape.h"
+#include "base/SystemError.h"
 #include "command/Commands.h"
 #include "command/backups/FileKind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
-#include "host/native/OsError.h"
-#include "host/native/ShownText.h"
-#include "host/plain/Error.h"
 
 namespace command {
 namespace {
@@ -36,7 +35,7 @@ void print(std::ostream& out, const char* title, const std::vector<tarball::Find
            std::uint64_t count) {
   for (const tarball::Finding& finding : findings) {
     out << "  " << title << finding.what;
-    if (!finding.member.empty()) out << ": " << native::shownLine(finding.member);
+    if (!finding.member.empty()) out << ": " << base::escapeControls(finding.member);
     out << "\n";
   }
   if (count > findings.size()) {
@@ -65,8 +64,8 @@ Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgre
   }
   try {
     verified.verdict = backups::verifyFile(file.string(), verified.kind, begin);
-  } catch (const plain::Error& error) {
-    verified.error = native::reasonOf(error);
+  } catch (const base::SystemError& error) {
+    verified.error = error.what();
   }
   return verified;
 }
@@ -74,9 +73,9 @@ Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgre
 /// Prints what was found, for people.
 void print(std::ostream& out, const Verified& verified) {
   const tarball::Verdict& verdict = verified.verdict;
-  out << native::shownLine(verified.file.string()) << ": ";
+  out << base::escapeControls(verified.file.string()) << ": ";
   if (!verified.error.empty()) {
-    out << "cannot be read: " << native::shownLine(verified.error) << "\n";
+    out << "cannot be read: " << base::escapeControls(verified.error) << "\n";
     return;
   }
   const bool is_list = verified.kind == backups::FileKind::plugin_list;
@@ -90,16 +89,17 @@ void print(std::ostream& out, const Verified& verified) {
 /// Returns the same for programs.
 Json jsonOf(const Verified& verified) {
   const tarball::Verdict& verdict = verified.verdict;
-  return {{"file", native::shownText(verified.file.string())},
-          {"kind", wordOf(verified.kind)},
-          {"sound", verified.isSound()},
-          {"error", verified.error.empty() ? Json() : Json(native::shownText(verified.error))},
-          {"members", verdict.members},
-          {"unpacked", verdict.unpacked},
-          {"findings", jsonOf(verdict.findings)},
-          {"findings_total", verdict.found},
-          {"notes", jsonOf(verdict.notes)},
-          {"notes_total", verdict.noted}};
+  return {
+      {"file", base::escapeInvalidUtf8(verified.file.string())},
+      {"kind", wordOf(verified.kind)},
+      {"sound", verified.isSound()},
+      {"error", verified.error.empty() ? Json() : Json(base::escapeInvalidUtf8(verified.error))},
+      {"members", verdict.members},
+      {"unpacked", verdict.unpacked},
+      {"findings", jsonOf(verdict.findings)},
+      {"findings_total", verdict.found},
+      {"notes", jsonOf(verdict.notes)},
+      {"notes_total", verdict.noted}};
 }
 
 }  // namespace

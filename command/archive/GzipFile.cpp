@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/native/OsError.h"
+#include "base/SystemError.h"
 
 namespace tarball {
 namespace {
@@ -21,16 +21,16 @@ constexpr unsigned char kFirstMagic = 0x1f;
 constexpr std::uint64_t kMagicSize = 2;
 
 /// Opens a file, without waiting for a writer when it is a FIFO.
-native::Descriptor openFile(const std::string& path) {
-  native::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
-  if (!file) throw native::osError(errno, path);
+base::Descriptor openFile(const std::string& path) {
+  base::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+  if (!file) throw base::SystemError(errno, path);
   return file;
 }
 
 /// Returns the size of an open file in bytes.
-std::uint64_t sizeOf(const native::Descriptor& file, const std::string& name) {
+std::uint64_t sizeOf(const base::Descriptor& file, const std::string& name) {
   struct stat status {};
-  if (fstat(file.number(), &status) != 0) throw native::osError(errno, name);
+  if (fstat(file.number(), &status) != 0) throw base::SystemError(errno, name);
   return static_cast<std::uint64_t>(status.st_size);
 }
 
@@ -39,7 +39,7 @@ std::uint64_t sizeOf(const native::Descriptor& file, const std::string& name) {
 GzipFile::GzipFile(const std::string& path, const BeginProgress& begin)
     : GzipFile(openFile(path), path, begin) {}
 
-GzipFile::GzipFile(native::Descriptor file, std::string name, const BeginProgress& begin)
+GzipFile::GzipFile(base::Descriptor file, std::string name, const BeginProgress& begin)
     : file_(std::move(file)),
       name_(std::move(name)),
       progress_(begin ? begin(name_, sizeOf(file_, name_)) : Progress()),
@@ -109,7 +109,7 @@ bool GzipFile::hasInput() {
   do {
     count = ::read(file_.number(), input_.data(), input_.size());
   } while (count < 0 && errno == EINTR);
-  if (count < 0) throw native::osError(errno, name_);
+  if (count < 0) throw base::SystemError(errno, name_);
   zlib_.next_in = input_.data();
   zlib_.avail_in = static_cast<uInt>(count);
   file_bytes_ += static_cast<std::uint64_t>(count);

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Descriptor.h"
 #include "command/archive/Damaged.h"
 #include "command/archive/Stream.h"
-#include "host/native/Descriptor.h"
 
 namespace tarball {
 
@@ -26,12 +26,12 @@ using BeginProgress = std::function<Progress(const std::string& name, std::uint6
 /// stream, and zeros may follow them, as gzip(1) has it. Checksums and lengths are checked.
 class GzipFile : public Stream {
  public:
-  /// Opens `path`. Raises plain::Error ("OSError").
+  /// Opens `path`. Raises base::SystemError.
   explicit GzipFile(const std::string& path, const BeginProgress& begin = {});
 
   /// Reads an open file from where it stands. `name` names it in an error. Raises plain::Error
   /// ("OSError").
-  GzipFile(native::Descriptor file, std::string name, const BeginProgress& begin = {});
+  GzipFile(base::Descriptor file, std::string name, const BeginProgress& begin = {});
 
   ~GzipFile() override;
   GzipFile(const GzipFile&) = delete;
@@ -50,7 +50,7 @@ class GzipFile : public Stream {
   Damage noMember() const;
   bool fail(Damage damage);
 
-  native::Descriptor file_;
+  base::Descriptor file_;
   std::string name_;
   Progress progress_;
   std::vector<unsigned char> input_;

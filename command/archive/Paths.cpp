@@ -2,7 +2,7 @@
 
 #include <climits>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace tarball {
 std::vector<std::string_view> componentsOf(std::string_view path) {
@@ -28,7 +28,7 @@ std::string joined(const std::vector<std::string_view>& components) {
 
 std::string shownPath(const std::string& path) {
   if (path.size() > PATH_MAX) return shownPath(path.substr(0, PATH_MAX)) + "...";
-  return native::shownLine(path);
+  return base::escapeControls(path);
 }
 
 }  // namespace tarball

@@ -12,8 +12,8 @@ std::vector<std::string_view> componentsOf(std::string_view path);
 /// Returns the path of these components: with "/" between them, none before and behind.
 std::string joined(const std::vector<std::string_view>& components);
 
-/// Returns a path as native::shownLine() shows it, with "..." for what is longer than any path may
-/// be.
+/// Returns a path as base::escapeControls() shows it, with "..." for what is longer than any path
+/// may be.
 std::string shownPath(const std::string& path);
 
 }  // namespace tarball

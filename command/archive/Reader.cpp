@@ -70,7 +70,7 @@ void Reader::Free::operator()(::archive* handle) const {
 Reader::Reader(const std::string& path, const BeginProgress& begin)
     : Reader(std::make_unique<GzipFile>(path, begin)) {}
 
-Reader::Reader(native::Descriptor file, std::string name, const BeginProgress& begin)
+Reader::Reader(base::Descriptor file, std::string name, const BeginProgress& begin)
     : Reader(std::make_unique<GzipFile>(std::move(file), std::move(name), begin)) {}
 
 Reader::Reader(std::unique_ptr<Stream> stream)

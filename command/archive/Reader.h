@@ -40,19 +40,19 @@ inline constexpr std::uint64_t kLongHeadersRoom = 1024 * 1024;
 class Reader {
  public:
   /// Reads the archive `path`. `begin` may be given to hear how far the file has been read. Raises
-  /// plain::Error ("OSError").
+  /// base::SystemError.
   explicit Reader(const std::string& path, const BeginProgress& begin = {});
 
   /// Reads an archive from an open file, from where it stands. `name` names it in an error. Raises
-  /// plain::Error ("OSError").
-  Reader(native::Descriptor file, std::string name, const BeginProgress& begin = {});
+  /// base::SystemError.
+  Reader(base::Descriptor file, std::string name, const BeginProgress& begin = {});
 
   /// Reads a tar archive out of any stream.
   explicit Reader(std::unique_ptr<Stream> stream);
 
   /// Goes on to the next member, past what has not been read of the one before. None at the end:
   /// then everything up to the end of the file has been read and found right. Raises Damaged, and
-  /// plain::Error ("OSError").
+  /// base::SystemError.
   std::optional<Member> next();
 
   /// Returns the next bytes of the current member's content, which stay until the next call; none

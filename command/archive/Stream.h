@@ -11,7 +11,7 @@ class Stream {
   virtual ~Stream() = default;
 
   /// Returns the next bytes, which stay until the next call; none at the end, once everything has
-  /// been found right. Raises Damaged, and plain::Error ("OSError") when a system call fails.
+  /// been found right. Raises Damaged, and base::SystemError when a system call fails.
   virtual std::string_view read() = 0;
 
   /// Returns how many bytes of the file were needed for what has been read.

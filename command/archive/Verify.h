@@ -36,7 +36,7 @@ struct Verdict {
 /// Reads an archive to its end and looks whether it can be restored without harm: nothing in it is
 /// damaged, it has only such members as a backup of these places has, and none of them reaches
 /// anything but these places. Damage is the last of the findings, for nothing is read after it.
-/// Raises plain::Error ("OSError").
+/// Raises base::SystemError.
 Verdict verify(Reader& reader, const Places& places);
 
 }  // namespace tarball

@@ -32,7 +32,7 @@ class Reader {
     stowline::load(host_.module());
     std::string mount_point = mediumOf(host_);
     while (mount_point.ends_with('/')) mount_point.pop_back();
-    system_.mount(mount_point, native::Root(medium));
+    system_.mount(mount_point, base::Root(medium));
     const auto directory = backupDirectory(host_);
     if (!directory) throw std::runtime_error("cannot read '" + medium.string() + "'");
     directory_ = *directory;

@@ -8,12 +8,11 @@
 #include <filesystem>
 #include <string_view>
 
+#include "base/Descriptor.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 #include "command/archive/Paths.h"
 #include "command/backups/Engine.h"
-#include "host/native/Descriptor.h"
-#include "host/native/OsError.h"
-#include "host/native/Reading.h"
-#include "host/plain/Error.h"
 #include "plugin/src/Places.h"
 
 namespace backups {
@@ -39,14 +38,14 @@ void find(tarball::Verdict& verdict, const char* what, const std::string& line) 
 }
 
 tarball::Verdict verifyList(const std::string& path) {
-  const native::Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  if (!file) throw native::osError(errno, path);
+  const base::Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!file) throw base::SystemError(errno, path);
   tarball::Verdict verdict;
   std::string text(kMostOfList + 1, '\0');
-  text.resize(native::readSome(file.number(), text.data(), text.size(), path));
+  text.resize(base::readSome(file.number(), text.data(), text.size(), path));
   if (text.size() > kMostOfList) find(verdict, "too long for a list of packages", "");
   verdict.unpacked = text.size();
-  for (const std::string& line : native::linesOf(text)) {
+  for (const std::string& line : base::linesOf(text)) {
     ++verdict.members;
     if (!isPackageLine(line)) find(verdict, "not the name of a package", line);
   }
@@ -85,7 +84,7 @@ bool isSoundWithCompanions(const std::string& path, FileKind kind,
       return !std::filesystem::exists(path + ending) ||
              verifyFile(path + ending, FileKind::user_files, begin).sound();
     });
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     return false;
   }
 }

@@ -10,7 +10,7 @@ namespace backups {
 
 /// Reads a backup to its end and says whether it is sound: an archive that holds what its kind may
 /// hold (of an unknown kind, what any kind may hold), or a list of package names. `begin`
-/// may be given to hear how far an archive has been read. Raises plain::Error ("OSError") when it
+/// may be given to hear how far an archive has been read. Raises base::SystemError when it
 /// cannot be read.
 tarball::Verdict verifyFile(const std::string& path, FileKind kind,
                             const tarball::BeginProgress& begin = {});

@@ -11,14 +11,13 @@
 #include <stdexcept>
 #include <string>
 
+#include "base/Escape.h"
 #include "command/backups/Catalogue.h"
 #include "command/backups/Engine.h"
 #include "command/backups/FileKind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
 #include "command/scheduled/Medium.h"
-#include "host/native/OsError.h"
-#include "host/native/ShownText.h"
 #include "host/plain/Error.h"
 
 namespace doctor {
@@ -121,7 +120,7 @@ Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& ki
   std::string unsound;
   for (const backups::BackupSet& set : catalogue.sets) {
     if (set.kind != std::string(kind.name) || set.restore != backups::Restore::yes) continue;
-    const std::string name = native::shownLine(set.file.name);
+    const std::string name = base::escapeControls(set.file.name);
     if (backups::isSoundWithCompanions(catalogue.directory + "/" + set.file.name,
                                        backups::kindOf(set.file.name), begin)) {
       return {kind.last_good, unsound.empty() ? State::ok : State::warning,
@@ -158,10 +157,8 @@ std::vector<Check> checkBackups(const plain::Host& host, const tarball::BeginPro
       checks.push_back(
           guarded(kind.last_good, [&] { return checkLastGood(catalogue, kind, begin); }));
     }
-  } catch (const plain::Error& error) {
-    checks.push_back({"backups", State::failed, native::reasonOf(error)});
   } catch (const std::runtime_error& error) {
-    checks.push_back({"backups", State::failed, error.what()});
+    checks.push_back({"backups", State::failed, plain::reasonOf(error)});
   }
   return checks;
 }

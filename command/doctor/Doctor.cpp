@@ -6,7 +6,6 @@
 #include "command/doctor/Backups.h"
 #include "command/doctor/Tools.h"
 #include "host/native/NativeSystem.h"
-#include "host/native/OsError.h"
 #include "host/native/SettingsFile.h"
 #include "host/plain/Error.h"
 #include "host/plain/Model.h"
@@ -38,10 +37,8 @@ Check checkModel(plain::System& os) {
 Check guarded(const char* name, const std::function<Check()>& check) {
   try {
     return check();
-  } catch (const plain::Error& error) {
-    return {name, State::failed, native::reasonOf(error)};
   } catch (const std::exception& error) {
-    return {name, State::failed, error.what()};
+    return {name, State::failed, plain::reasonOf(error)};
   }
 }
 

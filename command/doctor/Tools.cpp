@@ -6,11 +6,11 @@
 #include <fstream>
 #include <set>
 
+#include "base/SystemError.h"
 #include "command/archive/Damaged.h"
 #include "command/archive/Reader.h"
 #include "command/scheduled/CapturedOutput.h"
 #include "command/scheduled/PackageManager.h"
-#include "host/native/OsError.h"
 
 namespace doctor {
 namespace {
@@ -29,7 +29,7 @@ class Scratch {
  public:
   Scratch() {
     std::string path = "/tmp/stowline-XXXXXX";
-    if (!mkdtemp(path.data())) throw native::osError(errno, "/tmp");
+    if (!mkdtemp(path.data())) throw base::SystemError(errno, "/tmp");
     path_ = path;
   }
   ~Scratch() {

@@ -8,8 +8,8 @@
 #include <memory>
 #include <utility>
 
+#include "base/Escape.h"
 #include "command/output/Table.h"
-#include "host/native/ShownText.h"
 
 namespace output {
 namespace {
@@ -55,7 +55,7 @@ void Progress::show(std::uint64_t done) {
                      amount(static_cast<double>(done) / seconds) + "/s  [" + bar + "]  ";
   // The name as far as there is room: a line that wraps could not be cleared.
   const std::size_t room = columns() - 1;
-  const std::string name = native::shownLine(name_);
+  const std::string name = base::escapeControls(name_);
   if (line.size() + name.size() <= room) line += name;
   std::fprintf(stderr, "%s%s", kClearLine, line.substr(0, room).c_str());
 }

@@ -33,7 +33,7 @@ bool isFile(const std::optional<State>& state) {
   return state && state->type == tarball::Type::kFile;
 }
 
-std::optional<State> stateOf(const native::Root& receiver, const std::string& path) {
+std::optional<State> stateOf(const base::Root& receiver, const std::string& path) {
   const auto status = receiver.linkStatus(path);
   if (!status) return std::nullopt;
   State state{.type = typeOf(status->st_mode), .size = 0, .mode = 0, .link = ""};

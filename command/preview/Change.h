@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Root.h"
 #include "command/archive/Member.h"
-#include "host/native/Root.h"
 
 namespace preview {
 
@@ -24,8 +24,8 @@ struct State {
 bool isFile(const std::optional<State>& state);
 
 /// Returns what lies at `path` on the receiver, links not followed; nothing where nothing does.
-/// Raises plain::Error ("OSError").
-std::optional<State> stateOf(const native::Root& receiver, const std::string& path);
+/// Raises base::SystemError.
+std::optional<State> stateOf(const base::Root& receiver, const std::string& path);
 
 /// Returns what a member becomes when it is unpacked.
 State stateOf(const tarball::Member& member);

@@ -1,14 +1,14 @@
 #include "command/preview/Contents.h"
 
-#include "host/native/Reading.h"
-#include "host/plain/Error.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 
 namespace preview {
 
-Contents::Contents(const native::Root& receiver, const std::string& path) : path_(path) {
+Contents::Contents(const base::Root& receiver, const std::string& path) : path_(path) {
   try {
     file_ = receiver.open(path);
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     verdict_ = Verdict::unreadable;
   }
 }
@@ -17,10 +17,9 @@ void Contents::compare(std::string_view bytes) {
   if (verdict_ != Verdict::same) return;
   if (buffer_.size() < bytes.size()) buffer_.resize(bytes.size());
   try {
-    const std::size_t length =
-        native::readSome(file_.number(), buffer_.data(), bytes.size(), path_);
+    const std::size_t length = base::readSome(file_.number(), buffer_.data(), bytes.size(), path_);
     if (std::string_view(buffer_.data(), length) != bytes) verdict_ = Verdict::different;
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     verdict_ = Verdict::unreadable;
   }
 }

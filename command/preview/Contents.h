@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/native/Descriptor.h"
-#include "host/native/Root.h"
+#include "base/Descriptor.h"
+#include "base/Root.h"
 
 namespace preview {
 
@@ -15,7 +15,7 @@ class Contents {
   enum class Verdict { same, different, unreadable };
 
   /// Nothing has been compared of the file `path` yet.
-  Contents(const native::Root& receiver, const std::string& path);
+  Contents(const base::Root& receiver, const std::string& path);
 
   /// Takes the next bytes of the other content.
   void compare(std::string_view bytes);
@@ -25,7 +25,7 @@ class Contents {
 
  private:
   std::string path_;
-  native::Descriptor file_;
+  base::Descriptor file_;
   std::vector<char> buffer_;
   Verdict verdict_ = Verdict::same;
 };

@@ -4,11 +4,10 @@
 #include <optional>
 #include <unordered_map>
 
+#include "base/Escape.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 #include "command/preview/UnifiedDiff.h"
-#include "host/native/Reading.h"
-#include "host/native/ShownText.h"
-#include "host/plain/Error.h"
-
 namespace preview {
 namespace {
 
@@ -34,11 +33,11 @@ std::string contentOf(tarball::Reader& reader) {
   return content;
 }
 
-/// Returns the content of a receiver's file. Raises plain::Error ("OSError"), and Unshown.
-std::string contentOf(const native::Root& receiver, const std::string& path) {
-  const native::Descriptor file = receiver.open(path);
+/// Returns the content of a receiver's file. Raises base::SystemError, and Unshown.
+std::string contentOf(const base::Root& receiver, const std::string& path) {
+  const base::Descriptor file = receiver.open(path);
   std::string content(kLargestText + 1, '\0');
-  content.resize(native::readSome(file.number(), content.data(), content.size(), path));
+  content.resize(base::readSome(file.number(), content.data(), content.size(), path));
   if (content.size() > kLargestText) throw kTooLarge;
   return content;
 }
@@ -49,7 +48,7 @@ void requireText(const std::string& content) {
 
 /// Returns the header line of one side; tools need a tab behind a name with blanks.
 std::string header(const char* mark, const Change& change, bool is_there) {
-  const std::string name = is_there ? native::shownLine(change.path) : "/dev/null";
+  const std::string name = is_there ? base::escapeControls(change.path) : "/dev/null";
   return mark + name + (name.find(' ') == std::string::npos ? "\n" : "\t\n");
 }
 
@@ -95,7 +94,7 @@ class Finder {
       room_ -= std::min(room_, difference.text.size());
     } catch (const Unshown& unshown) {
       difference.reason = unshown.reason;
-    } catch (const plain::Error&) {
+    } catch (const base::SystemError&) {
       difference.reason = kUnreadable.reason;
     }
     take_(difference);
@@ -119,7 +118,7 @@ class Finder {
   }
 
   const Preview& preview_;
-  const native::Root receiver_;
+  const base::Root receiver_;
   const std::function<void(const Difference&)>& take_;
   std::unordered_map<std::uint64_t, const Change*> deciding_;  ///< changes by their members
   std::size_t room_ = kMostText;

@@ -25,7 +25,7 @@ struct Difference {
 
 /// Calls `take` with the difference of every file whose content the restore changes, brings or
 /// deletes: first what it brings or changes, then what it deletes. What has only other permissions
-/// makes none. Raises plain::Error ("OSError") for an archive that cannot be read.
+/// makes none. Raises base::SystemError for an archive that cannot be read.
 void findDifferences(const Preview& preview, const std::function<void(const Difference&)>& take);
 
 }  // namespace preview

@@ -4,10 +4,10 @@
 #include <functional>
 #include <utility>
 
+#include "base/SystemError.h"
 #include "command/archive/Paths.h"
 #include "command/preview/Contents.h"
 #include "command/preview/Patterns.h"
-#include "host/plain/Error.h"
 
 namespace preview {
 namespace {
@@ -25,7 +25,7 @@ bool isWithin(const std::string& path, const std::string& top) {
 }
 
 /// Returns whether the rest of the member's content is that of the receiver's file `path`.
-Action compareContent(const native::Root& receiver, const std::string& path,
+Action compareContent(const base::Root& receiver, const std::string& path,
                       tarball::Reader& reader) {
   Contents contents(receiver, path);
   for (auto bytes = reader.read(); !bytes.empty(); bytes = reader.read()) contents.compare(bytes);
@@ -41,7 +41,7 @@ Action compareContent(const native::Root& receiver, const std::string& path,
 
 }  // namespace
 
-Forecast::Forecast(const native::Root& receiver, const Plan& plan)
+Forecast::Forecast(const base::Root& receiver, const Plan& plan)
     : receiver_(receiver),
       kept_(plan.kept.begin(), plan.kept.end()),
       removed_again_(plan.removed_again) {
@@ -62,7 +62,7 @@ bool Forecast::look(Change& change) const {
   try {
     change.before = stateOf(receiver_, change.path);
     return true;
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     change.action = Action::unreadable;
     return false;
   }
@@ -115,7 +115,7 @@ bool Forecast::isBlocked(const Change& change) const {
   }
   try {
     return !receiver_.names(change.path).empty();
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     return true;
   }
 }
@@ -141,7 +141,7 @@ bool Forecast::isHardLink(const std::string& path, const std::string& target) co
     const auto one = receiver_.linkStatus(path);
     const auto other = receiver_.linkStatus(target);
     return one && other && one->st_dev == other->st_dev && one->st_ino == other->st_ino;
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     return false;
   }
 }
@@ -178,7 +178,7 @@ void Forecast::removeRest(const std::string& top) {
       std::vector<std::string> names = receiver_.names(path);
       std::ranges::sort(names, std::greater());  // the last of the rest comes first
       for (const std::string& name : names) rest.push_back(path + "/" + name);
-    } catch (const plain::Error&) {
+    } catch (const base::SystemError&) {
       if (!is_known) changeAt(path).action = Action::unreadable;
     }
   }

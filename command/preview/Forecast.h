@@ -5,10 +5,10 @@
 #include <unordered_set>
 #include <vector>
 
+#include "base/Root.h"
 #include "command/archive/Reader.h"
 #include "command/preview/Change.h"
 #include "command/preview/Plan.h"
-#include "host/native/Root.h"
 
 namespace preview {
 
@@ -17,7 +17,7 @@ namespace preview {
 class Forecast {
  public:
   /// Begins with what is deleted first. `receiver` outlives the forecast.
-  Forecast(const native::Root& receiver, const Plan& plan);
+  Forecast(const base::Root& receiver, const Plan& plan);
 
   /// Takes the next member of the archives, whose content `reader` is about to read. A later member
   /// of the same path decides. Raises what the reader raises; the member counts all the same.
@@ -37,7 +37,7 @@ class Forecast {
   void removeAgain(const std::string& top);
   void removeRest(const std::string& top);
 
-  const native::Root& receiver_;
+  const base::Root& receiver_;
   std::unordered_set<std::string> kept_;
   std::vector<std::string> removed_again_;
   std::vector<Change> changes_;

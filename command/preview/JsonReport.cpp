@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace preview {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using native::shownText;
+using base::escapeInvalidUtf8;
 
 std::string octalMode(unsigned mode) {
   std::array<char, 16> text{};
@@ -20,11 +20,11 @@ std::string octalMode(unsigned mode) {
 
 /// Returns `text`, null when there is none.
 Json textOrNull(const std::string& text) {
-  return text.empty() ? Json() : Json(shownText(text));
+  return text.empty() ? Json() : Json(escapeInvalidUtf8(text));
 }
 
 Json jsonOf(const tarball::Member& member) {
-  return {{"path", shownText(member.path)},
+  return {{"path", escapeInvalidUtf8(member.path)},
           {"type", wordOf(member.type)},
           {"mode", octalMode(member.mode)},
           {"size", stateOf(member).size},
@@ -44,7 +44,7 @@ Json jsonOf(const std::optional<State>& state) {
 
 Json jsonOf(const Change& change) {
   return {{"action", wordOf(change.action)},
-          {"path", shownText(change.path)},
+          {"path", escapeInvalidUtf8(change.path)},
           {"old", jsonOf(change.before)},
           {"new", jsonOf(change.after)}};
 }
@@ -59,20 +59,20 @@ Json totalsOf(const std::vector<Change>& changes) {
 }
 
 Json jsonOf(const Restore& restore) {
-  Json json = {{"receiver", shownText(restore.receiver.string())}};
-  json["model"] = shownText(restore.rehearsal.model);
-  json["archive"] = shownText(restore.rehearsal.archive);
+  Json json = {{"receiver", escapeInvalidUtf8(restore.receiver.string())}};
+  json["model"] = escapeInvalidUtf8(restore.rehearsal.model);
+  json["archive"] = escapeInvalidUtf8(restore.rehearsal.archive);
   json["refused"] = textOrNull(restore.rehearsal.refusal);
   json["not_unpacked"] = Json::array();
   for (const std::string& archive : restore.rehearsal.plan.torn) {
-    json["not_unpacked"].push_back(shownText(archive));
+    json["not_unpacked"].push_back(escapeInvalidUtf8(archive));
   }
   json["changes"] = Json::array();
   for (const Change& change : restore.changes) json["changes"].push_back(jsonOf(change));
   json["totals"] = totalsOf(restore.changes);
   json["commands"] = Json::array();
   for (const std::string& command : restore.rehearsal.commands) {
-    json["commands"].push_back(shownText(command));
+    json["commands"].push_back(escapeInvalidUtf8(command));
   }
   return json;
 }
@@ -80,7 +80,7 @@ Json jsonOf(const Restore& restore) {
 }  // namespace
 
 Json jsonOf(const Preview& preview) {
-  Json json = {{"file", shownText(preview.file.string())}};
+  Json json = {{"file", escapeInvalidUtf8(preview.file.string())}};
   json["members"] = Json::array();
   for (const tarball::Member& member : preview.members) json["members"].push_back(jsonOf(member));
   json["count"] = preview.members.size();
@@ -91,7 +91,7 @@ Json jsonOf(const Preview& preview) {
 }
 
 Json jsonOf(const Difference& difference) {
-  return {{"path", shownText(difference.path)},
+  return {{"path", escapeInvalidUtf8(difference.path)},
           {"diff", textOrNull(difference.text)},
           {"unshown", textOrNull(difference.reason)}};
 }

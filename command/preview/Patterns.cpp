@@ -6,20 +6,21 @@
 #include <cerrno>
 #include <string_view>
 
+#include "base/SystemError.h"
 #include "command/archive/ByteLocale.h"
 #include "command/archive/Paths.h"
-#include "host/plain/Error.h"
 
 namespace preview {
 namespace {
 
 /// Whether the error says that there is no such directory.
-bool saysNoDirectory(const plain::Error& error) {
-  return error.number() == ENOENT || error.number() == ENOTDIR || error.number() == ELOOP;
+bool saysNoDirectory(const base::SystemError& error) {
+  const int number = error.code().value();
+  return number == ENOENT || number == ENOTDIR || number == ELOOP;
 }
 
 /// Returns the names in `directory` that match the component, sorted.
-std::vector<std::string> matchesIn(const native::Root& receiver, const std::string& directory,
+std::vector<std::string> matchesIn(const base::Root& receiver, const std::string& directory,
                                    const std::string& component) {
   std::vector<std::string> names = receiver.names(directory + "/");
   std::erase_if(names, [&](const std::string& name) {
@@ -30,11 +31,11 @@ std::vector<std::string> matchesIn(const native::Root& receiver, const std::stri
 }
 
 /// Takes out of the paths those that name nothing.
-void keepWhatIsThere(const native::Root& receiver, Expansion& expansion) {
+void keepWhatIsThere(const base::Root& receiver, Expansion& expansion) {
   std::erase_if(expansion.paths, [&](const std::string& path) {
     try {
       return !receiver.linkStatus(path);
-    } catch (const plain::Error&) {
+    } catch (const base::SystemError&) {
       expansion.unreadable.push_back(path);
       return true;
     }
@@ -43,7 +44,7 @@ void keepWhatIsThere(const native::Root& receiver, Expansion& expansion) {
 
 }  // namespace
 
-Expansion expand(const native::Root& receiver, const std::string& pattern) {
+Expansion expand(const base::Root& receiver, const std::string& pattern) {
   const tarball::ByteLocale bytes;
   Expansion expansion{.paths = {""}, .unreadable = {}};
   for (const std::string_view name : tarball::componentsOf(pattern)) {
@@ -56,7 +57,7 @@ Expansion expand(const native::Root& receiver, const std::string& pattern) {
                                                  : matchesIn(receiver, directory, component)) {
           paths.push_back(directory + "/" + match);
         }
-      } catch (const plain::Error& error) {
+      } catch (const base::SystemError& error) {
         if (!saysNoDirectory(error)) expansion.unreadable.push_back(directory);
       }
     }

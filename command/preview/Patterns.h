@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/native/Root.h"
+#include "base/Root.h"
 
 namespace preview {
 
@@ -15,6 +15,6 @@ struct Expansion {
 
 /// Expands a pattern as a shell does whose root is `receiver`: component by component, a name that
 /// begins with a dot only where the pattern has it.
-Expansion expand(const native::Root& receiver, const std::string& pattern);
+Expansion expand(const base::Root& receiver, const std::string& pattern);
 
 }  // namespace preview

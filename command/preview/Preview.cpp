@@ -48,7 +48,7 @@ void readFile(Preview& preview, const tarball::BeginProgress& begin) {
 
 /// Finds out what the restore changes.
 void readChanges(Preview& preview, Restore& restore, const tarball::BeginProgress& begin) {
-  const native::Root receiver(restore.receiver);
+  const base::Root receiver(restore.receiver);
   Forecast forecast(receiver, restore.rehearsal.plan);
   const std::string damage = readArchives(
       preview.file, restore,

@@ -31,7 +31,7 @@ struct Preview {
 /// Looks at the archive `file` and, where `receiver` is given, at what a restore of it would do on
 /// the receiver whose files lie below that directory. Of a damaged archive, what comes before the
 /// damage counts. `begin` hears how far the archives have been read. Nothing is
-/// written. Raises std::runtime_error when there is no receiver, and plain::Error ("OSError") for
+/// written. Raises std::runtime_error when there is no receiver, and base::SystemError for
 /// an archive that cannot be read.
 Preview look(const std::filesystem::path& file,
              const std::optional<std::filesystem::path>& receiver,
@@ -41,7 +41,7 @@ Preview look(const std::filesystem::path& file,
 using TakeMember = std::function<void(const tarball::Member& member, tarball::Reader& reader)>;
 
 /// Reads the archives of a restore of `file` member by member, in order. Returns what is wrong with
-/// the first that is damaged, "" for nothing. Raises plain::Error ("OSError").
+/// the first that is damaged, "" for nothing. Raises base::SystemError.
 std::string readArchives(const std::filesystem::path& file, const Restore& restore,
                          const TakeMember& take, const tarball::BeginProgress& begin = {});
 

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <utility>
 
+#include "base/SystemError.h"
 #include "command/backups/Engine.h"
 #include "command/backups/RestoreScreen.h"
 #include "host/dryrun/Host.h"
-#include "host/plain/Error.h"
 #include "host/plain/Model.h"
 #include "plugin/src/Listing.h"
 #include "plugin/src/Places.h"
@@ -25,7 +25,7 @@ using host::operator""_t;
 namespace fs = std::filesystem;
 
 /// Whether the receiver's `path` is the directory `directory` of this machine.
-bool isSame(const native::Root& receiver, const std::string& path, const native::Root& directory) {
+bool isSame(const base::Root& receiver, const std::string& path, const base::Root& directory) {
   const auto one = receiver.status(path);
   const auto other = directory.status("/");
   return one && other && one->st_dev == other->st_dev && one->st_ino == other->st_ino;
@@ -37,7 +37,7 @@ class Stage {
   explicit Stage(const fs::path& receiver)
       : root_(receiver),
         dir_(fs::canonical(receiver)),
-        system_(native::Root(receiver)),
+        system_(base::Root(receiver)),
         model_(modelOf(receiver)),
         settings_(openSettings()),
         host_(newHost()) {}
@@ -63,15 +63,15 @@ class Stage {
     try {
       std::string model = plain::readModel(system_);
       if (!model.empty()) return model;
-    } catch (const plain::Error& error) {
-      throw std::runtime_error(receiver.string() + " is no receiver: " + error.message());
+    } catch (const base::SystemError& error) {
+      throw std::runtime_error(receiver.string() + " is no receiver: " + error.what());
     }
     throw std::runtime_error(receiver.string() + " is no receiver: its model has no name");
   }
 
-  native::Descriptor openSettings() const {
+  base::Descriptor openSettings() const {
     return root_.status(native::kSettingsFile) ? root_.open(native::kSettingsFile)
-                                               : native::Descriptor();
+                                               : base::Descriptor();
   }
 
   /// Returns a host with the receiver's settings, read by the open file: its path may lead out of
@@ -92,19 +92,19 @@ class Stage {
 
   /// Makes `directory` the receiver's backup directory: as that which it is, or in the place of it.
   Medium insert(const fs::path& directory) {
-    native::Root files(directory);
+    base::Root files(directory);
     const std::string own = backupDirectory();
-    if (isSame(root_, own, files)) return {native::Root(dir_), "", own};
+    if (isSame(root_, own, files)) return {base::Root(dir_), "", own};
     const fs::path inside = directory.lexically_relative(dir_);
     if (!inside.empty() && *inside.begin() != "..") {
       const std::string path = (fs::path("/") / inside).string();
       medium_ = fs::path(path).parent_path().string();
       host_ = newHost();
-      if (backupDirectory() == path) return {native::Root(dir_), "", path};
+      if (backupDirectory() == path) return {base::Root(dir_), "", path};
       medium_.clear();
       host_ = newHost();
     }
-    system_.mount(own, native::Root(directory));
+    system_.mount(own, base::Root(directory));
     return {std::move(files), own, own};
   }
 
@@ -161,11 +161,11 @@ class Stage {
            "), and this is a " + model_;
   }
 
-  native::Root root_;
+  base::Root root_;
   fs::path dir_;
   dryrun::System system_;
   std::string model_;
-  native::Descriptor settings_;
+  base::Descriptor settings_;
   std::string medium_;  ///< in the place of the one that is set, "" for that
   std::unique_ptr<dryrun::Host> host_;
 };

@@ -4,20 +4,20 @@
 #include <string>
 #include <vector>
 
+#include "base/Descriptor.h"
+#include "base/Root.h"
 #include "command/preview/Plan.h"
-#include "host/native/Descriptor.h"
-#include "host/native/Root.h"
 
 namespace preview {
 
 /// The directory that an archive lies in, as the receiver finds it.
 struct Medium {
-  native::Root root;      ///< what holds it: the receiver's files, or the directory itself
+  base::Root root;        ///< what holds it: the receiver's files, or the directory itself
   std::string mounted;    ///< the receiver's path of that: "" for the receiver's own files
   std::string directory;  ///< the receiver's path of the directory
 
-  /// Opens the file that the receiver names `path`. Raises plain::Error ("OSError").
-  native::Descriptor open(const std::string& path) const {
+  /// Opens the file that the receiver names `path`. Raises base::SystemError.
+  base::Descriptor open(const std::string& path) const {
     return root.open(path.substr(mounted.size()));
   }
 };
@@ -35,7 +35,7 @@ struct Rehearsal {
 /// Lets the module restore the archive `file` on the receiver whose files lie below `receiver`: out
 /// of that directory when it is one of the receiver's backup directories, or else as if it were
 /// the receiver's own backup directory. Nothing is written. Raises std::runtime_error when there is
-/// no receiver, and plain::Error ("OSError") for what cannot be read.
+/// no receiver, and base::SystemError for what cannot be read.
 Rehearsal rehearse(const std::filesystem::path& file, const std::filesystem::path& receiver);
 
 }  // namespace preview

@@ -5,10 +5,10 @@
 #include <ostream>
 #include <utility>
 
+#include "base/Escape.h"
+#include "base/Files.h"
 #include "command/archive/Paths.h"
 #include "command/output/Table.h"
-#include "host/native/Reading.h"
-#include "host/native/ShownText.h"
 
 namespace preview {
 namespace {
@@ -115,15 +115,15 @@ void printChanges(const std::vector<Change>& changes, std::ostream& out) {
 }
 
 void printRestore(const Restore& restore, std::ostream& out) {
-  out << "\non " << native::shownLine(restore.receiver.string()) << ", a "
-      << native::shownLine(restore.rehearsal.model) << ", as "
-      << native::shownLine(restore.rehearsal.archive) << ":\n";
+  out << "\non " << base::escapeControls(restore.receiver.string()) << ", a "
+      << base::escapeControls(restore.rehearsal.model) << ", as "
+      << base::escapeControls(restore.rehearsal.archive) << ":\n";
   if (!restore.rehearsal.refusal.empty()) {
     out << restore.rehearsal.refusal << "\n";
     return;
   }
   for (const std::string& archive : restore.rehearsal.plan.torn) {
-    out << "nothing is unpacked, the shell takes the name apart: " << native::shownLine(archive)
+    out << "nothing is unpacked, the shell takes the name apart: " << base::escapeControls(archive)
         << "\n";
   }
   printChanges(restore.changes, out);
@@ -132,7 +132,7 @@ void printRestore(const Restore& restore, std::ostream& out) {
   }
   out << "\nthe restore runs (what commands but rm and tar change is not shown above):\n";
   for (const std::string& command : restore.rehearsal.commands) {
-    out << "  " << native::shownLine(command) << "\n";
+    out << "  " << base::escapeControls(command) << "\n";
   }
 }
 
@@ -143,7 +143,7 @@ std::string escaped(std::string line) {
   std::string shown;
   for (std::size_t start = 0;;) {
     const std::size_t tab = line.find('\t', start);
-    shown += native::shownLine(line.substr(start, tab - start));
+    shown += base::escapeControls(line.substr(start, tab - start));
     if (tab == std::string::npos) return shown + (ends ? "\n" : "");
     shown += '\t';
     start = tab + 1;
@@ -165,7 +165,7 @@ void printText(const Difference& difference, bool escape, std::ostream& out) {
   if (!difference.reason.empty()) {
     out << "# " << shownPath(difference.path) << ": " << difference.reason << "\n";
   } else if (escape) {
-    for (const std::string& line : native::linesOf(difference.text)) out << escaped(line);
+    for (const std::string& line : base::linesOf(difference.text)) out << escaped(line);
   } else {
     out << difference.text;
   }

@@ -5,8 +5,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/Files.h"
 #include "command/preview/LineScript.h"
-#include "host/native/Reading.h"
 
 namespace preview {
 namespace {
@@ -140,8 +140,8 @@ class Writer {
 }  // namespace
 
 std::optional<std::string> unifiedHunks(const std::string& before, const std::string& after) {
-  const Lines old_lines = native::linesOf(before);
-  const Lines new_lines = native::linesOf(after);
+  const Lines old_lines = base::linesOf(before);
+  const Lines new_lines = base::linesOf(after);
   const auto script = scriptOf(old_lines, new_lines);
   if (!script) return std::nullopt;
   return Writer(old_lines, new_lines, *script).write();

@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "host/native/OsError.h"
-#include "host/native/Reading.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 
 namespace scheduled {
 namespace {
@@ -19,16 +19,16 @@ namespace {
 constexpr off_t kEnd = 4096;
 
 /// Opens a file that has no name.
-native::Descriptor openNameless() {
+base::Descriptor openNameless() {
   std::string path = "/tmp/stowline-XXXXXX";
-  native::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
-  if (!file) throw native::osError(errno, "/tmp");
+  base::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
+  if (!file) throw base::SystemError(errno, "/tmp");
   unlink(path.c_str());
   return file;
 }
 
-native::Descriptor copyOf(int stream) {
-  return native::Descriptor(fcntl(stream, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+base::Descriptor copyOf(int stream) {
+  return base::Descriptor(fcntl(stream, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ CapturedOutput::CapturedOutput()
     : file_(openNameless()), output_(copyOf(STDOUT_FILENO)), errors_(copyOf(STDERR_FILENO)) {
   std::cout.flush();
   for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
-    if (dup2(file_.number(), stream) < 0) throw native::osError(errno, "standard output");
+    if (dup2(file_.number(), stream) < 0) throw base::SystemError(errno, "standard output");
   }
 }
 
@@ -50,7 +50,7 @@ CapturedOutput::~CapturedOutput() {
 std::string CapturedOutput::lastLine() const {
   const off_t size = lseek(file_.number(), 0, SEEK_END);
   if (lseek(file_.number(), size > kEnd ? size - kEnd : 0, SEEK_SET) < 0) return "";
-  const auto lines = native::linesOf(native::readAll(file_.number(), "the commands' output"));
+  const auto lines = base::linesOf(base::readAll(file_.number(), "the commands' output"));
   if (lines.empty()) return "";
   return lines.back().substr(0, lines.back().find_last_not_of('\n') + 1);
 }

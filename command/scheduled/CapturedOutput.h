@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace scheduled {
 
@@ -10,7 +10,7 @@ namespace scheduled {
 /// as long as it lives.
 class CapturedOutput {
  public:
-  /// Raises plain::Error ("OSError") when there is no room for the output.
+  /// Raises base::SystemError when there is no room for the output.
   CapturedOutput();
   ~CapturedOutput();
   CapturedOutput(const CapturedOutput&) = delete;
@@ -20,9 +20,9 @@ class CapturedOutput {
   std::string lastLine() const;
 
  private:
-  native::Descriptor file_;
-  native::Descriptor output_;
-  native::Descriptor errors_;
+  base::Descriptor file_;
+  base::Descriptor output_;
+  base::Descriptor errors_;
 };
 
 }  // namespace scheduled

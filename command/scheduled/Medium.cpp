@@ -11,9 +11,9 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "base/Descriptor.h"
+#include "base/SystemError.h"
 #include "command/backups/Engine.h"
-#include "host/native/Descriptor.h"
-#include "host/native/OsError.h"
 #include "plugin/src/Media.h"
 
 namespace scheduled {
@@ -51,7 +51,7 @@ void requireMounted(const plain::Host& host) {
 
 std::string whyNotWritable(const std::string& directory) {
   std::string path = directory + "/.stowline-XXXXXX";
-  const native::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
+  const base::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
   if (!file) return std::strerror(errno);
   std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
   unlink(path.c_str());
@@ -59,9 +59,9 @@ std::string whyNotWritable(const std::string& directory) {
 }
 
 void sync(const std::string& path) {
-  const native::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  const base::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   // EINVAL: a file system that does not synchronize such a file (fsync(2)), as some over a network.
-  if (!file || (fsync(file.number()) != 0 && errno != EINVAL)) throw native::osError(errno, path);
+  if (!file || (fsync(file.number()) != 0 && errno != EINVAL)) throw base::SystemError(errno, path);
   posix_fadvise(file.number(), 0, 0, POSIX_FADV_DONTNEED);
 }
 

@@ -7,11 +7,11 @@
 namespace scheduled {
 
 /// Asks the package manager what is installed. Returns why it does not answer, "" when it does.
-/// Raises plain::Error ("OSError").
+/// Raises base::SystemError.
 std::string whyNoPackages(plain::System& os);
 
 /// Returns why the file `list` does not name the plugins that are installed now, "" when it does.
-/// Raises plain::Error ("OSError").
+/// Raises base::SystemError.
 std::string whyNotComplete(plain::System& os, const std::string& list);
 
 }  // namespace scheduled

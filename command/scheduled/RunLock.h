@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace scheduled {
 
@@ -12,7 +12,7 @@ class RunLock {
   RunLock();
 
  private:
-  native::Descriptor file_;
+  base::Descriptor file_;
 };
 
 }  // namespace scheduled

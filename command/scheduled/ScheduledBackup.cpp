@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "base/SystemError.h"
 #include "command/backups/Engine.h"
 #include "command/backups/VerifyFile.h"
 #include "command/scheduled/CapturedOutput.h"
@@ -11,7 +12,6 @@
 #include "command/scheduled/RunLock.h"
 #include "command/scheduled/System.h"
 #include "command/scheduled/Trust.h"
-#include "host/native/OsError.h"
 #include "host/native/SettingsFile.h"
 #include "host/plain/Error.h"
 #include "plugin/src/BackupActions.h"
@@ -87,7 +87,7 @@ class Run {
       engine_.call(job.operation, {});
       has_user_files = job.kind == FileKind::configuration && stowline::userFiles(engine_).isTrue();
     } catch (const plain::Error& error) {
-      addFailure(std::string(job.name) + ": " + native::reasonOf(error));
+      addFailure(std::string(job.name) + ": " + plain::reasonOf(error));
     }
     return {output.lastLine(), has_user_files};
   }
@@ -101,8 +101,8 @@ class Run {
     system_.protect(file);
     try {
       read(written, kind);
-    } catch (const plain::Error& error) {
-      written.error = "cannot be read again: " + native::reasonOf(error);
+    } catch (const base::SystemError& error) {
+      written.error = "cannot be read again: " + plain::reasonOf(error);
     }
     if (!written.error.empty()) return written;
     const tarball::Verdict& verdict = written.verdict;
@@ -147,8 +147,8 @@ class Run {
     if (!system_.exists(file)) return;
     try {
       system_.takeBack(file);
-    } catch (const plain::Error& error) {
-      addFailure("it cannot be removed: " + native::reasonOf(error));
+    } catch (const base::SystemError& error) {
+      addFailure("it cannot be removed: " + plain::reasonOf(error));
     }
   }
 
@@ -160,15 +160,15 @@ class Run {
   void keepHouse() {
     try {
       sync(directory_);
-    } catch (const plain::Error& error) {
-      addFailure("the backups may not be on their medium yet: " + native::reasonOf(error));
+    } catch (const base::SystemError& error) {
+      addFailure("the backups may not be on their medium yet: " + plain::reasonOf(error));
       return;
     }
     try {
       requireGoodSurvivors(host_, directory_, begin_);
       engine_.call("houseKeeping"_t, {});
     } catch (const plain::Error& error) {
-      addFailure("an old backup cannot be deleted: " + native::reasonOf(error));
+      addFailure("an old backup cannot be deleted: " + plain::reasonOf(error));
     } catch (const std::runtime_error& error) {
       addFailure(error.what());
     }

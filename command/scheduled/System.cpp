@@ -1,6 +1,6 @@
 #include "command/scheduled/System.h"
 
-#include "host/native/OsError.h"
+#include "base/SystemError.h"
 #include "host/plain/Error.h"
 
 namespace scheduled {
@@ -16,8 +16,8 @@ void System::remove(const std::string& path) {
 void System::makedirs(const std::string& path) {
   try {
     NativeSystem::makedirs(path);
-  } catch (const plain::Error& error) {
-    why_not_made_ = native::reasonOf(error);
+  } catch (const base::SystemError& error) {
+    why_not_made_ = error.what();
     throw;
   }
 }

@@ -7,11 +7,11 @@
 #include <stdexcept>
 #include <vector>
 
+#include "base/Root.h"
 #include "command/backups/Catalogue.h"
 #include "command/backups/SetName.h"
 #include "command/backups/VerifyFile.h"
 #include "host/dryrun/Host.h"
-#include "host/native/Root.h"
 #include "host/native/SettingsFile.h"
 #include "host/plain/Model.h"
 #include "plugin/src/Listing.h"
@@ -26,7 +26,7 @@ using backups::FileKind;
 
 /// Returns the files that housekeeping would delete now, by a dry run of it.
 std::set<std::string> outdated(const plain::Host& host) {
-  dryrun::System system(native::Root("/"));
+  dryrun::System system(base::Root("/"));
   dryrun::Host receiver(system, host.model(), native::kSettingsFile);
   stowline::load(receiver.module());
   receiver.module()["BackupActions"_t]({"auto"_t}).call("houseKeeping"_t, {});

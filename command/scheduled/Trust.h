@@ -16,7 +16,7 @@ void requireNewestStamp(const plain::Host& host, const std::string& directory,
                         const std::string& engine_stamp);
 
 /// Whether the receiver's restore list takes the file `path` of the backup directory. `kind` is one
-/// of the kinds that have a list. Raises plain::Error ("OSError") when its size cannot be told.
+/// of the kinds that have a list. Raises base::SystemError when its size cannot be told.
 bool isRestorable(const plain::Host& host, const std::string& path, backups::FileKind kind);
 
 /// Raises std::runtime_error, in one line, unless of every kind of which housekeeping would delete

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Escape.h"
 #include "desk/drawing/BaseSkin.h"
 #include "desk/drawing/Ornaments.h"
-#include "host/native/ShownText.h"
 
 namespace desk::drawing {
 namespace {
@@ -130,7 +130,7 @@ void Drawing::drawElement(Pane& pane, const SkinElement& element, const Shown& s
 void Drawing::drawText(Pane& pane, const TextLayout& layout, const std::string& text,
                        const Colour& colour, bool shows_end) {
   const std::vector<std::string> lines =
-      fonts_.linesOf(native::shownXml(text), layout, pane.width());
+      fonts_.linesOf(base::escapeForXml(text), layout, pane.width());
   const double height = fonts_.lineHeightOf(layout.font);
   const double used = height * static_cast<double>(lines.size());
   double top = aligned(pane.height(), used, layout.valign);

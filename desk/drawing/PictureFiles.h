@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
+#include "base/Root.h"
 #include "desk/drawing/Drawing.h"
 #include "desk/drawing/SkinFile.h"
-#include "host/native/Root.h"
 
 namespace desk::drawing {
 
@@ -12,7 +12,7 @@ namespace desk::drawing {
 class PictureFiles {
  public:
   /// `receiver`: where the skin's pictures are found. Makes the directory. Raises
-  /// std::filesystem::filesystem_error, and plain::Error ("OSError") where there is no receiver.
+  /// std::filesystem::filesystem_error, and base::SystemError where there is no receiver.
   PictureFiles(const std::filesystem::path& directory, const std::filesystem::path& receiver,
                SkinFile skin);
 
@@ -24,7 +24,7 @@ class PictureFiles {
 
  private:
   std::filesystem::path directory_;
-  native::Root receiver_;
+  base::Root receiver_;
   Drawing drawing_;
   int count_ = 0;
 };

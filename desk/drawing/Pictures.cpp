@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "host/native/Reading.h"
-#include "host/plain/Error.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 
 namespace desk::drawing {
 namespace {
@@ -41,16 +41,16 @@ std::string base64(std::string_view bytes) {
 
 }  // namespace
 
-std::optional<PictureFile> readPicture(const native::Root& receiver, const std::string& path) {
+std::optional<PictureFile> readPicture(const base::Root& receiver, const std::string& path) {
   try {
-    const native::Descriptor file = receiver.open(path);
+    const base::Descriptor file = receiver.open(path);
     std::string bytes(kLargestPicture + 1, '\0');
-    bytes.resize(native::readSome(file.number(), bytes.data(), bytes.size(), path));
+    bytes.resize(base::readSome(file.number(), bytes.data(), bytes.size(), path));
     if (bytes.size() > kLargestPicture) return std::nullopt;
     for (const auto& [begin, type] : kTypes) {
       if (bytes.starts_with(begin)) return PictureFile{std::move(bytes), type};
     }
-  } catch (const plain::Error&) {
+  } catch (const base::SystemError&) {
     // What cannot be read is not there.
   }
   return std::nullopt;

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "host/native/Root.h"
+#include "base/Root.h"
 
 namespace desk::drawing {
 
@@ -14,7 +14,7 @@ struct PictureFile {
 };
 
 /// Reads a picture of the receiver; nothing where there is none.
-std::optional<PictureFile> readPicture(const native::Root& receiver, const std::string& path);
+std::optional<PictureFile> readPicture(const base::Root& receiver, const std::string& path);
 
 /// Returns a picture as a data URL (RFC 2397).
 std::string dataUrlOf(const PictureFile& picture);

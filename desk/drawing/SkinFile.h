@@ -14,7 +14,7 @@ struct SkinFile {
 };
 
 /// Reads a skin's file, the sample skin for pictures of 1280x720 where `file` is empty. Raises
-/// SkinError, with the file's name and the place in it, for a fault, and plain::Error ("OSError")
+/// SkinError, with the file's name and the place in it, for a fault, and base::SystemError
 /// when it cannot be read.
 SkinFile readSkin(const std::filesystem::path& file);
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <sstream>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace desk::drawing {
 namespace {
@@ -47,7 +47,7 @@ Pane Pane::add(const SkinArea& area) {
 }
 
 void Pane::set(const char* name, const std::string& value) {
-  node_.append_attribute(name) = native::shownXml(value).c_str();
+  node_.append_attribute(name) = base::escapeForXml(value).c_str();
 }
 
 void Pane::fill(const SkinArea& area, const Colour& colour) {

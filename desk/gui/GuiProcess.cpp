@@ -15,11 +15,11 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/Escape.h"
+#include "base/SystemError.h"
 #include "desk/protocol/Channel.h"
 #include "desk/protocol/Json.h"
 #include "host/native/Enclosure.h"
-#include "host/native/OsError.h"
-#include "host/native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -30,13 +30,15 @@ constexpr const char* kGuiLog = "/var/log/enigma2.log";
 /// The GUI's end of the channel.
 class Reporter : public Observer {
  public:
-  explicit Reporter(native::Descriptor socket) : channel_(std::move(socket)) {}
+  explicit Reporter(base::Descriptor socket) : channel_(std::move(socket)) {}
 
-  void onLogLine(const std::string& line) override { send(LogLine{native::shownText(line)}); }
+  void onLogLine(const std::string& line) override { send(LogLine{base::escapeInvalidUtf8(line)}); }
   void onCommand(const std::string& command) override {
-    send(CommandStart{native::shownText(command)});
+    send(CommandStart{base::escapeInvalidUtf8(command)});
   }
-  void onError(const std::string& text) override { send(UncaughtError{native::shownText(text)}); }
+  void onError(const std::string& text) override {
+    send(UncaughtError{base::escapeInvalidUtf8(text)});
+  }
 
   void send(const Report& report) { channel_.send(writer_.jsonOf(report)); }
 
@@ -58,16 +60,16 @@ void resetSignals() {
 
 /// Takes the process and its commands off whatever the supervisor reads from and writes to.
 void leaveStandardStreams() {
-  const native::Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
+  const base::Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (dup2(nothing.number(), stream) < 0) throw native::osError(errno, "/dev/null");
+    if (dup2(nothing.number(), stream) < 0) throw base::SystemError(errno, "/dev/null");
   }
 }
 
 /// Sends what the process and its commands print to the receiver's own log. Without one they cannot
 /// print.
 void redirectOutput() {
-  const native::Descriptor log(open(kGuiLog, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+  const base::Descriptor log(open(kGuiLog, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
   for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
     dup2(log ? log.number() : STDIN_FILENO, stream);
   }
@@ -169,7 +171,7 @@ void runGuiProcess(const std::filesystem::path& dir, bool is_enclosed,
                    const Application& application) {
   setsid();
   resetSignals();
-  Reporter reporter(native::Descriptor(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)));
+  Reporter reporter(base::Descriptor(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)));
   try {
     leaveStandardStreams();
     native::enterEnclosure(dir, is_enclosed, reporter.channel().descriptor());
@@ -181,7 +183,7 @@ void runGuiProcess(const std::filesystem::path& dir, bool is_enclosed,
     Loop(reporter, receiver).run();
     unlink(kPidFile);
   } catch (const std::exception& error) {
-    reporter.send(Fatal{native::shownText(error.what())});
+    reporter.send(Fatal{base::escapeInvalidUtf8(error.what())});
   }
   // Not exit(): nothing that is left has to be undone.
   _exit(EXIT_FAILURE);

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace desk {
 namespace {
@@ -44,21 +44,22 @@ RowList* MessageBoxLayer::rowList() {
 }
 
 Content MessageBoxLayer::content() const {
-  return MessageContent{
-      .type = shownType(box_.type), .text = native::shownText(box_.text), .timeout = box_.timeout};
+  return MessageContent{.type = shownType(box_.type),
+                        .text = base::escapeInvalidUtf8(box_.text),
+                        .timeout = box_.timeout};
 }
 
 ChoiceBoxLayer::ChoiceBoxLayer(const ChoiceBox& box)
     : Layer("ChoiceBox"), question_(box.title), choices_(box.list) {
   std::vector<Row> rows;
   for (const host::Object& choice : choices_) {
-    rows.push_back({native::shownText(plain::textOf(choice.item(0)))});
+    rows.push_back({base::escapeInvalidUtf8(plain::textOf(choice.item(0)))});
   }
   rows_.setRows(std::move(rows));
 }
 
 Content ChoiceBoxLayer::content() const {
-  return ChoiceContent{native::shownText(question_)};
+  return ChoiceContent{base::escapeInvalidUtf8(question_)};
 }
 
 void ChoiceBoxLayer::handleKey(const std::string& key) {

@@ -5,7 +5,7 @@
 namespace desk {
 
 /// Binds the channel database of the stand-in: it reads the channel files of the receiver and tells
-/// its log what it has found. Reading raises plain::Error ("OSError") when the satellite table
+/// its log what it has found. Reading raises base::SystemError when the satellite table
 /// cannot be read.
 void bindChannels(plain::Host& host);
 

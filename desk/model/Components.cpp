@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace desk {
 
@@ -25,7 +25,7 @@ host::Object ListWidget::invoke(std::string_view name, host::Arguments arguments
 Row rowOfTuple(const host::Object& tuple) {
   const std::vector<host::Object>& items = plain::itemsOf(tuple);
   const auto shown = [](const host::Object& text) {
-    return native::shownText(plain::textOf(text));
+    return base::escapeInvalidUtf8(plain::textOf(text));
   };
   const bool has_picture = items.size() > 3 && !items[3].isNone();
   return {.text = shown(items.at(1)),
@@ -34,7 +34,7 @@ Row rowOfTuple(const host::Object& tuple) {
 }
 
 Row rowOfName(const host::Object& name) {
-  return {native::shownText(plain::textOf(name))};
+  return {base::escapeInvalidUtf8(plain::textOf(name))};
 }
 
 }  // namespace desk

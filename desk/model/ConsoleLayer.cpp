@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "host/native/ShownText.h"
-#include "host/plain/Error.h"
+#include "base/Escape.h"
+#include "base/SystemError.h"
 
 namespace desk {
 namespace {
@@ -53,13 +53,13 @@ void ConsoleLayer::runNext() {
       jobs_.start(
           {"/bin/sh", "-c", command}, [this](const std::string& bytes) { addOutput(bytes); },
           [this](int exit_status) {
-            addText(native::shownText(std::exchange(unread_, "")));
+            addText(base::escapeInvalidUtf8(std::exchange(unread_, "")));
             if (exit_status != 0) addText("[exit status " + std::to_string(exit_status) + "]\n");
             runNext();
           });
       return;
-    } catch (const plain::Error& error) {
-      addText(native::shownText(error.what()) + "\n");
+    } catch (const base::SystemError& error) {
+      addText(base::escapeInvalidUtf8(error.what()) + "\n");
     }
   }
   running_ = false;
@@ -68,7 +68,7 @@ void ConsoleLayer::runNext() {
 void ConsoleLayer::addOutput(const std::string& bytes) {
   unread_ += bytes;
   const std::size_t length = lengthOfWhole(unread_);
-  addText(native::shownText(unread_.substr(0, length)));
+  addText(base::escapeInvalidUtf8(unread_.substr(0, length)));
   unread_.erase(0, length);
 }
 

@@ -1,8 +1,8 @@
 #include "desk/model/IpkgLayer.h"
 
+#include "base/Escape.h"
+#include "base/SystemError.h"
 #include "desk/model/Opkg.h"
-#include "host/native/ShownText.h"
-#include "host/plain/Error.h"
 
 namespace desk {
 
@@ -24,7 +24,7 @@ void IpkgLayer::runNext() {
         runNext();
       });
       return;
-    } catch (const plain::Error&) {
+    } catch (const base::SystemError&) {
       package.state = Package::State::failed;
     }
   }
@@ -37,7 +37,7 @@ void IpkgLayer::handleKey(const std::string& key) {
 
 Content IpkgLayer::content() const {
   PackagesContent content{.packages = packages_, .is_running = running_};
-  for (Package& package : content.packages) package.name = native::shownText(package.name);
+  for (Package& package : content.packages) package.name = base::escapeInvalidUtf8(package.name);
   return content;
 }
 

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,7 +11,8 @@
 #include <csignal>
 #include <utility>
 
-#include "host/native/OsError.h"
+#include "base/Process.h"
+#include "base/SystemError.h"
 
 namespace desk {
 namespace {
@@ -22,15 +22,15 @@ namespace {
 constexpr int kBlocksAtOnce = 16;
 
 struct Pipe {
-  native::Descriptor read_end;
-  native::Descriptor write_end;
+  base::Descriptor read_end;
+  base::Descriptor write_end;
 };
 
 Pipe makePipe() {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw native::osError(errno, "pipe");
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw base::SystemError(errno, "pipe");
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
-  return {native::Descriptor(ends[0]), native::Descriptor(ends[1])};
+  return {base::Descriptor(ends[0]), base::Descriptor(ends[1])};
 }
 
 /// Starts `argv` with both outputs going into `output`.
@@ -47,7 +47,7 @@ pid_t spawn(const std::vector<std::string>& argv, int output) {
   pid_t pid = 0;
   const int failure = posix_spawnp(&pid, words[0], &actions, nullptr, words.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
-  if (failure != 0) throw native::osError(failure, argv[0]);
+  if (failure != 0) throw base::SystemError(failure, argv[0]);
   return pid;
 }
 
@@ -57,14 +57,14 @@ void end(pid_t pid) {
   waitpid(pid, nullptr, 0);
 }
 
-/// Returns a descriptor that is readable once `pid` has ended: pidfd_open(2), which this C library
-/// has no name for. A process that cannot be watched is ended.
-native::Descriptor watchProcess(pid_t pid) {
-  native::Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
-  if (process) return process;
-  const int reason = errno;
-  end(pid);
-  throw native::osError(reason, "pidfd_open");
+/// A process that cannot be watched is ended.
+base::Descriptor watchProcess(pid_t pid) {
+  try {
+    return base::openProcess(pid);
+  } catch (...) {
+    end(pid);
+    throw;
+  }
 }
 
 /// Returns the exit status as a shell gives it.

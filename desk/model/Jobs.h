@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace desk {
 
@@ -26,7 +26,7 @@ class Jobs {
 
   /// Starts the program `argv[0]`, found in PATH, with standard output and error reported to
   /// `on_output` and its end to `on_end`, with its exit status (128 and the signal's number when a
-  /// signal ended it). Raises plain::Error ("OSError") when it cannot be started.
+  /// signal ended it). Raises base::SystemError when it cannot be started.
   void start(const std::vector<std::string>& argv, OnOutput on_output, OnEnd on_end);
 
   /// Whether nothing is running.
@@ -41,8 +41,8 @@ class Jobs {
  private:
   struct Job {
     pid_t pid;
-    native::Descriptor process;  ///< readable once the program has ended
-    native::Descriptor output;
+    base::Descriptor process;  ///< readable once the program has ended
+    base::Descriptor output;
     OnOutput on_output;
     OnEnd on_end;
   };

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/Escape.h"
 #include "desk/model/Components.h"
 #include "desk/model/KeyMap.h"
-#include "host/native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -71,7 +71,7 @@ Content ScreenLayer::content() const {
   ScreenContent content{.skin = skin_};
   for (const auto& [name, widget] : screen_.screen().widgets) {
     if (const auto* const text = plain::as<plain::TextWidget>(widget)) {
-      content.texts[name] = native::shownText(plain::textOf(text->text));
+      content.texts[name] = base::escapeInvalidUtf8(plain::textOf(text->text));
     } else if (plain::as<ListWidget>(widget)) {
       content.list = name;
     }

@@ -2,11 +2,11 @@
 
 #include <utility>
 
+#include "base/Escape.h"
 #include "desk/model/Boxes.h"
 #include "desk/model/ConsoleLayer.h"
 #include "desk/model/IpkgLayer.h"
 #include "desk/model/ScreenLayer.h"
-#include "host/native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -80,7 +80,7 @@ std::vector<LayerView> Session::views() const {
     const RowList* const list = layer->rowList();
     views.push_back({.id = id,
                      .screen = layer->className(),
-                     .title = native::shownText(layer->title()),
+                     .title = base::escapeInvalidUtf8(layer->title()),
                      .rows = list ? list->sharedRows() : noRows(),
                      .selected = list ? static_cast<std::size_t>(list->selected()) : 0,
                      .content = layer->content()});

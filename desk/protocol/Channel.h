@@ -4,14 +4,14 @@
 #include <string>
 #include <utility>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace desk {
 
 /// One end of the socket between the GUI process and its supervisor, which carries lines.
 class Channel {
  public:
-  explicit Channel(native::Descriptor socket) : socket_(std::move(socket)) {}
+  explicit Channel(base::Descriptor socket) : socket_(std::move(socket)) {}
 
   /// Sends a line. A peer that has gone is no error: receiving tells.
   void send(const std::string& line);
@@ -30,7 +30,7 @@ class Channel {
  private:
   bool readMore();
 
-  native::Descriptor socket_;
+  base::Descriptor socket_;
   std::string unread_;
 };
 

@@ -3,7 +3,7 @@
 #include <cctype>
 #include <string_view>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace desk {
 namespace {
@@ -76,8 +76,8 @@ bool isPress(const std::string& text) {
 std::vector<Word> parseWords(const std::string& script) {
   std::vector<Word> words;
   for (const std::string& text : split(script)) {
-    if (native::shownText(text) != text) {
-      throw UnknownWord("'" + native::shownText(text) +
+    if (base::escapeInvalidUtf8(text) != text) {
+      throw UnknownWord("'" + base::escapeInvalidUtf8(text) +
                         "' is not valid UTF-8; rows show such bytes as \\xNN");
     }
     if (text == kSelect) {

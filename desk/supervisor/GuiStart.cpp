@@ -29,7 +29,7 @@ void executeGui(const std::vector<std::string>& arguments, Channel channel,
   close_range(static_cast<unsigned>(end), ~0U, 0);
   execv("/proc/self/exe", words.data());
   const std::string reason = std::strerror(errno);
-  Channel(native::Descriptor(STDIN_FILENO))
+  Channel(base::Descriptor(STDIN_FILENO))
       .send(ReportWriter().jsonOf(Fatal{"cannot execute the GUI process: " + reason}));
   _exit(EXIT_FAILURE);
 }

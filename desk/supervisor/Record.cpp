@@ -7,11 +7,13 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "base/Files.h"
+
 namespace desk {
 
-Record::Record(const std::filesystem::path& path) {
+Record::Record(const std::filesystem::path& path) : path_(path) {
   if (path.empty()) return;
-  file_ = native::Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+  file_ = base::Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
   if (!file_) {
     throw std::runtime_error("cannot write " + path.string() + ": " + std::strerror(errno));
   }
@@ -22,9 +24,7 @@ void Record::append(const std::string& text) const {
   std::string line;
   for (const char character : text) line += character == '\n' ? "\\n" : std::string(1, character);
   line += '\n';
-  if (write(file_.number(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-    throw std::runtime_error(std::string("cannot write a record: ") + std::strerror(errno));
-  }
+  base::writeAll(file_.number(), line, path_);
 }
 
 }  // namespace desk

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace desk {
 
@@ -20,12 +20,13 @@ class Record {
   /// Whether something is recorded at all.
   explicit operator bool() const { return static_cast<bool>(file_); }
 
-  /// Appends `text` as one line, with a line break within it as "\n". Raises std::runtime_error
+  /// Appends `text` as one line, with a line break within it as "\n". Raises base::SystemError
   /// when it cannot be written.
   void append(const std::string& text) const;
 
  private:
-  native::Descriptor file_;
+  std::string path_;
+  base::Descriptor file_;
 };
 
 }  // namespace desk

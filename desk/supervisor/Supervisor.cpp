@@ -31,8 +31,8 @@ void Supervisor::start() {
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
     throw std::runtime_error(std::string("cannot make a socket: ") + std::strerror(errno));
   }
-  native::Descriptor ours(ends[0]);
-  native::Descriptor theirs(ends[1]);
+  base::Descriptor ours(ends[0]);
+  base::Descriptor theirs(ends[1]);
   gui_ = fork();
   if (gui_ < 0) {
     throw std::runtime_error(std::string("cannot start the GUI: ") + std::strerror(errno));

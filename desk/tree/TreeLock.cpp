@@ -14,8 +14,8 @@
 #include <string>
 #include <thread>
 
+#include "base/Escape.h"
 #include "desk/tree/ReceiverTree.h"
-#include "host/native/ShownText.h"
 
 namespace desk {
 namespace {
@@ -44,8 +44,8 @@ std::string holderOf(int file) {
     std::string subcommand;
     if (!std::getline(words, command, '\0') || !std::getline(words, subcommand, '\0')) continue;
     return "process " + process + " (" +
-           native::shownLine(std::filesystem::path(command).filename().string() + " " +
-                             subcommand) +
+           base::escapeControls(std::filesystem::path(command).filename().string() + " " +
+                                subcommand) +
            ")";
   }
   return "another stowline";

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace desk {
 
@@ -20,7 +20,7 @@ class TreeLock {
   int descriptor() const { return dir_.number(); }
 
  private:
-  native::Descriptor dir_;
+  base::Descriptor dir_;
 };
 
 }  // namespace desk

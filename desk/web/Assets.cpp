@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <string_view>
 
+#include "base/Files.h"
+#include "base/SystemError.h"
 #include "desk/drawing/Pictures.h"
-#include "host/native/Reading.h"
-#include "host/plain/Error.h"
 
 namespace desk::web {
 namespace {
@@ -46,8 +46,8 @@ std::optional<Asset> Pictures::find(const std::string& path) {
 
 std::optional<Asset> readFont(const std::filesystem::path& file) {
   try {
-    return Asset{.content = native::readFile(file), .type = "font/ttf"};
-  } catch (const plain::Error&) {
+    return Asset{.content = base::readFile(file), .type = "font/ttf"};
+  } catch (const base::SystemError&) {
     return std::nullopt;
   }
 }

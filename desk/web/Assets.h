@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "base/Root.h"
 #include "desk/web/Server.h"
-#include "host/native/Root.h"
 
 namespace desk::web {
 
@@ -16,7 +16,7 @@ namespace desk::web {
 /// any thread.
 class Pictures {
  public:
-  /// `token`: the server's. Raises plain::Error ("OSError") where there is no receiver.
+  /// `token`: the server's. Raises base::SystemError where there is no receiver.
   Pictures(const std::filesystem::path& receiver, std::string token)
       : receiver_(receiver), token_(std::move(token)) {}
 
@@ -28,7 +28,7 @@ class Pictures {
   std::optional<Asset> find(const std::string& path);
 
  private:
-  native::Root receiver_;
+  base::Root receiver_;
   std::string token_;
   std::mutex mutex_;
   std::set<std::string> named_;

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <nlohmann/json.hpp>
 
-#include "host/native/OsError.h"
+#include "base/SystemError.h"
 
 namespace desk::web {
 namespace {
@@ -24,7 +24,7 @@ std::string event(const std::string& name, const std::string& data) {
 }  // namespace
 
 Board::Board() : pressed_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  if (!pressed_) throw native::osError(errno, "eventfd");
+  if (!pressed_) throw base::SystemError(errno, "eventfd");
 }
 
 void Board::showPicture(const nlohmann::ordered_json& picture) {

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace desk::web {
 
@@ -24,7 +24,7 @@ class Board {
     std::uint64_t lines = 0;
   };
 
-  /// Raises plain::Error ("OSError").
+  /// Raises base::SystemError.
   Board();
 
   /// Puts a picture up in the place of the one before: an object whose "svg" is the picture itself.
@@ -64,7 +64,7 @@ class Board {
   std::uint64_t lines_ = 0;  ///< so many have been added
   std::deque<std::string> last_lines_;
   std::deque<std::string> words_;
-  native::Descriptor pressed_;
+  base::Descriptor pressed_;
   bool has_ended_ = false;
 };
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <utility>
 
-#include "host/native/OsError.h"
+#include "base/SystemError.h"
 
 namespace desk::web {
 namespace {
@@ -46,7 +46,7 @@ bool waitFor(std::array<pollfd, count>& watched, Milliseconds patience) {
 class Connection : public httplib::Stream {
  public:
   /// `closing` is readable when the server closes.
-  Connection(native::Descriptor socket, int closing)
+  Connection(base::Descriptor socket, int closing)
       : socket_(std::move(socket)), closing_(closing) {}
 
   /// Says that there is no more to come, and lets the other end close first: what it has sent and
@@ -106,7 +106,7 @@ class Connection : public httplib::Stream {
     return true;
   }
 
-  native::Descriptor socket_;
+  base::Descriptor socket_;
   int closing_;
   std::array<char, 4096> buffer_{};
   std::string_view unread_;             ///< what the buffer has beyond what has been read
@@ -148,7 +148,7 @@ void setOptions(socket_t socket) {
 
 Http::Http(int port) : closing_(eventfd(0, EFD_CLOEXEC)) {
   constexpr const char* kLoopback = "127.0.0.1";
-  if (!closing_) throw native::osError(errno, "eventfd");
+  if (!closing_) throw base::SystemError(errno, "eventfd");
   new_task_queue = [] { return new Workers; };
   set_socket_options(setOptions);
   set_tcp_nodelay(true);
@@ -166,7 +166,7 @@ void Http::close() {
 }
 
 bool Http::process_and_close_socket(socket_t socket) {
-  Connection connection(native::Descriptor(socket), closing_.number());
+  Connection connection(base::Descriptor(socket), closing_.number());
   bool is_closed = false;
   const bool is_read = process_request(connection, true, is_closed, makePlain);
   connection.finish();

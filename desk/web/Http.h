@@ -2,7 +2,7 @@
 
 #include <httplib.h>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 namespace desk::web {
 
@@ -12,7 +12,7 @@ namespace desk::web {
 class Http : public httplib::Server {
  public:
   /// Binds to `port`, to any free one for 0. Raises std::runtime_error when it cannot, and
-  /// plain::Error ("OSError").
+  /// base::SystemError.
   explicit Http(int port);
 
   int port() const { return port_; }
@@ -24,7 +24,7 @@ class Http : public httplib::Server {
  private:
   bool process_and_close_socket(socket_t socket) override;
 
-  native::Descriptor closing_;  ///< readable when the server closes
+  base::Descriptor closing_;  ///< readable when the server closes
   int port_;
 };
 

@@ -6,12 +6,12 @@
 #include <cerrno>
 #include <utility>
 
+#include "base/SystemError.h"
 #include "desk/protocol/Word.h"
 #include "desk/web/Http.h"
 #include "desk/web/page_css.h"
 #include "desk/web/page_html.h"
 #include "desk/web/page_js.h"
-#include "host/native/OsError.h"
 
 namespace desk::web {
 namespace {
@@ -64,7 +64,7 @@ void replaceAll(std::string& text, std::string_view mark, const std::string& by)
 std::string randomToken() {
   std::array<unsigned char, 16> bytes{};
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-    throw native::osError(errno, "getrandom");
+    throw base::SystemError(errno, "getrandom");
   }
   std::string token;
   for (const unsigned char byte : bytes) {

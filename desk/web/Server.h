@@ -23,7 +23,7 @@ struct Asset {
   std::string type;  ///< of the Internet (RFC 6838)
 };
 
-/// Returns 128 random bits in hexadecimal digits. Raises plain::Error ("OSError").
+/// Returns 128 random bits in hexadecimal digits. Raises base::SystemError.
 std::string randomToken();
 
 /// Serves the page to viewers on this machine, who know the address that only its user has been

@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 namespace desk::web {
 namespace {
@@ -99,7 +99,7 @@ void WebFrontEnd::refresh(const Moment& moment) {
 void WebFrontEnd::addNotices() {
   const auto& lines = drawing_.notices().lines();
   for (; notices_ < lines.size(); ++notices_) {
-    addLine("notice", "skin: " + native::shownLine(lines[notices_]));
+    addLine("notice", "skin: " + base::escapeControls(lines[notices_]));
   }
 }
 

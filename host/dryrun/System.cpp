@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <utility>
 
-#include "host/native/OsError.h"
-#include "host/native/Reading.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 
 namespace dryrun {
 namespace {
@@ -21,7 +21,7 @@ bool isWithin(const std::string& path, const std::string& directory) {
 /// Where a receiver's path is found: the directory that holds it, null for none, and the path
 /// there.
 struct System::Place {
-  const native::Root* root;
+  const base::Root* root;
   std::string path;
 };
 
@@ -32,7 +32,7 @@ System::Place System::placeOf(const std::string& path) const {
   return {receiver_ ? &*receiver_ : nullptr, path};
 }
 
-void System::mount(const std::string& path, native::Root directory) {
+void System::mount(const std::string& path, base::Root directory) {
   mounted_.insert_or_assign(path, std::move(directory));
 }
 
@@ -49,7 +49,7 @@ std::vector<std::string> System::popen(const std::string& command) {
 std::vector<std::string> System::open(const std::string& path) {
   const Place place = placeOf(path);
   if (!place.root) return {};
-  return native::linesOf(native::readAll(place.root->open(place.path).number(), path));
+  return base::linesOf(base::readAll(place.root->open(place.path).number(), path));
 }
 
 const std::vector<std::string>& System::namesIn(const std::string& path) {
@@ -99,7 +99,7 @@ bool System::exists(const std::string& path) {
 
 long long System::fileSize(const std::string& path) {
   const std::optional<Status>& status = statusOf(path);
-  if (!status) throw native::osError(ENOENT, path);
+  if (!status) throw base::SystemError(ENOENT, path);
   return status->size;
 }
 

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/Root.h"
 #include "host/native/NativeSystem.h"
-#include "host/native/Root.h"
 #include "host/plain/System.h"
 
 namespace dryrun {
@@ -20,10 +20,10 @@ class System : public plain::System {
  public:
   /// `receiver`: the receiver's files. Without one, every file is taken to be there and to be
   /// empty, but for those of a mounted directory.
-  explicit System(std::optional<native::Root> receiver) : receiver_(std::move(receiver)) {}
+  explicit System(std::optional<base::Root> receiver) : receiver_(std::move(receiver)) {}
 
   /// From now on the receiver's `path` and what is below it is found in `directory`.
-  void mount(const std::string& path, native::Root directory);
+  void mount(const std::string& path, base::Root directory);
 
   /// Whether `path` names a regular file.
   bool isFile(const std::string& path);
@@ -70,8 +70,8 @@ class System : public plain::System {
   std::optional<Status> readStatus(const std::string& path) const;
   const std::optional<Status>& statusOf(const std::string& path);
 
-  std::optional<native::Root> receiver_;
-  std::map<std::string, native::Root> mounted_;
+  std::optional<base::Root> receiver_;
+  std::map<std::string, base::Root> mounted_;
   std::unordered_map<std::string, std::vector<std::string>> names_;
   std::unordered_map<std::string, std::optional<Status>> statuses_;
   /// The status that was asked for last, which mostly is asked for again.

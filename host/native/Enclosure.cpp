@@ -28,7 +28,8 @@
 #include <string>
 #include <utility>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
+#include "base/Process.h"
 
 namespace native {
 namespace {
@@ -82,7 +83,8 @@ std::string identityMap(const char* path) {
 }
 
 void writeText(const std::string& path, const std::string& text) {
-  const Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  const base::Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  // A map is taken by one write (user_namespaces(7)).
   require(
       file && write(file.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size()),
       path.c_str());
@@ -228,13 +230,13 @@ int waitForEnd(pid_t first, int lifeline) {
   sigemptyset(&ending);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&ending, signal);
   sigprocmask(SIG_BLOCK, &ending, nullptr);
-  const Descriptor asked(signalfd(-1, &ending, SFD_CLOEXEC));
-  const Descriptor ended(static_cast<int>(syscall(SYS_pidfd_open, first, 0)));
-  if (!asked || !ended) kill(first, SIGKILL);
+  const base::Descriptor asked(signalfd(-1, &ending, SFD_CLOEXEC));
+  const base::Descriptor ended(base::openProcess(first));
+  if (!asked) kill(first, SIGKILL);
   std::array<pollfd, 3> watched = {pollfd{.fd = ended.number(), .events = POLLIN, .revents = 0},
                                    pollfd{.fd = asked.number(), .events = POLLIN, .revents = 0},
                                    pollfd{.fd = lifeline, .events = 0, .revents = 0}};
-  while (ended && poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
+  while (asked && poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
   }
   if (watched[0].revents == 0) kill(first, SIGKILL);
   int status = 0;
@@ -248,7 +250,7 @@ int waitForEnd(pid_t first, int lifeline) {
 
 /// Lets the first process of the enclosure end with the one that waits outside, which has told it
 /// to begin.
-void endWithParent(const Descriptor& outside) {
+void endWithParent(const base::Descriptor& outside) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   char begin = 0;
   if (read(outside.number(), &begin, 1) != 1) _exit(EXIT_FAILURE);
@@ -285,8 +287,8 @@ void enterEnclosure(const std::filesystem::path& dir, bool is_enclosed, int life
   }
   std::array<int, 2> ends{};
   require(pipe2(ends.data(), O_CLOEXEC) == 0, "pipe");
-  Descriptor outside(ends[0]);
-  Descriptor inside(ends[1]);
+  base::Descriptor outside(ends[0]);
+  base::Descriptor inside(ends[1]);
   const int namespaces = is_enclosed ? kNamespaces : 0;
   const auto first = static_cast<pid_t>(syscall(SYS_clone, namespaces | SIGCHLD, 0, 0, 0, 0));
   if (first < 0 && errno == ENOSPC) {

@@ -11,9 +11,9 @@
 #include <memory>
 #include <utility>
 
-#include "host/native/Descriptor.h"
-#include "host/native/OsError.h"
-#include "host/native/Reading.h"
+#include "base/Descriptor.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 
 namespace native {
 int NativeSystem::system(const std::string& command) {
@@ -22,19 +22,19 @@ int NativeSystem::system(const std::string& command) {
 
 std::vector<std::string> NativeSystem::popen(const std::string& command) {
   FILE* pipe = ::popen(command.c_str(), "re");
-  if (!pipe) throw osError(errno, command);
+  if (!pipe) throw base::SystemError(errno, command);
   const std::unique_ptr<FILE, int (*)(FILE*)> closing(pipe, pclose);
-  return linesOf(readAll(fileno(pipe), command));
+  return base::linesOf(base::readAll(fileno(pipe), command));
 }
 
 std::vector<std::string> NativeSystem::open(const std::string& path) {
-  return linesOf(readFile(path));
+  return base::linesOf(base::readFile(path));
 }
 
 std::vector<std::string> NativeSystem::listdir(const std::string& path) {
-  Descriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!directory) throw osError(errno, path);
-  return namesIn(std::move(directory), path);
+  base::Descriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!directory) throw base::SystemError(errno, path);
+  return base::namesIn(std::move(directory), path);
 }
 
 bool NativeSystem::exists(const std::string& path) {
@@ -44,7 +44,7 @@ bool NativeSystem::exists(const std::string& path) {
 
 long long NativeSystem::fileSize(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) throw osError(errno, path);
+  if (stat(path.c_str(), &status) != 0) throw base::SystemError(errno, path);
   return status.st_size;
 }
 
@@ -55,17 +55,17 @@ void NativeSystem::makedirs(const std::string& path) {
     const std::string parent = directory.substr(0, slash);
     if (mkdir(parent.c_str(), 0777) == 0) continue;
     const int reason = errno;
-    if (!exists(parent)) throw osError(reason, parent);
+    if (!exists(parent)) throw base::SystemError(reason, parent);
   }
-  if (mkdir(directory.c_str(), 0777) != 0) throw osError(errno, path);
+  if (mkdir(directory.c_str(), 0777) != 0) throw base::SystemError(errno, path);
 }
 
 void NativeSystem::remove(const std::string& path) {
-  if (unlink(path.c_str()) != 0) throw osError(errno, path);
+  if (unlink(path.c_str()) != 0) throw base::SystemError(errno, path);
 }
 
 void NativeSystem::chmod(const std::string& path, int mode) {
-  if (::chmod(path.c_str(), static_cast<mode_t>(mode)) != 0) throw osError(errno, path);
+  if (::chmod(path.c_str(), static_cast<mode_t>(mode)) != 0) throw base::SystemError(errno, path);
 }
 
 plain::LocalTime NativeSystem::localtime() {

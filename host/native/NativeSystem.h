@@ -8,7 +8,7 @@
 namespace native {
 
 /// The operating system of this process, by plain POSIX calls. Every failing call raises
-/// plain::Error ("OSError") with its errno and path.
+/// base::SystemError.
 class NativeSystem : public plain::System {
  public:
   int system(const std::string& command) override;

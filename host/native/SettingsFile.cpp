@@ -9,9 +9,10 @@
 #include <optional>
 #include <utility>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
 #include "host/native/NativeSystem.h"
-#include "host/native/OsError.h"
 
 namespace native {
 namespace {
@@ -22,20 +23,12 @@ std::vector<std::string> readLines(const std::string& file) {
   return os.exists(file) ? os.open(file) : std::vector<std::string>{};
 }
 
-void writeAll(int descriptor, const std::string& text, const std::string& path) {
-  for (std::size_t written = 0; written < text.size();) {
-    const ssize_t count = write(descriptor, text.data() + written, text.size() - written);
-    if (count < 0 && errno != EINTR) throw osError(errno, path);
-    if (count > 0) written += static_cast<std::size_t>(count);
-  }
-}
-
 /// Writes `text` to a new file `path` and waits until it is on the medium.
 void writeFile(const std::string& path, const std::string& text) {
-  const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-  if (!file) throw osError(errno, path);
-  writeAll(file.number(), text, path);
-  if (fsync(file.number()) != 0) throw osError(errno, path);
+  const base::Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+  if (!file) throw base::SystemError(errno, path);
+  base::writeAll(file.number(), text, path);
+  if (fsync(file.number()) != 0) throw base::SystemError(errno, path);
 }
 
 /// Puts a file holding `text` in the place of `path`, which is whole at every moment.
@@ -43,8 +36,8 @@ void replaceFile(const std::string& path, const std::string& text) {
   const std::string beside = path + ".new";
   try {
     writeFile(beside, text);
-    if (rename(beside.c_str(), path.c_str()) != 0) throw osError(errno, path);
-  } catch (const plain::Error&) {
+    if (rename(beside.c_str(), path.c_str()) != 0) throw base::SystemError(errno, path);
+  } catch (const base::SystemError&) {
     unlink(beside.c_str());
     throw;
   }

@@ -99,6 +99,19 @@ Error::Error(const std::string& type, const std::string& message, int number)
       message_(message),
       number_(number) {}
 
+Error toError(const base::SystemError& error) {
+  const int number = error.code().value();
+  return {"OSError", "[Errno " + std::to_string(number) + "] " + error.what(), number};
+}
+
+std::string reasonOf(const std::exception& error) {
+  const auto* const raised = dynamic_cast<const Error*>(&error);
+  if (!raised) return error.what();
+  const std::string& message = raised->message();
+  if (!message.starts_with("[Errno ")) return message;
+  return message.substr(message.find("] ") + 2);
+}
+
 bool Constant::equals(const Node& other) const {
   const auto* same = dynamic_cast<const Constant*>(&other);
   return same && same->name == name;

@@ -73,11 +73,11 @@ void Object::set(Text name, const Object& value) const {
 }
 
 Object Object::operator()(Arguments arguments) const {
-  return nodeOf(*this).call(arguments);
+  return plain::raising([&] { return nodeOf(*this).call(arguments); });
 }
 
 Object Object::call(Text name, Arguments arguments) const {
-  return nodeOf(*this).invoke(name.characters(), arguments);
+  return plain::raising([&] { return nodeOf(*this).invoke(name.characters(), arguments); });
 }
 
 Object Object::item(const Object& key) const {

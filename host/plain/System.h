@@ -16,8 +16,7 @@ struct LocalTime {
 };
 
 /// The operating system, as a process sees it: blocking calls, and text that is bytes of no
-/// particular encoding. Every operation may raise Error ("OSError" with the errno unless it says
-/// otherwise).
+/// particular encoding. Every operation may raise base::SystemError.
 class System {
  public:
   virtual ~System() = default;

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 #include "tests/support/command/DeskTest.h"
 #include "tests/support/command/Namespace.h"
 
@@ -179,7 +179,7 @@ TEST_F(AutoTest, RunThatIsRefusedSaysWhyBeforeAnythingIsWritten) {
   {
     const std::string lock = receiver().at("/var/run/stowline-auto.lock");
     writeFile(lock, "");
-    const native::Descriptor file(open(lock.c_str(), O_RDWR | O_CLOEXEC));
+    const base::Descriptor file(open(lock.c_str(), O_RDWR | O_CLOEXEC));
     ASSERT_EQ(flock(file.number(), LOCK_EX | LOCK_NB), 0);
     expectKept(backup(), "stowline: another scheduled backup is running", old);
     EXPECT_EQ(namesOnMedium(), old);

@@ -138,7 +138,7 @@ TEST(ShowRefusals, OneLineSaysWhatIsWrong) {
       {{"x", "--against", empty.path()},
        1,
        "stowline: " + empty.path() +
-           " is no receiver: [Errno 2] No such file or directory: '/proc/stb/info/model'\n"},
+           " is no receiver: No such file or directory: '/proc/stb/info/model'\n"},
   };
   for (const auto& [arguments, status, errors] : kCases) {
     Lines argv = {kStowline, "show"};

@@ -13,10 +13,10 @@
 namespace desk {
 namespace {
 
-std::array<native::Descriptor, 2> socketPair() {
+std::array<base::Descriptor, 2> socketPair() {
   std::array<int, 2> ends{};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) abort();
-  return {native::Descriptor(ends[0]), native::Descriptor(ends[1])};
+  return {base::Descriptor(ends[0]), base::Descriptor(ends[1])};
 }
 
 struct ChannelTest : testing::Test {
@@ -25,9 +25,9 @@ struct ChannelTest : testing::Test {
     ASSERT_EQ(write(peer.number(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
   }
 
-  std::array<native::Descriptor, 2> ends = socketPair();
+  std::array<base::Descriptor, 2> ends = socketPair();
   Channel channel{std::move(ends[0])};
-  native::Descriptor peer = std::move(ends[1]);
+  base::Descriptor peer = std::move(ends[1]);
 };
 
 /// Returns the line, "gone" for none.

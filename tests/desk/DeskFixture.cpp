@@ -23,7 +23,7 @@ void runToEnd(Jobs& jobs) {
 
 Gate::Gate() : pipe_(directory_ / "gate") {
   if (mkfifo(pipe_.c_str(), 0600) != 0) throw std::runtime_error("cannot make " + pipe_);
-  end_ = native::Descriptor(::open(pipe_.c_str(), O_RDWR | O_CLOEXEC));
+  end_ = base::Descriptor(::open(pipe_.c_str(), O_RDWR | O_CLOEXEC));
 }
 
 void Gate::open() const {

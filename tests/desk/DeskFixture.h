@@ -8,11 +8,11 @@
 #include <variant>
 #include <vector>
 
+#include "base/Descriptor.h"
 #include "desk/model/Jobs.h"
 #include "desk/model/Observer.h"
 #include "desk/model/Session.h"
 #include "desk/protocol/Json.h"
-#include "host/native/Descriptor.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
@@ -60,7 +60,7 @@ class Gate {
  private:
   support::TemporaryDirectory directory_;
   std::string pipe_;
-  native::Descriptor end_;
+  base::Descriptor end_;
 };
 
 /// A session without a receiver around it.

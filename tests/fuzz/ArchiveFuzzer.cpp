@@ -23,8 +23,8 @@ class Input : public tarball::Stream {
   std::string_view bytes_;
 };
 
-native::Descriptor fileOf(std::string_view bytes) {
-  native::Descriptor file(memfd_create("input", MFD_CLOEXEC));
+base::Descriptor fileOf(std::string_view bytes) {
+  base::Descriptor file(memfd_create("input", MFD_CLOEXEC));
   if (pwrite(file.number(), bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
     std::abort();
   }

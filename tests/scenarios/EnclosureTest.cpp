@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 #include "tests/support/command/DeskTest.h"
 
 namespace command_test {
@@ -86,7 +86,7 @@ class Outside {
 
  private:
   fs::path file_;
-  native::Descriptor server_;
+  base::Descriptor server_;
   in_port_t port_ = 0;
   int shared_ = -1;
 };

@@ -175,7 +175,7 @@ class LeavingTest(unittest.TestCase):
                     self.terminal.wait_for("QOR Stowline (")
                     self.receiver.hold("bin/tar")
                     self.terminal.press("Down", "Down", "Enter")
-                self.assert_left("stowline: cannot write a record: No space left on device")
+                self.assert_left("stowline: No space left on device: '/dev/full'")
 
     def test_terminal_without_a_screen_of_its_own_gets_an_empty_one(self):
         self.new_terminal(term="vt100")

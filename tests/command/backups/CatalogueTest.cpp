@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/SystemError.h"
 #include "command/backups/Catalogue.h"
-#include "host/plain/Error.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace backups {
@@ -168,7 +168,7 @@ TEST_F(CatalogueTest, MediumWithoutABackupDirectoryIsToldFromOneThatIsNotThere) 
   support::TemporaryDirectory empty;
   EXPECT_THROW(readCatalogue(empty.path(), ""), std::runtime_error);
   EXPECT_FALSE(std::filesystem::exists(empty / "qor-stowline"));
-  EXPECT_THROW(readCatalogue(empty / "none", ""), plain::Error);
+  EXPECT_THROW(readCatalogue(empty / "none", ""), base::SystemError);
 }
 
 TEST_F(CatalogueTest, DeletionsOfNamesThatSayNothingAreFoundForEveryModel) {

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "base/SystemError.h"
 #include "command/backups/VerifyFile.h"
-#include "host/plain/Error.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace backups {
@@ -60,7 +60,7 @@ TEST_F(PluginListTest, EndlessListIsNotReadToItsEnd) {
 }
 
 TEST_F(PluginListTest, ListThatIsNotThereRaises) {
-  EXPECT_THROW(verifyFile(directory / "none", FileKind::plugin_list), plain::Error);
+  EXPECT_THROW(verifyFile(directory / "none", FileKind::plugin_list), base::SystemError);
 }
 
 }  // namespace

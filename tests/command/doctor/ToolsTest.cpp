@@ -63,7 +63,7 @@ Words wordsOf(const std::string& text) {
 
 TEST(Tools, AreThoseThatTheModulesCommandsRunAndTheShell) {
   const support::TemporaryDirectory nothing;
-  dryrun::System empty{native::Root(nothing.path())};
+  dryrun::System empty{base::Root(nothing.path())};
   Words expected = programsOf(commandsOfTheModule());
   expected.insert({"missing:", "sh"});
   EXPECT_EQ(wordsOf(checkTools(empty).detail), expected);

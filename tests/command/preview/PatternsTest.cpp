@@ -20,7 +20,7 @@ struct PatternsTest : testing::Test {
   }
 
   Lines expanded(const std::string& pattern) const {
-    return preview::expand(native::Root(files.path()), pattern).paths;
+    return preview::expand(base::Root(files.path()), pattern).paths;
   }
 
   Files files;
@@ -56,7 +56,7 @@ TEST_F(PatternsTest, LinksLeadNowhereButIntoTheReceiver) {
 TEST_F(PatternsTest, DirectoryThatMayNotBeReadIsNamed) {
   if (geteuid() == 0) GTEST_SKIP() << "root may read every directory";
   chmod(files.at("/etc/one").c_str(), 0);
-  const preview::Expansion expansion = preview::expand(native::Root(files.path()), "/etc/*/x*");
+  const preview::Expansion expansion = preview::expand(base::Root(files.path()), "/etc/*/x*");
   EXPECT_EQ(expansion.paths, Lines{"/etc/two/x"});
   EXPECT_EQ(expansion.unreadable, Lines{"/etc/one"});
   chmod(files.at("/etc/one").c_str(), 0755);

@@ -74,15 +74,14 @@ TEST_F(ReportTest, MembersAreShownWithModeSizeTimePathAndLink) {
 /// What a restore of `archive` does on a receiver.
 preview::Preview restored(std::vector<preview::Change> changes, const std::string& refusal = "") {
   preview::Preview preview = previewOf({});
-  preview.restore.emplace(
-      preview::Restore{.receiver = "box",
-                       .rehearsal = {.model = "solo2",
-                                     .medium = {native::Root("/"), "", "/media"},
-                                     .archive = "/media/archive",
-                                     .refusal = refusal,
-                                     .commands = {"one", "two\nlines"},
-                                     .plan = {}},
-                       .changes = std::move(changes)});
+  preview.restore.emplace(preview::Restore{.receiver = "box",
+                                           .rehearsal = {.model = "solo2",
+                                                         .medium = {base::Root("/"), "", "/media"},
+                                                         .archive = "/media/archive",
+                                                         .refusal = refusal,
+                                                         .commands = {"one", "two\nlines"},
+                                                         .plan = {}},
+                                           .changes = std::move(changes)});
   return preview;
 }
 

@@ -84,7 +84,7 @@ void Files::writeOutside(const std::string& name, const std::string& content) co
 }
 
 Lines Files::told(const preview::Plan& plan, const std::vector<std::string>& archives) const {
-  const native::Root root(path());
+  const base::Root root(path());
   preview::Forecast forecast(root, plan);
   for (const std::string& archive : archives) {
     tarball::Reader reader(std::make_unique<Bytes>(archive));

@@ -18,7 +18,7 @@ struct HostTest : testing::Test {
   }
 
   support::TemporaryDirectory receiver;
-  System system{native::Root(receiver.path())};
+  System system{base::Root(receiver.path())};
   Host host{system, "", receiver / "settings"};
 };
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/SystemError.h"
 #include "host/dryrun/System.h"
-#include "host/plain/Error.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace dryrun {
@@ -28,12 +28,12 @@ struct SystemTest : testing::Test {
     receiver.write("media/hdd/hidden", "");
     medium.makeDirectory("backups");
     medium.write("backups/one", "12345");
-    system.mount("/media/hdd", native::Root(medium.path()));
+    system.mount("/media/hdd", base::Root(medium.path()));
   }
 
   support::TemporaryDirectory receiver;
   support::TemporaryDirectory medium;
-  System system{native::Root(receiver.path())};
+  System system{base::Root(receiver.path())};
 };
 
 TEST_F(SystemTest, FilesAreTheReceiversAndThoseOfAMountedDirectory) {
@@ -48,10 +48,10 @@ TEST_F(SystemTest, FilesAreTheReceiversAndThoseOfAMountedDirectory) {
 
 TEST_F(SystemTest, WhatIsNotThereRaisesAsAnOperatingSystemDoes) {
   EXPECT_FALSE(system.exists("/etc/passwd"));
-  EXPECT_THROW(system.open("/etc/passwd"), plain::Error);
-  EXPECT_THROW(system.fileSize("/etc/passwd"), plain::Error);
-  EXPECT_THROW(system.listdir("/none"), plain::Error);
-  EXPECT_THROW(system.listdir("/none"), plain::Error);
+  EXPECT_THROW(system.open("/etc/passwd"), base::SystemError);
+  EXPECT_THROW(system.fileSize("/etc/passwd"), base::SystemError);
+  EXPECT_THROW(system.listdir("/none"), base::SystemError);
+  EXPECT_THROW(system.listdir("/none"), base::SystemError);
 }
 
 TEST_F(SystemTest, CommandsAndRemovalsAreWrittenDownInOrderAndDoNothing) {
@@ -78,7 +78,7 @@ TEST_F(SystemTest, PretendedFileIsThereAndListed) {
 
 TEST_F(SystemTest, WithoutAReceiverEveryFileOfItIsTakenToBeThereAndEmpty) {
   System any(std::nullopt);
-  any.mount("/media/hdd", native::Root(medium.path()));
+  any.mount("/media/hdd", base::Root(medium.path()));
   EXPECT_TRUE(any.exists("/etc/samba/smb.conf"));
   EXPECT_EQ(any.fileSize("/etc/samba/smb.conf"), 0);
   EXPECT_EQ(any.open("/etc/samba/smb.conf"), Names{});

@@ -111,24 +111,22 @@ TEST_F(SettingsFileTest, LastLineWithoutNewlineIsCompleted) {
 
 TEST_F(SettingsFileTest, WithoutTheDirectoryRaises) {
   EXPECT_EQ(raised([&] { SettingsFile(directory / "gone/settings").store({}); }),
-            "2 OSError: [Errno 2] No such file or directory: '" +
-                (directory / "gone/settings.new") + "'");
+            "No such file or directory: '" + (directory / "gone/settings.new") + "'");
 }
 
 TEST_F(SettingsFileTest, FailureKeepsTheOldFileWhole) {
   directory.write("settings", "config.a=1\n");
   directory.makeDirectory("settings.new");
   EXPECT_EQ(raised([&] { store("/media/usb"); }),
-            "21 OSError: [Errno 21] Is a directory: '" + (directory / "settings.new") + "'");
+            "Is a directory: '" + (directory / "settings.new") + "'");
   EXPECT_EQ(directory.read("settings"), "config.a=1\n");
 }
 
 TEST_F(SettingsFileTest, FullMediumKeepsTheOldFileWholeAndLeavesNoOther) {
   directory.write("settings", "config.a=1\n");
   directory.makeLink("settings.new", "/dev/full");
-  EXPECT_EQ(
-      raised([&] { store("/media/usb"); }),
-      "28 OSError: [Errno 28] No space left on device: '" + (directory / "settings.new") + "'");
+  EXPECT_EQ(raised([&] { store("/media/usb"); }),
+            "No space left on device: '" + (directory / "settings.new") + "'");
   EXPECT_EQ(directory.read("settings"), "config.a=1\n");
   EXPECT_FALSE(has("settings.new"));
 }
@@ -136,7 +134,7 @@ TEST_F(SettingsFileTest, FullMediumKeepsTheOldFileWholeAndLeavesNoOther) {
 TEST_F(SettingsFileTest, FailureToReplaceRaisesAndLeavesNoOther) {
   directory.makeDirectory("settings/in the way");
   EXPECT_EQ(raised([&] { store("/media/usb"); }),
-            "21 OSError: [Errno 21] Is a directory: '" + (directory / "settings") + "'");
+            "Is a directory: '" + (directory / "settings") + "'");
   EXPECT_FALSE(has("settings.new"));
 }
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Descriptor.h"
 #include "command/archive/Verify.h"
-#include "host/native/Descriptor.h"
 
 namespace archive_test {
 
@@ -34,7 +34,7 @@ class ArchiveFile {
   Lines verdict() const;
 
  private:
-  native::Descriptor file_;
+  base::Descriptor file_;
 };
 
 /// The places of the archives that the tests make.

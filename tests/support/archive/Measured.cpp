@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define STOWLINE_ADDRESS_SANITIZER 1
@@ -44,8 +44,8 @@ std::string readAll(int descriptor) {
 Measured measured(const std::function<std::string()>& work) {
   int ends[2];
   if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-  native::Descriptor reading(ends[0]);
-  native::Descriptor writing(ends[1]);
+  base::Descriptor reading(ends[0]);
+  base::Descriptor writing(ends[1]);
   const pid_t child = fork();
   if (child < 0) throw std::runtime_error("no process");
   if (child == 0) {

@@ -1,4 +1,4 @@
-#include "host/native/Root.h"
+#include "base/Root.h"
 
 #include <fcntl.h>
 #include <linux/openat2.h>
@@ -9,11 +9,11 @@
 #include <climits>
 #include <utility>
 
-#include "host/native/OsError.h"
-#include "host/native/Reading.h"
-#include "host/native/Walk.h"
+#include "base/Files.h"
+#include "base/SystemError.h"
+#include "base/Walk.h"
 
-namespace native {
+namespace base {
 namespace {
 
 /// Whether the error says that there is nothing of that name.
@@ -26,7 +26,7 @@ bool namesNothing(int number) {
 Root::Root(const std::filesystem::path& dir)
     : dir_(::open(dir.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
       is_whole_system_(dir.lexically_normal() == "/") {
-  if (!dir_) throw osError(errno, dir.string());
+  if (!dir_) throw SystemError(errno, dir.string());
 }
 
 /// Returns no descriptor, and errno, for what cannot be opened. The whole system's own root needs
@@ -45,7 +45,7 @@ Descriptor Root::resolve(const std::string& path, int flags) const {
 Descriptor Root::open(const std::string& path) const {
   // Not to wait for a pipe's other end.
   Descriptor file = resolve(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-  if (!file) throw osError(errno, path);
+  if (!file) throw SystemError(errno, path);
   return file;
 }
 
@@ -55,7 +55,7 @@ std::optional<struct stat> Root::status(const std::string& path) const {
   const Descriptor file = resolve(path, O_PATH);
   if (file && fstat(file.number(), &*status) == 0) return status;
   if (namesNothing(errno)) return std::nullopt;
-  throw osError(errno, path);
+  throw SystemError(errno, path);
 }
 
 std::optional<struct stat> Root::linkStatus(const std::string& path) const {
@@ -71,22 +71,22 @@ std::optional<struct stat> Root::linkStatus(const std::string& path) const {
   if (last_directory_ && fstatat(last_directory_.number(), name, &status, flags) == 0)
     return status;
   if (namesNothing(errno)) return std::nullopt;
-  throw osError(errno, path);
+  throw SystemError(errno, path);
 }
 
 std::string Root::linkTarget(const std::string& path) const {
   const Descriptor link = resolve(path, O_PATH | O_NOFOLLOW);
   std::string target(PATH_MAX, '\0');
   const ssize_t length = link ? readlinkat(link.number(), "", target.data(), target.size()) : -1;
-  if (length < 0) throw osError(errno, path);
+  if (length < 0) throw SystemError(errno, path);
   target.resize(static_cast<std::size_t>(length));
   return target;
 }
 
 std::vector<std::string> Root::names(const std::string& path) const {
   Descriptor directory = resolve(path, O_RDONLY | O_DIRECTORY);
-  if (!directory) throw osError(errno, path);
+  if (!directory) throw SystemError(errno, path);
   return namesIn(std::move(directory), path);
 }
 
-}  // namespace native
+}  // namespace base

@@ -1,4 +1,4 @@
-#include "host/native/Walk.h"
+#include "base/Walk.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace native {
+namespace base {
 namespace {
 
 constexpr int kMostLinks = 40;  // as many as the kernel follows
@@ -89,4 +89,4 @@ Descriptor openBelow(int root, const std::string& path, int flags) {
   return Walk(root, path).open(flags);
 }
 
-}  // namespace native
+}  // namespace base

@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
-namespace native {
+namespace base {
 namespace {
 
 /// Returns the code point in UTF-8 of `length` bytes, whether or not it is the proper length.
@@ -63,66 +63,68 @@ void atTheEnds(const Range& range, const Check& check) {
   }
 }
 
-TEST(ShownText, ValidUtf8StaysAsItIs) {
+TEST(Escape, ValidUtf8StaysAsItIs) {
   for (const Range& range : kValid) {
     atTheEnds(range, [](const std::string& bytes) {
-      EXPECT_EQ(shownText(bytes), bytes) << escaped(bytes);
-      EXPECT_EQ(shownText("a" + bytes + "b"), "a" + bytes + "b") << escaped(bytes);
+      EXPECT_EQ(escapeInvalidUtf8(bytes), bytes) << escaped(bytes);
+      EXPECT_EQ(escapeInvalidUtf8("a" + bytes + "b"), "a" + bytes + "b") << escaped(bytes);
     });
   }
 }
 
-TEST(ShownText, EveryByteOfAnInvalidSequenceIsEscaped) {
+TEST(Escape, EveryByteOfAnInvalidSequenceIsEscaped) {
   for (const Range& range : kInvalid) {
     atTheEnds(range, [](const std::string& bytes) {
-      EXPECT_EQ(shownText(bytes), escaped(bytes));
-      EXPECT_EQ(shownText("a" + bytes + "b"), "a" + escaped(bytes) + "b");
+      EXPECT_EQ(escapeInvalidUtf8(bytes), escaped(bytes));
+      EXPECT_EQ(escapeInvalidUtf8("a" + bytes + "b"), "a" + escaped(bytes) + "b");
     });
   }
 }
 
-TEST(ShownText, SequencesCutShortAreEscapedAndWhatFollowsStays) {
+TEST(Escape, SequencesCutShortAreEscapedAndWhatFollowsStays) {
   for (const Range& range : kValid) {
     atTheEnds(range, [](const std::string& bytes) {
       for (std::size_t kept = 1; kept < bytes.size(); ++kept) {
         const std::string cut = bytes.substr(0, kept);
-        EXPECT_EQ(shownText(cut), escaped(cut));
-        EXPECT_EQ(shownText(cut + "b"), escaped(cut) + "b");
+        EXPECT_EQ(escapeInvalidUtf8(cut), escaped(cut));
+        EXPECT_EQ(escapeInvalidUtf8(cut + "b"), escaped(cut) + "b");
       }
     });
   }
 }
 
-TEST(ShownText, TextWithEscapesIsAlwaysValidUtf8) {
+TEST(Escape, TextWithEscapesIsAlwaysValidUtf8) {
   // Every pair of bytes, alone and where it may complete a sequence that has begun.
   for (const std::string& start : {std::string(), std::string("\xE0"), std::string("\xF0\x90")}) {
     for (int first = 0; first < 256; ++first) {
       for (int second = 0; second < 256; ++second) {
         const std::string bytes = start + static_cast<char>(first) + static_cast<char>(second);
-        ASSERT_NO_THROW((void)nlohmann::json(shownText(bytes)).dump()) << escaped(bytes);
+        ASSERT_NO_THROW((void)nlohmann::json(escapeInvalidUtf8(bytes)).dump()) << escaped(bytes);
       }
     }
   }
 }
 
-TEST(ShownText, NothingIsLostOfAMixedName) {
-  EXPECT_EQ(shownText(""), "");
-  EXPECT_EQ(shownText("backup_\xff\xc3\xa9\x80.tar.gz"), "backup_\\xff\xc3\xa9\\x80.tar.gz");
-  EXPECT_EQ(shownText("two\nlines"), "two\nlines");
+TEST(Escape, NothingIsLostOfAMixedName) {
+  EXPECT_EQ(escapeInvalidUtf8(""), "");
+  EXPECT_EQ(escapeInvalidUtf8("backup_\xff\xc3\xa9\x80.tar.gz"),
+            "backup_\\xff\xc3\xa9\\x80.tar.gz");
+  EXPECT_EQ(escapeInvalidUtf8("two\nlines"), "two\nlines");
 }
 
 TEST(ShownLine, NothingOfANameReachesTheTerminalAsACommand) {
-  EXPECT_EQ(shownLine("a b\n\x1b[2J\x7f\xff\xc3\xa9\xc2\xa0\xc2\x9b"),
+  EXPECT_EQ(escapeControls("a b\n\x1b[2J\x7f\xff\xc3\xa9\xc2\xa0\xc2\x9b"),
             "a b\\x0a\\x1b[2J\\x7f\\xff\xc3\xa9\xc2\xa0\\xc2\\x9b");
-  EXPECT_EQ(shownLine(std::string("a\0b", 3)), "a\\x00b");
+  EXPECT_EQ(escapeControls(std::string("a\0b", 3)), "a\\x00b");
 }
 
 TEST(ShownXml, WhatXmlDoesNotAllowIsEscaped) {
-  EXPECT_EQ(shownXml("<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf"),
-            "<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf");
-  EXPECT_EQ(shownXml("\x01\x1b\x1f|\xff|\xef\xbf\xbe\xef\xbf\xbf"),
+  EXPECT_EQ(
+      escapeForXml("<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf"),
+      "<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf");
+  EXPECT_EQ(escapeForXml("\x01\x1b\x1f|\xff|\xef\xbf\xbe\xef\xbf\xbf"),
             "\\x01\\x1b\\x1f|\\xff|\\xef\\xbf\\xbe\\xef\\xbf\\xbf");
 }
 
 }  // namespace
-}  // namespace native
+}  // namespace base

@@ -8,10 +8,10 @@
 #include <cerrno>
 #include <string>
 
-#include "host/native/Walk.h"
+#include "base/Walk.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace native {
+namespace base {
 namespace {
 
 /// Returns which file is open, or why there is none.
@@ -91,4 +91,4 @@ TEST(WalkTest, OpensWhatTheKernelOpensInARoot) {
 }
 
 }  // namespace
-}  // namespace native
+}  // namespace base

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "host/native/Descriptor.h"
+#include "base/Descriptor.h"
 
-namespace native {
+namespace base {
 
 /// The files below a directory as a process finds them whose root it is, to be read only: the
 /// absolute target of a link, and "..", stay inside (RESOLVE_IN_ROOT in openat2(2)). Paths are
-/// absolute. Every operation raises plain::Error ("OSError") for what it cannot read.
+/// absolute. Every operation raises SystemError for what it cannot read.
 class Root {
  public:
   explicit Root(const std::filesystem::path& dir);
@@ -41,4 +41,4 @@ class Root {
   mutable Descriptor last_directory_;  ///< ... which mostly holds what is asked for next
 };
 
-}  // namespace native
+}  // namespace base

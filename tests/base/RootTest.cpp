@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "host/native/Reading.h"
-#include "host/native/Root.h"
-#include "host/plain/Error.h"
+#include "base/Files.h"
+#include "base/Root.h"
+#include "base/SystemError.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace native {
+namespace base {
 namespace {
 
 /// A directory "root" with a file beside it that nobody inside can see.
@@ -69,11 +69,11 @@ TEST_F(RootTest, NamesAreThoseOfTheDirectory) {
 }
 
 TEST_F(RootTest, WhatCannotBeReadRaisesWhatTheSystemSays) {
-  EXPECT_THROW(Root(directory / "none"), plain::Error);
-  EXPECT_THROW(Root(directory / "secret"), plain::Error);
-  EXPECT_THROW(root().open("/nothing"), plain::Error);
-  EXPECT_THROW(root().names("/etc/hosts"), plain::Error);
-  EXPECT_THROW(root().linkTarget("/etc/hosts"), plain::Error);
+  EXPECT_THROW(Root(directory / "none"), SystemError);
+  EXPECT_THROW(Root(directory / "secret"), SystemError);
+  EXPECT_THROW(root().open("/nothing"), SystemError);
+  EXPECT_THROW(root().names("/etc/hosts"), SystemError);
+  EXPECT_THROW(root().linkTarget("/etc/hosts"), SystemError);
 }
 
 TEST_F(RootTest, PipeIsOpenedWithoutWaitingForItsOtherEnd) {
@@ -86,4 +86,4 @@ TEST_F(RootTest, WholeSystemIsARootToo) {
 }
 
 }  // namespace
-}  // namespace native
+}  // namespace base

@@ -1,9 +1,9 @@
-#include "host/native/ShownText.h"
+#include "base/Escape.h"
 
 #include <algorithm>
 #include <string_view>
 
-namespace native {
+namespace base {
 namespace {
 
 bool isContinuation(unsigned char byte) {
@@ -79,16 +79,16 @@ std::string shown(const std::string& bytes, IsHidden is_hidden) {
 
 }  // namespace
 
-std::string shownText(const std::string& bytes) {
+std::string escapeInvalidUtf8(const std::string& bytes) {
   return shown(bytes, [](std::string_view /*character*/) { return false; });
 }
 
-std::string shownLine(const std::string& bytes) {
+std::string escapeControls(const std::string& bytes) {
   return shown(bytes, isControl);
 }
 
-std::string shownXml(const std::string& bytes) {
+std::string escapeForXml(const std::string& bytes) {
   return shown(bytes, isNoXml);
 }
 
-}  // namespace native
+}  // namespace base

@@ -1,4 +1,4 @@
-#include "host/native/Reading.h"
+#include "base/Files.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -9,9 +9,9 @@
 #include <cstring>
 #include <memory>
 
-#include "host/native/OsError.h"
+#include "base/SystemError.h"
 
-namespace native {
+namespace base {
 namespace {
 
 struct CloseDirectory {
@@ -32,7 +32,7 @@ std::string readAll(int descriptor, const std::string& path) {
 
 std::string readFile(const std::string& path) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file) throw osError(errno, path);
+  if (!file) throw SystemError(errno, path);
   return readAll(file.number(), path);
 }
 
@@ -44,10 +44,21 @@ std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::s
     if (count > 0) {
       done += static_cast<std::size_t>(count);
     } else if (errno != EINTR) {
-      throw osError(errno, path);
+      throw SystemError(errno, path);
     }
   }
   return done;
+}
+
+void writeAll(int descriptor, std::string_view bytes, const std::string& path) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      throw SystemError(errno, path);
+    }
+  }
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -63,7 +74,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 std::vector<std::string> namesIn(Descriptor directory, const std::string& path) {
   const std::unique_ptr<DIR, CloseDirectory> entries(fdopendir(directory.number()));
-  if (!entries) throw osError(errno, path);
+  if (!entries) throw SystemError(errno, path);
   directory.release();
   std::vector<std::string> names;
   for (;;) {
@@ -74,8 +85,8 @@ std::vector<std::string> namesIn(Descriptor directory, const std::string& path) 
       names.emplace_back(entry->d_name);
     }
   }
-  if (errno != 0) throw osError(errno, path);
+  if (errno != 0) throw SystemError(errno, path);
   return names;
 }
 
-}  // namespace native
+}  // namespace base

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace native {
+namespace base {
 
 /// Owns an open file descriptor.
 class Descriptor {
@@ -38,4 +38,4 @@ class Descriptor {
   int number_ = -1;
 };
 
-}  // namespace native
+}  // namespace base

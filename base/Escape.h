@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace base {
+
+/// Returns `bytes` as text that can be shown: UTF-8 as it stands, and every byte that is not part
+/// of valid UTF-8 as "\xNN".
+std::string escapeInvalidUtf8(const std::string& bytes);
+
+/// Returns `bytes` as text on one line of a terminal: as escapeInvalidUtf8(), and with the control
+/// characters, U+0000 to U+001F and U+007F to U+009F, as "\xNN", byte by byte.
+std::string escapeControls(const std::string& bytes);
+
+/// Returns `bytes` as text that XML 1.0 can hold (section 2.2 of its recommendation): as
+/// escapeInvalidUtf8(), and with the characters that it does not allow as "\xNN", byte by byte.
+std::string escapeForXml(const std::string& bytes);
+
+}  // namespace base
