@@ -25,7 +25,6 @@
 #include "desk/terminal/TerminalState.h"
 #include "desk/tree/ReceiverTree.h"
 #include "desk/tree/TreeLock.h"
-#include "desk/web/Assets.h"
 #include "desk/web/Server.h"
 #include "desk/web/WebFrontEnd.h"
 #include "host/native/Descriptor.h"
@@ -138,15 +137,26 @@ void playInBrowser(const DeskOptions& options, const Tree& tree) {
   {
     desk::Signals signals;
     const std::string token = web::randomToken();
-    web::Pictures pictures(tree.dir, token);
-    desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
-                                   [&](const std::string& path) { return pictures.name(path); });
+    desk::drawing::Pictures pictures(tree.dir);
+    desk::drawing::Drawing drawing(
+        desk::drawing::readSkin(options.skin),
+        [&](const std::string& path) -> std::optional<std::string> {
+          const auto picture = pictures.at(path);
+          return picture ? std::optional(web::addressOf(*picture, token)) : std::nullopt;
+        },
+        [&] { pictures.changeScreen(); });
     web::Board board;
     web::WebFrontEnd front_end(board, drawing);
     const web::Server server(
         board, options.port, token,
-        [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
-        [&](const std::string& path) { return pictures.find(path); });
+        [&](const std::string& name) {
+          return std::optional(web::Asset{*drawing.fonts().contentOf(name), "font/ttf"});
+        },
+        [&](const std::string& name) {
+          const auto picture = pictures.named(name);
+          return picture ? std::optional(web::Asset{picture->content, picture->type})
+                         : std::nullopt;
+        });
     std::cout << server.address() << std::endl;
     signal = play(options, tree, front_end, &signals);
   }

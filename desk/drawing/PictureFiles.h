@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "desk/drawing/Drawing.h"
+#include "desk/drawing/Pictures.h"
 #include "desk/drawing/SkinFile.h"
-#include "host/native/Root.h"
 
 namespace desk::drawing {
 
@@ -24,7 +24,7 @@ class PictureFiles {
 
  private:
   std::filesystem::path directory_;
-  native::Root receiver_;
+  Pictures pictures_;
   Drawing drawing_;
   int count_ = 0;
 };

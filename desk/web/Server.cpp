@@ -73,6 +73,10 @@ std::string randomToken() {
   return token;
 }
 
+std::string addressOf(const drawing::Picture& picture, const std::string& token) {
+  return "/picture/" + picture.name + "?token=" + token;
+}
+
 Server::Server(Board& board, int port, std::string token, const FindAsset& find_font,
                const FindAsset& find_picture)
     : board_(board), token_(std::move(token)), http_(std::make_unique<Http>(port)) {
@@ -88,7 +92,7 @@ Server::Server(Board& board, int port, std::string token, const FindAsset& find_
       });
   addPage();
   addAssets(R"(/font/([^/]+))", find_font);
-  addAssets(R"(/picture(/.+))", find_picture);
+  addAssets(R"(/picture/([^/]+))", find_picture);
   addEvents();
   addPress();
   listening_ = std::async(std::launch::async, [this] { http_->listen_after_bind(); });

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "desk/drawing/Pictures.h"
 #include "desk/web/Board.h"
 
 namespace httplib {
@@ -26,12 +27,15 @@ struct Asset {
 /// Returns 128 random bits in hexadecimal digits. Raises plain::Error ("OSError").
 std::string randomToken();
 
+/// Returns where a server with this token has a picture.
+std::string addressOf(const drawing::Picture& picture, const std::string& token);
+
 /// Serves the page to viewers on this machine, who know the address that only its user has been
 /// told: every request has to carry the token, to name this server as its host, and to come from
 /// this server's own page.
 class Server {
  public:
-  /// Finds the font of a skin by its name, or a picture by its path.
+  /// Finds the font of a skin by its name, or a picture by its own.
   using FindAsset = std::function<std::optional<Asset>(const std::string& name)>;
 
   /// Listens on `port` of the loopback interface, on any free one for 0. `board` outlives the
