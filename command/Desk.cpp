@@ -147,16 +147,7 @@ void playInBrowser(const DeskOptions& options, const Tree& tree) {
         [&] { pictures.changeScreen(); });
     web::Board board;
     web::WebFrontEnd front_end(board, drawing);
-    const web::Server server(
-        board, options.port, token,
-        [&](const std::string& name) {
-          return std::optional(web::Asset{*drawing.fonts().contentOf(name), "font/ttf"});
-        },
-        [&](const std::string& name) {
-          const auto picture = pictures.named(name);
-          return picture ? std::optional(web::Asset{picture->content, picture->type})
-                         : std::nullopt;
-        });
+    const web::Server server(board, drawing.fonts(), pictures, options.port, token);
     std::cout << server.address() << std::endl;
     signal = play(options, tree, front_end, &signals);
   }
