@@ -1,6 +1,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -15,6 +16,7 @@
 #include "base/Descriptor.h"
 #include "base/Escape.h"
 #include "base/Files.h"
+#include "base/SystemError.h"
 #include "command/Commands.h"
 #include "command/OnReceiver.h"
 #include "desk/drawing/PictureFiles.h"
@@ -28,7 +30,6 @@
 #include "desk/terminal/TerminalState.h"
 #include "desk/tree/ReceiverTree.h"
 #include "desk/tree/TreeLock.h"
-#include "desk/web/Assets.h"
 #include "desk/web/Server.h"
 #include "desk/web/WebFrontEnd.h"
 #include "plugin/src/Setup.h"
@@ -136,15 +137,17 @@ void playInBrowser(const DeskOptions& options, const Tree& tree) {
   {
     desk::Signals signals;
     const std::string token = web::randomToken();
-    web::Pictures pictures(tree.dir, token);
-    desk::drawing::Drawing drawing(desk::drawing::readSkin(options.skin),
-                                   [&](const std::string& path) { return pictures.name(path); });
+    desk::drawing::Pictures pictures(tree.dir);
+    desk::drawing::Drawing drawing(
+        desk::drawing::readSkin(options.skin),
+        [&](const std::string& path) -> std::optional<std::string> {
+          const auto picture = pictures.at(path);
+          return picture ? std::optional(web::addressOf(*picture, token)) : std::nullopt;
+        },
+        [&] { pictures.changeScreen(); });
     web::Board board;
     web::WebFrontEnd front_end(board, drawing);
-    const web::Server server(
-        board, options.port, token,
-        [&](const std::string& name) { return web::readFont(drawing.fontFile(name)); },
-        [&](const std::string& path) { return pictures.find(path); });
+    const web::Server server(board, drawing.fonts(), pictures, options.port, token);
     std::cout << server.address() << std::endl;
     signal = play(options, tree, front_end, &signals);
   }

@@ -43,16 +43,18 @@ double aligned(double space, double used, Align align) {
 
 }  // namespace
 
-Drawing::Drawing(SkinFile file, FindPicture find_picture)
+Drawing::Drawing(SkinFile file, FindPicture find_picture, std::function<void()> on_screen)
     : skin_(std::move(file.skin)),
       base_(baseSkin(skin_.settings.width, skin_.settings.height)),
       notices_(std::move(file.notices)),
       fonts_(skin_.settings, file.directory, notices_),
-      find_picture_(std::move(find_picture)) {}
+      find_picture_(std::move(find_picture)),
+      on_screen_(std::move(on_screen)) {}
 
 std::string Drawing::draw(const Frame& frame, std::optional<int> seconds_left) {
   const LayerView* const top = frame.top();
   const Shown shown = top ? shownBy(*top, seconds_left) : Shown();
+  if (std::exchange(screen_, shown.screen) != shown.screen) on_screen_();
   SvgDocument document(skin_.settings.width, skin_.settings.height);
   Pane picture = document.pane();
   picture.set("role", "group");

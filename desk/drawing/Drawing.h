@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,16 +21,17 @@ using FindPicture = std::function<std::optional<std::string>(const std::string& 
 /// skin asks for and cannot be drawn is noticed.
 class Drawing {
  public:
-  /// Raises std::runtime_error where the usual font is not installed.
-  Drawing(SkinFile file, FindPicture find_picture);
+  /// `on_screen` is called before a screen is drawn in the place of another. Raises
+  /// std::runtime_error where the usual font is not installed.
+  Drawing(
+      SkinFile file, FindPicture find_picture, std::function<void()> on_screen = [] {});
 
   /// Returns the picture of a frame as an SVG document; `seconds_left` of its time-out, nothing for
   /// none. Raises SkinError for a screen whose own layout is faulty.
   std::string draw(const Frame& frame, std::optional<int> seconds_left);
 
-  /// Returns the file of a font of the skin by the skin's name for it, that of the usual font for
-  /// any other name.
-  std::filesystem::path fontFile(const std::string& name) const { return fonts_.fileOf(name); }
+  /// The fonts that it draws with.
+  const Fonts& fonts() const { return fonts_; }
 
   /// Returns what there is to say about the skin so far.
   const Notices& notices() const { return notices_; }
@@ -53,6 +53,8 @@ class Drawing {
   Notices notices_;
   Fonts fonts_;
   FindPicture find_picture_;
+  std::function<void()> on_screen_;
+  std::string screen_;  ///< the last one
 };
 
 }  // namespace desk::drawing

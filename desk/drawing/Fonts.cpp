@@ -8,6 +8,9 @@
 #include <stdexcept>
 #include FT_FREETYPE_H
 
+#include "base/Files.h"
+#include "base/SystemError.h"
+
 namespace desk::drawing {
 namespace {
 
@@ -47,9 +50,13 @@ struct Fonts::Library {
 /// A font's file, and the widths of its characters as far as they have been asked for. Lengths are
 /// those of a font whose size is 1.
 struct Fonts::Face {
-  /// Raises std::runtime_error for a file that is no font whose size can be chosen.
-  Face(FT_Library library, std::filesystem::path font_file) : file(std::move(font_file)) {
-    if (FT_New_Face(library, file.c_str(), 0, &handle) != 0) {
+  /// Raises std::runtime_error for a file that is no font whose size can be chosen, and
+  /// base::SystemError for one that cannot be read.
+  Face(FT_Library library, const std::filesystem::path& file)
+      : content(std::make_shared<const std::string>(base::readFile(file))) {
+    const auto* bytes = reinterpret_cast<const FT_Byte*>(content->data());
+    const auto size = static_cast<FT_Long>(content->size());
+    if (FT_New_Memory_Face(library, bytes, size, 0, &handle) != 0) {
       throw std::runtime_error("cannot use the font '" + file.string() + "'");
     }
     if (handle->units_per_EM == 0) {
@@ -74,7 +81,7 @@ struct Fonts::Face {
 
   double unit() const { return 1.0 / handle->units_per_EM; }
 
-  std::filesystem::path file;
+  std::shared_ptr<const std::string> content;
   FT_Face handle = nullptr;
   std::map<char32_t, double> widths;
 };
@@ -85,6 +92,8 @@ Fonts::Fonts(const SkinSettings& settings, const std::filesystem::path& director
   for (const auto& [name, file] : settings.fonts) {
     try {
       own_.emplace(plainName(name), std::make_unique<Face>(library_->handle, directory / file));
+    } catch (const base::SystemError& error) {
+      notices.add(std::string("cannot use a font: ") + error.what());
     } catch (const std::runtime_error& error) {
       notices.add(error.what());
     }
@@ -93,8 +102,8 @@ Fonts::Fonts(const SkinSettings& settings, const std::filesystem::path& director
 
 Fonts::~Fonts() = default;
 
-std::filesystem::path Fonts::fileOf(const std::string& name) const {
-  return faceOf(name).file;
+std::shared_ptr<const std::string> Fonts::contentOf(const std::string& name) const {
+  return faceOf(name).content;
 }
 
 Fonts::Face& Fonts::faceOf(const std::string& name) const {

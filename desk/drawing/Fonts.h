@@ -17,8 +17,9 @@ std::string plainName(const std::string& name);
 /// The fonts of a skin, to measure text with. Text is valid UTF-8.
 class Fonts {
  public:
-  /// `directory`: where the files of the skin's fonts are. The usual font stands for one whose file
-  /// is not there or is no font, and that is noticed.
+  /// `directory`: where the files of the skin's fonts are, which are read here once. The usual font
+  /// stands for one whose file is not there or is no font, and that is noticed. Raises
+  /// std::runtime_error where the usual one is not installed.
   Fonts(const SkinSettings& settings, const std::filesystem::path& directory, Notices& notices);
   ~Fonts();
   Fonts(const Fonts&) = delete;
@@ -35,8 +36,9 @@ class Fonts {
   /// breaks at blanks, which go, or within a word that is too long for a line.
   std::vector<std::string> linesOf(std::string_view text, const TextLayout& layout, double width);
 
-  /// Returns the file of a font by its plain name, that of the usual one for any other.
-  std::filesystem::path fileOf(const std::string& name) const;
+  /// Returns the content of a font's file by the font's plain name, that of the usual one for any
+  /// other. May be called from any thread.
+  std::shared_ptr<const std::string> contentOf(const std::string& name) const;
 
  private:
   struct Face;

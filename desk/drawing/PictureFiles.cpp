@@ -7,8 +7,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "desk/drawing/Pictures.h"
-
 namespace desk::drawing {
 namespace {
 
@@ -26,11 +24,14 @@ std::string nameOf(std::string word) {
 PictureFiles::PictureFiles(const std::filesystem::path& directory,
                            const std::filesystem::path& receiver, SkinFile skin)
     : directory_(directory),
-      receiver_(receiver),
-      drawing_(std::move(skin), [this](const std::string& path) -> std::optional<std::string> {
-        const auto picture = readPicture(receiver_, path);
-        return picture ? std::optional(dataUrlOf(*picture)) : std::nullopt;
-      }) {
+      pictures_(receiver),
+      drawing_(
+          std::move(skin),
+          [this](const std::string& path) -> std::optional<std::string> {
+            const auto picture = pictures_.at(path);
+            return picture ? std::optional(dataUrlOf(*picture)) : std::nullopt;
+          },
+          [this] { pictures_.changeScreen(); }) {
   std::filesystem::create_directories(directory);
 }
 

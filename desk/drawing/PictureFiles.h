@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "base/Root.h"
 #include "desk/drawing/Drawing.h"
+#include "desk/drawing/Pictures.h"
 #include "desk/drawing/SkinFile.h"
 
 namespace desk::drawing {
@@ -24,7 +24,7 @@ class PictureFiles {
 
  private:
   std::filesystem::path directory_;
-  base::Root receiver_;
+  Pictures pictures_;
   Drawing drawing_;
   int count_ = 0;
 };

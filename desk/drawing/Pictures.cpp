@@ -1,6 +1,7 @@
 #include "desk/drawing/Pictures.h"
 
 #include <string_view>
+#include <utility>
 
 #include "base/Files.h"
 #include "base/SystemError.h"
@@ -41,22 +42,57 @@ std::string base64(std::string_view bytes) {
 
 }  // namespace
 
-std::optional<PictureFile> readPicture(const base::Root& receiver, const std::string& path) {
+std::shared_ptr<const Picture> Pictures::at(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  const auto known = shown_.find(path);
+  if (known != shown_.end()) return known->second;
+  if (size_ >= most_) return nullptr;
+  auto picture = read(path);
+  if (picture && picture->content.size() > most_ - size_) picture = nullptr;
+  size_ += path.size() + (picture ? picture->content.size() : 0);
+  return shown_[path] = std::move(picture);
+}
+
+std::shared_ptr<const Picture> Pictures::named(const std::string& name) {
+  const std::lock_guard lock(mutex_);
+  for (const ByPath* pictures : {&shown_, &shown_before_}) {
+    for (const auto& [path, picture] : *pictures) {
+      if (picture && picture->name == name) return picture;
+    }
+  }
+  return nullptr;
+}
+
+void Pictures::changeScreen() {
+  const std::lock_guard lock(mutex_);
+  shown_before_ = std::exchange(shown_, {});
+  size_ = 0;
+}
+
+/// Reads a picture; one that has not changed since the screen before is the same.
+std::shared_ptr<const Picture> Pictures::read(const std::string& path) {
   try {
-    const base::Descriptor file = receiver.open(path);
+    const base::Descriptor file = receiver_.open(path);
     std::string bytes(kLargestPicture + 1, '\0');
     bytes.resize(base::readSome(file.number(), bytes.data(), bytes.size(), path));
-    if (bytes.size() > kLargestPicture) return std::nullopt;
+    const auto before = shown_before_.find(path);
+    if (before != shown_before_.end() && before->second && before->second->content == bytes) {
+      return before->second;
+    }
+    if (bytes.size() > kLargestPicture) return nullptr;
     for (const auto& [begin, type] : kTypes) {
-      if (bytes.starts_with(begin)) return PictureFile{std::move(bytes), type};
+      if (!bytes.starts_with(begin)) continue;
+      bytes.shrink_to_fit();
+      const std::string name = std::to_string(++last_number_);
+      return std::make_shared<const Picture>(Picture{name, std::move(bytes), type});
     }
   } catch (const base::SystemError&) {
     // What cannot be read is not there.
   }
-  return std::nullopt;
+  return nullptr;
 }
 
-std::string dataUrlOf(const PictureFile& picture) {
+std::string dataUrlOf(const Picture& picture) {
   return "data:" + picture.type + ";base64," + base64(picture.content);
 }
 

@@ -1,11 +1,11 @@
 #include "desk/web/Board.h"
 
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "base/SystemError.h"
 
@@ -17,68 +17,55 @@ constexpr std::size_t kMostLines = 500;
 /// As many as a remote control's buffer would hold of a key that is held down.
 constexpr std::size_t kMostWords = 64;
 
-std::string event(const std::string& name, const std::string& data) {
-  return "event: " + name + "\ndata: " + data + "\n\n";
+Board::Event event(const std::string& name, const std::string& data) {
+  return std::make_shared<const std::string>("event: " + name + "\ndata: " + data + "\n\n");
+}
+
+base::Descriptor newEventDescriptor() {
+  base::Descriptor descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  if (!descriptor) throw base::SystemError(errno, "eventfd");
+  return descriptor;
 }
 
 }  // namespace
 
-Board::Board() : pressed_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  if (!pressed_) throw base::SystemError(errno, "eventfd");
-}
+Board::Board() : pressed_(newEventDescriptor()), news_(newEventDescriptor()) {}
 
 void Board::showPicture(const nlohmann::ordered_json& picture) {
-  std::string text = picture.dump();
+  auto shown = event("picture", picture.dump());
   const std::lock_guard lock(mutex_);
-  picture_ = std::move(text);
-  svg_ = picture.at("svg");
+  picture_ = std::move(shown);
   ++pictures_;
-  changed_.notify_all();
-}
-
-std::string Board::svg() {
-  const std::lock_guard lock(mutex_);
-  return svg_;
+  tell();
 }
 
 void Board::addLine(const nlohmann::ordered_json& line) {
-  std::string text = line.dump();
+  auto added = event("log", "[" + line.dump() + "]");
   const std::lock_guard lock(mutex_);
-  last_lines_.push_back(std::move(text));
+  last_lines_.push_back(std::move(added));
   if (last_lines_.size() > kMostLines) last_lines_.pop_front();
   ++lines_;
-  changed_.notify_all();
+  tell();
 }
 
 void Board::end() {
   const std::lock_guard lock(mutex_);
   has_ended_ = true;
-  changed_.notify_all();
+  tell();
 }
 
-std::optional<std::string> Board::nextEvents(Seen& seen, std::chrono::milliseconds patience) {
-  std::unique_lock lock(mutex_);
-  changed_.wait_for(lock, patience, [&] {
-    return has_ended_ || seen.picture != pictures_ || seen.lines != lines_;
-  });
-  std::string events = newLines(seen);
-  if (seen.picture != pictures_) {
-    events += event("picture", picture_);
-    seen.picture = pictures_;
-  }
-  if (events.empty() && has_ended_) return std::nullopt;
-  return events.empty() ? event("alive", "null") : events;
+void Board::tell() {
+  eventfd_write(news_.number(), 1);
 }
 
-/// Returns the lines that have not been seen, as far as they are still kept.
-std::string Board::newLines(Seen& seen) const {
-  const auto count = std::min<std::uint64_t>(lines_ - seen.lines, last_lines_.size());
-  std::string lines;
-  for (std::size_t at = last_lines_.size() - count; at < last_lines_.size(); ++at) {
-    lines += (lines.empty() ? "[" : ",") + last_lines_[at];
-  }
-  seen.lines = lines_;
-  return lines.empty() ? "" : event("log", lines + "]");
+Board::Event Board::next(Seen& seen) {
+  const std::lock_guard lock(mutex_);
+  const std::uint64_t gone = lines_ - last_lines_.size();
+  seen.lines = std::max(seen.lines, gone);
+  if (seen.lines < lines_) return last_lines_[seen.lines++ - gone];
+  if (std::exchange(seen.picture, pictures_) != pictures_) return picture_;
+  if (has_ended_ && !std::exchange(seen.end, true)) return event("end", "null");
+  return nullptr;
 }
 
 bool Board::press(const std::string& word) {

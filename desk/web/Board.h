@@ -1,9 +1,8 @@
 #pragma once
 
-#include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -22,16 +21,17 @@ class Board {
   struct Seen {
     std::uint64_t picture = 0;
     std::uint64_t lines = 0;
+    bool end = false;
   };
+
+  /// A server-sent event (the HTML standard, "text/event-stream"), which all viewers share.
+  using Event = std::shared_ptr<const std::string>;
 
   /// Raises base::SystemError.
   Board();
 
-  /// Puts a picture up in the place of the one before: an object whose "svg" is the picture itself.
+  /// Puts a picture up in the place of the one before.
   void showPicture(const nlohmann::ordered_json& picture);
-
-  /// Returns the picture itself; "" before the first.
-  std::string svg();
 
   /// Adds a line to the log; the oldest goes when there are too many.
   void addLine(const nlohmann::ordered_json& line);
@@ -39,10 +39,12 @@ class Board {
   /// Says that nothing will come any more.
   void end();
 
-  /// Waits until there is something that a viewer has not seen, for at most `patience`. Returns it
-  /// as server-sent events (the HTML standard, "text/event-stream") and takes note of it in `seen`;
-  /// the event "alive" when there is nothing; nothing after the end.
-  std::optional<std::string> nextEvents(Seen& seen, std::chrono::milliseconds patience);
+  /// Returns the next event that a viewer has not seen and takes note of it in `seen`; null when
+  /// there is none. The last one is the end.
+  Event next(Seen& seen);
+
+  /// An eventfd(2) that becomes readable when there is a new event.
+  int news() const { return news_.number(); }
 
   /// Takes a word that a viewer has pressed. Returns false when too many wait to be done already.
   bool press(const std::string& word);
@@ -54,17 +56,16 @@ class Board {
   int descriptor() const { return pressed_.number(); }
 
  private:
-  std::string newLines(Seen& seen) const;
+  void tell();
 
   std::mutex mutex_;
-  std::condition_variable changed_;
   std::uint64_t pictures_ = 0;  ///< so many have been shown
-  std::string picture_;
-  std::string svg_;
+  Event picture_;
   std::uint64_t lines_ = 0;  ///< so many have been added
-  std::deque<std::string> last_lines_;
+  std::deque<Event> last_lines_;
   std::deque<std::string> words_;
   base::Descriptor pressed_;
+  base::Descriptor news_;
   bool has_ended_ = false;
 };
 

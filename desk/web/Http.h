@@ -1,31 +1,107 @@
 #pragma once
 
-#include <httplib.h>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
-#include "base/Descriptor.h"
+struct MHD_Connection;
+struct MHD_Daemon;
 
 namespace desk::web {
 
-/// An HTTP server on the loopback interface with one request a connection. These are bounded,
-/// whoever is at their other end: in their number, in what a request may bring, and in how long it
-/// may take to come and an answer to go. Those beyond the number wait in the system's own queue.
-class Http : public httplib::Server {
+/// What a server takes upon itself, whoever is at the other end of its connections.
+struct Limits {
+  unsigned connections = 1200;               ///< at a time; more wait in the system's queue
+  std::size_t memory = 8192;                 ///< bytes for each: its request without the body
+  std::size_t body = 64;                     ///< bytes of a request's body
+  std::chrono::milliseconds request{4000};   ///< for a request to come
+  std::chrono::milliseconds answer{5000};    ///< for each part of an answer to go
+  std::chrono::milliseconds farewell{1000};  ///< for all answers to go when the server ends
+};
+
+struct Request {
+  int port;  ///< of the server
+  std::string method;
+  std::string path;   ///< decoded, without the query
+  std::string token;  ///< that of the query, "" for none
+  std::string host;
+  std::optional<std::string> origin;
+  std::optional<std::string> body;  ///< nothing for one that is too long
+};
+
+/// Bytes that several answers share.
+using Content = std::shared_ptr<const std::string>;
+
+struct Answer {
+  unsigned status = 200;
+  std::vector<std::pair<const char*, std::string>> headers;
+  Content content;  ///< may be null
+  /// What follows, where that is not known yet: the next part; null when there is none now, nothing
+  /// when there will be none.
+  std::function<std::optional<Content>()> next;
+  Content idle;  ///< stands for a part when there has been none for a second
+};
+
+/// An HTTP server on the loopback interface with one request a connection and a thread of its own,
+/// which takes no signals.
+class Http {
  public:
-  /// Binds to `port`, to any free one for 0. Raises std::runtime_error when it cannot, and
+  /// Called by the server's thread.
+  using Handler = std::function<Answer(const Request&)>;
+
+  /// Listens on `port`, on any free one for 0. An answer that has no part now is asked again when
+  /// `news`, an eventfd(2), becomes readable, and every second; `news` outlives the server, and
+  /// nobody else reads it. Raises std::runtime_error, with the reason, when it cannot listen, and
   /// base::SystemError.
-  explicit Http(int port);
+  Http(int port, int news, const Limits& limits, Handler handler);
+
+  /// Ends what is not an answer at once, and answers when they have gone or their time is over; one
+  /// that has no part now is at its end.
+  ~Http();
+  Http(const Http&) = delete;
+  Http& operator=(const Http&) = delete;
 
   int port() const { return port_; }
 
-  /// Ends listening: requests that have not come are not waited for, and each part of an answer
-  /// for a second at most. The server has to be listening.
-  void close();
-
  private:
-  bool process_and_close_socket(socket_t socket) override;
+  using Time = std::chrono::steady_clock::time_point;
 
-  base::Descriptor closing_;  ///< readable when the server closes
+  /// A connection, from its beginning to its end.
+  struct Visit {
+    std::optional<Time> until;             ///< by then it has to get on
+    std::optional<std::string> body = "";  ///< of the request, as far as it has come
+    bool has_begun = false;                ///< whether the request's headers have come
+    bool is_answered = false;
+  };
+
+  struct Sending;
+  struct Calls;
+
+  void run() noexcept;
+  void step(std::chrono::milliseconds patience);
+  void wakeWaiting();
+  void letGo() const;
+  Request requestOf(MHD_Connection* connection, const char* path, const char* method) const;
+  bool answer(MHD_Connection* connection, Answer answer);
+
+  const Limits limits_;
+  const Handler handler_;
+  const int news_;
+  int error_ = 0;  ///< the errno of what the library has complained of last
+  MHD_Daemon* daemon_;
   int port_;
+  std::map<MHD_Connection*, Visit> visits_;
+  std::vector<MHD_Connection*> waiting_;  ///< whose answers have no part now
+  Time tick_;
+  std::atomic<bool> is_closing_ = false;
+  std::thread thread_;
 };
 
 }  // namespace desk::web

@@ -5,10 +5,10 @@
 #include <array>
 #include <cerrno>
 #include <utility>
+#include <vector>
 
 #include "base/SystemError.h"
 #include "desk/protocol/Word.h"
-#include "desk/web/Http.h"
 #include "desk/web/page_css.h"
 #include "desk/web/page_html.h"
 #include "desk/web/page_js.h"
@@ -16,10 +16,7 @@
 namespace desk::web {
 namespace {
 
-/// No request's body is longer, in bytes.
-constexpr std::size_t kLongestBody = 64;
-
-/// A file of the page, in which marks stand for the token and the picture.
+/// A file of the page, in which a mark stands for the token.
 struct PageFile {
   const char* path;
   const char* type;
@@ -32,31 +29,41 @@ constexpr PageFile kPage[] = {
     {"/page.js", "text/javascript; charset=utf-8", embedded::page_js},
 };
 
-/// What the page may do (Content Security Policy): show what this server has, and nothing else.
-constexpr const char* kPolicy =
-    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; font-src "
-    "'self'; "
-    "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+/// What every answer says. The page may show what this server has, and nothing else (Content
+/// Security Policy).
+const std::vector<std::pair<const char*, std::string>> kHeaders = {
+    {"Cache-Control", "no-store"},
+    {"Content-Security-Policy",
+     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; font-src "
+     "'self'; connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+    {"Referrer-Policy", "no-referrer"},
+    {"X-Content-Type-Options", "nosniff"},
+};
 
-/// How often a viewer hears that the receiver is still there.
-constexpr std::chrono::milliseconds kHeartbeat(1000);
+Answer answer(unsigned status, const std::string& type = "", Content content = nullptr) {
+  Answer result;
+  result.status = status;
+  result.headers = kHeaders;
+  result.content = std::move(content);
+  if (!type.empty()) result.headers.emplace_back("Content-Type", type);
+  return result;
+}
+
+Content contentOf(std::string text) {
+  return std::make_shared<const std::string>(std::move(text));
+}
+
+/// What a viewer hears when there is nothing else.
+const Content kAlive = contentOf("event: alive\ndata: null\n\n");
+
+const std::string kFonts = "/font/";
+const std::string kPictures = "/picture/";
 
 /// Whether `host` names a server on `port` of this machine. Browsers leave the usual port out.
 bool isOwnHost(const std::string& host, int port) {
   constexpr int kUsualPort = 80;
-  const std::string behind = ":" + std::to_string(port);
-  for (const std::string name : {"127.0.0.1", "localhost"}) {
-    if (host == name + behind || (port == kUsualPort && host == name)) return true;
-  }
-  return false;
-}
-
-/// Puts a text in the place of a mark wherever that stands.
-void replaceAll(std::string& text, std::string_view mark, const std::string& by) {
-  for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
-    text.replace(at, mark.size(), by);
-    at += by.size();
-  }
+  const std::string behind = port == kUsualPort ? "" : ":" + std::to_string(port);
+  return host == "127.0.0.1" + behind || host == "localhost" + behind;
 }
 
 }  // namespace
@@ -73,101 +80,92 @@ std::string randomToken() {
   return token;
 }
 
-Server::Server(Board& board, int port, std::string token, const FindAsset& find_font,
-               const FindAsset& find_picture)
-    : board_(board), token_(std::move(token)), http_(std::make_unique<Http>(port)) {
-  http_->set_payload_max_length(kLongestBody);
-  http_->set_default_headers({{"Cache-Control", "no-store"},
-                              {"Content-Security-Policy", kPolicy},
-                              {"Referrer-Policy", "no-referrer"},
-                              {"X-Content-Type-Options", "nosniff"}});
-  http_->set_pre_routing_handler(
-      [this](const httplib::Request& request, httplib::Response& response) {
-        return isRefused(request, response) ? httplib::Server::HandlerResponse::Handled
-                                            : httplib::Server::HandlerResponse::Unhandled;
-      });
-  addPage();
-  addAssets(R"(/font/([^/]+))", find_font);
-  addAssets(R"(/picture(/.+))", find_picture);
-  addEvents();
-  addPress();
-  listening_ = std::async(std::launch::async, [this] { http_->listen_after_bind(); });
-  // It cannot be stopped before it runs.
-  constexpr std::chrono::milliseconds kMoment(1);
-  while (!http_->is_running() && listening_.wait_for(kMoment) == std::future_status::timeout) {
-  }
+std::string addressOf(const drawing::Picture& picture, const std::string& token) {
+  return kPictures + picture.name + "?token=" + token;
 }
+
+Server::Server(Board& board, const drawing::Fonts& fonts, drawing::Pictures& pictures, int port,
+               std::string token, const Limits& limits)
+    : board_(board),
+      fonts_(fonts),
+      pictures_(pictures),
+      token_(std::move(token)),
+      http_(port, board.news(), limits,
+            [this](const Request& request) { return answerTo(request); }) {}
 
 Server::~Server() {
   board_.end();
-  http_->close();
 }
 
 std::string Server::address() const {
-  return "http://127.0.0.1:" + std::to_string(http_->port()) + "/?token=" + token_;
+  return "http://127.0.0.1:" + std::to_string(http_.port()) + "/?token=" + token_;
+}
+
+Answer Server::answerTo(const Request& request) {
+  if (isRefused(request)) {
+    constexpr const char* kRefusal =
+        "This is not for you: open the address that the command has printed.\n";
+    return answer(403, "text/plain", contentOf(kRefusal));
+  }
+  const bool is_press = request.path == "/press";
+  const std::string method = is_press ? "POST" : "GET";
+  if (request.method != method) {
+    Answer refused = answer(405);
+    refused.headers.emplace_back("Allow", method);
+    return refused;
+  }
+  if (is_press) return answer(press(request.body));
+  return request.path == "/events" ? events() : file(request.path);
 }
 
 /// Refuses what does not come from the page at address().
-bool Server::isRefused(const httplib::Request& request, httplib::Response& response) const {
-  const std::string host = request.get_header_value("Host");
-  const bool is_own =
-      !request.has_header("Origin") || request.get_header_value("Origin") == "http://" + host;
-  if (isOwnHost(host, http_->port()) && is_own && request.get_param_value("token") == token_) {
-    return false;
-  }
-  response.status = 403;
-  response.set_content("This is not for you: open the address that the command has printed.\n",
-                       "text/plain");
-  return true;
+bool Server::isRefused(const Request& request) const {
+  const std::string own = "http://" + request.host;
+  return !isOwnHost(request.host, request.port) || request.origin.value_or(own) != own ||
+         request.token != token_;
 }
 
-void Server::addPage() {
+Answer Server::file(const std::string& path) const {
   for (const PageFile& file : kPage) {
-    http_->Get(file.path, [this, file](const httplib::Request&, httplib::Response& response) {
-      std::string content(file.content);
-      replaceAll(content, "@TOKEN@", token_);
-      replaceAll(content, "@PICTURE@", board_.svg());
-      response.set_content(content, file.type);
-    });
+    if (path == file.path) return answer(200, file.type, contentOf(withToken(file.content)));
   }
+  if (path.starts_with(kFonts)) {
+    const std::string name = path.substr(kFonts.size());
+    if (name == drawing::plainName(name)) return answer(200, "font/ttf", fonts_.contentOf(name));
+  }
+  if (path.starts_with(kPictures)) {
+    const auto picture = pictures_.named(path.substr(kPictures.size()));
+    if (picture) return answer(200, picture->type, Content(picture, &picture->content));
+  }
+  return answer(404);
 }
 
-void Server::addAssets(const char* pattern, const FindAsset& find) {
-  http_->Get(pattern, [find](const httplib::Request& request, httplib::Response& response) {
-    if (const auto asset = find(request.matches[1])) {
-      response.set_content(asset->content, asset->type);
-    } else {
-      response.status = 404;
-    }
-  });
+/// Returns a text with the token wherever a mark stands for it.
+std::string Server::withToken(std::string_view text) const {
+  constexpr std::string_view kMark = "@TOKEN@";
+  std::string content(text);
+  for (auto at = content.find(kMark); at != std::string::npos; at = content.find(kMark, at)) {
+    content.replace(at, kMark.size(), token_);
+  }
+  return content;
 }
 
 /// Sends what happens to a viewer for as long as it listens. A viewer who does not take it in time
 /// is let go, and comes back when it can.
-void Server::addEvents() {
-  http_->Get("/events", [this](const httplib::Request&, httplib::Response& response) {
-    const auto seen = std::make_shared<Board::Seen>();
-    response.set_chunked_content_provider(
-        "text/event-stream", [this, seen](std::size_t, httplib::DataSink& sink) {
-          while (const auto events = board_.nextEvents(*seen, kHeartbeat)) {
-            if (!sink.write(events->data(), events->size())) return false;
-          }
-          constexpr std::string_view kEnd = "event: end\ndata: null\n\n";
-          sink.write(kEnd.data(), kEnd.size());
-          sink.done();
-          return true;
-        });
-  });
+Answer Server::events() const {
+  Answer events = answer(200, "text/event-stream");
+  events.idle = kAlive;
+  events.next = [&board = board_, seen = Board::Seen()]() mutable -> std::optional<Content> {
+    return seen.end ? std::nullopt : std::optional(board.next(seen));
+  };
+  return events;
 }
 
-void Server::addPress() {
-  http_->Post("/press", [this](const httplib::Request& request, httplib::Response& response) {
-    if (!isPress(request.body)) {
-      response.status = 400;
-    } else {
-      response.status = board_.press(request.body) ? 204 : 429;
-    }
-  });
+/// Returns the status of the answer.
+unsigned Server::press(const std::optional<std::string>& word) {
+  if (!word) return 413;
+  if (!isPress(*word)) return 400;
+  return board_.press(*word) ? 204 : 429;
 }
 
 }  // namespace desk::web

@@ -1,43 +1,32 @@
 #pragma once
 
-#include <functional>
-#include <future>
-#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "desk/drawing/Fonts.h"
+#include "desk/drawing/Pictures.h"
 #include "desk/web/Board.h"
-
-namespace httplib {
-struct Request;
-struct Response;
-}  // namespace httplib
+#include "desk/web/Http.h"
 
 namespace desk::web {
 
-class Http;
-
-/// A file that the page asks for.
-struct Asset {
-  std::string content;
-  std::string type;  ///< of the Internet (RFC 6838)
-};
-
 /// Returns 128 random bits in hexadecimal digits. Raises base::SystemError.
 std::string randomToken();
+
+/// Returns where a server with this token has a picture.
+std::string addressOf(const drawing::Picture& picture, const std::string& token);
 
 /// Serves the page to viewers on this machine, who know the address that only its user has been
 /// told: every request has to carry the token, to name this server as its host, and to come from
 /// this server's own page.
 class Server {
  public:
-  /// Finds the font of a skin by its name, or a picture by its path.
-  using FindAsset = std::function<std::optional<Asset>(const std::string& name)>;
-
-  /// Listens on `port` of the loopback interface, on any free one for 0. `board` outlives the
-  /// server. Raises std::runtime_error when it cannot.
-  Server(Board& board, int port, std::string token, const FindAsset& find_font,
-         const FindAsset& find_picture);
+  /// Listens on `port` of the loopback interface, on any free one for 0. The board, the skin's
+  /// fonts and the pictures outlive the server. Raises std::runtime_error, with the reason, when it
+  /// cannot.
+  Server(Board& board, const drawing::Fonts& fonts, drawing::Pictures& pictures, int port,
+         std::string token, const Limits& limits = {});
 
   /// Tells every viewer of the end, and lets them go; one that does not listen after a second.
   ~Server();
@@ -48,16 +37,18 @@ class Server {
   std::string address() const;
 
  private:
-  bool isRefused(const httplib::Request& request, httplib::Response& response) const;
-  void addPage();
-  void addAssets(const char* pattern, const FindAsset& find);
-  void addEvents();
-  void addPress();
+  Answer answerTo(const Request& request);
+  bool isRefused(const Request& request) const;
+  Answer file(const std::string& path) const;
+  std::string withToken(std::string_view text) const;
+  Answer events() const;
+  unsigned press(const std::optional<std::string>& word);
 
   Board& board_;
+  const drawing::Fonts& fonts_;
+  drawing::Pictures& pictures_;
   std::string token_;
-  std::unique_ptr<Http> http_;
-  std::future<void> listening_;
+  Http http_;
 };
 
 }  // namespace desk::web

@@ -1,28 +1,32 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
+#include <memory>
+#include <optional>
 #include <pugixml.hpp>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/Escape.h"
 #include "desk/drawing/Drawing.h"
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 /// What a receiver shows of a screen: texts in its widgets, and a list of three rows.
-Json frameOf(const char* screen, const char* list) {
-  const Json row = Json::array({"A row with a text", "and a description"});
-  return {{"key", ""},
-          {"screen", screen},
-          {"title", "A title"},
-          {"widgets", {{"title", "A title"}, {"key_red", "Exit"}, {"status", "two\nlines"}}},
-          {"list", list},
-          {"rows", Json::array({row, row, row})},
-          {"pictures", Json::array({"/there.png", "/missing.png", ""})},
-          {"selected", 1}};
+desk::Frame frameOf(const char* screen, const char* list) {
+  using namespace desk;
+  const Rows rows = {{"A row with a text", "and a description", "/there.png"},
+                     {"Another", "", "/missing.png"},
+                     {"A third", "and its description"}};
+  return {.layers = {
+              {.screen = screen,
+               .title = "A title",
+               .rows = std::make_shared<const Rows>(rows),
+               .selected = 1,
+               .content = ScreenContent{
+                   .texts = {{"title", "A title"}, {"key_red", "Exit"}, {"status", "two\nlines"}},
+                   .list = list}}}};
 }
 
 std::optional<std::string> findPicture(const std::string& path) {

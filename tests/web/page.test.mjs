@@ -420,13 +420,25 @@ test("what has no token, another host or another origin is refused", async (t) =
     (await fetch(new URL(path, address), { headers, method })).status;
   const token = address.search;
   assert.equal(await status("/" + token), 200);
-  for (const path of ["/", "/events", "/page.js", "/font/Regular", "/picture/etc/passwd", "/?token=", "/?token=0"]) {
+  for (const path of ["/", "/events", "/page.js", "/font/Regular", "/picture/1", "/?token=", "/?token=0"]) {
     assert.equal(await status(path), 403, path);
   }
   assert.equal(await status("/press", {}, "POST"), 403);
   assert.equal(await status("/" + token, { Origin: "http://example.com" }), 403);
   assert.equal(await status("/" + token, { Origin: address.origin }), 200);
 });
+
+/** Returns the path of a picture in the first drawing. */
+async function shownPicture(address) {
+  const { body } = await fetch(new URL("/events" + address.search, address));
+  let text = "";
+  for await (const chunk of body.pipeThrough(new TextDecoderStream())) {
+    text += chunk;
+    const found = /\/picture\/\d+/.exec(text);
+    if (found) return found[0];
+  }
+  throw new Error("no picture is shown");
+}
 
 test("nothing is served but the page, its fonts and the pictures that the skin names", async (t) => {
   const { address } = await new Receiver(t).open();
@@ -440,8 +452,10 @@ test("nothing is served but the page, its fonts and the pictures that the skin n
     ["/page.js", "200 text/javascript; charset=utf-8"],
     ["/font/Regular", "200 font/ttf"],
     ["/font/..%2f..%2fetc%2fpasswd", "404 null"],
-    ["/picture/etc/passwd", "404 null"],
-    ["/picture/usr/../etc/passwd", "404 null"],
+    [await shownPicture(address), "200 image/png"],
+    ["/picture/0", "404 null"],
+    ["/picture/1000", "404 null"],
+    ["/picture/..%2fetc%2fpasswd", "404 null"],
     ["/etc/passwd", "404 null"],
     ["/other", "404 null"],
   ]) {

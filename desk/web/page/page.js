@@ -153,6 +153,5 @@ television.addEventListener("click", (event) => {
 });
 
 document.addEventListener("visibilitychange", connect);
-if (television.firstElementChild) fit();
 television.focus({ preventScroll: true });
 connect();

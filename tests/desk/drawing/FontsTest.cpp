@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Files.h"
 #include "desk/drawing/Fonts.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -84,11 +85,12 @@ TEST(Fonts, FontOfTheSkinIsMeasuredByItsOwnFile) {
   EXPECT_NE(widthOf("Own"), widthOf("Regular"));
   EXPECT_EQ(widthOf("Missing"), widthOf("Regular"));
   EXPECT_EQ(widthOf("Broken"), widthOf("Regular"));
-  EXPECT_EQ(fonts.fileOf("Own"), directory / "own.ttf");
-  EXPECT_EQ(fonts.fileOf("Missing"), fonts.fileOf("Regular"));
-  EXPECT_EQ(notices.lines(), (std::vector<std::string>{
-                                 "cannot use the font '" + (directory / "broken.ttf") + "'",
-                                 "cannot use the font '" + (directory / "missing.ttf") + "'"}));
+  EXPECT_EQ(*fonts.contentOf("Own"), base::readFile(SERIF_FONT));
+  EXPECT_EQ(fonts.contentOf("Missing"), fonts.contentOf("Regular"));
+  EXPECT_EQ(notices.lines(),
+            (std::vector<std::string>{"cannot use the font '" + (directory / "broken.ttf") + "'",
+                                      "cannot use a font: No such file or directory: '" +
+                                          (directory / "missing.ttf") + "'"}));
 }
 
 }  // namespace
