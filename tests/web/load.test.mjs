@@ -191,6 +191,22 @@ test("what would make an answer larger or dearer is not heeded", async (t) => {
   assert.ok(answer.endsWith("\r\n\r\nThis is not for you: open the address that the command has printed.\n"));
 });
 
+test("a signal ends the receiver with a last word to its viewers", async (t) => {
+  for (const signal of ["SIGINT", "SIGTERM", "SIGHUP", "SIGQUIT"]) {
+    const receiver = new Receiver(t);
+    const desk = await receiver.open();
+    const viewer = new Viewer(desk);
+    await viewer.opened;
+    const gone = new Promise((resolve) => viewer.request.on("close", resolve));
+    const end = once(desk.process, "exit");
+    desk.process.kill(signal);
+    assert.deepEqual(await end, [null, signal]);
+    await gone;
+    assert.match(Buffer.concat(viewer.chunks).toString(), /event: end\ndata: null\n\n$/);
+    receiver.flash();
+  }
+});
+
 test("a port that another receiver is shown on is refused", async (t) => {
   const desk = await new Receiver(t).open();
   const { port } = desk.address;
