@@ -8,7 +8,6 @@
 #include <chrono>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <regex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -136,7 +135,7 @@ TEST_F(ServerTest, OtherMethodsAreRefused) {
 }
 
 TEST_F(ServerTest, ConnectionsBeyondTheMostWaitUntilOthersAreLetGo) {
-  serve({.connections = 2, .request = milliseconds(500)});
+  serve({.connections = 2, .request = milliseconds(2000)});
   const std::array<Client, 2> silent = {Client(port), Client(port)};
   const Client third = ask("GET", "/other");
   EXPECT_FALSE(third.hears(milliseconds(200)));
@@ -179,12 +178,12 @@ TEST_F(ServerTest, ViewerHearsThatTheReceiverIsThereAndAllThatThereIsBeforeTheEn
   std::this_thread::sleep_for(milliseconds(2500));
   board.addLine("last");
   server.reset();
-  const std::regex expected(
-      "(event: alive\ndata: null\n\n){2,3}event: log\ndata: \\[\"last\"\\]\n\n"
-      "event: end\ndata: null\n\n");
+  const std::string alive = "event: alive\ndata: null\n\n";
   for (const Client& viewer : viewers) {
-    const std::string heard = contentOf(viewer.all());
-    EXPECT_TRUE(std::regex_match(heard, expected)) << heard;
+    std::string heard = contentOf(viewer.all());
+    EXPECT_TRUE(heard.starts_with(alive)) << heard;
+    while (heard.starts_with(alive)) heard.erase(0, alive.size());
+    EXPECT_EQ(heard, "event: log\ndata: [\"last\"]\n\nevent: end\ndata: null\n\n");
   }
 }
 
@@ -192,7 +191,7 @@ TEST_F(ServerTest, ViewerWhoDoesNotReadIsLetGo) {
   serve({.answer = milliseconds(500)});
   board.showPicture(std::string(10'000'000, 'x'));
   const Client viewer = ask("GET", "/events");
-  std::this_thread::sleep_for(milliseconds(2500));
+  std::this_thread::sleep_for(milliseconds(4000));
   EXPECT_LT(viewer.all().size(), 10'000'000U);
 }
 
