@@ -42,8 +42,12 @@ TEST_F(FaultsTest, WhateverIsKilledWheneverNothingIsLeftAndTheNextDeskOpens) {
   };
   for (int round = 0; round < rounds(); ++round) {
     const Job& job = kJobs[upTo(std::size(kJobs) - 1)];
-    auto playing = std::async(std::launch::async,
-                              [&] { return run(receiver().playArguments(job.menu, job.words)); });
+    // What the leak check starts would be among the victims, and it would wait for that for ever.
+    std::vector<std::string> command = withoutLeakCheck({});
+    for (const std::string& word : receiver().playArguments(job.menu, job.words)) {
+      command.push_back(word);
+    }
+    auto playing = std::async(std::launch::async, [&command] { return run(command); });
     std::this_thread::sleep_for(std::chrono::milliseconds(upTo(300)));
     if (const auto victims = receiver().processes(); !victims.empty()) {
       kill(victims[upTo(victims.size() - 1)], SIGKILL);
