@@ -59,7 +59,7 @@ void ConsoleLayer::runNext() {
           });
       return;
     } catch (const base::SystemError& error) {
-      addText(base::escapeInvalidUtf8(error.what()) + "\n");
+      addText(base::escapeInvalidUtf8(plain::toError(error).what()) + "\n");
     }
   }
   running_ = false;

@@ -55,7 +55,7 @@ void Receiver::settle() {
 
 void Receiver::guarded(const std::function<void()>& step) {
   try {
-    step();
+    plain::raising(step);
   } catch (const std::exception& error) {
     observer_.onError(error.what());
   }

@@ -69,7 +69,7 @@ Object Object::get(Text name) const {
 }
 
 void Object::set(Text name, const Object& value) const {
-  nodeOf(*this).set(name.characters(), value);
+  plain::raising([&] { nodeOf(*this).set(name.characters(), value); });
 }
 
 Object Object::operator()(Arguments arguments) const {

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "host/plain/Error.h"
+#include "base/SystemError.h"
 
 namespace support {
 namespace {
 
-plain::Error missing(const std::string& path) {
-  return {"OSError", "[Errno 2] No such file or directory: '" + path + "'", ENOENT};
+base::SystemError missing(const std::string& path) {
+  return {ENOENT, path};
 }
 
 std::string nameOf(const std::string& path) {
