@@ -6,10 +6,6 @@
 namespace base {
 namespace {
 
-bool isContinuation(unsigned char byte) {
-  return (byte & 0xC0U) == 0x80U;
-}
-
 /// Returns the length of the valid UTF-8 sequence at `start`, 0 when there is none (RFC 3629).
 std::size_t sequenceLength(const std::string& bytes, std::size_t start) {
   const auto at = [&](std::size_t offset) {
@@ -35,7 +31,7 @@ std::size_t sequenceLength(const std::string& bytes, std::size_t start) {
   }
   if (length == 0 || second < least || second > most) return 0;
   for (std::size_t offset = 2; offset < length; ++offset) {
-    if (!isContinuation(static_cast<unsigned char>(at(offset)))) return 0;
+    if (!isContinuation(static_cast<char>(at(offset)))) return 0;
   }
   return length;
 }
@@ -78,6 +74,22 @@ std::string shown(const std::string& bytes, IsHidden is_hidden) {
 }
 
 }  // namespace
+
+bool isContinuation(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+std::size_t lengthOfWhole(const std::string& bytes) {
+  constexpr std::size_t kLongest = 4;
+  for (std::size_t back = 1; back < kLongest && back <= bytes.size(); ++back) {
+    const std::size_t start = bytes.size() - back;
+    if (isContinuation(bytes[start])) continue;
+    const auto first = static_cast<unsigned char>(bytes[start]);
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
+    return length > back ? start : bytes.size();
+  }
+  return bytes.size();
+}
 
 std::string escapeInvalidUtf8(const std::string& bytes) {
   return shown(bytes, [](std::string_view /*character*/) { return false; });

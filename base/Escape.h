@@ -8,6 +8,12 @@ namespace base {
 /// of valid UTF-8 as "\xNN".
 std::string escapeInvalidUtf8(const std::string& bytes);
 
+/// Whether the byte is not the first of a character in UTF-8.
+bool isContinuation(char byte);
+
+/// Returns how many of the bytes come before a character in UTF-8 that may end beyond them.
+std::size_t lengthOfWhole(const std::string& bytes);
+
 /// Returns `bytes` as text on one line of a terminal: as escapeInvalidUtf8(), and with the control
 /// characters, U+0000 to U+001F and U+007F to U+009F, as "\xNN", byte by byte.
 std::string escapeControls(const std::string& bytes);

@@ -1,9 +1,11 @@
 #include "desk/drawing/Fonts.h"
 
+#include <fcntl.h>
 #include <ft2build.h>
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <new>
 #include <stdexcept>
 #include FT_FREETYPE_H
@@ -47,13 +49,30 @@ struct Fonts::Library {
   FT_Library handle = nullptr;
 };
 
+/// No font is larger, in bytes.
+constexpr std::size_t kLargestFont = 8 * 1024 * 1024;
+
+/// Reads a font's file. Raises std::runtime_error for one that is too large to be a font, and
+/// base::SystemError.
+std::string readFont(const std::filesystem::path& path) {
+  const base::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) throw base::SystemError(errno, path);
+  std::string content(kLargestFont + 1, '\0');
+  content.resize(base::readSome(file.number(), content.data(), content.size(), path));
+  if (content.size() > kLargestFont) {
+    throw std::runtime_error("cannot use the font '" + path.string() + "': it is too large");
+  }
+  content.shrink_to_fit();
+  return content;
+}
+
 /// A font's file, and the widths of its characters as far as they have been asked for. Lengths are
 /// those of a font whose size is 1.
 struct Fonts::Face {
   /// Raises std::runtime_error for a file that is no font whose size can be chosen, and
   /// base::SystemError for one that cannot be read.
   Face(FT_Library library, const std::filesystem::path& file)
-      : content(std::make_shared<const std::string>(base::readFile(file))) {
+      : content(std::make_shared<const std::string>(readFont(file))) {
     const auto* bytes = reinterpret_cast<const FT_Byte*>(content->data());
     const auto size = static_cast<FT_Long>(content->size());
     if (FT_New_Memory_Face(library, bytes, size, 0, &handle) != 0) {

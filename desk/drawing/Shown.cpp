@@ -1,5 +1,7 @@
 #include "desk/drawing/Shown.h"
 
+#include "desk/protocol/Names.h"
+
 namespace desk::drawing {
 namespace {
 
@@ -23,7 +25,7 @@ void add(Shown& shown, const ChoiceContent& choice, SecondsLeft /*seconds_left*/
 }
 
 void addStatus(Shown& shown, bool is_running) {
-  shown.texts["status"] = is_running ? "running" : "finished";
+  shown.texts["status"] = statusOf(is_running);
   shown.shows_end = true;
 }
 
@@ -33,11 +35,10 @@ void add(Shown& shown, const ConsoleContent& console, SecondsLeft /*seconds_left
 }
 
 void add(Shown& shown, const PackagesContent& content, SecondsLeft /*seconds_left*/) {
-  constexpr const char* kStates[] = {"waiting", "running", "done", "failed"};  // in their order
   addStatus(shown, content.is_running);
   shown.has_cursor = false;
   for (const auto& [name, state] : content.packages) {
-    shown.rows.push_back({"", name, kStates[static_cast<int>(state)], ""});
+    shown.rows.push_back({"", name, nameOf(state), ""});
     if (state != Package::State::waiting) shown.selected = shown.rows.size() - 1;
   }
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <poll.h>
+
 #include <chrono>
 #include <optional>
 #include <string>
 
 #include "desk/protocol/Messages.h"
-#include "desk/supervisor/Supervisor.h"
+#include "desk/supervisor/EventListener.h"
 
 namespace desk {
 
@@ -37,11 +39,10 @@ class FrontEnd : public EventListener {
   /// The last word has selected a row that is not there.
   virtual void onMissingRow(const Word& /*word*/) {}
 
-  /// What poll(2) has to watch for input, negative for nothing. `is_free`: whether the GUI waits
-  /// for a word.
-  virtual int inputDescriptor(bool /*is_free*/) const { return -1; }
+  /// Returns what poll(2) has to watch for input. `is_free`: whether the GUI waits for a word.
+  virtual pollfd input(bool /*is_free*/) const { return {.fd = -1, .events = 0, .revents = 0}; }
 
-  /// Input may have come; `events` is what poll(2) says of its descriptor.
+  /// Input may have come; `events` is what poll(2) says of it.
   virtual void takeInput(short /*events*/) {}
 
   /// Brings everything up to date with `moment`, after every step.

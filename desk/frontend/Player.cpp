@@ -27,9 +27,9 @@ constexpr milliseconds kNever(60000);
 int Player::play(Supervisor& supervisor) {
   while (!isOver(supervisor)) {
     const short input = wait(supervisor);
-    if (signals_ && Signals::end() != 0) {
+    if (signals_ && signals_->end() != 0) {
       supervisor.kill();
-      return Signals::end();
+      return signals_->end();
     }
     stopIfAsked();
     if (gui_has_report_) takeReports(supervisor);
@@ -47,7 +47,7 @@ short Player::wait(const Supervisor& supervisor) {
   const bool is_free = has_opened_ && supervisor.unanswered() == 0;
   std::array<pollfd, 2> watched = {
       pollfd{.fd = supervisor.descriptor(), .events = POLLIN, .revents = 0},
-      pollfd{.fd = front_end_.inputDescriptor(is_free), .events = POLLIN, .revents = 0}};
+      front_end_.input(is_free)};
   const milliseconds patience = untilDue(Clock::now());
   if (signals_) {
     signals_->wait(watched, patience);
@@ -70,12 +70,12 @@ milliseconds Player::untilDue(Time now) const {
 
 void Player::stopIfAsked() {
   if (!signals_) return;
-  if (Signals::takeStop()) {
+  if (signals_->takeStop()) {
     front_end_.suspend();
-    Signals::stop();
+    signals_->stop();
     front_end_.resume();
   }
-  if (Signals::takeContinued()) front_end_.resume();
+  if (signals_->takeContinued()) front_end_.resume();
 }
 
 void Player::takeReports(Supervisor& supervisor) {
@@ -154,8 +154,10 @@ bool Player::isOver(const Supervisor& supervisor) const {
 }
 
 void Player::onEvent(const Event& event) {
-  if (event.kind == Event::Kind::gui_killed) countdown_ = {};
-  if (event.kind == Event::Kind::gui_started) has_opened_ = false;
+  if (event.kind == Event::Kind::gui_started) {
+    has_opened_ = false;
+    last_error_.clear();
+  }
   if (event.kind == Event::Kind::error) last_error_ = event.text;
   front_end_.onEvent(event);
 }

@@ -1,33 +1,30 @@
 #include "desk/frontend/Signals.h"
 
 #include <ctime>
+#include <utility>
 
 namespace desk {
 namespace {
 
-/// The signals that ask a process to end: by a person, another process or a lost connection.
-constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-
+// What the handlers have noted: they have no other place for it.
 volatile std::sig_atomic_t ending_signal = 0;
 volatile std::sig_atomic_t asked_to_stop = 0;
 volatile std::sig_atomic_t continued = 0;
 
 void takeNote(int signal) {
-  ending_signal = signal;
+  if (signal == SIGTSTP) {
+    asked_to_stop = 1;
+  } else if (signal == SIGCONT) {
+    continued = 1;
+  } else {
+    ending_signal = signal;
+  }
 }
 
-void takeNoteOfStop(int /*signal*/) {
-  asked_to_stop = 1;
-}
-
-void takeNoteOfGoingOn(int /*signal*/) {
-  continued = 1;
-}
-
-void handle(int signal, void (*handler)(int)) {
+struct sigaction noting() {
   struct sigaction action {};
-  action.sa_handler = handler;
-  sigaction(signal, &action, nullptr);
+  action.sa_handler = takeNote;
+  return action;
 }
 
 /// Returns whether the note was taken, and forgets it.
@@ -40,32 +37,35 @@ bool take(volatile std::sig_atomic_t& note) {
 }  // namespace
 
 Signals::Signals() {
+  ending_signal = 0;
+  asked_to_stop = 0;
+  continued = 0;
   sigset_t held{};
   sigemptyset(&held);
-  for (const int signal : kEnding) sigaddset(&held, signal);
-  sigaddset(&held, SIGWINCH);
-  sigaddset(&held, SIGTSTP);
-  sigaddset(&held, SIGCONT);
-  sigprocmask(SIG_BLOCK, &held, &before_);
-  for (const int signal : kEnding) handle(signal, takeNote);
-  handle(SIGTSTP, takeNoteOfStop);
-  handle(SIGCONT, takeNoteOfGoingOn);
+  for (const int signal : kNoted) sigaddset(&held, signal);
+  sigaddset(&held, SIGWINCH);  // curses has a handler for it
+  sigprocmask(SIG_BLOCK, &held, &mask_before_);
+  const struct sigaction note = noting();
+  for (std::size_t index = 0; index < before_.size(); ++index) {
+    sigaction(kNoted[index], nullptr, &before_[index]);
+    if (before_[index].sa_handler != SIG_IGN) sigaction(kNoted[index], &note, nullptr);
+  }
 }
 
 Signals::~Signals() {
-  for (const int signal : kEnding) handle(signal, SIG_DFL);
-  handle(SIGTSTP, SIG_DFL);
-  handle(SIGCONT, SIG_DFL);
-  sigprocmask(SIG_SETMASK, &before_, nullptr);
+  for (std::size_t index = 0; index < before_.size(); ++index) {
+    sigaction(kNoted[index], &before_[index], nullptr);
+  }
+  sigprocmask(SIG_SETMASK, &mask_before_, nullptr);
 }
 
 void Signals::wait(std::span<pollfd> watched, std::chrono::milliseconds time) const {
   const timespec limit = {.tv_sec = time.count() / 1000, .tv_nsec = time.count() % 1000 * 1000000};
   for (pollfd& one : watched) one.revents = 0;
-  ppoll(watched.data(), watched.size(), &limit, &before_);
+  ppoll(watched.data(), watched.size(), &limit, &mask_before_);
 }
 
-int Signals::end() {
+int Signals::end() const {
   return ending_signal;
 }
 
@@ -74,14 +74,17 @@ bool Signals::takeStop() {
 }
 
 void Signals::stop() {
-  handle(SIGTSTP, SIG_DFL);
+  struct sigaction usual {};
+  usual.sa_handler = SIG_DFL;
+  sigaction(SIGTSTP, &usual, nullptr);
   sigset_t stops{};
   sigemptyset(&stops);
   sigaddset(&stops, SIGTSTP);
   raise(SIGTSTP);
   sigprocmask(SIG_UNBLOCK, &stops, nullptr);
   sigprocmask(SIG_BLOCK, &stops, nullptr);
-  handle(SIGTSTP, takeNoteOfStop);
+  const struct sigaction note = noting();
+  sigaction(SIGTSTP, &note, nullptr);
 }
 
 bool Signals::takeContinued() {

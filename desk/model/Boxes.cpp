@@ -5,21 +5,6 @@
 #include "base/Escape.h"
 
 namespace desk {
-namespace {
-
-MessageContent::Type shownType(MessageBox::Type type) {
-  switch (type) {
-    case MessageBox::TYPE_INFO:
-      return MessageContent::Type::info;
-    case MessageBox::TYPE_ERROR:
-      return MessageContent::Type::error;
-    case MessageBox::TYPE_YESNO:
-      break;
-  }
-  return MessageContent::Type::yesno;
-}
-
-}  // namespace
 
 MessageBoxLayer::MessageBoxLayer(MessageBox box) : Layer("MessageBox"), box_(std::move(box)) {
   if (isQuestion()) answers_.setRows({{"yes"}, {"no"}});
@@ -44,9 +29,8 @@ RowList* MessageBoxLayer::rowList() {
 }
 
 Content MessageBoxLayer::content() const {
-  return MessageContent{.type = shownType(box_.type),
-                        .text = base::escapeInvalidUtf8(box_.text),
-                        .timeout = box_.timeout};
+  return MessageContent{
+      .type = box_.type, .text = base::escapeInvalidUtf8(box_.text), .timeout = box_.timeout};
 }
 
 ChoiceBoxLayer::ChoiceBoxLayer(const ChoiceBox& box)

@@ -18,7 +18,7 @@ class MessageBoxLayer : public Layer {
   Content content() const override;
 
  private:
-  bool isQuestion() const { return box_.type == MessageBox::TYPE_YESNO; }
+  bool isQuestion() const { return box_.type == MessageContent::Type::yesno; }
 
   MessageBox box_;
   RowList answers_;

@@ -11,30 +11,14 @@ namespace {
 /// How much of the output is kept, in bytes.
 constexpr std::size_t kKept = 100000;
 
-bool continuesCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
 /// Returns where the last kKept bytes begin: at a line, or at least at a character.
 std::size_t startOfKept(const std::string& output) {
   if (output.size() <= kKept) return 0;
   std::size_t start = output.size() - kKept;
   const std::size_t line = output.find('\n', start) + 1;
   if (line != 0 && line != output.size()) return line;
-  while (start < output.size() && continuesCharacter(output[start])) ++start;
+  while (start < output.size() && base::isContinuation(output[start])) ++start;
   return start;
-}
-
-/// Returns how many of the bytes come before a character of UTF-8 that ends beyond them.
-std::size_t lengthOfWhole(const std::string& bytes) {
-  constexpr std::size_t kLongest = 4;
-  for (std::size_t back = 1; back < kLongest && back <= bytes.size(); ++back) {
-    const auto first = static_cast<unsigned char>(bytes[bytes.size() - back]);
-    if (continuesCharacter(bytes[bytes.size() - back])) continue;
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
-    return length > back ? bytes.size() - back : bytes.size();
-  }
-  return bytes.size();
 }
 
 }  // namespace
@@ -67,7 +51,7 @@ void ConsoleLayer::runNext() {
 
 void ConsoleLayer::addOutput(const std::string& bytes) {
   unread_ += bytes;
-  const std::size_t length = lengthOfWhole(unread_);
+  const std::size_t length = base::lengthOfWhole(unread_);
   addText(base::escapeInvalidUtf8(unread_.substr(0, length)));
   unread_.erase(0, length);
 }

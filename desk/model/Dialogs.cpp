@@ -8,13 +8,14 @@ std::string textOrNothing(const host::Object& object) {
 }
 
 MessageBox messageBox(const plain::Dialog& asked) {
+  using Type = MessageContent::Type;
   const std::string type =
       asked.arguments.size() > 1 ? plain::nodeOf(asked.arguments[1]).str() : "TYPE_YESNO";
   const auto* const timeout = plain::as<plain::Number>(asked.keyword("timeout"));
   return {.text = plain::textOf(asked.arguments.at(0)),
-          .type = type == "TYPE_INFO"    ? MessageBox::TYPE_INFO
-                  : type == "TYPE_ERROR" ? MessageBox::TYPE_ERROR
-                                         : MessageBox::TYPE_YESNO,
+          .type = type == "TYPE_INFO"    ? Type::info
+                  : type == "TYPE_ERROR" ? Type::error
+                                         : Type::yesno,
           .timeout = timeout ? static_cast<int>(timeout->number) : 0};
 }
 

@@ -4,6 +4,7 @@
 #include <variant>
 #include <vector>
 
+#include "desk/protocol/Frame.h"
 #include "host/plain/Session.h"
 
 namespace desk {
@@ -11,9 +12,8 @@ namespace desk {
 /// A message on top of everything. An information or error closes by key or after `timeout`
 /// seconds; a question closes with true for yes, false for no and for the exit key.
 struct MessageBox {
-  enum Type { TYPE_YESNO, TYPE_INFO, TYPE_ERROR };
   std::string text;
-  Type type = TYPE_YESNO;
+  MessageContent::Type type = MessageContent::Type::yesno;
   int timeout = 0;  ///< seconds; 0 for none
 };
 

@@ -6,52 +6,36 @@
 #include <type_traits>
 #include <utility>
 
+#include "desk/protocol/Names.h"
+
 namespace desk {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-template <class Value>
-struct Name {
-  Value value;
+/// The causes of frames, as the names of their messages.
+constexpr struct {
+  FrameReport::Cause cause;
   const char* name;
-};
-
-constexpr Name<MessageContent::Type> kTypes[] = {
-    {MessageContent::Type::info, "info"},
-    {MessageContent::Type::error, "error"},
-    {MessageContent::Type::yesno, "yesno"},
-};
-
-constexpr Name<Package::State> kStates[] = {
-    {Package::State::waiting, "waiting"},
-    {Package::State::running, "running"},
-    {Package::State::done, "done"},
-    {Package::State::failed, "failed"},
-};
-
-constexpr Name<Event::Kind> kEvents[] = {
-    {Event::Kind::gui_killed, "gui-killed"},
-    {Event::Kind::gui_started, "gui-started"},
-    {Event::Kind::error, "error"},
-};
-
-constexpr Name<FrameReport::Cause> kCauses[] = {
+} kCauses[] = {
     {FrameReport::Cause::word, "frame"},
     {FrameReport::Cause::request, "shown"},
     {FrameReport::Cause::idle, "idle"},
 };
 
-template <class Value, std::size_t count>
-const char* nameOf(const Name<Value> (&names)[count], Value value) {
-  return std::ranges::find(names, value, &Name<Value>::value)->name;
+/// Returns the beginning of something that is not understood, for a line that says so.
+std::string beginningOf(const std::string& text) {
+  constexpr std::size_t kMost = 100;
+  return text.substr(0, kMost);
 }
 
-template <class Value, std::size_t count>
-Value valueOf(const Name<Value> (&names)[count], const std::string& name) {
-  const auto* const found = std::ranges::find(names, name, &Name<Value>::name);
-  if (found == std::end(names)) throw ProtocolError("not understood: '" + name + "'");
-  return found->value;
+/// Whether the value is of this type as it stands: the library would convert numbers.
+template <class Value>
+bool isOf(const Json& json) {
+  if constexpr (std::is_same_v<Value, bool>) return json.is_boolean();
+  if constexpr (std::is_unsigned_v<Value>) return json.is_number_unsigned();
+  if constexpr (std::is_integral_v<Value>) return json.is_number_integer();
+  return true;
 }
 
 /// The members of a JSON object, each to be taken once.
@@ -59,7 +43,7 @@ class Members {
  public:
   /// Raises ProtocolError unless `json` is an object.
   explicit Members(Json json) : json_(std::move(json)) {
-    if (!json_.is_object()) throw ProtocolError("no object: " + json_.dump());
+    if (!json_.is_object()) throw ProtocolError("no object: " + beginningOf(json_.dump()));
   }
 
   bool has(const char* name) const { return json_.contains(name); }
@@ -70,11 +54,13 @@ class Members {
     const auto found = json_.find(name);
     if (found == json_.end()) throw ProtocolError(std::string("no '") + name + "'");
     try {
+      if (!isOf<Value>(*found)) throw Json::type_error::create(0, "", nullptr);
       Value value = found->template get<Value>();
       json_.erase(found);
       return value;
     } catch (const Json::type_error&) {
-      throw ProtocolError(std::string("not understood: '") + name + "': " + found->dump());
+      throw ProtocolError(std::string("not understood: '") + name +
+                          "': " + beginningOf(found->dump()));
     }
   }
 
@@ -96,7 +82,7 @@ void add(Json& json, const ScreenContent& content) {
 }
 
 void add(Json& json, const MessageContent& content) {
-  json["type"] = nameOf(kTypes, content.type);
+  json["type"] = nameOf(content.type);
   json["text"] = content.text;
   json["timeout"] = content.timeout;
 }
@@ -113,7 +99,7 @@ void add(Json& json, const ConsoleContent& content) {
 void add(Json& json, const PackagesContent& content) {
   Json packages = Json::array();
   for (const Package& package : content.packages) {
-    packages.push_back({{"name", package.name}, {"state", nameOf(kStates, package.state)}});
+    packages.push_back({{"name", package.name}, {"state", nameOf(package.state)}});
   }
   json["packages"] = std::move(packages);
   json["running"] = content.is_running;
@@ -133,10 +119,6 @@ void addRows(Json& json, const Rows& rows) {
 
 // Layers as they cross the socket.
 
-/// The names of the kinds of content, in the order of their alternatives.
-constexpr const char* kKinds[] = {"screen", "message", "choice", "console", "packages"};
-static_assert(std::size(kKinds) == std::variant_size_v<Content>);
-
 const LayerView* findLayer(const Frame& frame, std::uint64_t id) {
   const auto found = std::ranges::find(frame.layers, id, &LayerView::id);
   return found == frame.layers.end() ? nullptr : &*found;
@@ -155,10 +137,16 @@ void shortenOutput(Json& json, const ConsoleContent& console, const LayerView* b
   json["text"] = console.output.substr(endOf(*old) - console.dropped);
 }
 
+const char* nameOf(const Content& content) {
+  constexpr const char* kNames[] = {"screen", "message", "choice", "console", "packages"};
+  static_assert(std::size(kNames) == std::variant_size_v<Content>);
+  return kNames[content.index()];
+}
+
 /// `before`: the layer as the reader has it, null for one that it does not have.
 Json layerJson(const LayerView& layer, const LayerView* before) {
   Json json = {{"id", layer.id},
-               {"kind", kKinds[layer.content.index()]},
+               {"kind", nameOf(layer.content)},
                {"screen", layer.screen},
                {"title", layer.title},
                {"selected", layer.selected}};
@@ -193,7 +181,7 @@ ScreenContent takeScreen(Members& members) {
 }
 
 MessageContent takeMessage(Members& members) {
-  return {.type = valueOf(kTypes, members.take<std::string>("type")),
+  return {.type = typeOf(members.take<std::string>("type")),
           .text = members.take<std::string>("text"),
           .timeout = members.take<int>("timeout")};
 }
@@ -215,7 +203,7 @@ PackagesContent takePackages(Members& members) {
   for (Json& json : members.take<std::vector<Json>>("packages")) {
     Members package(std::move(json));
     packages.packages.push_back(
-        {package.take<std::string>("name"), valueOf(kStates, package.take<std::string>("state"))});
+        {package.take<std::string>("name"), stateOf(package.take<std::string>("state"))});
     package.requireAllTaken();
   }
   return packages;
@@ -251,8 +239,10 @@ LayerView takeLayer(Json json, const Frame& before) {
   return layer;
 }
 
+/// Takes a frame's word, which is "" for the opening.
 Word takeWord(Members& members) {
   const auto text = members.take<std::string>("word");
+  if (text.empty()) return {};
   const auto word = parseWord(text);
   if (!word) throw ProtocolError("not understood: '" + text + "'");
   return *word;
@@ -267,7 +257,7 @@ Json message(const char* kind, Json content) {
 /// Returns the message without its version.
 Members membersOf(std::string_view json) {
   Json message = Json::parse(json, nullptr, false);
-  if (message.is_discarded()) throw ProtocolError("no JSON: " + std::string(json));
+  if (message.is_discarded()) throw ProtocolError("no JSON: " + beginningOf(std::string(json)));
   Members members(std::move(message));
   const int version = members.take<int>("version");
   if (version != kProtocolVersion) {
@@ -329,7 +319,7 @@ std::string jsonOf(const Frame& frame) {
 }
 
 std::string jsonOf(const Event& event) {
-  Json json = {{"event", nameOf(kEvents, event.kind)}};
+  Json json = {{"event", nameOf(event.kind)}};
   if (event.kind == Event::Kind::error) json["text"] = event.text;
   return json.dump();
 }
@@ -345,6 +335,7 @@ Request parseRequest(std::string_view json) {
     members.take<bool>("show");
   } else {
     request.word = takeWord(members);
+    if (request.word->kind == Word::Kind::opening) throw ProtocolError("not understood: ''");
   }
   members.requireAllTaken();
   return request;
@@ -353,7 +344,9 @@ Request parseRequest(std::string_view json) {
 std::string ReportWriter::jsonOf(const Report& report) {
   const auto toJson = [this](const auto& content) {
     if constexpr (std::is_same_v<decltype(content), const FrameReport&>) {
-      return message(nameOf(kCauses, content.cause), frameJson(content.frame, last_));
+      const auto* const cause =
+          std::ranges::find(kCauses, content.cause, [](const auto& known) { return known.cause; });
+      return message(cause->name, frameJson(content.frame, last_));
     } else {
       return messageOf(content);
     }

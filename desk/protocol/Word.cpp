@@ -16,11 +16,11 @@ constexpr struct {
   std::string_view text;
   Word::Kind kind;
 } kWords[] = {
-    {"", Word::Kind::opening},        {"up", Word::Kind::key},      {"down", Word::Kind::key},
-    {"left", Word::Kind::key},        {"right", Word::Kind::key},   {"ok", Word::Kind::key},
-    {"exit", Word::Kind::key},        {"red", Word::Kind::key},     {"green", Word::Kind::key},
-    {"yellow", Word::Kind::key},      {"blue", Word::Kind::key},    {"wait", Word::Kind::wait},
-    {"timeout", Word::Kind::timeout}, {"frame", Word::Kind::frame},
+    {"up", Word::Kind::key},      {"down", Word::Kind::key},  {"left", Word::Kind::key},
+    {"right", Word::Kind::key},   {"ok", Word::Kind::key},    {"exit", Word::Kind::key},
+    {"red", Word::Kind::key},     {"green", Word::Kind::key}, {"yellow", Word::Kind::key},
+    {"blue", Word::Kind::key},    {"wait", Word::Kind::wait}, {"timeout", Word::Kind::timeout},
+    {"frame", Word::Kind::frame},
 };
 
 /// Whether `word` names a row by its index.

@@ -22,7 +22,7 @@ struct Word {
   Kind kind = Kind::opening;
   std::string text = {};  ///< the word as it is written
 
-  /// Returns what follows the colon.
+  /// Returns what follows the colon of a word that has one.
   std::string argument() const { return text.substr(text.find(':') + 1); }
 
   friend bool operator==(const Word&, const Word&) = default;

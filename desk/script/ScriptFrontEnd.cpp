@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "desk/protocol/Json.h"
+#include "desk/protocol/Names.h"
 #include "desk/terminal/Views.h"
 
 namespace desk {
@@ -65,8 +66,8 @@ void ScriptFrontEnd::onEvent(const Event& event) {
     output_ << jsonOf(event) << std::endl;
     return;
   }
-  constexpr const char* kTexts[] = {"gui-killed", "gui-started", "error: "};
-  output_ << "\n*** " << kTexts[static_cast<int>(event.kind)] << event.text << std::endl;
+  output_ << "\n*** " << nameOf(event.kind) << (event.text.empty() ? "" : ": ") << event.text
+          << std::endl;
 }
 
 }  // namespace desk

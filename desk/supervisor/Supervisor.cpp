@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <utility>
@@ -39,7 +40,11 @@ void Supervisor::start() {
   }
   if (gui_ == 0) {
     ours.reset();
-    run_gui_(Channel(std::move(theirs)));
+    try {
+      run_gui_(Channel(std::move(theirs)));
+    } catch (...) {
+      _exit(EXIT_FAILURE);  // what is to be undone is the parent's
+    }
   }
   channel_.emplace(std::move(ours));
   reader_ = {};
@@ -47,9 +52,14 @@ void Supervisor::start() {
   has_shown_a_frame_ = false;
 }
 
-/// Lets the GUI see that nobody will send a word any more, and waits for its end.
+/// Lets the GUI see that nobody will send a word any more, and waits for its end. It may still be
+/// sending, and ends only when that is taken.
 void Supervisor::stop() {
-  if (channel_) shutdown(channel_->descriptor(), SHUT_WR);
+  if (channel_) {
+    shutdown(channel_->descriptor(), SHUT_WR);
+    while (channel_->receive()) {
+    }
+  }
   waitForEnd();
 }
 

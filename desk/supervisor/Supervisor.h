@@ -11,23 +11,10 @@
 
 #include "desk/protocol/Channel.h"
 #include "desk/protocol/Json.h"
+#include "desk/supervisor/EventListener.h"
 #include "desk/supervisor/Record.h"
 
 namespace desk {
-
-/// Is told what happens to the GUI between frames.
-class EventListener {
- public:
-  virtual ~EventListener() = default;
-
-  virtual void onEvent(const Event& event) = 0;
-
-  /// The module has printed `line`.
-  virtual void onLogLine(const std::string& line) = 0;
-
-  /// `command` is about to run in a shell of the receiver.
-  virtual void onCommand(const std::string& command) = 0;
-};
 
 /// Where the supervisor writes what the module prints and runs; empty paths for nowhere.
 struct Records {

@@ -29,15 +29,15 @@ std::optional<Word> TerminalFrontEnd::nextWord() {
   while (!pressed_.empty()) {
     auto word = parseWord(television_.take(pressed_.front()));
     pressed_.pop_front();
-    if (!word || word->kind == Word::Kind::opening) continue;
+    if (!word) continue;
     television_.setCommand("");
     return word;
   }
   return std::nullopt;
 }
 
-int TerminalFrontEnd::inputDescriptor(bool /*is_free*/) const {
-  return takesKeys() ? STDIN_FILENO : -1;
+pollfd TerminalFrontEnd::input(bool /*is_free*/) const {
+  return {.fd = STDIN_FILENO, .events = static_cast<short>(takesKeys() ? POLLIN : 0), .revents = 0};
 }
 
 /// Whether more keys are read now; others stay in the terminal's own buffer.

@@ -24,7 +24,7 @@ class TerminalFrontEnd : public FrontEnd {
 
   void show(const Frame& frame, bool is_answer) override;
   std::optional<Word> nextWord() override;
-  int inputDescriptor(bool is_free) const override;
+  pollfd input(bool is_free) const override;
 
   /// Raises std::runtime_error when the terminal has gone.
   void takeInput(short events) override;

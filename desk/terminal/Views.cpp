@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "desk/protocol/Names.h"
 #include "desk/terminal/ColourKeys.h"
 
 namespace desk::terminal {
@@ -99,16 +100,11 @@ void drawDialog(Picture& picture, const Area& space, const LayerView& layer, Loo
 
 void drawMessage(Picture& picture, const Area& space, const LayerView& layer,
                  const MessageContent& message, Looking& looking, std::optional<int> seconds_left) {
-  constexpr const char* kTypes[] = {"[info]", "[error]", "[yesno]"};
-  const std::string type = kTypes[static_cast<int>(message.type)];
+  const std::string type = std::string("[") + nameOf(message.type) + "]";
   drawDialog(picture, space, layer, looking, message.text,
              {.heading = layer.title.empty() ? type : layer.title + " " + type,
               .note = seconds_left ? "closes in " + std::to_string(*seconds_left) + " s" : "",
               .ink = message.type == MessageContent::Type::error ? Ink::error : Ink::border});
-}
-
-const char* runningNote(bool is_running) {
-  return is_running ? "running" : "finished";
 }
 
 /// Returns a console's output with every carriage return as a line break.
@@ -131,26 +127,26 @@ void drawConsole(Picture& picture, const Area& area, const LayerView& layer,
   const int top = looking.scroll.top(count, inside.height, count - 1);
   const int below = std::max(0, count - top - inside.height);
   const std::string more = below > 0 ? std::to_string(below) + " more below, " : "";
-  canvas.boxNote(area, more + runningNote(console.is_running), Ink::notice);
+  canvas.boxNote(area, more + statusOf(console.is_running), Ink::notice);
   for (int row = 0; row < std::min(inside.height, count - top); ++row) {
     canvas.write(inside.x, inside.y + row, lines[static_cast<std::size_t>(top + row)], Ink::text,
                  inside.width);
   }
 }
 
-/// How a package's state is written, in the order of the states.
-struct State {
-  const char* name;
+/// The sign of a package's state.
+struct Sign {
+  Package::State state;
   const char* ascii;
   const char* utf8;
   Ink ink;
 };
 
-constexpr State kStates[] = {
-    {"waiting", " ", " ", Ink::description},
-    {"running", ">", "▶", Ink::notice},
-    {"done", "+", "✓", Ink::green},
-    {"failed", "x", "✗", Ink::error},
+constexpr Sign kSigns[] = {
+    {Package::State::waiting, " ", " ", Ink::description},
+    {Package::State::running, ">", "▶", Ink::notice},
+    {Package::State::done, "+", "✓", Ink::green},
+    {Package::State::failed, "x", "✗", Ink::error},
 };
 
 /// Draws how many of the packages are over and done with as a bar.
@@ -172,7 +168,7 @@ void drawPackages(Picture& picture, const Area& area, const LayerView& layer,
   constexpr int kStateColumns = 10;
   Canvas& canvas = picture.canvas;
   canvas.box(area, headingOf(layer));
-  canvas.boxNote(area, runningNote(content.is_running), Ink::notice);
+  canvas.boxNote(area, statusOf(content.is_running), Ink::notice);
   Area inside = area.inside();
   const std::vector<Package>& packages = content.packages;
   const int count = static_cast<int>(packages.size());
@@ -185,23 +181,14 @@ void drawPackages(Picture& picture, const Area& area, const LayerView& layer,
   const int top = looking.scroll.top(count, inside.height, std::min(ended, count - 1));
   for (int row = 0; row < std::min(inside.height, count - top); ++row) {
     const Package& package = packages[static_cast<std::size_t>(top + row)];
-    const State& state = kStates[static_cast<std::size_t>(package.state)];
+    const Sign& sign = *std::ranges::find(kSigns, package.state, &Sign::state);
     const int y = inside.y + row;
-    canvas.write(inside.x + 1, y, canvas.lettering().either(state.utf8, state.ascii), state.ink);
-    canvas.write(inside.x + 3, y, state.name, state.ink);
+    canvas.write(inside.x + 1, y, canvas.lettering().either(sign.utf8, sign.ascii), sign.ink);
+    canvas.write(inside.x + 3, y, nameOf(package.state), sign.ink);
     // The end of a package file's path tells it from others.
     const int room = inside.width - kStateColumns - 3;
     canvas.write(inside.x + 2 + kStateColumns, y, canvas.lettering().cutFront(package.name, room));
   }
-}
-
-/// Returns the texts of a screen that is no list, but for its title and the labels of keys.
-std::string messageOf(const ScreenContent& screen) {
-  std::string message;
-  for (const auto& [name, text] : screen.texts) {
-    if (name != "title" && !name.starts_with("key_")) message += text + "\n";
-  }
-  return message;
 }
 
 /// Whether the layer is as large as the picture, so that nothing beneath it is to be seen.
@@ -224,8 +211,9 @@ void drawLayer(Picture& picture, const Area& area, const LayerView& layer, Looki
   } else if (isLarge(layer)) {
     drawList(picture, area, layer, looking);
   } else {
-    drawDialog(picture, area, layer, looking, messageOf(*layer.as<ScreenContent>()),
-               {.heading = headingOf(layer)});
+    std::string message;
+    for (const std::string& text : messagesOf(*layer.as<ScreenContent>())) message += text + "\n";
+    drawDialog(picture, area, layer, looking, message, {.heading = headingOf(layer)});
   }
 }
 

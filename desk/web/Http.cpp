@@ -26,9 +26,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-/// How often waiting answers are asked for their next part, and connections whether they get on.
-constexpr Milliseconds kTick(1000);
-
 /// How much of an answer whose size is known goes at once, in bytes; any other goes through its
 /// connection's own memory.
 constexpr std::size_t kPart = 2048;
@@ -83,7 +80,7 @@ struct Http::Sending {
 
 /// What the library calls, `self` being the server or an answer on its way.
 struct Http::Calls {
-  /// Says that the library complains: of the system at the start, of those who visit later.
+  /// Takes note of the library's complaint. At the start it is of the system.
   static void complain(void* self, const char* /*format*/, va_list /*arguments*/) {
     static_cast<Http*>(self)->error_ = errno;
   }
@@ -153,8 +150,8 @@ Http::Http(int port, int news, const Limits& limits, Handler handler)
                              MHD_OPTION_CONNECTION_MEMORY_LIMIT, limits.memory,
                              MHD_OPTION_NOTIFY_CONNECTION, Calls::notify, this, MHD_OPTION_END);
   if (daemon_ == nullptr) {
-    throw std::runtime_error("cannot listen on port " + std::to_string(port) + ": " +
-                             std::generic_category().message(error_));
+    const std::string reason = error_ == 0 ? "" : ": " + std::generic_category().message(error_);
+    throw std::runtime_error("cannot listen on port " + std::to_string(port) + reason);
   }
   port_ = MHD_get_daemon_info(daemon_, MHD_DAEMON_INFO_BIND_PORT)->port;
   sigset_t all{};
@@ -172,7 +169,7 @@ Http::~Http() {
 }
 
 void Http::run() noexcept {
-  while (!is_closing_) step(kTick);
+  while (!is_closing_) step(limits_.tick);
   const base::Descriptor listening(MHD_quiesce_daemon(daemon_));
   wakeWaiting();
   const Time until = Clock::now() + limits_.farewell;
@@ -198,7 +195,7 @@ void Http::step(Milliseconds patience) {
   MHD_run(daemon_);
   if (!is_tick) return;
   letGo();
-  tick_ = Clock::now() + kTick;
+  tick_ = Clock::now() + limits_.tick;
 }
 
 void Http::wakeWaiting() {

@@ -24,6 +24,7 @@ struct Limits {
   std::chrono::milliseconds request{4000};   ///< for a request to come
   std::chrono::milliseconds answer{5000};    ///< for each part of an answer to go
   std::chrono::milliseconds farewell{1000};  ///< for all answers to go when the server ends
+  std::chrono::milliseconds tick{1000};      ///< how often the times above are looked at
 };
 
 struct Request {
@@ -46,7 +47,7 @@ struct Answer {
   /// What follows, where that is not known yet: the next part; null when there is none now, nothing
   /// when there will be none.
   std::function<std::optional<Content>()> next;
-  Content idle;  ///< stands for a part when there has been none for a second
+  Content idle;  ///< stands for a part when there has been none for a tick
 };
 
 /// An HTTP server on the loopback interface with one request a connection and a thread of its own,
@@ -57,13 +58,13 @@ class Http {
   using Handler = std::function<Answer(const Request&)>;
 
   /// Listens on `port`, on any free one for 0. An answer that has no part now is asked again when
-  /// `news`, an eventfd(2), becomes readable, and every second; `news` outlives the server, and
+  /// `news`, an eventfd(2), becomes readable, and every tick; `news` outlives the server, and
   /// nobody else reads it. Raises std::runtime_error, with the reason, when it cannot listen, and
   /// base::SystemError.
   Http(int port, int news, const Limits& limits, Handler handler);
 
-  /// Ends what is not an answer at once, and answers when they have gone or their time is over; one
-  /// that has no part now is at its end.
+  /// Ends every connection: one that is not being answered at once, one that is when the answer has
+  /// gone or the farewell's time is over. An answer that waits for its next part ends there.
   ~Http();
   Http(const Http&) = delete;
   Http& operator=(const Http&) = delete;
@@ -94,7 +95,7 @@ class Http {
   const Limits limits_;
   const Handler handler_;
   const int news_;
-  int error_ = 0;  ///< the errno of what the library has complained of last
+  int error_ = 0;  ///< the errno of the library's last complaint
   MHD_Daemon* daemon_;
   int port_;
   std::map<MHD_Connection*, Visit> visits_;

@@ -28,7 +28,8 @@ class Server {
   Server(Board& board, const drawing::Fonts& fonts, drawing::Pictures& pictures, int port,
          std::string token, const Limits& limits = {});
 
-  /// Tells every viewer of the end, and lets them go; one that does not listen after a second.
+  /// Tells every viewer of the end, and lets them go; those who do not listen when the farewell's
+  /// time is over.
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/Escape.h"
+#include "desk/protocol/Names.h"
 
 namespace desk::web {
 namespace {
@@ -17,14 +18,9 @@ std::string lastLineOf(const std::string& text) {
   return text.substr(begin, end - begin);
 }
 
-void addRunning(Parts& parts, bool is_running) {
-  parts.emplace_back(is_running ? "running" : "finished");
-}
-
 void add(Parts& parts, const ScreenContent& screen) {
-  for (const auto& [name, text] : screen.texts) {
-    if (name != "title" && !name.starts_with("key_")) parts.push_back(text);
-  }
+  const Parts messages = messagesOf(screen);
+  parts.insert(parts.end(), messages.begin(), messages.end());
 }
 
 void add(Parts& parts, const MessageContent& message) {
@@ -37,14 +33,14 @@ void add(Parts& parts, const ChoiceContent& choice) {
 
 void add(Parts& parts, const ConsoleContent& console) {
   parts.push_back(lastLineOf(console.output));
-  addRunning(parts, console.is_running);
+  parts.emplace_back(statusOf(console.is_running));
 }
 
 void add(Parts& parts, const PackagesContent& content) {
   for (const auto& [name, state] : content.packages) {
     if (state == Package::State::running) parts.push_back(name);
   }
-  addRunning(parts, content.is_running);
+  parts.emplace_back(statusOf(content.is_running));
 }
 
 /// Returns what a screen reader is to say of a screen or dialog when it comes up or changes: its

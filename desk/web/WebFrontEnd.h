@@ -20,7 +20,9 @@ class WebFrontEnd : public FrontEnd {
 
   void show(const Frame& frame, bool is_answer) override;
   std::optional<Word> nextWord() override;
-  int inputDescriptor(bool is_free) const override { return is_free ? board_.descriptor() : -1; }
+  pollfd input(bool is_free) const override {
+    return {.fd = is_free ? board_.descriptor() : -1, .events = POLLIN, .revents = 0};
+  }
   void refresh(const Moment& moment) override;
   void onEvent(const Event& event) override;
   void onLogLine(const std::string& line) override { addLine("print", line); }

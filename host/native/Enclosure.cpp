@@ -30,6 +30,7 @@
 
 #include "base/Descriptor.h"
 #include "base/Process.h"
+#include "base/SystemError.h"
 
 namespace native {
 namespace {
@@ -231,12 +232,17 @@ int waitForEnd(pid_t first, int lifeline) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&ending, signal);
   sigprocmask(SIG_BLOCK, &ending, nullptr);
   const base::Descriptor asked(signalfd(-1, &ending, SFD_CLOEXEC));
-  const base::Descriptor ended(base::openProcess(first));
-  if (!asked) kill(first, SIGKILL);
+  base::Descriptor ended;
+  try {
+    ended = base::openProcess(first);
+  } catch (const base::SystemError&) {
+    // Without it there is no waiting for its end and for others at once.
+  }
+  if (!asked || !ended) kill(first, SIGKILL);
   std::array<pollfd, 3> watched = {pollfd{.fd = ended.number(), .events = POLLIN, .revents = 0},
                                    pollfd{.fd = asked.number(), .events = POLLIN, .revents = 0},
                                    pollfd{.fd = lifeline, .events = 0, .revents = 0}};
-  while (asked && poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
+  while (asked && ended && poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
   }
   if (watched[0].revents == 0) kill(first, SIGKILL);
   int status = 0;

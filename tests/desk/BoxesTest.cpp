@@ -5,7 +5,7 @@ namespace desk {
 namespace {
 
 using host::operator""_t;
-using Type = MessageBox::Type;
+using Type = MessageContent::Type;
 
 struct Boxes : SessionTest {
   void openBox(Type type, int timeout = 0) {
@@ -37,7 +37,7 @@ const Question kQuestions[] = {
 
 TEST_F(Boxes, QuestionIsAnsweredByOkAtTheCursorAndByExitWithNo) {
   for (const Question& question : kQuestions) {
-    openBox(Type::TYPE_YESNO);
+    openBox(Type::yesno);
     press(question.keys);
     EXPECT_EQ(notes.lines, Lines{std::string("answer: ") + question.answer});
     EXPECT_EQ(top(), "");
@@ -46,14 +46,13 @@ TEST_F(Boxes, QuestionIsAnsweredByOkAtTheCursorAndByExitWithNo) {
 }
 
 TEST_F(Boxes, QuestionShowsItsAnswers) {
-  openBox(Type::TYPE_YESNO);
+  openBox(Type::yesno);
   EXPECT_EQ(rowsOf(*session.top()), (Lines{"yes", "no"}));
-  EXPECT_EQ(shown<MessageContent>(),
-            (MessageContent{.type = MessageContent::Type::yesno, .text = "Text"}));
+  EXPECT_EQ(shown<MessageContent>(), (MessageContent{.type = Type::yesno, .text = "Text"}));
 }
 
 TEST_F(Boxes, InformationAndErrorAreClosedByOkAndByExitAlone) {
-  for (const Type type : {Type::TYPE_INFO, Type::TYPE_ERROR}) {
+  for (const Type type : {Type::info, Type::error}) {
     for (const char* key : {"ok", "exit"}) {
       openBox(type, 10);
       EXPECT_EQ(session.top()->rowList(), nullptr);
@@ -68,12 +67,12 @@ TEST_F(Boxes, InformationAndErrorAreClosedByOkAndByExitAlone) {
 }
 
 TEST_F(Boxes, OnlyABoxWithATimeOutIsClosedByIt) {
-  openBox(Type::TYPE_INFO, 10);
+  openBox(Type::info, 10);
   session.top()->letTimeOutPass();
   settle();
   EXPECT_EQ(top(), "");
-  openBox(Type::TYPE_INFO);
-  openBox(Type::TYPE_YESNO);
+  openBox(Type::info);
+  openBox(Type::yesno);
   session.top()->letTimeOutPass();
   settle();
   EXPECT_EQ(top(), "MessageBox");

@@ -8,6 +8,10 @@
 
 namespace desk {
 
+Word word(const std::string& text) {
+  return text.empty() ? Word() : parseWord(text).value();
+}
+
 void waitForJob(Jobs& jobs) {
   constexpr int kMinute = 60000;
   std::vector<pollfd> watched = jobs.watched();

@@ -29,6 +29,9 @@ class Notes : public Observer {
 
 using Lines = std::vector<std::string>;
 
+/// Returns the word that is written so, the opening for "".
+Word word(const std::string& text);
+
 /// Waits for the next thing that a job does, and reports it. Raises std::runtime_error when a
 /// minute has passed.
 void waitForJob(Jobs& jobs);

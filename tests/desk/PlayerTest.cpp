@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -10,15 +13,17 @@
 #include "desk/frontend/Player.h"
 #include "desk/protocol/Json.h"
 #include "desk/script/ScriptFrontEnd.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
 namespace {
 
 using Cause = FrameReport::Cause;
 
-Frame menu(const std::string& word) {
-  return {.word = parseWord(word).value(),
-          .layers = {LayerView{.id = 1, .screen = "Menu", .title = "Title " + word}}};
+Frame menu(const std::string& text) {
+  return {.word = word(text),
+          .layers = {LayerView{.id = 1, .screen = "Menu", .title = "Title " + text}}};
 }
 
 /// A GUI that answers every word with its menu: "exit" closes that, "red" kills the GUI, "green" is
@@ -56,16 +61,16 @@ Frame menu(const std::string& word) {
   _exit(0);
 }
 
-using Gui = void (*)(Channel);
+using Gui = std::function<void(Channel)>;
 
-int play(FrontEnd& front_end, Gui gui = answeringGui) {
-  Player player(front_end);
+int play(FrontEnd& front_end, const Gui& gui = answeringGui, Signals* signals = nullptr) {
+  Player player(front_end, signals);
   Supervisor supervisor(gui, {}, player);
   return player.play(supervisor);
 }
 
 /// Returns what the script's front end prints.
-std::string printed(FrameFormat format, const std::string& words, Gui gui = answeringGui) {
+std::string printed(FrameFormat format, const std::string& words, const Gui& gui = answeringGui) {
   std::ostringstream output;
   ScriptFrontEnd front_end(format, parseWords(words), output);
   try {
@@ -132,20 +137,27 @@ struct Viewer : FrontEnd {
     if (next == words.size()) return std::nullopt;
     return words[next++];
   }
+  void refresh(const Moment& moment) override {
+    const std::string left = moment.seconds_left ? std::to_string(*moment.seconds_left) + " s" : "";
+    const std::string state = left + (moment.busy_since ? " busy" : "");
+    if (states.empty() || states.back() != state) states.push_back(state);
+  }
   void onEvent(const Event& event) override { notes.push_back(jsonOf(event)); }
-  void onLogLine(const std::string& /*line*/) override {}
+  void onLogLine(const std::string& line) override { notes.push_back(line); }
   void onCommand(const std::string& /*command*/) override {}
 
   std::vector<Word> words;
   std::size_t next = 0;
   std::vector<std::string> notes;
+  std::vector<std::string> states;  ///< the seconds left, and whether the GUI is busy
 };
+
+using Texts = std::vector<std::string>;
 
 TEST(Player, ViewerSeesWhatChangesMeanwhileAndTheEndIsThatOfTheMenu) {
   Viewer viewer("select:x blue exit left");
   EXPECT_EQ(play(viewer), 0);
-  EXPECT_EQ(viewer.notes,
-            (std::vector<std::string>{"answer ", "answer wait", "answer blue", "answer exit"}));
+  EXPECT_EQ(viewer.notes, (Texts{"answer ", "answer wait", "answer blue", "answer exit"}));
   EXPECT_EQ(viewer.next, 3U);
 }
 
@@ -157,6 +169,99 @@ TEST(Player, MenuThatDoesNotOpenForAViewerIsAnErrorWithItsReason) {
   } catch (const std::runtime_error& error) {
     EXPECT_STREQ(error.what(), "the menu does not open: KeyError: x");
   }
+}
+
+/// A GUI that shows a box for a second, and is closed by whatever comes.
+[[noreturn]] void boxGui(Channel channel) {
+  ReportWriter writer;
+  const LayerView box = {.id = 1, .content = MessageContent{.timeout = 1}};
+  channel.send(writer.jsonOf(FrameReport{Cause::word, {.layers = {box}}}));
+  const Request request = parseRequest(channel.receive().value());
+  channel.send(writer.jsonOf(FrameReport{Cause::word, {.word = request.word.value()}}));
+  channel.receive();
+  _exit(0);
+}
+
+TEST(Player, BoxCountsDownAndIsEndedByItsTimeOut) {
+  Viewer viewer("");
+  EXPECT_EQ(play(viewer, boxGui), 0);
+  EXPECT_EQ(viewer.notes, (Texts{"answer ", "answer timeout"}));
+  EXPECT_EQ(viewer.states, (Texts{"1 s", "0 s"}));
+}
+
+/// A GUI that takes its time for each word, and says so when another has come meanwhile.
+[[noreturn]] void slowGui(Channel channel) {
+  ReportWriter writer;
+  channel.send(writer.jsonOf(FrameReport{Cause::word, menu("")}));
+  while (const auto line = channel.receive()) {
+    const Word word = parseRequest(*line).word.value();
+    usleep(600000);
+    pollfd socket = {.fd = channel.descriptor(), .events = POLLIN, .revents = 0};
+    if (poll(&socket, 1, 0) > 0) channel.send(writer.jsonOf(LogLine{"another word"}));
+    const bool closes = word.text == "exit";
+    channel.send(
+        writer.jsonOf(FrameReport{Cause::word, closes ? Frame{.word = word} : menu("ok")}));
+  }
+  _exit(0);
+}
+
+TEST(Player, WordsAreHandedOverOneAtATimeAndMeanwhileTheGuiIsBusy) {
+  Viewer viewer("ok exit");
+  EXPECT_EQ(play(viewer, slowGui), 0);
+  EXPECT_EQ(viewer.notes, (Texts{"answer ", "answer ok", "answer exit"}));
+  EXPECT_EQ(std::set(viewer.states.begin(), viewer.states.end()),
+            (std::set<std::string>{"", " busy"}));
+}
+
+TEST(Player, MenuThatDoesNotOpenAgainAfterAKillIsAnErrorWithoutAnOldReason) {
+  const support::TemporaryDirectory directory;
+  Viewer viewer("green red");
+  try {
+    play(viewer, [&directory](Channel channel) {
+      const std::string mark = directory / "started";
+      if (access(mark.c_str(), F_OK) != 0) {
+        directory.write("started", "");
+        answeringGui(std::move(channel));
+      }
+      channel.send(ReportWriter().jsonOf(FrameReport{Cause::word, Frame()}));
+      channel.receive();
+      _exit(0);
+    });
+    ADD_FAILURE() << "no error";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "the menu does not open: ");
+  }
+}
+
+/// Asks the process to end as soon as it is shown anything.
+struct Interrupted : Viewer {
+  explicit Interrupted(int signal) : Viewer(""), signal_(signal) {}
+  void show(const Frame& frame, bool is_answer) override {
+    Viewer::show(frame, is_answer);
+    raise(signal_);
+  }
+
+ private:
+  int signal_;
+};
+
+TEST(Player, SignalEndsIt) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    Signals signals;
+    Interrupted viewer(signal);
+    EXPECT_EQ(play(viewer, answeringGui, &signals), signal);
+  }
+}
+
+TEST(Player, SignalThatIsIgnoredStaysIgnored) {
+  std::signal(SIGHUP, SIG_IGN);
+  {
+    Signals signals;
+    raise(SIGHUP);
+    Viewer viewer("exit");
+    EXPECT_EQ(play(viewer, answeringGui, &signals), 0);
+  }
+  EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 
 }  // namespace

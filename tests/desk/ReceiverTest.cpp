@@ -61,15 +61,13 @@ struct ReceiverTest : testing::Test {
     }
   }
 
-  bool handle(const std::string& word) { return receiver.handle(parseWord(word).value()); }
+  bool handle(const std::string& text) { return receiver.handle(word(text)); }
 
   LayerView top() const { return receiver.frame({}).layers.back(); }
   std::string topName() const { return receiver.frame({}).top() ? top().screen : ""; }
 
   /// Returns what a viewer sees after a word, as JSON.
-  std::string frame(const std::string& word) const {
-    return jsonOf(receiver.frame(parseWord(word).value()));
-  }
+  std::string frame(const std::string& text) const { return jsonOf(receiver.frame(word(text))); }
 
   Notes notes;
   Receiver receiver{notes};

@@ -10,7 +10,7 @@ namespace {
 using host::operator""_t;
 
 const MessageBox kQuestion{.text = "Sure?"};
-const MessageBox kInformation{.text = "Done", .type = MessageBox::TYPE_INFO};
+const MessageBox kInformation{.text = "Done", .type = MessageContent::Type::info};
 
 TEST_F(SessionTest, EmptyAtFirst) {
   EXPECT_EQ(session.top(), nullptr);

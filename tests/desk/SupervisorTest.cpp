@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "desk/supervisor/Supervisor.h"
+#include "tests/desk/DeskFixture.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace desk {
@@ -25,10 +26,6 @@ struct EventNotes : EventListener {
 
 using Lines = std::vector<std::string>;
 using Cause = FrameReport::Cause;
-
-Word word(const std::string& text) {
-  return parseWord(text).value();
-}
 
 FrameReport frame(const std::string& key, const std::string& title, Cause cause = Cause::word) {
   return {cause, {.word = word(key), .layers = {LayerView{.screen = "Menu", .title = title}}}};
@@ -294,6 +291,19 @@ TEST_F(SupervisorTest, GuiEndsWithItsSupervisor) {
     receiveAnswer(supervisor);
   }
   EXPECT_EQ(directory.read("ended"), "");
+}
+
+TEST_F(SupervisorTest, GuiThatIsStillSendingEndsToo) {
+  Supervisor supervisor(
+      [](Channel channel) {
+        GuiEnd gui(std::move(channel));
+        gui.send(frame("", "opened"));
+        for (int line = 0; line < 100; ++line) gui.send(LogLine{std::string(100000, 'x')});
+        gui.channel.receive();
+        _exit(0);
+      },
+      {}, events);
+  receiveAnswer(supervisor);
 }
 
 TEST_F(SupervisorTest, ReportThatIsNotUnderstoodIsAnErrorThatNamesIt) {

@@ -105,8 +105,11 @@ TEST_P(EnclosureTest, AScriptReachesNothingOutside) {
   const Outside outside(receiver().outside());
   receiver().write(inBackups("outside"), outside.described());
   fs::copy_file(STOWLINE_ESCAPE, receiver().at(inBackups("restore_escape.sh")));
+  const std::string highest_process = readFile("/proc/sys/kernel/pid_max");
 
   const Play play = receiver().play("restore", "select:script ok select:escape ok ok wait exit");
+
+  EXPECT_EQ(readFile("/proc/sys/kernel/pid_max"), highest_process);
 
   ASSERT_EQ(play.status, 0) << play.errors;
   EXPECT_EQ(receiver().read(inBackups("report")),

@@ -76,7 +76,10 @@ TEST(Fonts, FontOfTheSkinIsMeasuredByItsOwnFile) {
   std::filesystem::copy_file(SERIF_FONT, directory / "own.ttf");
   directory.write("broken.ttf", "no font");
   SkinSettings settings;
-  settings.fonts = {{"Own", "own.ttf"}, {"Missing", "missing.ttf"}, {"Broken", "broken.ttf"}};
+  settings.fonts = {{"Own", "own.ttf"},
+                    {"Missing", "missing.ttf"},
+                    {"Broken", "broken.ttf"},
+                    {"Endless", "/dev/zero"}};
   Notices notices;
   Fonts fonts(settings, directory.path(), notices);
   const auto widthOf = [&](const std::string& name) {
@@ -89,6 +92,7 @@ TEST(Fonts, FontOfTheSkinIsMeasuredByItsOwnFile) {
   EXPECT_EQ(fonts.contentOf("Missing"), fonts.contentOf("Regular"));
   EXPECT_EQ(notices.lines(),
             (std::vector<std::string>{"cannot use the font '" + (directory / "broken.ttf") + "'",
+                                      "cannot use the font '/dev/zero': it is too large",
                                       "cannot use a font: No such file or directory: '" +
                                           (directory / "missing.ttf") + "'"}));
 }

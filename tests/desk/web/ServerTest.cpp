@@ -135,7 +135,7 @@ TEST_F(ServerTest, OtherMethodsAreRefused) {
 }
 
 TEST_F(ServerTest, ConnectionsBeyondTheMostWaitUntilOthersAreLetGo) {
-  serve({.connections = 2, .request = milliseconds(2000)});
+  serve({.connections = 2, .request = milliseconds(2000), .tick = milliseconds(50)});
   const std::array<Client, 2> silent = {Client(port), Client(port)};
   const Client third = ask("GET", "/other");
   EXPECT_FALSE(third.hears(milliseconds(200)));
@@ -172,10 +172,10 @@ TEST_F(ServerTest, ViewerHearsWhatHappensAtOnce) {
 }
 
 TEST_F(ServerTest, ViewerHearsThatTheReceiverIsThereAndAllThatThereIsBeforeTheEnd) {
-  serve();
+  serve({.tick = milliseconds(50)});
   const std::array<Client, 2> viewers = {ask("GET", "/events"), ask("GET", "/events")};
   for (const Client& viewer : viewers) ASSERT_TRUE(viewer.hears(kLong));
-  std::this_thread::sleep_for(milliseconds(2500));
+  std::this_thread::sleep_for(milliseconds(200));
   board.addLine("last");
   server.reset();
   const std::string alive = "event: alive\ndata: null\n\n";
@@ -188,10 +188,10 @@ TEST_F(ServerTest, ViewerHearsThatTheReceiverIsThereAndAllThatThereIsBeforeTheEn
 }
 
 TEST_F(ServerTest, ViewerWhoDoesNotReadIsLetGo) {
-  serve({.answer = milliseconds(500)});
+  serve({.answer = milliseconds(100), .tick = milliseconds(50)});
   board.showPicture(std::string(10'000'000, 'x'));
   const Client viewer = ask("GET", "/events");
-  std::this_thread::sleep_for(milliseconds(4000));
+  std::this_thread::sleep_for(milliseconds(2000));
   EXPECT_LT(viewer.all().size(), 10'000'000U);
 }
 
