@@ -20,7 +20,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -156,10 +155,7 @@ void setLimits() {
 bool hasOwnProcessNumbers() {
   utsname system = {};
   uname(&system);
-  int version = 0;
-  int release = 0;
-  std::sscanf(system.release, "%d.%d", &version, &release);
-  return std::pair(version, release) >= std::pair(6, 14);
+  return strverscmp(system.release, "6.14") >= 0;
 }
 
 /// Limits the processes of the namespace by their numbers.

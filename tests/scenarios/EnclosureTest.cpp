@@ -5,7 +5,7 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -95,10 +95,7 @@ class Outside {
 bool limitsRootsProcesses() {
   utsname system = {};
   uname(&system);
-  int version = 0;
-  int release = 0;
-  std::sscanf(system.release, "%d.%d", &version, &release);
-  return std::pair(version, release) >= std::pair(6, 14);
+  return strverscmp(system.release, "6.14") >= 0;
 }
 
 TEST_P(EnclosureTest, AScriptReachesNothingOutside) {
