@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "base/SystemError.h"
@@ -31,16 +30,16 @@ base::Descriptor newEventDescriptor() {
 
 Board::Board() : pressed_(newEventDescriptor()), news_(newEventDescriptor()) {}
 
-void Board::showPicture(const nlohmann::ordered_json& picture) {
-  auto shown = event("picture", picture.dump());
+void Board::showPicture(const std::string& data) {
+  auto shown = event("picture", data);
   const std::lock_guard lock(mutex_);
   picture_ = std::move(shown);
   ++pictures_;
   tell();
 }
 
-void Board::addLine(const nlohmann::ordered_json& line) {
-  auto added = event("log", "[" + line.dump() + "]");
+void Board::addLine(const std::string& data) {
+  auto added = event("log", data);
   const std::lock_guard lock(mutex_);
   last_lines_.push_back(std::move(added));
   if (last_lines_.size() > kMostLines) last_lines_.pop_front();

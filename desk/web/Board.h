@@ -4,7 +4,6 @@
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 
@@ -30,11 +29,12 @@ class Board {
   /// Raises base::SystemError.
   Board();
 
-  /// Puts a picture up in the place of the one before.
-  void showPicture(const nlohmann::ordered_json& picture);
+  /// Puts a picture up in the place of the one before. `data`: what the page gets, on one line.
+  void showPicture(const std::string& data);
 
-  /// Adds a line to the log; the oldest goes when there are too many.
-  void addLine(const nlohmann::ordered_json& line);
+  /// Adds a line to the log; the oldest goes when there are too many. `data`: what the page gets,
+  /// on one line.
+  void addLine(const std::string& data);
 
   /// Says that nothing will come any more.
   void end();

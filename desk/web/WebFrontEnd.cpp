@@ -9,6 +9,9 @@
 namespace desk::web {
 namespace {
 
+/// What the page gets.
+using Json = nlohmann::ordered_json;
+
 using Parts = std::vector<std::string>;
 
 /// Returns the last line of a text that is not empty.
@@ -84,10 +87,11 @@ void WebFrontEnd::refresh(const Moment& moment) {
   const LayerView* const top = frame_.top();
   if (drawn == drawn_ || !top) return;
   drawn_ = drawn;
-  board_.showPicture({{"svg", drawing_.draw(frame_, moment.seconds_left)},
-                      {"title", top->title},
-                      {"announcement", announcementOf(*top)},
-                      {"state", is_busy ? "The receiver is busy …" : said_}});
+  const Json picture = {{"svg", drawing_.draw(frame_, moment.seconds_left)},
+                        {"title", top->title},
+                        {"announcement", announcementOf(*top)},
+                        {"state", is_busy ? "The receiver is busy …" : said_}};
+  board_.showPicture(picture.dump());
   addNotices();
 }
 
@@ -100,7 +104,7 @@ void WebFrontEnd::addNotices() {
 }
 
 void WebFrontEnd::addLine(const char* kind, const std::string& text) {
-  board_.addLine({{"kind", kind}, {"text", text}});
+  board_.addLine(Json({{"kind", kind}, {"text", text}}).dump());
 }
 
 void WebFrontEnd::onEvent(const Event& event) {

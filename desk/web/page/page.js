@@ -69,15 +69,13 @@ function showPicture(picture) {
   if (announcement.textContent !== picture.announcement) announcement.textContent = picture.announcement;
 }
 
-function addLines(lines) {
+function addLine(line) {
   const isAtEnd = log.scrollTop + log.clientHeight >= log.scrollHeight - 4;
-  for (const line of lines) {
-    const item = document.createElement("li");
-    item.className = line.kind;
-    item.textContent = line.text;
-    log.append(item);
-  }
-  while (log.children.length > mostLines) log.firstChild.remove();
+  const item = document.createElement("li");
+  item.className = line.kind;
+  item.textContent = line.text;
+  log.append(item);
+  if (log.children.length > mostLines) log.firstChild.remove();
   if (isAtEnd) log.scrollTop = log.scrollHeight;
 }
 
@@ -116,7 +114,7 @@ function connect() {
   });
   events.addEventListener("log", (event) => {
     hear();
-    addLines(JSON.parse(event.data));
+    addLine(JSON.parse(event.data));
   });
   events.addEventListener("end", () => {
     hasEnded = true;

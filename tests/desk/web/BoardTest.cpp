@@ -2,7 +2,6 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "desk/web/Board.h"
@@ -31,30 +30,30 @@ struct BoardTest : testing::Test {
 TEST_F(BoardTest, ViewerSeesTheLastPictureOnce) {
   Board::Seen seen;
   EXPECT_EQ(events(seen), "");
-  board.showPicture({{"svg", "first"}});
-  board.showPicture({{"svg", "second"}});
-  EXPECT_EQ(events(seen), "event: picture\ndata: {\"svg\":\"second\"}\n\n");
+  board.showPicture("first");
+  board.showPicture("second");
+  EXPECT_EQ(events(seen), "event: picture\ndata: second\n\n");
   EXPECT_EQ(events(seen), "");
 }
 
 TEST_F(BoardTest, ViewerSeesEveryLineAndANewOneThoseThatAreKept) {
   Board::Seen first;
   board.addLine("one");
-  EXPECT_EQ(events(first), "event: log\ndata: [\"one\"]\n\n");
+  EXPECT_EQ(events(first), "event: log\ndata: one\n\n");
   board.addLine("two");
   board.addLine("three");
-  EXPECT_EQ(events(first), "event: log\ndata: [\"two\"]\n\nevent: log\ndata: [\"three\"]\n\n");
+  EXPECT_EQ(events(first), "event: log\ndata: two\n\nevent: log\ndata: three\n\n");
   Board::Seen second;
   EXPECT_EQ(events(second),
-            "event: log\ndata: [\"one\"]\n\nevent: log\ndata: [\"two\"]\n\n"
-            "event: log\ndata: [\"three\"]\n\n");
+            "event: log\ndata: one\n\nevent: log\ndata: two\n\n"
+            "event: log\ndata: three\n\n");
 }
 
 TEST_F(BoardTest, OnlyTheLastLinesAreKept) {
-  for (int line = 0; line < 2000; ++line) board.addLine(line);
+  for (int line = 0; line < 2000; ++line) board.addLine(std::to_string(line));
   std::string expected;
   for (int line = 1500; line < 2000; ++line) {
-    expected += "event: log\ndata: [" + std::to_string(line) + "]\n\n";
+    expected += "event: log\ndata: " + std::to_string(line) + "\n\n";
   }
   Board::Seen seen;
   EXPECT_EQ(events(seen), expected);
@@ -64,7 +63,7 @@ TEST_F(BoardTest, EndComesOnceAfterWhatHasNotBeenSeen) {
   Board::Seen seen;
   board.addLine("last");
   board.end();
-  EXPECT_EQ(events(seen), "event: log\ndata: [\"last\"]\n\nevent: end\ndata: null\n\n");
+  EXPECT_EQ(events(seen), "event: log\ndata: last\n\nevent: end\ndata: null\n\n");
   EXPECT_EQ(events(seen), "");
   EXPECT_TRUE(seen.end);
 }
@@ -75,7 +74,7 @@ TEST_F(BoardTest, NewsAreThereToBeHeard) {
     return isReadable(board.news()) && eventfd_read(board.news(), &count) == 0;
   };
   EXPECT_FALSE(hears());
-  board.showPicture({{"svg", "picture"}});
+  board.showPicture("picture");
   EXPECT_TRUE(hears());
   EXPECT_FALSE(hears());
   board.addLine("line");
