@@ -110,11 +110,9 @@ Display::Display(std::optional<Theme> theme) {
 Display::~Display() {
   // What was pasted is not for the shell.
   flushinp();
-  const bool has_own_screen = tigetstr("rmcup") != nullptr;
-  if (!has_own_screen) {
-    erase();
-    refresh();
-  }
+  // A terminal may keep what its own screen has shown, if that has grown.
+  erase();
+  refresh();
   endwin();
   delscreen(screen_->handle);
 }

@@ -52,8 +52,10 @@ void TerminalState::restore() const {
   tcflow(STDIN_FILENO, TCOOFF);
   tcflow(STDIN_FILENO, TCOON);
   if (!readDescription()) return;
-  for (const char* sequence :
-       {exit_attribute_mode, orig_pair, cursor_normal, keypad_local, exit_ca_mode}) {
+  // A terminal may keep what its own screen has shown, if that has grown.
+  char* const clear_own_screen = exit_ca_mode ? clear_screen : nullptr;
+  for (const char* const sequence : {exit_attribute_mode, orig_pair, cursor_normal, keypad_local,
+                                     clear_own_screen, exit_ca_mode}) {
     if (sequence) tputs(sequence, 1, std::putchar);
   }
   if (!exit_ca_mode) {
