@@ -53,15 +53,15 @@ class Members {
   Value take(const char* name) {
     const auto found = json_.find(name);
     if (found == json_.end()) throw ProtocolError(std::string("no '") + name + "'");
+    const Json member = std::move(*found);
+    json_.erase(found);
     try {
-      if (!isOf<Value>(*found)) throw Json::type_error::create(0, "", nullptr);
-      Value value = found->template get<Value>();
-      json_.erase(found);
-      return value;
+      if (isOf<Value>(member)) return member.get<Value>();
     } catch (const Json::type_error&) {
-      throw ProtocolError(std::string("not understood: '") + name +
-                          "': " + beginningOf(found->dump()));
+      // One of its elements is of another type.
     }
+    throw ProtocolError(std::string("not understood: '") + name +
+                        "': " + beginningOf(member.dump()));
   }
 
   /// Raises ProtocolError when there is a member that was not taken.
