@@ -53,6 +53,9 @@ struct Limit {
 /// The most processes. RLIMIT_NPROC does not count root's.
 constexpr rlim_t kProcesses = 512;
 
+/// The most memory that a process may map beyond what this one has, in bytes.
+constexpr rlim_t kMemory = rlim_t{2} << 30U;
+
 constexpr Limit kLimits[] = {
     {RLIMIT_NPROC, kProcesses},
     {RLIMIT_FSIZE, rlim_t{4} << 30U},  // bytes
@@ -138,14 +141,24 @@ void giveUpPrivileges() {
   require(syscall(SYS_capset, &header, kept.data()) == 0, "capabilities");
 }
 
+void setLimit(const Limit& limit) {
+  rlimit both = {};
+  getrlimit(limit.resource, &both);
+  both.rlim_max = std::min(both.rlim_max, limit.most);
+  both.rlim_cur = both.rlim_max;
+  require(setrlimit(limit.resource, &both) == 0, "limits");
+}
+
+/// Returns how much memory this process has mapped, in bytes; a sanitizer maps terabytes.
+rlim_t mappedMemory() {
+  rlim_t pages = 0;
+  std::ifstream("/proc/self/statm") >> pages;
+  return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+}
+
 void setLimits() {
-  for (const Limit& limit : kLimits) {
-    rlimit both = {};
-    getrlimit(limit.resource, &both);
-    both.rlim_max = std::min(both.rlim_max, limit.most);
-    both.rlim_cur = both.rlim_max;
-    require(setrlimit(limit.resource, &both) == 0, "limits");
-  }
+  for (const Limit& limit : kLimits) setLimit(limit);
+  setLimit({RLIMIT_AS, mappedMemory() + kMemory});
   // Where memory runs out, all that is in the tree goes before anything outside.
   std::ofstream("/proc/self/oom_score_adj") << "1000";
 }

@@ -122,6 +122,7 @@ TEST_P(EnclosureTest, AScriptReachesNothingOutside) {
                         "attach shared memory: ENOENT\n"
                         "name the machine: EPERM\n"
                         "make a huge file: EFBIG\n"
+                        "lift the limit of memory: EPERM\n"
                         "start processes without end: ") +
                 (GetParam() == Account::ordinary || limitsRootsProcesses() ? "EAGAIN" : "no end") +
                 "\n"

@@ -7,6 +7,7 @@
 #include <sys/ipc.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/shm.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -97,6 +98,11 @@ std::string makeHugeFile() {
   return outcome(ftruncate(file, off_t{1} << 40));
 }
 
+std::string liftLimitOfMemory() {
+  const rlimit none = {RLIM_INFINITY, RLIM_INFINITY};
+  return outcome(setrlimit(RLIMIT_AS, &none));
+}
+
 /// Starts processes until the system gives no more, or there are far too many.
 std::string startProcesses() {
   constexpr std::size_t kFarTooMany = 2000;
@@ -166,6 +172,7 @@ int main() {
          << "attach shared memory: " << outcome(shmget(outside.memory, 0, 0)) << "\n"
          << "name the machine: " << outcome(sethostname("x", 1)) << "\n"
          << "make a huge file: " << makeHugeFile() << "\n"
+         << "lift the limit of memory: " << liftLimitOfMemory() << "\n"
          << "start processes without end: " << startProcesses() << "\n"
          << "gain privileges: " << (prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 1 ? "no" : "yes")
          << "\n"
