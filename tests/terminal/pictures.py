@@ -58,7 +58,7 @@ class Photographer:
 
     def take(self, title, *texts):
         """Takes a picture, once all the texts are shown."""
-        lines = self.terminal.wait_for(*texts)
+        lines = self.terminal.wait_for_picture(*texts)
         self.pictures.append((title, [same_at_any_time(line) for line in lines]))
 
     def leave(self):

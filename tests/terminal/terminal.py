@@ -200,6 +200,15 @@ class Terminal:
         wait_until(lambda: all(one in self.text() for one in (text, *others)), repr((text, *others)), self.text)
         return self.lines()
 
+    def wait_for_picture(self, *texts):
+        """Waits until all the texts are shown and nothing has changed for a moment, for a picture comes in parts;
+        returns the lines."""
+        def picture():
+            lines = self.wait_for(*texts)
+            time.sleep(0.1)
+            return self.lines() == lines and lines
+        return wait_until(picture, "a picture that stays", self.text)
+
     def wait_until_gone(self, text):
         """Waits until the text is not shown any more."""
         wait_until(lambda: text not in self.text(), "the end of " + repr(text), self.text)
