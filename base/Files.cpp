@@ -50,6 +50,14 @@ std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::s
   return done;
 }
 
+std::optional<std::string> readAtMost(int descriptor, std::size_t most, const std::string& path) {
+  std::string content(most + 1, '\0');
+  content.resize(readSome(descriptor, content.data(), content.size(), path));
+  if (content.size() > most) return std::nullopt;
+  content.shrink_to_fit();
+  return content;
+}
+
 void writeAll(int descriptor, std::string_view bytes, const std::string& path) {
   while (!bytes.empty()) {
     const ssize_t count = write(descriptor, bytes.data(), bytes.size());

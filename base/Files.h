@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,10 @@ std::string readFile(const std::string& path);
 /// Reads at most `size` bytes of the open file `descriptor` into `bytes`, less only where the file
 /// ends. Returns how many. `path` names it in an error. Raises SystemError.
 std::size_t readSome(int descriptor, char* bytes, std::size_t size, const std::string& path);
+
+/// Reads the open file `descriptor` to its end; nothing where that has more than `most` bytes.
+/// `path` names it in an error. Raises SystemError.
+std::optional<std::string> readAtMost(int descriptor, std::size_t most, const std::string& path);
 
 /// Writes all of `bytes` into the open file `descriptor`. `path` names it in an error. Raises
 /// SystemError.

@@ -15,4 +15,12 @@ Descriptor openProcess(pid_t process) {
   return Descriptor(static_cast<int>(number));
 }
 
+std::vector<char*> argumentsOf(const std::vector<std::string>& words) {
+  std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
+  for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  return arguments;
+}
+
 }  // namespace base

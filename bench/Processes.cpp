@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "base/Descriptor.h"
+#include "base/Process.h"
 #include "host/native/Enclosure.h"
 
 namespace bench {
@@ -97,9 +98,7 @@ Times measure(const std::function<void()>& child) {
 }
 
 void execute(const Words& words) {
-  std::vector<char*> argv;
-  for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
-  argv.push_back(nullptr);
+  const std::vector<char*> argv = base::argumentsOf(words);
   execv(argv[0], argv.data());
 }
 

@@ -29,8 +29,8 @@ class GzipFile : public Stream {
   /// Opens `path`. Raises base::SystemError.
   explicit GzipFile(const std::string& path, const BeginProgress& begin = {});
 
-  /// Reads an open file from where it stands. `name` names it in an error. Raises plain::Error
-  /// ("OSError").
+  /// Reads an open file from where it stands. `name` names it in an error. Raises
+  /// base::SystemError.
   GzipFile(base::Descriptor file, std::string name, const BeginProgress& begin = {});
 
   ~GzipFile() override;

@@ -46,8 +46,8 @@ struct Catalogue {
 
 /// Reads the catalogue of the medium that is found in the directory `medium`. `model`: the model to
 /// decide for; "" for none, then the next scheduled backup is one of each model. Nothing is
-/// written. Raises std::runtime_error when there is no backup directory, and plain::Error
-/// ("OSError") when it cannot be read.
+/// written. Raises std::runtime_error when there is no backup directory, and
+/// base::SystemError when it cannot be read.
 Catalogue readCatalogue(const std::filesystem::path& medium, const std::string& model);
 
 }  // namespace backups

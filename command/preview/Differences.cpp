@@ -36,10 +36,9 @@ std::string contentOf(tarball::Reader& reader) {
 /// Returns the content of a receiver's file. Raises base::SystemError, and Unshown.
 std::string contentOf(const base::Root& receiver, const std::string& path) {
   const base::Descriptor file = receiver.open(path);
-  std::string content(kLargestText + 1, '\0');
-  content.resize(base::readSome(file.number(), content.data(), content.size(), path));
-  if (content.size() > kLargestText) throw kTooLarge;
-  return content;
+  auto content = base::readAtMost(file.number(), kLargestText, path);
+  if (!content) throw kTooLarge;
+  return std::move(*content);
 }
 
 void requireText(const std::string& content) {

@@ -15,8 +15,8 @@ void requireMounted(const plain::Host& host);
 std::string whyNotWritable(const std::string& directory);
 
 /// Waits until the file or directory `path` is on its medium, where that can be waited for, and
-/// lets go of what memory holds of it, so that it is read from there next. Raises plain::Error
-/// ("OSError").
+/// lets go of what memory holds of it, so that it is read from there next. Raises
+/// base::SystemError.
 void sync(const std::string& path);
 
 }  // namespace scheduled

@@ -57,13 +57,11 @@ constexpr std::size_t kLargestFont = 8 * 1024 * 1024;
 std::string readFont(const std::filesystem::path& path) {
   const base::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file) throw base::SystemError(errno, path);
-  std::string content(kLargestFont + 1, '\0');
-  content.resize(base::readSome(file.number(), content.data(), content.size(), path));
-  if (content.size() > kLargestFont) {
+  auto content = base::readAtMost(file.number(), kLargestFont, path);
+  if (!content) {
     throw std::runtime_error("cannot use the font '" + path.string() + "': it is too large");
   }
-  content.shrink_to_fit();
-  return content;
+  return std::move(*content);
 }
 
 /// A font's file, and the widths of its characters as far as they have been asked for. Lengths are

@@ -40,10 +40,8 @@ void PictureFiles::write(const Frame& frame) {
   std::snprintf(number.data(), number.size(), "%03d-", ++count_);
   const std::filesystem::path file =
       directory_ / (number.data() + nameOf(frame.word.text) + ".svg");
-  const auto* const message = frame.top() ? frame.top()->as<MessageContent>() : nullptr;
-  const int timeout = message ? message->timeout : 0;
   std::ofstream stream(file, std::ios::binary);
-  stream << drawing_.draw(frame, timeout > 0 ? std::optional(timeout) : std::nullopt);
+  stream << drawing_.draw(frame, timeoutOf(frame));
   if (!stream.flush()) throw std::runtime_error("cannot write '" + file.string() + "'");
 }
 

@@ -73,18 +73,16 @@ void Pictures::changeScreen() {
 std::shared_ptr<const Picture> Pictures::read(const std::string& path) {
   try {
     const base::Descriptor file = receiver_.open(path);
-    std::string bytes(kLargestPicture + 1, '\0');
-    bytes.resize(base::readSome(file.number(), bytes.data(), bytes.size(), path));
+    auto bytes = base::readAtMost(file.number(), kLargestPicture, path);
+    if (!bytes) return nullptr;
     const auto before = shown_before_.find(path);
-    if (before != shown_before_.end() && before->second && before->second->content == bytes) {
+    if (before != shown_before_.end() && before->second && before->second->content == *bytes) {
       return before->second;
     }
-    if (bytes.size() > kLargestPicture) return nullptr;
     for (const auto& [begin, type] : kTypes) {
-      if (!bytes.starts_with(begin)) continue;
-      bytes.shrink_to_fit();
+      if (!bytes->starts_with(begin)) continue;
       const std::string name = std::to_string(++last_number_);
-      return std::make_shared<const Picture>(Picture{name, std::move(bytes), type});
+      return std::make_shared<const Picture>(Picture{name, std::move(*bytes), type});
     }
   } catch (const base::SystemError&) {
     // What cannot be read is not there.

@@ -5,14 +5,12 @@
 namespace desk {
 
 void Countdown::show(const Frame& frame, Time now) {
-  const LayerView* const top = frame.top();
-  const auto* const message = top ? top->as<MessageContent>() : nullptr;
-  if (!message) {
+  const std::optional<int> timeout = timeoutOf(frame);
+  if (!timeout) {
     *this = {};
-  } else if (box_ != top->id) {
-    box_ = top->id;
-    end_.reset();
-    if (message->timeout > 0) end_ = now + std::chrono::seconds(message->timeout);
+  } else if (box_ != frame.top()->id) {
+    box_ = frame.top()->id;
+    end_ = now + std::chrono::seconds(*timeout);
   }
 }
 

@@ -35,11 +35,7 @@ Pipe makePipe() {
 
 /// Starts `argv` with both outputs going into `output`.
 pid_t spawn(const std::vector<std::string>& argv, int output) {
-  std::vector<char*> words;
-  words.reserve(argv.size() + 1);
-  for (const std::string& word : argv) words.push_back(const_cast<char*>(word.c_str()));
-  words.push_back(nullptr);
-
+  const std::vector<char*> words = base::argumentsOf(argv);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -118,5 +119,12 @@ struct Frame {
 
   friend bool operator==(const Frame&, const Frame&) = default;
 };
+
+/// Returns the time-out of the box on top, in seconds; nothing where there is none.
+inline std::optional<int> timeoutOf(const Frame& frame) {
+  const LayerView* const top = frame.top();
+  const auto* const message = top ? top->as<MessageContent>() : nullptr;
+  return message && message->timeout > 0 ? std::optional(message->timeout) : std::nullopt;
+}
 
 }  // namespace desk

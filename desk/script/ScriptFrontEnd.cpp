@@ -23,10 +23,8 @@ std::string pictureOf(const Frame& frame) {
   const terminal::Lettering lettering = terminal::Lettering::ofLocale();
   terminal::Picture picture{terminal::Canvas(kTerminal, lettering)};
   terminal::Lookings lookings;
-  const auto* const message = frame.top()->as<MessageContent>();
-  const bool ends = message && message->timeout > 0;
   drawFrame(picture, {0, 0, kTerminal.columns, kTerminal.rows - 1}, frame, lookings,
-            ends ? std::optional(message->timeout) : std::nullopt);
+            timeoutOf(frame));
   drawLegend(picture, kTerminal.rows - 1, frame);
   std::string text;
   std::string before;

@@ -7,18 +7,14 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/Process.h"
 #include "desk/protocol/Json.h"
 
 namespace desk {
 
 void executeGui(const std::vector<std::string>& arguments, Channel channel,
                 const std::vector<int>& descriptors) {
-  std::vector<char*> words;
-  words.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) {
-    words.push_back(const_cast<char*>(argument.c_str()));
-  }
-  words.push_back(nullptr);
+  const std::vector<char*> words = base::argumentsOf(arguments);
   const int end = kFirstDescriptor + static_cast<int>(descriptors.size());
   std::vector<int> out_of_the_way = descriptors;
   for (int& each : out_of_the_way) each = fcntl(each, F_DUPFD, end);

@@ -8,6 +8,8 @@
 #include <numeric>
 #include <span>
 
+#include "base/Escape.h"
+
 namespace desk::terminal {
 namespace {
 
@@ -26,9 +28,7 @@ void addEscaped(std::vector<Glyph>& glyphs, std::string_view bytes) {
 /// Returns how many bytes the first character of `text`, which is valid UTF-8, has.
 std::size_t lengthOfFirst(std::string_view text) {
   std::size_t length = 1;
-  while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) {
-    ++length;
-  }
+  while (length < text.size() && base::isContinuation(text[length])) ++length;
   return length;
 }
 

@@ -20,8 +20,8 @@ class SettingsFile : public plain::Settings {
 
   std::optional<std::string> stored(const std::string& path) override;
 
-  /// Writes the file anew, beside the old one and then in its place. Raises plain::Error
-  /// ("OSError") when that fails; the old file is whole then.
+  /// Writes the file anew, beside the old one and then in its place. Raises
+  /// base::SystemError when that fails; the old file is whole then.
   void store(const std::map<std::string, std::optional<std::string>>& values) override;
 
  private:

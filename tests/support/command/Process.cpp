@@ -13,6 +13,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "base/Process.h"
 #include "tests/support/command/Account.h"
 
 namespace command_test {
@@ -47,9 +48,7 @@ void openStowline(bool keep_open) {
 }
 
 [[noreturn]] void execute(const std::vector<std::string>& argv) {
-  std::vector<char*> words;
-  for (const std::string& word : argv) words.push_back(const_cast<char*>(word.c_str()));
-  words.push_back(nullptr);
+  const std::vector<char*> words = base::argumentsOf(argv);
   if (argv[0] == kStowline) {
     fexecve(kStowlineDescriptor, words.data(), environ);
   } else {
