@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <ostream>
+#include <utility>
 
 namespace output {
 namespace {
@@ -16,29 +17,34 @@ std::size_t lengthOf(const std::string& text) {
 
 }  // namespace
 
-void Table::print(std::ostream& out) const {
+Table::Table(std::vector<Column> columns) : columns_(std::move(columns)), widths_(columns_.size()) {
   std::vector<std::string> headings;
-  std::vector<std::size_t> widths;
-  for (const Column& column : columns_) {
-    headings.push_back(column.heading);
-    widths.push_back(lengthOf(column.heading));
-  }
-  for (const auto& cells : rows_) {
-    for (std::size_t at = 0; at < cells.size(); ++at) {
-      widths[at] = std::max(widths[at], lengthOf(cells[at]));
-    }
-  }
-  printLine(out, headings, widths);
-  for (const auto& cells : rows_) printLine(out, cells, widths);
+  for (const Column& column : columns_) headings.push_back(column.heading);
+  add(headings);
 }
 
-void Table::printLine(std::ostream& out, const std::vector<std::string>& cells,
-                      const std::vector<std::size_t>& widths) const {
-  std::string line;
+void Table::add(const std::vector<std::string>& cells) {
+  std::string row;
   for (std::size_t at = 0; at < cells.size(); ++at) {
-    const std::string blanks(widths[at] - lengthOf(cells[at]), ' ');
+    widths_[at] = std::max(widths_[at], lengthOf(cells[at]));
+    row += cells[at] + '\0';
+  }
+  rows_.push_back(row);
+}
+
+void Table::print(std::ostream& out) const {
+  for (const std::string& row : rows_) printLine(out, row);
+}
+
+void Table::printLine(std::ostream& out, const std::string& row) const {
+  std::string line;
+  std::size_t start = 0;
+  for (std::size_t at = 0; at < columns_.size(); ++at) {
+    const std::string cell = row.substr(start, row.find('\0', start) - start);
+    start += cell.size() + 1;
+    const std::string blanks(widths_[at] - lengthOf(cell), ' ');
     if (at > 0) line += "  ";
-    line += columns_[at].is_number ? blanks + cells[at] : cells[at] + blanks;
+    line += columns_[at].is_number ? blanks + cell : cell + blanks;
   }
   out << line.substr(0, line.find_last_not_of(' ') + 1) << "\n";
 }

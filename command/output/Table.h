@@ -16,20 +16,20 @@ class Table {
     bool is_number = false;
   };
 
-  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
+  explicit Table(std::vector<Column> columns);
 
-  /// Adds a row with one cell a column.
-  void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+  /// Adds a row with one cell a column. There may be many rows; no cell holds a NUL.
+  void add(const std::vector<std::string>& cells);
 
   /// Prints the headings and the rows, a line each.
   void print(std::ostream& out) const;
 
  private:
-  void printLine(std::ostream& out, const std::vector<std::string>& cells,
-                 const std::vector<std::size_t>& widths) const;
+  void printLine(std::ostream& out, const std::string& row) const;
 
   std::vector<Column> columns_;
-  std::vector<std::vector<std::string>> rows_;
+  std::vector<std::size_t> widths_;
+  std::vector<std::string> rows_;  ///< the headings first; a NUL behind each cell
 };
 
 /// Returns a number of things, of the word for one: "1 backup", "2 backups".
