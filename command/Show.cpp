@@ -1,42 +1,29 @@
 #include <unistd.h>
 
-#include <filesystem>
 #include <iostream>
-#include <nlohmann/json.hpp>
-#include <optional>
 #include <stdexcept>
-#include <string>
 
 #include "command/Commands.h"
 #include "command/backups/FileKind.h"
 #include "command/output/Progress.h"
-#include "command/preview/Differences.h"
 #include "command/preview/JsonReport.h"
+#include "command/preview/Preview.h"
 #include "command/preview/TextReport.h"
 
 namespace command {
 namespace {
 
-void showJson(const preview::Preview& preview, bool diff) {
-  nlohmann::ordered_json json = preview::jsonOf(preview);
-  if (diff) {
-    nlohmann::ordered_json& differences = json["restore"]["differences"];
-    differences = nlohmann::ordered_json::array();
-    preview::findDifferences(preview, [&](const preview::Difference& difference) {
-      differences.push_back(preview::jsonOf(difference));
-    });
-  }
-  std::cout << json.dump(2) << "\n";
-}
-
-void showText(const preview::Preview& preview, bool diff) {
-  preview::printText(preview, std::cout);
-  if (!diff) return;
-  std::cout << "\n";
-  preview::findDifferences(
-      preview, [escape = isatty(STDOUT_FILENO) == 1](const preview::Difference& difference) {
-        preview::printText(difference, escape, std::cout);
-      });
+/// Reads the archive and lets a report print what there is to show. Raises std::runtime_error when
+/// it is damaged.
+template <typename Report>
+void show(const ShowOptions& options, Report report) {
+  preview::Preview preview = preview::look(
+      {options.file, options.receiver, options.diff},
+      [&report](const tarball::Member& member) { report.add(member); },
+      output::bars(!options.quiet));
+  const bool has_nothing = preview.members == 0 && !preview.damage.empty();
+  if (!has_nothing || options.json) report.finish(preview);
+  if (!preview.damage.empty()) throw std::runtime_error(preview.damage);
 }
 
 }  // namespace
@@ -46,16 +33,11 @@ void runShow(const ShowOptions& options) {
     throw std::runtime_error("'" + options.file.string() +
                              "' is a list of packages, a line each, and no archive");
   }
-  const preview::Preview preview =
-      preview::look(options.file, options.receiver, output::bars(!options.quiet));
-  const bool has_nothing = preview.members.empty() && !preview.damage.empty();
-  if (has_nothing && !options.json) throw std::runtime_error(preview.damage);
   if (options.json) {
-    showJson(preview, options.diff);
+    show(options, preview::JsonReport(options.file, std::cout));
   } else {
-    showText(preview, options.diff);
+    show(options, preview::TextReport(std::cout, isatty(STDOUT_FILENO) == 1));
   }
-  if (!preview.damage.empty()) throw std::runtime_error(preview.damage);
 }
 
 }  // namespace command

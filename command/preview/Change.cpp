@@ -2,6 +2,9 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace preview {
 namespace {
 
@@ -16,21 +19,34 @@ tarball::Type typeOf(mode_t mode) {
   return tarball::Type::kOther;
 }
 
-/// The types by their words.
-constexpr struct {
+struct Name {
   tarball::Type type;
   const char* word;
-} kTypes[] = {
-    {tarball::Type::kFile, "file"},           {tarball::Type::kSparseFile, "sparse file"},
-    {tarball::Type::kDirectory, "directory"}, {tarball::Type::kSymbolicLink, "link"},
-    {tarball::Type::kHardLink, "hard link"},  {tarball::Type::kDevice, "device"},
-    {tarball::Type::kFifo, "FIFO"},
+  char character;
 };
+
+constexpr Name kOther = {tarball::Type::kOther, "other", '?'};
+
+constexpr Name kNames[] = {
+    {tarball::Type::kFile, "file", '-'},           {tarball::Type::kSparseFile, "sparse file", '-'},
+    {tarball::Type::kDirectory, "directory", 'd'}, {tarball::Type::kSymbolicLink, "link", 'l'},
+    {tarball::Type::kHardLink, "hard link", 'h'},  {tarball::Type::kDevice, "device", 'c'},
+    {tarball::Type::kFifo, "FIFO", 'p'},
+};
+
+const Name& nameOf(tarball::Type type) {
+  const auto* known = std::ranges::find(kNames, type, &Name::type);
+  return known == std::end(kNames) ? kOther : *known;
+}
 
 }  // namespace
 
 bool isFile(const std::optional<State>& state) {
   return state && state->type == tarball::Type::kFile;
+}
+
+bool isDirectory(const std::optional<State>& state) {
+  return state && state->type == tarball::Type::kDirectory;
 }
 
 std::optional<State> stateOf(const base::Root& receiver, const std::string& path) {
@@ -64,13 +80,14 @@ const char* wordOf(Action action) {
 }
 
 const char* wordOf(tarball::Type type) {
-  for (const auto& [known, word] : kTypes) {
-    if (known == type) return word;
-  }
-  return "other";
+  return nameOf(type).word;
 }
 
-Total totalOf(const std::vector<Change>& changes, Action action) {
+char characterOf(tarball::Type type) {
+  return nameOf(type).character;
+}
+
+Total totalOf(const Changes& changes, Action action) {
   Total total;
   for (const Change& change : changes) {
     if (change.action != action) continue;

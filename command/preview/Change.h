@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "base/Root.h"
 #include "command/archive/Member.h"
@@ -22,6 +22,9 @@ struct State {
 
 /// Whether it is a file with content of its own.
 bool isFile(const std::optional<State>& state);
+
+/// Whether it is a directory.
+bool isDirectory(const std::optional<State>& state);
 
 /// Returns what lies at `path` on the receiver, links not followed; nothing where nothing does.
 /// Raises base::SystemError.
@@ -59,6 +62,9 @@ const char* wordOf(Action action);
 /// Returns the word for a type, such as "hard link".
 const char* wordOf(tarball::Type type);
 
+/// Returns the character that ls(1) puts before the permissions; of a hard link "h", as tar(1).
+char characterOf(tarball::Type type);
+
 /// What a restore does at one path.
 struct Change {
   std::string path;  ///< absolute
@@ -70,6 +76,9 @@ struct Change {
   bool operator==(const Change&) const = default;
 };
 
+/// Changes that stay where they are in memory when more are added: there may be many.
+using Changes = std::deque<Change>;
+
 /// How many paths an action is taken with, and the bytes of the files among them.
 struct Total {
   std::uint64_t count = 0;
@@ -80,6 +89,6 @@ struct Total {
 };
 
 /// Counts up the changes of one action.
-Total totalOf(const std::vector<Change>& changes, Action action);
+Total totalOf(const Changes& changes, Action action);
 
 }  // namespace preview

@@ -1,19 +1,21 @@
 #include "command/preview/Differences.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
-#include <unordered_map>
+#include <utility>
 
 #include "base/Escape.h"
 #include "base/Files.h"
 #include "base/SystemError.h"
 #include "command/preview/UnifiedDiff.h"
+
 namespace preview {
 namespace {
 
 /// Why a file's difference is not shown.
 struct Unshown {
-  const char* reason;
+  std::string_view reason;
 };
 
 constexpr Unshown kTooLarge{"larger than 256 KiB"};
@@ -24,21 +26,22 @@ constexpr Unshown kTooMany{"too many lines to compare"};
 constexpr Unshown kNoRoom{"too much to show after the others"};
 
 /// Returns the content of a member. Raises what the reader raises, and Unshown.
-std::string contentOf(tarball::Reader& reader) {
-  std::string content;
-  for (auto bytes = reader.read(); !bytes.empty(); bytes = reader.read()) {
-    if (content.size() + bytes.size() > kLargestText) throw kTooLarge;
-    content += bytes;
-  }
-  return content;
+std::string contentOf(Content& content) {
+  const std::string* text = content.text();
+  if (!text) throw kTooLarge;
+  return *text;
 }
 
-/// Returns the content of a receiver's file. Raises base::SystemError, and Unshown.
+/// Returns the content of a receiver's file. Raises Unshown.
 std::string contentOf(const base::Root& receiver, const std::string& path) {
-  const base::Descriptor file = receiver.open(path);
-  auto content = base::readAtMost(file.number(), kLargestText, path);
-  if (!content) throw kTooLarge;
-  return std::move(*content);
+  try {
+    const base::Descriptor file = receiver.open(path);
+    auto content = base::readAtMost(file.number(), kLargestText, path);
+    if (!content) throw kTooLarge;
+    return std::move(*content);
+  } catch (const base::SystemError&) {
+    throw kUnreadable;
+  }
 }
 
 void requireText(const std::string& content) {
@@ -51,84 +54,79 @@ std::string header(const char* mark, const Change& change, bool is_there) {
   return mark + name + (name.find(' ') == std::string::npos ? "\n" : "\t\n");
 }
 
-/// Makes the differences one by one.
-class Finder {
- public:
-  Finder(const Preview& preview, const std::function<void(const Difference&)>& take)
-      : preview_(preview), receiver_(preview.restore->receiver), take_(take) {
-    for (const Change& change : preview.restore->changes) {
-      if (change.member != 0) deciding_[change.member] = &change;
-    }
-  }
+/// Whether a member brings or changes what lies at the change's path.
+bool isBrought(const Change& change) {
+  return change.member != 0 && (change.action == Action::add || change.action == Action::change);
+}
 
-  void findBrought() {
-    std::uint64_t number = 0;
-    readArchives(preview_.file, *preview_.restore,
-                 [&](const tarball::Member&, tarball::Reader& reader) {
-                   const auto found = deciding_.find(++number);
-                   if (found == deciding_.end()) return;
-                   const Action action = found->second->action;
-                   if (action == Action::add || action == Action::change) {
-                     make(*found->second, &reader);
-                   }
-                 });
-  }
+bool isDeleted(const Change& change) {
+  return change.action == Action::remove || change.action == Action::remove_again;
+}
 
-  void findDeleted() {
-    for (const Change& change : preview_.restore->changes) {
-      if (change.action == Action::remove || change.action == Action::remove_again) {
-        make(change, nullptr);
-      }
-    }
-  }
-
- private:
-  /// Makes the difference of a change, whose new content is about to be read, if there is any.
-  void make(const Change& change, tarball::Reader* reader) {
-    if (!isFile(change.before) && !isFile(change.after)) return;
-    Difference difference{.path = change.path, .text = "", .reason = ""};
-    try {
-      difference.text = textOf(change, reader);
-      if (difference.text.empty()) return;
-      room_ -= std::min(room_, difference.text.size());
-    } catch (const Unshown& unshown) {
-      difference.reason = unshown.reason;
-    } catch (const base::SystemError&) {
-      difference.reason = kUnreadable.reason;
-    }
-    take_(difference);
-  }
-
-  std::string textOf(const Change& change, tarball::Reader* reader) const {
-    if (room_ == 0) throw kNoRoom;
-    for (const auto& side : {change.before, change.after}) {
-      if (side && !isFile(side)) throw kNoFile;
-      if (side && side->size > kLargestText) throw kTooLarge;
-    }
-    const std::string after = change.after ? contentOf(*reader) : "";
-    const std::string before = change.before ? contentOf(receiver_, change.path) : "";
-    requireText(before);
-    requireText(after);
-    const auto hunks = unifiedHunks(before, after);
-    if (!hunks) throw kTooMany;
-    if (hunks->empty()) return "";
-    return header("--- ", change, change.before.has_value()) +
-           header("+++ ", change, change.after.has_value()) + *hunks;
-  }
-
-  const Preview& preview_;
-  const base::Root receiver_;
-  const std::function<void(const Difference&)>& take_;
-  std::unordered_map<std::uint64_t, const Change*> deciding_;  ///< changes by their members
-  std::size_t room_ = kMostText;
-};
+/// Raises what the last call on a temporary file has failed with.
+[[noreturn]] void failTexts() {
+  throw base::SystemError(errno, "a temporary file");
+}
 
 }  // namespace
 
-void findDifferences(const Preview& preview, const std::function<void(const Difference&)>& take) {
-  Finder finder(preview, take);
-  finder.findBrought();
-  finder.findDeleted();
+Differences::Differences(const std::filesystem::path& receiver)
+    : receiver_(receiver), texts_(std::tmpfile()) {
+  if (!texts_) failTexts();
+}
+
+void Differences::take(const Change& change, Content& content) {
+  if (!isBrought(change)) return;
+  const auto difference = find(change, &content);
+  if (!difference) return;
+  const std::string& text = difference->text;
+  entries_.push_back({&change, change.member, text.size(), difference->reason});
+  if (std::fwrite(text.data(), 1, text.size(), texts_.get()) != text.size()) failTexts();
+}
+
+void Differences::show(const Changes& changes, const std::function<void(const Difference&)>& show) {
+  if (std::fseek(texts_.get(), 0, SEEK_SET) != 0) failTexts();
+  for (const auto& [change, member, size, reason] : entries_) {
+    std::string text(size, '\0');
+    if (std::fread(text.data(), 1, size, texts_.get()) != size) failTexts();
+    if (change->member == member && isBrought(*change)) show({change->path, text, reason});
+  }
+  for (const Change& change : changes) {
+    if (!isDeleted(change)) continue;
+    if (const auto difference = find(change, nullptr)) show(*difference);
+  }
+}
+
+/// Returns the difference of a change, with its new content if there is to be any; nothing where
+/// there is no difference.
+std::optional<Difference> Differences::find(const Change& change, Content* content) {
+  if (!isFile(change.before) && !isFile(change.after)) return std::nullopt;
+  try {
+    std::string text = textOf(change, content);
+    if (text.empty()) return std::nullopt;
+    room_ -= std::min(room_, text.size());
+    return Difference{change.path, std::move(text), ""};
+  } catch (const Unshown& unshown) {
+    return Difference{change.path, "", unshown.reason};
+  }
+}
+
+/// Raises Unshown where the difference is not to be shown.
+std::string Differences::textOf(const Change& change, Content* content) const {
+  if (room_ == 0) throw kNoRoom;
+  for (const auto* side : {&change.before, &change.after}) {
+    if (*side && !isFile(*side)) throw kNoFile;
+    if (*side && (*side)->size > kLargestText) throw kTooLarge;
+  }
+  const std::string after = change.after ? contentOf(*content) : "";
+  const std::string before = change.before ? contentOf(receiver_, change.path) : "";
+  requireText(before);
+  requireText(after);
+  const auto hunks = unifiedHunks(before, after);
+  if (!hunks) throw kTooMany;
+  if (hunks->empty()) return "";
+  return header("--- ", change, change.before.has_value()) +
+         header("+++ ", change, change.after.has_value()) + *hunks;
 }
 
 }  // namespace preview

@@ -6,7 +6,6 @@
 
 #include "base/SystemError.h"
 #include "command/archive/Paths.h"
-#include "command/preview/Contents.h"
 #include "command/preview/Patterns.h"
 
 namespace preview {
@@ -24,37 +23,28 @@ bool isWithin(const std::string& path, const std::string& top) {
   return path.starts_with(top) && (path.size() == top.size() || path[top.size()] == '/');
 }
 
-/// Returns whether the rest of the member's content is that of the receiver's file `path`.
-Action compareContent(const base::Root& receiver, const std::string& path,
-                      tarball::Reader& reader) {
-  Contents contents(receiver, path);
-  for (auto bytes = reader.read(); !bytes.empty(); bytes = reader.read()) contents.compare(bytes);
-  switch (contents.verdict()) {
-    case Contents::Verdict::same:
-      return Action::same;
-    case Contents::Verdict::different:
-      return Action::change;
-    default:
-      return Action::unreadable;
-  }
-}
-
 }  // namespace
 
-Forecast::Forecast(const base::Root& receiver, const Plan& plan)
-    : receiver_(receiver),
+Forecast::Forecast(base::Root receiver, const Plan& plan)
+    : receiver_(std::move(receiver)),
       kept_(plan.kept.begin(), plan.kept.end()),
       removed_again_(plan.removed_again) {
   for (const std::string& pattern : plan.deleted_first) deleteFiles(pattern);
 }
 
-/// Returns the change at a path, a new one where there is none yet.
+/// Returns what is known to happen at a path, null for nothing.
+const Change* Forecast::find(const std::string& path) const {
+  const auto known = by_path_.find(path);
+  return known == by_path_.end() ? nullptr : known->second;
+}
+
+/// Returns the change at a path, a new one where there is none yet. Its path is not to be changed.
 Change& Forecast::changeAt(const std::string& path) {
-  const auto [place, is_new] = places_.try_emplace(path, changes_.size());
-  if (is_new) {
-    changes_.push_back({.path = path, .action = Action::add, .before = {}, .after = {}});
-  }
-  return changes_[place->second];
+  if (const auto known = by_path_.find(path); known != by_path_.end()) return *known->second;
+  Change& change =
+      changes_.emplace_back(Change{.path = path, .action = Action::add, .before = {}, .after = {}});
+  by_path_.emplace(change.path, &change);
+  return change;
 }
 
 /// Takes note of what the receiver has at the change's path. Returns whether that can be read.
@@ -68,29 +58,38 @@ bool Forecast::look(Change& change) const {
   }
 }
 
+/// Takes note of what is deleted, or cannot be read.
+void Forecast::remove(const Change& seen) {
+  Change& change = changeAt(seen.path);
+  change.action = seen.action;
+  change.before = seen.before;
+}
+
 /// Directories stay: that is not their command.
 void Forecast::deleteFiles(const std::string& pattern) {
   const Expansion expansion = expand(receiver_, pattern);
   for (const std::string& path : expansion.unreadable) changeAt(path).action = Action::unreadable;
   for (const std::string& path : expansion.paths) {
-    Change change{.path = path, .action = Action::remove, .before = {}, .after = {}};
-    const bool is_readable = look(change);
-    if (is_readable && change.before && change.before->type == tarball::Type::kDirectory) continue;
-    changeAt(path) = std::move(change);
+    Change seen{.path = path, .action = Action::remove, .before = {}, .after = {}};
+    look(seen);
+    if (!isDirectory(seen.before)) remove(seen);
   }
 }
 
-void Forecast::take(const tarball::Member& member, tarball::Reader& reader) {
+const Change& Forecast::take(const tarball::Member& member, Content& content) {
   Change& change = changeAt(absolute(member.path));
   change.member = ++members_;
   change.after = stateOf(member);
   if (member.type == tarball::Type::kHardLink) {
-    const auto target = places_.find(absolute(member.link));
-    if (target != places_.end() && changes_[target->second].after) {
-      change.after->size = changes_[target->second].after->size;
-    }
+    const Change* target = find(absolute(member.link));
+    if (target && target->after) change.after->size = target->after->size;
   }
-  if (!look(change)) return;
+  if (look(change)) judge(member, change, content);
+  return change;
+}
+
+/// Says what the member does at a path that can be read.
+void Forecast::judge(const tarball::Member& member, Change& change, Content& content) const {
   if (kept_.contains(change.path)) {
     // Where there is nothing to put back, what is put back is empty.
     change.action = change.before ? Action::keep : Action::add;
@@ -103,16 +102,13 @@ void Forecast::take(const tarball::Member& member, tarball::Reader& reader) {
     change.after = change.before;
   } else {
     change.action = Action::change;  // also when the archive cannot be read on
-    change.action = judge(member, change, reader);
+    change.action = judgeReplaced(member, change, content);
   }
 }
 
 /// Whether a directory that is not empty is in the way of something else.
 bool Forecast::isBlocked(const Change& change) const {
-  using tarball::Type;
-  if (change.before->type != Type::kDirectory || change.after->type == Type::kDirectory) {
-    return false;
-  }
+  if (!isDirectory(change.before) || isDirectory(change.after)) return false;
   try {
     return !receiver_.names(change.path).empty();
   } catch (const base::SystemError&) {
@@ -121,17 +117,17 @@ bool Forecast::isBlocked(const Change& change) const {
 }
 
 /// Returns what the member does in the place of something else.
-Action Forecast::judge(const tarball::Member& member, const Change& change,
-                       tarball::Reader& reader) const {
+Action Forecast::judgeReplaced(const tarball::Member& member, const Change& change,
+                               Content& content) const {
   using tarball::Type;
   if (member.type == Type::kHardLink) {
-    const auto target = places_.find(absolute(member.link));
-    const bool stays = target != places_.end() && changes_[target->second].action == Action::same &&
-                       isHardLink(change.path, changes_[target->second].path);
+    const Change* target = find(absolute(member.link));
+    const bool stays =
+        target && target->action == Action::same && isHardLink(change.path, target->path);
     return stays ? Action::same : Action::change;
   }
   if (change.before != change.after) return Action::change;
-  if (member.type == Type::kFile) return compareContent(receiver_, change.path, reader);
+  if (member.type == Type::kFile) return content.compare(receiver_, change.path);
   return member.type == Type::kDevice ? Action::change : Action::same;
 }
 
@@ -146,7 +142,7 @@ bool Forecast::isHardLink(const std::string& path, const std::string& target) co
   }
 }
 
-std::vector<Change> Forecast::finish() {
+Changes Forecast::finish() {
   for (const std::string& path : removed_again_) {
     const std::string top = absolute(path);
     removeAgain(top);
@@ -169,11 +165,11 @@ void Forecast::removeRest(const std::string& top) {
   for (std::vector<std::string> rest{top}; !rest.empty();) {
     const std::string path = std::move(rest.back());
     rest.pop_back();
-    const bool is_known = places_.contains(path);
+    const bool is_known = find(path) != nullptr;
     Change seen{.path = path, .action = Action::remove, .before = {}, .after = {}};
     if (look(seen) && !seen.before) continue;
-    if (!is_known) changeAt(path) = seen;
-    if (!seen.before || seen.before->type != tarball::Type::kDirectory) continue;
+    if (!is_known) remove(seen);
+    if (!isDirectory(seen.before)) continue;
     try {
       std::vector<std::string> names = receiver_.names(path);
       std::ranges::sort(names, std::greater());  // the last of the rest comes first

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "base/Root.h"
-#include "command/archive/Reader.h"
+#include "command/archive/Member.h"
 #include "command/preview/Change.h"
+#include "command/preview/Content.h"
 #include "command/preview/Plan.h"
 
 namespace preview {
@@ -16,32 +18,36 @@ namespace preview {
 /// the receiver it calls unreadable.
 class Forecast {
  public:
-  /// Begins with what is deleted first. `receiver` outlives the forecast.
-  Forecast(const base::Root& receiver, const Plan& plan);
+  /// Begins with what is deleted first.
+  Forecast(base::Root receiver, const Plan& plan);
 
-  /// Takes the next member of the archives, whose content `reader` is about to read. A later member
-  /// of the same path decides. Raises what the reader raises; the member counts all the same.
-  void take(const tarball::Member& member, tarball::Reader& reader);
+  /// Takes the next member of the archives. A later member of the same path decides. Returns what
+  /// it changes, as far as can be said now, which stays where it is. Raises what reading `content`
+  /// raises; the member counts all the same.
+  const Change& take(const tarball::Member& member, Content& content);
 
   /// Ends with what is removed again. Returns the changes: what is deleted first, then the rest in
   /// the order of the archives. The forecast is of no more use.
-  std::vector<Change> finish();
+  Changes finish();
 
  private:
   Change& changeAt(const std::string& path);
+  const Change* find(const std::string& path) const;
   bool look(Change& change) const;
+  void remove(const Change& seen);
   void deleteFiles(const std::string& pattern);
   bool isBlocked(const Change& change) const;
-  Action judge(const tarball::Member& member, const Change& change, tarball::Reader& reader) const;
+  void judge(const tarball::Member& member, Change& change, Content& content) const;
+  Action judgeReplaced(const tarball::Member& member, const Change& change, Content& content) const;
   bool isHardLink(const std::string& path, const std::string& target) const;
   void removeAgain(const std::string& top);
   void removeRest(const std::string& top);
 
-  const base::Root& receiver_;
+  base::Root receiver_;
   std::unordered_set<std::string> kept_;
   std::vector<std::string> removed_again_;
-  std::vector<Change> changes_;
-  std::unordered_map<std::string, std::size_t> places_;  ///< of the changes, by their paths
+  Changes changes_;
+  std::unordered_map<std::string_view, Change*> by_path_;  ///< the paths are those of the changes
   std::uint64_t members_ = 0;
 };
 

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <ostream>
+#include <utility>
 
 #include "base/Escape.h"
 
@@ -49,7 +51,7 @@ Json jsonOf(const Change& change) {
           {"new", jsonOf(change.after)}};
 }
 
-Json totalsOf(const std::vector<Change>& changes) {
+Json totalsOf(const Changes& changes) {
   Json totals = Json::object();
   for (const auto& [action, word] : kActions) {
     const Total total = totalOf(changes, action);
@@ -58,42 +60,104 @@ Json totalsOf(const std::vector<Change>& changes) {
   return totals;
 }
 
-Json jsonOf(const Restore& restore) {
-  Json json = {{"receiver", escapeInvalidUtf8(restore.receiver.string())}};
-  json["model"] = escapeInvalidUtf8(restore.rehearsal.model);
-  json["archive"] = escapeInvalidUtf8(restore.rehearsal.archive);
-  json["refused"] = textOrNull(restore.rehearsal.refusal);
-  json["not_unpacked"] = Json::array();
-  for (const std::string& archive : restore.rehearsal.plan.torn) {
-    json["not_unpacked"].push_back(escapeInvalidUtf8(archive));
-  }
-  json["changes"] = Json::array();
-  for (const Change& change : restore.changes) json["changes"].push_back(jsonOf(change));
-  json["totals"] = totalsOf(restore.changes);
-  json["commands"] = Json::array();
-  for (const std::string& command : restore.rehearsal.commands) {
-    json["commands"].push_back(escapeInvalidUtf8(command));
-  }
+Json jsonOf(const Difference& difference) {
+  return {{"path", escapeInvalidUtf8(difference.path)},
+          {"diff", textOrNull(difference.text)},
+          {"unshown", textOrNull(std::string(difference.reason))}};
+}
+
+Json jsonOf(const std::vector<std::string>& texts) {
+  Json json = Json::array();
+  for (const std::string& text : texts) json.push_back(escapeInvalidUtf8(text));
   return json;
 }
 
 }  // namespace
 
-Json jsonOf(const Preview& preview) {
-  Json json = {{"file", escapeInvalidUtf8(preview.file.string())}};
-  json["members"] = Json::array();
-  for (const tarball::Member& member : preview.members) json["members"].push_back(jsonOf(member));
-  json["count"] = preview.members.size();
-  json["unpacked"] = preview.unpacked;
-  json["damage"] = textOrNull(preview.damage);
-  json["restore"] = preview.restore ? jsonOf(*preview.restore) : Json();
-  return json;
+JsonReport::JsonReport(std::filesystem::path file, std::ostream& out)
+    : file_(std::move(file)), out_(out) {}
+
+/// Writes what stands before the members, once the archive can be read.
+void JsonReport::begin() {
+  if (line_.size() > 1) return;
+  open(nullptr, '{');
+  write("file", escapeInvalidUtf8(file_.string()));
+  open("members", '[');
 }
 
-Json jsonOf(const Difference& difference) {
-  return {{"path", escapeInvalidUtf8(difference.path)},
-          {"diff", textOrNull(difference.text)},
-          {"unshown", textOrNull(difference.reason)}};
+void JsonReport::add(const tarball::Member& member) {
+  begin();
+  write(nullptr, jsonOf(member));
+}
+
+void JsonReport::finish(Preview& preview) {
+  begin();
+  close(']');
+  write("count", preview.members);
+  write("unpacked", preview.unpacked);
+  write("damage", textOrNull(preview.damage));
+  if (preview.restore) {
+    write(*preview.restore);
+  } else {
+    write("restore", Json());
+  }
+  close('}');
+  out_ << "\n";
+}
+
+void JsonReport::write(Restore& restore) {
+  open("restore", '{');
+  write("receiver", escapeInvalidUtf8(restore.receiver.string()));
+  write("model", escapeInvalidUtf8(restore.rehearsal.model));
+  write("archive", escapeInvalidUtf8(restore.rehearsal.archive));
+  write("refused", textOrNull(restore.rehearsal.refusal));
+  write("not_unpacked", jsonOf(restore.rehearsal.plan.torn));
+  open("changes", '[');
+  for (const Change& change : restore.changes) write(nullptr, jsonOf(change));
+  close(']');
+  write("totals", totalsOf(restore.changes));
+  write("commands", jsonOf(restore.rehearsal.commands));
+  if (restore.differences) {
+    open("differences", '[');
+    restore.differences->show(restore.changes, [this](const Difference& difference) {
+      write(nullptr, jsonOf(difference));
+    });
+    close(']');
+  }
+  close('}');
+}
+
+/// Begins an object or a list, which is a value as of write().
+void JsonReport::open(const char* key, char bracket) {
+  place(key);
+  out_ << bracket;
+  line_ += "  ";
+  is_first_ = true;
+}
+
+void JsonReport::close(char bracket) {
+  line_.resize(line_.size() - 2);
+  if (!is_first_) out_ << line_;
+  out_ << bracket;
+  is_first_ = false;
+}
+
+/// Writes a value: that of a key, or without one an element of a list.
+void JsonReport::write(const char* key, const Json& value) {
+  std::string text = value.dump(2);
+  for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+    text.replace(at, 1, line_);
+  }
+  place(key);
+  out_ << text;
+}
+
+/// Writes what stands before a value.
+void JsonReport::place(const char* key) {
+  if (!is_first_) out_ << ',';
+  is_first_ = false;
+  if (line_.size() > 1) out_ << line_;  // the object itself stands before the first newline
+  if (key) out_ << '"' << key << "\": ";
 }
 
 }  // namespace preview

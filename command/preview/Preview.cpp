@@ -1,6 +1,6 @@
 #include "command/preview/Preview.h"
 
-#include <utility>
+#include <ranges>
 
 #include "command/archive/Damaged.h"
 #include "command/preview/Forecast.h"
@@ -8,67 +8,71 @@
 namespace preview {
 namespace {
 
+using TakeMember = std::function<void(const tarball::Member&)>;
+
 /// Reads an archive to its end or to what is wrong with it. Returns that.
 std::string readMembers(tarball::Reader& reader, const std::string& name, const TakeMember& take) {
   try {
-    while (const auto member = reader.next()) take(*member, reader);
+    while (const auto member = reader.next()) take(*member);
   } catch (const tarball::Damaged& damage) {
     return name + ": " + damage.what();
   }
   return "";
 }
 
+/// Finds out what a restore does while its archives are read.
+class Watch {
+ public:
+  explicit Watch(Restore& restore)
+      : restore_(restore), forecast_(base::Root(restore.receiver), restore.rehearsal.plan) {}
+
+  void take(const tarball::Member& member, tarball::Reader& reader) {
+    Content content(reader);
+    const Change& change = forecast_.take(member, content);
+    if (restore_.differences) restore_.differences->take(change, content);
+  }
+
+  /// Reads what is restored along with the archive, which was the first. Returns what is wrong with
+  /// the first that is damaged.
+  std::string finish(const tarball::BeginProgress& begin) {
+    std::string damage;
+    for (const std::string& name : restore_.rehearsal.plan.archives | std::views::drop(1)) {
+      tarball::Reader reader(restore_.rehearsal.medium.open(name), name, begin);
+      const std::string its_damage =
+          readMembers(reader, name, [&](const tarball::Member& member) { take(member, reader); });
+      if (damage.empty()) damage = its_damage;
+    }
+    restore_.changes = forecast_.finish();
+    return damage;
+  }
+
+ private:
+  Restore& restore_;
+  Forecast forecast_;
+};
+
 }  // namespace
 
-std::string readArchives(const std::filesystem::path& file, const Restore& restore,
-                         const TakeMember& take, const tarball::BeginProgress& begin) {
-  std::string damage;
-  for (const std::string& archive : restore.rehearsal.plan.archives) {
-    const std::string name = archive == restore.rehearsal.archive ? file.string() : archive;
-    tarball::Reader reader =
-        archive == restore.rehearsal.archive
-            ? tarball::Reader(name, begin)
-            : tarball::Reader(restore.rehearsal.medium.open(archive), name, begin);
-    const std::string its_damage = readMembers(reader, name, take);
-    if (damage.empty()) damage = its_damage;
+Preview look(const Request& request, const TakeMember& take, const tarball::BeginProgress& begin) {
+  Preview preview;
+  std::optional<Watch> watch;
+  bool is_restored = false;
+  if (request.receiver) {
+    Restore& restore = preview.restore.emplace(
+        Restore{*request.receiver, rehearse(request.file, *request.receiver), {}, {}});
+    if (request.differences) restore.differences.emplace(restore.receiver);
+    watch.emplace(restore);
+    is_restored = !restore.rehearsal.plan.archives.empty();
   }
-  return damage;
-}
-
-namespace {
-
-/// Reads what the archive holds.
-void readFile(Preview& preview, const tarball::BeginProgress& begin) {
-  tarball::Reader reader(preview.file.string(), begin);
-  preview.damage =
-      readMembers(reader, preview.file.string(),
-                  [&](const tarball::Member& member, auto&) { preview.members.push_back(member); });
+  tarball::Reader reader(request.file.string(), begin);
+  preview.damage = readMembers(reader, request.file.string(), [&](const tarball::Member& member) {
+    ++preview.members;
+    take(member);
+    if (is_restored) watch->take(member, reader);
+  });
   preview.unpacked = reader.unpacked();
-}
-
-/// Finds out what the restore changes.
-void readChanges(Preview& preview, Restore& restore, const tarball::BeginProgress& begin) {
-  const base::Root receiver(restore.receiver);
-  Forecast forecast(receiver, restore.rehearsal.plan);
-  const std::string damage = readArchives(
-      preview.file, restore,
-      [&](const tarball::Member& member, auto& reader) { forecast.take(member, reader); }, begin);
+  const std::string damage = watch ? watch->finish(begin) : "";
   if (preview.damage.empty()) preview.damage = damage;
-  restore.changes = forecast.finish();
-}
-
-}  // namespace
-
-Preview look(const std::filesystem::path& file,
-             const std::optional<std::filesystem::path>& receiver,
-             const tarball::BeginProgress& begin) {
-  Preview preview{.file = file, .members = {}, .restore = {}, .damage = {}};
-  if (receiver) {
-    Rehearsal rehearsal = rehearse(file, *receiver);
-    preview.restore.emplace(Restore{*receiver, std::move(rehearsal), std::vector<Change>()});
-  }
-  readFile(preview, begin);
-  if (preview.restore) readChanges(preview, *preview.restore, begin);
   return preview;
 }
 

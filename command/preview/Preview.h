@@ -1,48 +1,47 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "command/archive/Reader.h"
 #include "command/preview/Change.h"
+#include "command/preview/Differences.h"
 #include "command/preview/Rehearsal.h"
 
 namespace preview {
+
+/// What is to be looked at.
+struct Request {
+  std::filesystem::path file;                     ///< the archive
+  std::optional<std::filesystem::path> receiver;  ///< the directory of the receiver's files
+  bool differences = false;                       ///< whether a receiver's are to be found
+};
 
 /// What a restore would do on a receiver.
 struct Restore {
   std::filesystem::path receiver;  ///< the directory of its files
   Rehearsal rehearsal;
-  std::vector<Change> changes;
+  Changes changes;
+  std::optional<Differences> differences;  ///< where they were to be found
 };
 
-/// What there is to show of an archive.
+/// What there is to show of an archive beside its members.
 struct Preview {
-  std::filesystem::path file;
-  std::vector<tarball::Member> members;
+  std::uint64_t members = 0;       ///< how many there are
   std::uint64_t unpacked = 0;      ///< bytes of the tar archive
   std::optional<Restore> restore;  ///< where a receiver was named
   std::string damage;              ///< what is wrong with the first damaged archive, "" for nothing
 };
 
-/// Looks at the archive `file` and, where `receiver` is given, at what a restore of it would do on
-/// the receiver whose files lie below that directory. Of a damaged archive, what comes before the
-/// damage counts. `begin` hears how far the archives have been read. Nothing is
-/// written. Raises std::runtime_error when there is no receiver, and base::SystemError for
-/// an archive that cannot be read.
-Preview look(const std::filesystem::path& file,
-             const std::optional<std::filesystem::path>& receiver,
+/// Looks at an archive and, where a receiver is named, at what a restore of it would do there.
+/// Calls `take` with each of its members while it is read, once, as are the archives that are
+/// restored with it; `begin` hears how far. Of a damaged archive, what comes before the damage
+/// counts. Nothing but a temporary file is written. Raises std::runtime_error when there is no
+/// receiver, and base::SystemError for an archive that cannot be read.
+Preview look(const Request& request, const std::function<void(const tarball::Member&)>& take,
              const tarball::BeginProgress& begin = {});
-
-/// Takes a member and the reader that is about to read its content.
-using TakeMember = std::function<void(const tarball::Member& member, tarball::Reader& reader)>;
-
-/// Reads the archives of a restore of `file` member by member, in order. Returns what is wrong with
-/// the first that is damaged, "" for nothing. Raises base::SystemError.
-std::string readArchives(const std::filesystem::path& file, const Restore& restore,
-                         const TakeMember& take, const tarball::BeginProgress& begin = {});
 
 }  // namespace preview

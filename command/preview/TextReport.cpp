@@ -32,29 +32,6 @@ std::string symbolicMode(unsigned mode) {
   return text;
 }
 
-/// The character that ls(1) puts before the permissions; a hard link is "h", as tar(1) has it.
-char typeCharacter(tarball::Type type) {
-  using tarball::Type;
-  switch (type) {
-    case Type::kFile:
-    case Type::kSparseFile:
-      return '-';
-    case Type::kDirectory:
-      return 'd';
-    case Type::kSymbolicLink:
-      return 'l';
-    case Type::kHardLink:
-      return 'h';
-    case Type::kFifo:
-      return 'p';
-    case Type::kDevice:
-      return 'c';
-    case Type::kOther:
-      return '?';
-  }
-  return '?';
-}
-
 /// Returns a time as local time, or as its seconds where no calendar has it.
 std::string timeText(std::int64_t seconds) {
   if (!std::in_range<std::time_t>(seconds)) return std::to_string(seconds);
@@ -72,18 +49,6 @@ std::string sizeText(std::uint64_t bytes) {
   return output::sizeText(static_cast<long long>(bytes));
 }
 
-void printMembers(const Preview& preview, std::ostream& out) {
-  output::Table table({{"MODE"}, {"SIZE", true}, {"TIME"}, {"PATH"}});
-  for (const tarball::Member& member : preview.members) {
-    table.add(
-        {typeCharacter(member.type) + symbolicMode(member.mode), sizeText(stateOf(member).size),
-         timeText(member.modified),
-         shownPath(member.path) + (member.link.empty() ? "" : " -> " + shownPath(member.link))});
-  }
-  if (!preview.members.empty()) table.print(out);
-  out << preview.members.size() << " members, " << sizeText(preview.unpacked) << " unpacked\n";
-}
-
 /// Returns what is on one side of a change; its permissions only where they are what changes.
 std::string sideText(const std::optional<State>& side, const std::optional<State>& other) {
   if (!side) return "-";
@@ -94,7 +59,7 @@ std::string sideText(const std::optional<State>& side, const std::optional<State
   return text;
 }
 
-void printChanges(const std::vector<Change>& changes, std::ostream& out) {
+void printChanges(const Changes& changes, std::ostream& out) {
   output::Table table({{"ACTION"}, {"OLD", true}, {"NEW", true}, {"PATH"}});
   for (const Change& change : changes) {
     const bool is_changed = change.action == Action::change || change.action == Action::keep;
@@ -150,18 +115,7 @@ std::string escaped(std::string line) {
   }
 }
 
-}  // namespace
-
-void printText(const Preview& preview, std::ostream& out) {
-  printMembers(preview, out);
-  if (preview.restore) {
-    printRestore(*preview.restore, out);
-  } else {
-    out << "what a restore would do on a receiver is shown with --against DIR\n";
-  }
-}
-
-void printText(const Difference& difference, bool escape, std::ostream& out) {
+void print(const Difference& difference, bool escape, std::ostream& out) {
   if (!difference.reason.empty()) {
     out << "# " << shownPath(difference.path) << ": " << difference.reason << "\n";
   } else if (escape) {
@@ -169,6 +123,36 @@ void printText(const Difference& difference, bool escape, std::ostream& out) {
   } else {
     out << difference.text;
   }
+}
+
+}  // namespace
+
+void TextReport::add(const tarball::Member& member) {
+  members_.add(
+      {characterOf(member.type) + symbolicMode(member.mode), sizeText(stateOf(member).size),
+       timeText(member.modified),
+       shownPath(member.path) + (member.link.empty() ? "" : " -> " + shownPath(member.link))});
+}
+
+void TextReport::finish(Preview& preview) {
+  printMembers(preview);
+  if (!preview.restore) {
+    out_ << "what a restore would do on a receiver is shown with --against DIR\n";
+    return;
+  }
+  printRestore(*preview.restore, out_);
+  if (!preview.restore->differences) return;
+  out_ << "\n";
+  preview.restore->differences->show(
+      preview.restore->changes,
+      [this](const Difference& difference) { print(difference, escape_, out_); });
+}
+
+/// Prints the members, which are then forgotten.
+void TextReport::printMembers(const Preview& preview) {
+  const output::Table members = std::move(members_);
+  if (preview.members > 0) members.print(out_);
+  out_ << preview.members << " members, " << sizeText(preview.unpacked) << " unpacked\n";
 }
 
 }  // namespace preview

@@ -6,7 +6,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 
 #include "command/preview/JsonReport.h"
@@ -81,7 +81,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       const fs::path file = receiver.archive(kind);
       write(file, archive + std::string(10000, '\0'));
       try {
-        static_cast<void>(preview::jsonOf(preview::look(file, receiver.dir())).dump());
+        std::ostringstream out;
+        preview::JsonReport report(file, out);
+        preview::Preview preview =
+            preview::look({file, receiver.dir(), true},
+                          [&report](const tarball::Member& member) { report.add(member); });
+        report.finish(preview);
       } catch (const std::exception&) {
         // What cannot be shown is refused.
       }

@@ -2,8 +2,7 @@
 
 #include <ostream>
 
-#include "command/preview/Differences.h"
-#include "command/preview/TextReport.h"
+#include "command/preview/Preview.h"
 #include "tests/command/preview/Told.h"
 #include "tests/support/archive/TarWriter.h"
 
@@ -24,21 +23,20 @@ using archive_test::member;
 /// A receiver, and an archive that is restored on it.
 struct DifferencesTest : testing::Test {
   DifferencesTest() {
-    for (const char* made : {"/proc", "/proc/stb", "/proc/stb/info", "/etc", "/etc/enigma2",
-                             "/media", "/media/hdd", "/media/hdd/qor-stowline"}) {
-      files.makeDirectory(made);
-    }
-    files.write("/proc/stb/info/model", "solo2\n");
+    files.makeReceiver();
+    files.makeDirectory("/etc/enigma2");
   }
 
   /// Restores the settings archive of these members. A member that cannot be compressed makes it
   /// large enough for the module.
   std::vector<preview::Difference> found(const std::string& members) const {
-    const std::string archive = "/media/hdd/qor-stowline/settings_1_solo2.tar.gz";
+    const std::string archive = kBackups + "settings_1_solo2.tar.gz";
     files.write(archive, archive_test::gzipped(members + kFiller + archive_test::kEndMark, 0));
-    const preview::Preview preview = preview::look(files.at(archive), files.path());
+    preview::Preview preview =
+        preview::look({files.at(archive), files.path(), true}, [](const auto&) {});
     std::vector<preview::Difference> differences;
-    preview::findDifferences(preview, [&](const auto& found) { differences.push_back(found); });
+    preview.restore->differences->show(preview.restore->changes,
+                                       [&](const auto& found) { differences.push_back(found); });
     EXPECT_EQ(preview.restore->rehearsal.refusal, "");
     EXPECT_EQ(differences.at(differences.size() - deleted_ - 1).path, "/filler");
     differences.erase(differences.end() - static_cast<std::ptrdiff_t>(deleted_) - 1);

@@ -7,16 +7,11 @@
 namespace preview_test {
 namespace {
 
-const std::string kBackups = "/media/hdd/qor-stowline/";
-
 /// A receiver with a backup directory.
 struct RehearsalTest : testing::Test {
   RehearsalTest() {
-    for (const char* made : {"/proc", "/proc/stb", "/proc/stb/info", "/etc", "/etc/samba", "/media",
-                             "/media/hdd", "/media/hdd/qor-stowline"}) {
-      files.makeDirectory(made);
-    }
-    files.write("/proc/stb/info/model", "solo2\n");
+    files.makeReceiver();
+    files.makeDirectory("/etc/samba");
   }
 
   /// Returns what a restore of a new backup of this name does.

@@ -4,9 +4,12 @@
 #include <ctime>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include "command/preview/JsonReport.h"
 #include "command/preview/TextReport.h"
+#include "tests/command/preview/Told.h"
 
 namespace preview_test {
 namespace {
@@ -14,24 +17,16 @@ namespace {
 using preview::Action;
 using tarball::Type;
 
-std::string textOf(const preview::Preview& preview) {
-  std::ostringstream out;
-  preview::printText(preview, out);
-  return out.str();
-}
+using Members = std::vector<tarball::Member>;
 
-std::string textOf(const preview::Difference& difference, bool escape) {
+std::string textOf(preview::Preview preview, const Members& members = {}, bool escape = false) {
   std::ostringstream out;
-  preview::printText(difference, escape, out);
+  preview::TextReport report(out, escape);
+  for (const tarball::Member& member : members) report.add(member);
+  preview.members = members.size();
+  preview.unpacked = 10240;
+  report.finish(preview);
   return out.str();
-}
-
-preview::Preview previewOf(std::vector<tarball::Member> members) {
-  return {.file = "archive",
-          .members = std::move(members),
-          .unpacked = 10240,
-          .restore = {},
-          .damage = ""};
 }
 
 struct ReportTest : testing::Test {
@@ -43,23 +38,28 @@ struct ReportTest : testing::Test {
 
 TEST_F(ReportTest, MembersAreShownWithModeSizeTimePathAndLink) {
   EXPECT_EQ(
-      textOf(previewOf({
-          {.path = "etc/dir/",
-           .type = Type::kDirectory,
-           .mode = 01777,
-           .modified = 1709622240,
-           .link = ""},
-          {.path = "etc/file",
-           .type = Type::kFile,
-           .size = 2048,
-           .mode = 04755,
-           .modified = 0,
-           .link = ""},
-          {.path = "etc/link", .type = Type::kSymbolicLink, .mode = 0777, .link = "file"},
-          {.path = "etc/hard", .type = Type::kHardLink, .mode = 0640, .link = "etc/file"},
-          {.path = "a\nb\xff\x1b\xc2\x9b", .type = Type::kFifo, .mode = 02640, .link = ""},
-          {.path = "etc/when", .type = Type::kFile, .mode = 0, .modified = INT64_MAX, .link = ""},
-      })),
+      textOf({},
+             {
+                 {.path = "etc/dir/",
+                  .type = Type::kDirectory,
+                  .mode = 01777,
+                  .modified = 1709622240,
+                  .link = ""},
+                 {.path = "etc/file",
+                  .type = Type::kFile,
+                  .size = 2048,
+                  .mode = 04755,
+                  .modified = 0,
+                  .link = ""},
+                 {.path = "etc/link", .type = Type::kSymbolicLink, .mode = 0777, .link = "file"},
+                 {.path = "etc/hard", .type = Type::kHardLink, .mode = 0640, .link = "etc/file"},
+                 {.path = "a\nb\xff\x1b\xc2\x9b", .type = Type::kFifo, .mode = 02640, .link = ""},
+                 {.path = "etc/when",
+                  .type = Type::kFile,
+                  .mode = 0,
+                  .modified = INT64_MAX,
+                  .link = ""},
+             }),
       "MODE           SIZE  TIME                 PATH\n"
       "drwxrwxrwt      0 B  2024-03-05 07:04     etc/dir/\n"
       "-rwsr-xr-x  2.0 KiB  1970-01-01 00:00     etc/file\n"
@@ -72,8 +72,8 @@ TEST_F(ReportTest, MembersAreShownWithModeSizeTimePathAndLink) {
 }
 
 /// What a restore of `archive` does on a receiver.
-preview::Preview restored(std::vector<preview::Change> changes, const std::string& refusal = "") {
-  preview::Preview preview = previewOf({});
+preview::Preview restored(preview::Changes changes, const std::string& refusal = "") {
+  preview::Preview preview;
   preview.restore.emplace(preview::Restore{.receiver = "box",
                                            .rehearsal = {.model = "solo2",
                                                          .medium = {base::Root("/"), "", "/media"},
@@ -81,7 +81,8 @@ preview::Preview restored(std::vector<preview::Change> changes, const std::strin
                                                          .refusal = refusal,
                                                          .commands = {"one", "two\nlines"},
                                                          .plan = {}},
-                                           .changes = std::move(changes)});
+                                           .changes = std::move(changes),
+                                           .differences = {}});
   return preview;
 }
 
@@ -127,13 +128,26 @@ TEST_F(ReportTest, RefusedRestoreShowsTheReasonAlone) {
             "0 members, 10.0 KiB unpacked\n\non box, a solo2, as /media/archive:\nthe reason\n");
 }
 
+/// Returns the JSON of a preview, which is to be laid out as that of a whole document.
+nlohmann::ordered_json jsonOf(preview::Preview preview, const Members& members) {
+  std::ostringstream out;
+  preview::JsonReport report("archive", out);
+  for (const tarball::Member& member : members) report.add(member);
+  preview.members = members.size();
+  preview.unpacked = 10240;
+  report.finish(preview);
+  nlohmann::ordered_json json = nlohmann::ordered_json::parse(out.str());
+  EXPECT_EQ(out.str(), json.dump(2) + "\n");
+  return json;
+}
+
 TEST_F(ReportTest, JsonHoldsTheSame) {
   preview::Preview preview = restored({{"/\xff", Action::change, file(5), file(6, 0755)}});
-  preview.members = {
-      {.path = "\xff", .type = Type::kFile, .size = 6, .mode = 0755, .modified = 9, .link = ""}};
   preview.damage = "cut off";
   preview.restore->rehearsal.plan.torn = {"/media/a b"};
-  nlohmann::ordered_json json = preview::jsonOf(preview);
+  nlohmann::ordered_json json = jsonOf(
+      std::move(preview),
+      {{.path = "\xff", .type = Type::kFile, .size = 6, .mode = 0755, .modified = 9, .link = ""}});
   EXPECT_EQ(json["restore"]["totals"]["change"].dump(), R"({"paths":1,"old_size":5,"new_size":6})");
   json["restore"].erase("totals");
   EXPECT_EQ(
@@ -147,11 +161,42 @@ TEST_F(ReportTest, JsonHoldsTheSame) {
       R"("commands":["one","two\nlines"]}})");
 }
 
-TEST_F(ReportTest, DifferenceIsEscapedOnATerminalAndWrittenAsItIsElsewhere) {
-  const preview::Difference difference{"/x", "--- /x\n+a\tb\x1b[m\r\n+\xff", ""};
-  EXPECT_EQ(textOf(difference, false), difference.text);
-  EXPECT_EQ(textOf(difference, true), "--- /x\n+a\tb\\x1b[m\\x0d\n+\\xff");
-  EXPECT_EQ(textOf({"/x\n", "", "not a text"}, false), "# /x\\x0a: not a text\n");
+TEST_F(ReportTest, JsonOfNothingHasNoMembersAndNoRestore) {
+  EXPECT_EQ(jsonOf({}, {}).dump(), R"({"file":"archive","members":[],"count":0,"unpacked":10240,)"
+                                   R"("damage":null,"restore":null})");
+}
+
+/// What a restore does that deletes a text and a file that is none.
+struct DifferenceReportTest : ReportTest {
+  DifferenceReportTest() {
+    files.write("/x", "a\tb\x1b[m\r\n\xff");
+    files.write("/y\n", std::string("\0", 1));
+  }
+
+  preview::Preview deleted() const {
+    preview::Preview preview =
+        restored({{"/x", Action::remove, file(9), {}}, {"/y\n", Action::remove, file(1), {}}});
+    preview.restore->differences.emplace(files.path());
+    return preview;
+  }
+
+  Files files;
+};
+
+TEST_F(DifferenceReportTest, DifferencesAreEscapedOnATerminalAndWrittenAsTheyAreElsewhere) {
+  const std::string header = "--- /x\n+++ /dev/null\n@@ -1,2 +0,0 @@\n";
+  const std::string none = "\\ No newline at end of file\n# /y\\x0a: not a text\n";
+  const std::string plain = "\n" + header + "-a\tb\x1b[m\r\n-\xff\n" + none;
+  const std::string escaped = "\n" + header + "-a\tb\\x1b[m\\x0d\n-\\xff\n" + none;
+  EXPECT_TRUE(textOf(deleted()).ends_with(plain));
+  EXPECT_TRUE(textOf(deleted(), {}, true).ends_with(escaped));
+}
+
+TEST_F(DifferenceReportTest, DifferencesAreInTheJson) {
+  EXPECT_EQ(jsonOf(deleted(), {})["restore"]["differences"].dump(),
+            R"([{"path":"/x","diff":"--- /x\n+++ /dev/null\n@@ -1,2 +0,0 @@\n)"
+            R"(-a\tb\u001b[m\r\n-\\xff\n\\ No newline at end of file\n","unshown":null},)"
+            R"({"path":"/y\n","diff":null,"unshown":"not a text"}])");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "command/preview/Change.h"
 #include "command/preview/Forecast.h"
 #include "tests/support/archive/TarWriter.h"
 
@@ -46,9 +47,7 @@ std::string modesOf(const preview::Change& change) {
   return text.str();
 }
 
-}  // namespace
-
-Lines linesOf(const std::vector<preview::Change>& changes) {
+Lines linesOf(const preview::Changes& changes) {
   Lines lines;
   for (const preview::Change& change : changes) {
     lines.push_back(std::string(preview::wordOf(change.action)) + " " + change.path + ": " +
@@ -57,8 +56,18 @@ Lines linesOf(const std::vector<preview::Change>& changes) {
   return lines;
 }
 
+}  // namespace
+
 Files::Files() {
   makeDirectory("");
+}
+
+void Files::makeReceiver() const {
+  for (const char* made : {"/proc", "/proc/stb", "/proc/stb/info", "/etc", "/media", "/media/hdd",
+                           "/media/hdd/qor-stowline"}) {
+    makeDirectory(made);
+  }
+  write("/proc/stb/info/model", "solo2\n");
 }
 
 void Files::write(const std::string& path, const std::string& content, unsigned mode) const {
@@ -84,11 +93,13 @@ void Files::writeOutside(const std::string& name, const std::string& content) co
 }
 
 Lines Files::told(const preview::Plan& plan, const std::vector<std::string>& archives) const {
-  const base::Root root(path());
-  preview::Forecast forecast(root, plan);
+  preview::Forecast forecast(base::Root(path()), plan);
   for (const std::string& archive : archives) {
     tarball::Reader reader(std::make_unique<Bytes>(archive));
-    while (const auto member = reader.next()) forecast.take(*member, reader);
+    while (const auto member = reader.next()) {
+      preview::Content content(reader);
+      forecast.take(*member, content);
+    }
   }
   return linesOf(forecast.finish());
 }

@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "command/preview/Change.h"
 #include "command/preview/Plan.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -11,9 +10,8 @@ namespace preview_test {
 
 using Lines = std::vector<std::string>;
 
-/// Returns changes as lines: "ACTION PATH: OLD -> NEW", where a file is its size, and behind that
-/// the permissions where they change.
-Lines linesOf(const std::vector<preview::Change>& changes);
+/// The receiver's directory for backups.
+inline const std::string kBackups = "/media/hdd/qor-stowline/";
 
 /// A directory with a receiver's files.
 class Files {
@@ -24,6 +22,9 @@ class Files {
   std::string path() const { return directory_ / "receiver"; }
   std::string at(const std::string& path) const { return this->path() + path; }
 
+  /// Makes it a receiver of the model solo2, with a directory for backups.
+  void makeReceiver() const;
+
   /// Makes things on the receiver; the directory that they lie in must be there.
   void write(const std::string& path, const std::string& content, unsigned mode = 0644) const;
   void makeDirectory(const std::string& path) const;
@@ -33,7 +34,9 @@ class Files {
   /// Makes a file beside the receiver.
   void writeOutside(const std::string& name, const std::string& content) const;
 
-  /// Returns what the plan and the archives, uncompressed tar archives, change here.
+  /// Returns what the plan and the archives, uncompressed tar archives, change here, in lines:
+  /// "ACTION PATH: OLD -> NEW", where a file is its size, and behind that the permissions where
+  /// they change.
   Lines told(const preview::Plan& plan, const std::vector<std::string>& archives) const;
 
  private:
