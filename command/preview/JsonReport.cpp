@@ -2,9 +2,7 @@
 
 #include <array>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <ostream>
-#include <utility>
 
 #include "base/Escape.h"
 
@@ -74,90 +72,68 @@ Json jsonOf(const std::vector<std::string>& texts) {
 
 }  // namespace
 
-JsonReport::JsonReport(std::filesystem::path file, std::ostream& out)
-    : file_(std::move(file)), out_(out) {}
-
-/// Writes what stands before the members, once the archive can be read.
-void JsonReport::begin() {
-  if (line_.size() > 1) return;
-  open(nullptr, '{');
-  write("file", escapeInvalidUtf8(file_.string()));
-  open("members", '[');
-}
+JsonReport::JsonReport(const std::filesystem::path& file, std::ostream& out)
+    : out_(out), object_({{"file", escapeInvalidUtf8(file.string())}}) {}
 
 void JsonReport::add(const tarball::Member& member) {
-  begin();
-  write(nullptr, jsonOf(member));
+  if (written_ == 0) openList(object_["members"], 4);
+  write(jsonOf(member));
 }
 
 void JsonReport::finish(Preview& preview) {
-  begin();
-  close(']');
-  write("count", preview.members);
-  write("unpacked", preview.unpacked);
-  write("damage", textOrNull(preview.damage));
-  if (preview.restore) {
-    write(*preview.restore);
-  } else {
-    write("restore", Json());
+  if (written_ == 0) openList(object_["members"], 4);
+  closeList();
+  object_["count"] = preview.members;
+  object_["unpacked"] = preview.unpacked;
+  object_["damage"] = textOrNull(preview.damage);
+  object_["restore"] = Json();
+  if (preview.restore) addRestore(*preview.restore);
+  out_ << object_.dump(2).substr(written_) << "\n";
+}
+
+void JsonReport::addRestore(Restore& restore) {
+  Json& json = object_["restore"];
+  json["receiver"] = escapeInvalidUtf8(restore.receiver.string());
+  json["model"] = escapeInvalidUtf8(restore.rehearsal.model);
+  json["archive"] = escapeInvalidUtf8(restore.rehearsal.archive);
+  json["refused"] = textOrNull(restore.rehearsal.refusal);
+  json["not_unpacked"] = jsonOf(restore.rehearsal.plan.torn);
+  openList(json["changes"], 6);
+  for (const Change& change : restore.changes) write(jsonOf(change));
+  closeList();
+  json["totals"] = totalsOf(restore.changes);
+  json["commands"] = jsonOf(restore.rehearsal.commands);
+  if (!restore.differences) return;
+  openList(json["differences"], 6);
+  restore.differences->show(restore.changes,
+                            [this](const Difference& found) { write(jsonOf(found)); });
+  closeList();
+}
+
+/// Writes the object up to where the first element of its last value, a new list, would stand.
+void JsonReport::openList(Json& list, std::size_t depth) {
+  list = Json::array();
+  const std::string text = object_.dump(2);
+  const std::size_t end = text.rfind(']');
+  out_ << text.substr(written_, end - written_);
+  written_ = end;
+  depth_ = depth;
+  has_elements_ = false;
+}
+
+/// Writes an element of the open list.
+void JsonReport::write(const Json& element) {
+  const std::string line = "\n" + std::string(depth_, ' ');
+  std::string text = line + element.dump(2);
+  for (auto at = text.find('\n', 1); at != std::string::npos; at = text.find('\n', at + 1)) {
+    text.replace(at, 1, line);
   }
-  close('}');
-  out_ << "\n";
+  out_ << (has_elements_ ? "," : "") << text;
+  has_elements_ = true;
 }
 
-void JsonReport::write(Restore& restore) {
-  open("restore", '{');
-  write("receiver", escapeInvalidUtf8(restore.receiver.string()));
-  write("model", escapeInvalidUtf8(restore.rehearsal.model));
-  write("archive", escapeInvalidUtf8(restore.rehearsal.archive));
-  write("refused", textOrNull(restore.rehearsal.refusal));
-  write("not_unpacked", jsonOf(restore.rehearsal.plan.torn));
-  open("changes", '[');
-  for (const Change& change : restore.changes) write(nullptr, jsonOf(change));
-  close(']');
-  write("totals", totalsOf(restore.changes));
-  write("commands", jsonOf(restore.rehearsal.commands));
-  if (restore.differences) {
-    open("differences", '[');
-    restore.differences->show(restore.changes, [this](const Difference& difference) {
-      write(nullptr, jsonOf(difference));
-    });
-    close(']');
-  }
-  close('}');
-}
-
-/// Begins an object or a list, which is a value as of write().
-void JsonReport::open(const char* key, char bracket) {
-  place(key);
-  out_ << bracket;
-  line_ += "  ";
-  is_first_ = true;
-}
-
-void JsonReport::close(char bracket) {
-  line_.resize(line_.size() - 2);
-  if (!is_first_) out_ << line_;
-  out_ << bracket;
-  is_first_ = false;
-}
-
-/// Writes a value: that of a key, or without one an element of a list.
-void JsonReport::write(const char* key, const Json& value) {
-  std::string text = value.dump(2);
-  for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
-    text.replace(at, 1, line_);
-  }
-  place(key);
-  out_ << text;
-}
-
-/// Writes what stands before a value.
-void JsonReport::place(const char* key) {
-  if (!is_first_) out_ << ',';
-  is_first_ = false;
-  if (line_.size() > 1) out_ << line_;  // the object itself stands before the first newline
-  if (key) out_ << '"' << key << "\": ";
+void JsonReport::closeList() {
+  if (has_elements_) out_ << "\n" << std::string(depth_ - 2, ' ');
 }
 
 }  // namespace preview

@@ -2,19 +2,19 @@
 
 #include <filesystem>
 #include <iosfwd>
-#include <nlohmann/json_fwd.hpp>
-#include <string>
+#include <nlohmann/json.hpp>
 
 #include "command/preview/Preview.h"
 
 namespace preview {
 
-/// Prints the same as TextReport, as one JSON object, value by value: a whole one would take too
-/// much memory. The members' "size" is 0 for all but files.
+/// Prints the same as TextReport, as one JSON object. Its long lists are written element by
+/// element, the members while they come: as a whole they would take too much memory. The members'
+/// "size" is 0 for all but files.
 class JsonReport {
  public:
   /// `file` is the archive; `out` outlives this.
-  JsonReport(std::filesystem::path file, std::ostream& out);
+  JsonReport(const std::filesystem::path& file, std::ostream& out);
 
   /// Prints a member of the archive.
   void add(const tarball::Member& member);
@@ -23,17 +23,16 @@ class JsonReport {
   void finish(Preview& preview);
 
  private:
-  void begin();
-  void write(Restore& restore);
-  void open(const char* key, char bracket);
-  void close(char bracket);
-  void write(const char* key, const nlohmann::ordered_json& value);
-  void place(const char* key);
+  void addRestore(Restore& restore);
+  void openList(nlohmann::ordered_json& list, std::size_t depth);
+  void write(const nlohmann::ordered_json& element);
+  void closeList();
 
-  std::filesystem::path file_;
   std::ostream& out_;
-  std::string line_ = "\n";  ///< what begins a line: the newline and the blanks behind it
-  bool is_first_ = true;     ///< whether no value has been written since a bracket was opened
+  nlohmann::ordered_json object_;  ///< what there is of the object so far, with empty long lists
+  std::size_t written_ = 0;        ///< bytes of its text
+  std::size_t depth_ = 0;          ///< how many blanks stand before the open list's elements
+  bool has_elements_ = false;      ///< whether it has any
 };
 
 }  // namespace preview

@@ -13,9 +13,6 @@ struct Plan {
   std::vector<std::string> torn = {};           ///< archives whose names the shell takes apart
   std::vector<std::string> removed_again = {};  ///< what is deleted afterwards, with all below it
   std::vector<std::string> kept = {};           ///< files that are put back as they were
-
-  /// Adds an archive that a command unpacks by its path.
-  void unpack(const std::string& archive);
 };
 
 }  // namespace preview

@@ -10,69 +10,53 @@ namespace {
 
 using TakeMember = std::function<void(const tarball::Member&)>;
 
-/// Reads an archive to its end or to what is wrong with it. Returns that.
-std::string readMembers(tarball::Reader& reader, const std::string& name, const TakeMember& take) {
+/// Reads an archive to its end or to what is wrong with it: that is the damage, if it is the first.
+void readMembers(tarball::Reader& reader, const std::string& name, const TakeMember& take,
+                 std::string& damage) {
   try {
     while (const auto member = reader.next()) take(*member);
-  } catch (const tarball::Damaged& damage) {
-    return name + ": " + damage.what();
+  } catch (const tarball::Damaged& damaged) {
+    if (damage.empty()) damage = name + ": " + damaged.what();
   }
-  return "";
 }
 
-/// Finds out what a restore does while its archives are read.
-class Watch {
- public:
-  explicit Watch(Restore& restore)
-      : restore_(restore), forecast_(base::Root(restore.receiver), restore.rehearsal.plan) {}
-
-  void take(const tarball::Member& member, tarball::Reader& reader) {
-    Content content(reader);
-    const Change& change = forecast_.take(member, content);
-    if (restore_.differences) restore_.differences->take(change, content);
-  }
-
-  /// Reads what is restored along with the archive, which was the first. Returns what is wrong with
-  /// the first that is damaged.
-  std::string finish(const tarball::BeginProgress& begin) {
-    std::string damage;
-    for (const std::string& name : restore_.rehearsal.plan.archives | std::views::drop(1)) {
-      tarball::Reader reader(restore_.rehearsal.medium.open(name), name, begin);
-      const std::string its_damage =
-          readMembers(reader, name, [&](const tarball::Member& member) { take(member, reader); });
-      if (damage.empty()) damage = its_damage;
-    }
-    restore_.changes = forecast_.finish();
-    return damage;
-  }
-
- private:
-  Restore& restore_;
-  Forecast forecast_;
-};
+/// Takes a member that is restored.
+void restoreMember(const tarball::Member& member, tarball::Reader& reader, Forecast& forecast,
+                   std::optional<Differences>& differences) {
+  Content content(reader);
+  const Change& change = forecast.take(member, content);
+  if (differences) differences->take(change, content);
+}
 
 }  // namespace
 
 Preview look(const Request& request, const TakeMember& take, const tarball::BeginProgress& begin) {
   Preview preview;
-  std::optional<Watch> watch;
-  bool is_restored = false;
+  std::optional<Forecast> forecast;
+  std::vector<std::string> restored;  // the archive and its companions, or none
   if (request.receiver) {
     Restore& restore = preview.restore.emplace(
         Restore{*request.receiver, rehearse(request.file, *request.receiver), {}, {}});
     if (request.differences) restore.differences.emplace(restore.receiver);
-    watch.emplace(restore);
-    is_restored = !restore.rehearsal.plan.archives.empty();
+    forecast.emplace(base::Root(restore.receiver), restore.rehearsal.plan);
+    restored = restore.rehearsal.plan.archives;
   }
   tarball::Reader reader(request.file.string(), begin);
-  preview.damage = readMembers(reader, request.file.string(), [&](const tarball::Member& member) {
+  const auto takeFirst = [&](const tarball::Member& member) {
     ++preview.members;
     take(member);
-    if (is_restored) watch->take(member, reader);
-  });
+    if (!restored.empty()) restoreMember(member, reader, *forecast, preview.restore->differences);
+  };
+  readMembers(reader, request.file.string(), takeFirst, preview.damage);
   preview.unpacked = reader.unpacked();
-  const std::string damage = watch ? watch->finish(begin) : "";
-  if (preview.damage.empty()) preview.damage = damage;
+  for (const std::string& name : restored | std::views::drop(1)) {
+    tarball::Reader companion(preview.restore->rehearsal.medium.open(name), name, begin);
+    const auto takeNext = [&](const tarball::Member& member) {
+      restoreMember(member, companion, *forecast, preview.restore->differences);
+    };
+    readMembers(companion, name, takeNext, preview.damage);
+  }
+  if (forecast) preview.restore->changes = forecast->finish();
   return preview;
 }
 

@@ -130,19 +130,24 @@ class Stage {
     return true;
   }
 
+  /// Adds an archive that a command unpacks by its path.
+  static void unpack(Plan& plan, const std::string& archive) {
+    (backups::isShellWord(archive) ? plan.archives : plan.torn).push_back(archive);
+  }
+
   static Plan settingsPlan(const std::string& archive) {
     Plan plan;
     plan.deleted_first.assign(std::begin(stowline::kChannelFiles),
                               std::end(stowline::kChannelFiles));
-    plan.unpack(archive);
+    unpack(plan, archive);
     return plan;
   }
 
   Plan configurationPlan(const std::string& archive) {
     Plan plan;
-    plan.unpack(archive);
+    unpack(plan, archive);
     for (const char* ending : stowline::kCompanions) {
-      if (system_.exists(archive + ending)) plan.unpack(archive + ending);
+      if (system_.exists(archive + ending)) unpack(plan, archive + ending);
     }
     plan.removed_again = {stowline::kRemovedAfterRestore};
     plan.kept = backups::keptFiles(*host_, archive);

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "base/Escape.h"
-#include "base/Files.h"
 #include "command/archive/Paths.h"
 #include "command/output/Table.h"
 
@@ -101,28 +100,16 @@ void printRestore(const Restore& restore, std::ostream& out) {
   }
 }
 
-/// Returns a line, with its tabs, as it can be shown on a terminal.
-std::string escaped(std::string line) {
-  const bool ends = line.ends_with('\n');
-  if (ends) line.pop_back();
+/// Returns a text, with its tabs, as it can be shown on a terminal.
+std::string escaped(const std::string& text) {
   std::string shown;
-  for (std::size_t start = 0;;) {
-    const std::size_t tab = line.find('\t', start);
-    shown += base::escapeControls(line.substr(start, tab - start));
-    if (tab == std::string::npos) return shown + (ends ? "\n" : "");
-    shown += '\t';
-    start = tab + 1;
+  std::size_t start = 0;
+  for (auto end = text.find_first_of("\t\n"); end != std::string::npos;
+       end = text.find_first_of("\t\n", start)) {
+    shown += base::escapeControls(text.substr(start, end - start)) + text[end];
+    start = end + 1;
   }
-}
-
-void print(const Difference& difference, bool escape, std::ostream& out) {
-  if (!difference.reason.empty()) {
-    out << "# " << shownPath(difference.path) << ": " << difference.reason << "\n";
-  } else if (escape) {
-    for (const std::string& line : base::linesOf(difference.text)) out << escaped(line);
-  } else {
-    out << difference.text;
-  }
+  return shown + base::escapeControls(text.substr(start));
 }
 
 }  // namespace
@@ -135,7 +122,9 @@ void TextReport::add(const tarball::Member& member) {
 }
 
 void TextReport::finish(Preview& preview) {
-  printMembers(preview);
+  if (preview.members > 0) members_.print(out_);
+  members_ = output::Table({});
+  out_ << preview.members << " members, " << sizeText(preview.unpacked) << " unpacked\n";
   if (!preview.restore) {
     out_ << "what a restore would do on a receiver is shown with --against DIR\n";
     return;
@@ -143,16 +132,13 @@ void TextReport::finish(Preview& preview) {
   printRestore(*preview.restore, out_);
   if (!preview.restore->differences) return;
   out_ << "\n";
-  preview.restore->differences->show(
-      preview.restore->changes,
-      [this](const Difference& difference) { print(difference, escape_, out_); });
-}
-
-/// Prints the members, which are then forgotten.
-void TextReport::printMembers(const Preview& preview) {
-  const output::Table members = std::move(members_);
-  if (preview.members > 0) members.print(out_);
-  out_ << preview.members << " members, " << sizeText(preview.unpacked) << " unpacked\n";
+  preview.restore->differences->show(preview.restore->changes, [this](const Difference& found) {
+    if (found.reason.empty()) {
+      out_ << (escape_ ? escaped(found.text) : found.text);
+    } else {
+      out_ << "# " << shownPath(found.path) << ": " << found.reason << "\n";
+    }
+  });
 }
 
 }  // namespace preview

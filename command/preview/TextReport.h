@@ -21,8 +21,6 @@ class TextReport {
   void finish(Preview& preview);
 
  private:
-  void printMembers(const Preview& preview);
-
   std::ostream& out_;
   bool escape_;
   output::Table members_{{{"MODE"}, {"SIZE", true}, {"TIME"}, {"PATH"}}};

@@ -1,150 +1,150 @@
 #include "command/preview/UnifiedDiff.h"
 
 #include <algorithm>
+#include <dtl/dtl.hpp>
+#include <span>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
-
-#include "base/Files.h"
-#include "command/preview/LineScript.h"
 
 namespace preview {
 namespace {
 
 constexpr std::size_t kContext = 3;
 
-using Lines = std::vector<std::string>;
+constexpr char kRemoved = '-';
+constexpr char kAdded = '+';
+constexpr char kKept = ' ';
 
-/// Gives equal lines equal numbers.
-class Numbers {
- public:
-  std::vector<int> of(Lines::const_iterator begin, Lines::const_iterator end) {
-    std::vector<int> numbers;
-    for (; begin != end; ++begin) {
-      numbers.push_back(known_.try_emplace(*begin, static_cast<int>(known_.size())).first->second);
-    }
-    return numbers;
+using Lines = std::vector<std::string_view>;
+
+/// Cuts a text behind every newline.
+Lines linesOf(std::string_view text) {
+  Lines lines;
+  while (!text.empty()) {
+    lines.push_back(text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1));
+    text.remove_prefix(lines.back().size());
   }
+  return lines;
+}
 
- private:
-  std::unordered_map<std::string_view, int> known_;
+/// A line on the way from one text to the other.
+struct Step {
+  char mark;
+  std::string_view line;
 };
 
-/// Returns the steps for the lines between those that both texts begin and end with.
-std::optional<std::vector<Edit>> middleScript(const std::vector<int>& before,
-                                              const std::vector<int>& after) {
-  if (before.empty()) return std::vector<Edit>(after.size(), Edit::add);
-  if (after.empty()) return std::vector<Edit>(before.size(), Edit::remove);
-  if (before.size() + after.size() > kMostLines) return std::nullopt;
-  return lineScript(before, after);
+using Script = std::vector<Step>;
+
+void append(Script& script, char mark, Lines::const_iterator begin, Lines::const_iterator end) {
+  for (; begin != end; ++begin) script.push_back({mark, *begin});
+}
+
+/// Adds the steps between lines of which neither the first nor the last are the same. The time that
+/// it takes grows with the number of lines that do not stay, squared.
+void appendMiddle(Script& script, const Lines& before, const Lines& after) {
+  dtl::Diff<std::string_view> difference(before, after);
+  difference.compose();
+  for (const auto& [line, step] : difference.getSes().getSequence()) {
+    const bool stays = step.type == dtl::SES_COMMON;
+    script.push_back({stays ? kKept : step.type == dtl::SES_ADD ? kAdded : kRemoved, line});
+  }
+}
+
+bool isKept(const Step& step) {
+  return step.mark == kKept;
 }
 
 /// Puts what is removed before what is added in its place.
-void sortChanges(std::vector<Edit>& script) {
+void sortChanges(Script& script) {
   for (auto begin = script.begin(); begin != script.end();) {
-    const auto end = std::find(begin, script.end(), Edit::keep);
-    std::sort(begin, end);
-    begin = std::find_if_not(end, script.end(), [](Edit edit) { return edit == Edit::keep; });
+    const auto end = std::find_if(begin, script.end(), isKept);
+    std::stable_partition(begin, end, [](const Step& step) { return step.mark == kRemoved; });
+    begin = std::find_if_not(end, script.end(), isKept);
   }
 }
 
-std::optional<std::vector<Edit>> scriptOf(const Lines& before, const Lines& after) {
-  const auto head = std::ranges::mismatch(before, after);
-  const auto kept_before = static_cast<std::size_t>(head.in1 - before.begin());
-  std::size_t kept_after = 0;
-  while (kept_after < std::min(before.size(), after.size()) - kept_before &&
-         before[before.size() - 1 - kept_after] == after[after.size() - 1 - kept_after]) {
-    ++kept_after;
+std::optional<Script> scriptOf(const Lines& before, const Lines& after) {
+  const auto [old_head, new_head] = std::ranges::mismatch(before, after);
+  auto old_tail = before.end();
+  auto new_tail = after.end();
+  while (old_tail != old_head && new_tail != new_head && old_tail[-1] == new_tail[-1]) {
+    --old_tail;
+    --new_tail;
   }
-  const auto tail = static_cast<std::ptrdiff_t>(kept_after);
-  Numbers numbers;
-  const std::vector<int> old_lines = numbers.of(head.in1, before.end() - tail);
-  const auto middle = middleScript(old_lines, numbers.of(head.in2, after.end() - tail));
-  if (!middle) return std::nullopt;
-  std::vector<Edit> script(kept_before, Edit::keep);
-  script.insert(script.end(), middle->begin(), middle->end());
-  script.insert(script.end(), kept_after, Edit::keep);
+  const Lines removed(old_head, old_tail);
+  const Lines added(new_head, new_tail);
+  Script script;
+  append(script, kKept, before.begin(), old_head);
+  if (removed.empty() || added.empty()) {
+    append(script, kRemoved, old_head, old_tail);
+    append(script, kAdded, new_head, new_tail);
+  } else {
+    if (removed.size() + added.size() > kMostLines) return std::nullopt;
+    appendMiddle(script, removed, added);
+  }
+  append(script, kKept, old_tail, before.end());
   sortChanges(script);
   return script;
 }
 
-/// A part of a script: from one step up to before another.
-struct Range {
-  std::size_t begin;
-  std::size_t end;
-};
+/// A part of a script.
+using Part = std::span<const Step>;
 
 /// Returns the parts of the script that hunks show: the changes with their context, those that
 /// would touch as one.
-std::vector<Range> hunksOf(const std::vector<Edit>& script) {
-  std::vector<Range> hunks;
+std::vector<Part> hunksOf(Part script) {
+  std::vector<Part> hunks;
+  std::size_t end = 0;  // of the last hunk
   for (std::size_t at = 0; at < script.size(); ++at) {
-    if (script[at] == Edit::keep) continue;
-    const std::size_t begin = at - std::min(at, kContext);
-    const std::size_t end = std::min(at + 1 + kContext, script.size());
-    if (!hunks.empty() && begin <= hunks.back().end) {
-      hunks.back().end = end;
-    } else {
-      hunks.push_back({begin, end});
+    if (isKept(script[at])) continue;
+    std::size_t begin = at - std::min(at, kContext);
+    if (!hunks.empty() && begin <= end) {
+      begin = end - hunks.back().size();
+      hunks.pop_back();
     }
+    end = std::min(at + 1 + kContext, script.size());
+    hunks.push_back(script.subspan(begin, end - begin));
   }
   return hunks;
 }
 
-/// Writes the hunks of a script one after another.
-class Writer {
- public:
-  Writer(const Lines& before, const Lines& after, const std::vector<Edit>& script)
-      : before_(before), after_(after), script_(script) {}
+/// Where one of the texts stands.
+struct Position {
+  char other;             ///< the mark of the lines that only the other text has
+  std::size_t lines = 0;  ///< before it
 
-  std::string write() {
-    for (const Range& hunk : hunksOf(script_)) writeHunk(hunk);
-    return text_;
+  /// Goes past a part. Returns its first line, counted from 1, and the number of its lines; of
+  /// none, the line before.
+  std::string pass(Part part) {
+    const auto count = static_cast<std::size_t>(
+        std::ranges::count_if(part, [this](const Step& step) { return step.mark != other; }));
+    const std::size_t first = lines + (count > 0 ? 1 : 0);
+    lines += count;
+    return std::to_string(first) + "," + std::to_string(count);
   }
-
- private:
-  void writeHunk(const Range& hunk) {
-    const std::size_t kept = hunk.begin - at_;  // nothing but kept lines is between two hunks
-    old_ += kept;
-    new_ += kept;
-    at_ = hunk.begin;
-    const std::size_t old_start = old_;
-    const std::size_t new_start = new_;
-    std::string lines;
-    for (; at_ < hunk.end; ++at_) lines += nextLine(script_[at_]);
-    text_ += "@@ -" + place(old_start, old_) + " +" + place(new_start, new_) + " @@\n" + lines;
-  }
-
-  std::string nextLine(Edit edit) {
-    const std::string& line = edit == Edit::add ? after_[new_] : before_[old_];
-    if (edit != Edit::add) ++old_;
-    if (edit != Edit::remove) ++new_;
-    const char* mark = edit == Edit::add ? "+" : (edit == Edit::remove ? "-" : " ");
-    return mark + line + (line.ends_with('\n') ? "" : "\n\\ No newline at end of file\n");
-  }
-
-  /// Returns the first line, counted from 1, and the number of lines; of none, the line before.
-  static std::string place(std::size_t start, std::size_t end) {
-    return std::to_string(start + (end > start ? 1 : 0)) + "," + std::to_string(end - start);
-  }
-
-  const Lines& before_;
-  const Lines& after_;
-  const std::vector<Edit>& script_;
-  std::string text_;
-  std::size_t at_ = 0;   // in the script
-  std::size_t old_ = 0;  // lines before it
-  std::size_t new_ = 0;
 };
 
 }  // namespace
 
 std::optional<std::string> unifiedHunks(const std::string& before, const std::string& after) {
-  const Lines old_lines = base::linesOf(before);
-  const Lines new_lines = base::linesOf(after);
-  const auto script = scriptOf(old_lines, new_lines);
+  const auto script = scriptOf(linesOf(before), linesOf(after));
   if (!script) return std::nullopt;
-  return Writer(old_lines, new_lines, *script).write();
+  std::string text;
+  Position old_text{kAdded};
+  Position new_text{kRemoved};
+  const Step* at = script->data();
+  for (const Part hunk : hunksOf(*script)) {
+    old_text.pass({at, hunk.data()});
+    new_text.pass({at, hunk.data()});
+    at = hunk.data() + hunk.size();
+    text += "@@ -" + old_text.pass(hunk) + " +" + new_text.pass(hunk) + " @@\n";
+    for (const auto& [mark, line] : hunk) {
+      text += mark;
+      text += line;
+      if (!line.ends_with('\n')) text += "\n\\ No newline at end of file\n";
+    }
+  }
+  return text;
 }
 
 }  // namespace preview
