@@ -41,14 +41,6 @@ const Name& nameOf(tarball::Type type) {
 
 }  // namespace
 
-bool isFile(const std::optional<State>& state) {
-  return state && state->type == tarball::Type::kFile;
-}
-
-bool isDirectory(const std::optional<State>& state) {
-  return state && state->type == tarball::Type::kDirectory;
-}
-
 std::optional<State> stateOf(const base::Root& receiver, const std::string& path) {
   const auto status = receiver.linkStatus(path);
   if (!status) return std::nullopt;
@@ -73,10 +65,7 @@ State stateOf(const tarball::Member& member) {
 }
 
 const char* wordOf(Action action) {
-  for (const auto& [known, word] : kActions) {
-    if (known == action) return word;
-  }
-  return "";
+  return std::ranges::find(kActions, action, &ActionWord::action)->word;
 }
 
 const char* wordOf(tarball::Type type) {

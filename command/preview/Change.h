@@ -20,11 +20,13 @@ struct State {
   bool operator==(const State&) const = default;
 };
 
-/// Whether it is a file with content of its own.
-bool isFile(const std::optional<State>& state);
-
-/// Whether it is a directory.
-bool isDirectory(const std::optional<State>& state);
+/// Whether it is a file with content of its own, or a directory.
+inline bool isFile(const std::optional<State>& state) {
+  return state && state->type == tarball::Type::kFile;
+}
+inline bool isDirectory(const std::optional<State>& state) {
+  return state && state->type == tarball::Type::kDirectory;
+}
 
 /// Returns what lies at `path` on the receiver, links not followed; nothing where nothing does.
 /// Raises base::SystemError.
@@ -45,21 +47,21 @@ enum class Action {
   unreadable,
 };
 
-/// All actions, in the order in which they are counted up, with their words.
-inline constexpr struct {
+struct ActionWord {
   Action action;
   const char* word;
-} kActions[] = {
+};
+
+/// All actions, in the order in which they are counted up, with their words.
+inline constexpr ActionWord kActions[] = {
     {Action::add, "add"},         {Action::change, "change"},
     {Action::same, "same"},       {Action::keep, "keep"},
     {Action::remove, "delete"},   {Action::remove_again, "removed again"},
     {Action::blocked, "blocked"}, {Action::unreadable, "unreadable"},
 };
 
-/// Returns the word for an action.
+/// Return the word for an action, and for a type, such as "hard link".
 const char* wordOf(Action action);
-
-/// Returns the word for a type, such as "hard link".
 const char* wordOf(tarball::Type type);
 
 /// Returns the character that ls(1) puts before the permissions; of a hard link "h", as tar(1).
@@ -69,11 +71,10 @@ char characterOf(tarball::Type type);
 struct Change {
   std::string path;  ///< absolute
   Action action;
-  std::optional<State> before;  ///< nothing where there was nothing, or where it cannot be read
-  std::optional<State> after;   ///< nothing where there is nothing in the end
-  std::uint64_t member = 0;     ///< the number of the member that decides, from 1; 0 for none
-
-  bool operator==(const Change&) const = default;
+  std::optional<State> before =
+      {};                           ///< nothing where there was nothing, or where it cannot be read
+  std::optional<State> after = {};  ///< nothing where there is nothing in the end
+  std::uint64_t member = 0;         ///< the number of the member that decides, from 1; 0 for none
 };
 
 /// Changes that stay where they are in memory when more are added: there may be many.
@@ -84,8 +85,6 @@ struct Total {
   std::uint64_t count = 0;
   std::uint64_t before = 0;
   std::uint64_t after = 0;
-
-  bool operator==(const Total&) const = default;
 };
 
 /// Counts up the changes of one action.

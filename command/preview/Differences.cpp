@@ -19,18 +19,6 @@ struct Unshown {
 };
 
 constexpr Unshown kTooLarge{"larger than 256 KiB"};
-constexpr Unshown kUnreadable{"unreadable"};
-constexpr Unshown kNoText{"not a text"};
-constexpr Unshown kNoFile{"not a file on both sides"};
-constexpr Unshown kTooMany{"too many lines to compare"};
-constexpr Unshown kNoRoom{"too much to show after the others"};
-
-/// Returns the content of a member. Raises what the reader raises, and Unshown.
-std::string contentOf(Content& content) {
-  const std::string* text = content.text();
-  if (!text) throw kTooLarge;
-  return *text;
-}
 
 /// Returns the content of a receiver's file. Raises Unshown.
 std::string contentOf(const base::Root& receiver, const std::string& path) {
@@ -40,12 +28,8 @@ std::string contentOf(const base::Root& receiver, const std::string& path) {
     if (!content) throw kTooLarge;
     return std::move(*content);
   } catch (const base::SystemError&) {
-    throw kUnreadable;
+    throw Unshown{"unreadable"};
   }
-}
-
-void requireText(const std::string& content) {
-  if (content.find('\0') != std::string::npos) throw kNoText;
 }
 
 /// Returns the header line of one side; tools need a tab behind a name with blanks.
@@ -57,10 +41,6 @@ std::string header(const char* mark, const Change& change, bool is_there) {
 /// Whether a member brings or changes what lies at the change's path.
 bool isBrought(const Change& change) {
   return change.member != 0 && (change.action == Action::add || change.action == Action::change);
-}
-
-bool isDeleted(const Change& change) {
-  return change.action == Action::remove || change.action == Action::remove_again;
 }
 
 /// Raises what the last call on a temporary file has failed with.
@@ -92,7 +72,7 @@ void Differences::show(const Changes& changes, const std::function<void(const Di
     if (change->member == member && isBrought(*change)) show({change->path, text, reason});
   }
   for (const Change& change : changes) {
-    if (!isDeleted(change)) continue;
+    if (change.action != Action::remove && change.action != Action::remove_again) continue;
     if (const auto difference = find(change, nullptr)) show(*difference);
   }
 }
@@ -113,17 +93,20 @@ std::optional<Difference> Differences::find(const Change& change, Content* conte
 
 /// Raises Unshown where the difference is not to be shown.
 std::string Differences::textOf(const Change& change, Content* content) const {
-  if (room_ == 0) throw kNoRoom;
+  if (room_ == 0) throw Unshown{"too much to show after the others"};
   for (const auto* side : {&change.before, &change.after}) {
-    if (*side && !isFile(*side)) throw kNoFile;
+    if (*side && !isFile(*side)) throw Unshown{"not a file on both sides"};
     if (*side && (*side)->size > kLargestText) throw kTooLarge;
   }
-  const std::string after = change.after ? contentOf(*content) : "";
-  const std::string before = change.before ? contentOf(receiver_, change.path) : "";
-  requireText(before);
-  requireText(after);
-  const auto hunks = unifiedHunks(before, after);
-  if (!hunks) throw kTooMany;
+  static const std::string kNone;
+  const std::string* after = change.after ? content->text() : &kNone;
+  if (!after) throw kTooLarge;
+  const std::string before = change.before ? contentOf(receiver_, change.path) : kNone;
+  for (const std::string& text : {std::cref(before), std::cref(*after)}) {
+    if (text.find('\0') != std::string::npos) throw Unshown{"not a text"};
+  }
+  const auto hunks = unifiedHunks(before, *after);
+  if (!hunks) throw Unshown{"too many lines to compare"};
   if (hunks->empty()) return "";
   return header("--- ", change, change.before.has_value()) +
          header("+++ ", change, change.after.has_value()) + *hunks;

@@ -18,11 +18,6 @@ std::string absolute(const std::string& member_path) {
   return path.ends_with("/..") ? path + "/." : path;
 }
 
-/// Whether `path` is `top` or lies below it.
-bool isWithin(const std::string& path, const std::string& top) {
-  return path.starts_with(top) && (path.size() == top.size() || path[top.size()] == '/');
-}
-
 }  // namespace
 
 Forecast::Forecast(base::Root receiver, const Plan& plan)
@@ -41,8 +36,7 @@ const Change* Forecast::find(const std::string& path) const {
 /// Returns the change at a path, a new one where there is none yet. Its path is not to be changed.
 Change& Forecast::changeAt(const std::string& path) {
   if (const auto known = by_path_.find(path); known != by_path_.end()) return *known->second;
-  Change& change =
-      changes_.emplace_back(Change{.path = path, .action = Action::add, .before = {}, .after = {}});
+  Change& change = changes_.emplace_back(Change{.path = path, .action = Action::add});
   by_path_.emplace(change.path, &change);
   return change;
 }
@@ -70,7 +64,7 @@ void Forecast::deleteFiles(const std::string& pattern) {
   const Expansion expansion = expand(receiver_, pattern);
   for (const std::string& path : expansion.unreadable) changeAt(path).action = Action::unreadable;
   for (const std::string& path : expansion.paths) {
-    Change seen{.path = path, .action = Action::remove, .before = {}, .after = {}};
+    Change seen{.path = path, .action = Action::remove};
     look(seen);
     if (!isDirectory(seen.before)) remove(seen);
   }
@@ -154,7 +148,7 @@ Changes Forecast::finish() {
 /// Takes back what the archives bring there.
 void Forecast::removeAgain(const std::string& top) {
   for (Change& change : changes_) {
-    if (change.member == 0 || !isWithin(change.path, top)) continue;
+    if (change.member == 0 || !(change.path + '/').starts_with(top + '/')) continue;
     change.action = Action::remove_again;
     change.after.reset();
   }
@@ -166,7 +160,7 @@ void Forecast::removeRest(const std::string& top) {
     const std::string path = std::move(rest.back());
     rest.pop_back();
     const bool is_known = find(path) != nullptr;
-    Change seen{.path = path, .action = Action::remove, .before = {}, .after = {}};
+    Change seen{.path = path, .action = Action::remove};
     if (look(seen) && !seen.before) continue;
     if (!is_known) remove(seen);
     if (!isDirectory(seen.before)) continue;

@@ -10,7 +10,7 @@
 #include "command/archive/Member.h"
 #include "command/preview/Change.h"
 #include "command/preview/Content.h"
-#include "command/preview/Plan.h"
+#include "command/preview/Rehearsal.h"
 
 namespace preview {
 

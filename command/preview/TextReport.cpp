@@ -7,7 +7,6 @@
 
 #include "base/Escape.h"
 #include "command/archive/Paths.h"
-#include "command/output/Table.h"
 
 namespace preview {
 namespace {
@@ -20,13 +19,9 @@ std::string symbolicMode(unsigned mode) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     if ((mode & (0400U >> at)) == 0) text[at] = '-';
   }
-  constexpr struct {
-    unsigned bit;
-    std::size_t place;
-    const char* shown;  // without and with the right to execute
-  } kSpecial[] = {{04000, 2, "Ss"}, {02000, 5, "Ss"}, {01000, 8, "Tt"}};
-  for (const auto& [bit, place, shown] : kSpecial) {
-    if ((mode & bit) != 0) text[place] = shown[text[place] == 'x' ? 1 : 0];
+  for (unsigned at = 0; at < 3; ++at) {  // set-user-ID, set-group-ID and sticky
+    char& shown = text[3 * at + 2];
+    if ((mode & (04000U >> at)) != 0) shown = (shown == 'x' ? "sst" : "SST")[at];
   }
   return text;
 }

@@ -45,8 +45,8 @@ void appendMiddle(Script& script, const Lines& before, const Lines& after) {
   dtl::Diff<std::string_view> difference(before, after);
   difference.compose();
   for (const auto& [line, step] : difference.getSes().getSequence()) {
-    const bool stays = step.type == dtl::SES_COMMON;
-    script.push_back({stays ? kKept : step.type == dtl::SES_ADD ? kAdded : kRemoved, line});
+    const char mark = step.type == dtl::SES_ADD ? kAdded : kRemoved;
+    script.push_back({step.type == dtl::SES_COMMON ? kKept : mark, line});
   }
 }
 
@@ -73,15 +73,11 @@ std::optional<Script> scriptOf(const Lines& before, const Lines& after) {
   }
   const Lines removed(old_head, old_tail);
   const Lines added(new_head, new_tail);
+  const bool is_replaced = !removed.empty() && !added.empty();
+  if (is_replaced && removed.size() + added.size() > kMostLines) return std::nullopt;
   Script script;
   append(script, kKept, before.begin(), old_head);
-  if (removed.empty() || added.empty()) {
-    append(script, kRemoved, old_head, old_tail);
-    append(script, kAdded, new_head, new_tail);
-  } else {
-    if (removed.size() + added.size() > kMostLines) return std::nullopt;
-    appendMiddle(script, removed, added);
-  }
+  appendMiddle(script, removed, added);
   append(script, kKept, old_tail, before.end());
   sortChanges(script);
   return script;

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "command/preview/Plan.h"
+#include "command/preview/Rehearsal.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace preview_test {
