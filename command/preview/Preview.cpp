@@ -1,7 +1,5 @@
 #include "command/preview/Preview.h"
 
-#include <ranges>
-
 #include "command/archive/Damaged.h"
 #include "command/preview/Forecast.h"
 
@@ -49,7 +47,8 @@ Preview look(const Request& request, const TakeMember& take, const tarball::Begi
   };
   readMembers(reader, request.file.string(), takeFirst, preview.damage);
   preview.unpacked = reader.unpacked();
-  for (const std::string& name : restored | std::views::drop(1)) {
+  for (std::size_t at = 1; at < restored.size(); ++at) {
+    const std::string& name = restored[at];
     tarball::Reader companion(preview.restore->rehearsal.medium.open(name), name, begin);
     const auto takeNext = [&](const tarball::Member& member) {
       restoreMember(member, companion, *forecast, preview.restore->differences);

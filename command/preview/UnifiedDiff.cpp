@@ -106,7 +106,7 @@ std::vector<Part> hunksOf(Part script) {
 
 /// Where one of the texts stands.
 struct Position {
-  char other;             ///< the mark of the lines that only the other text has
+  char other = kKept;     ///< the mark of the lines that only the other text has
   std::size_t lines = 0;  ///< before it
 
   /// Goes past a part. Returns its first line, counted from 1, and the number of its lines; of
