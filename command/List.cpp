@@ -3,7 +3,6 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
 
 #include "base/Escape.h"
 #include "command/Commands.h"
@@ -53,7 +52,7 @@ std::string baseName(const std::string& path) {
 }
 
 std::string keptText(const BackupSet& set) {
-  if (set.kind != std::string_view("configuration")) return "";
+  if (!set.kind->is_confirmed) return "";
   return set.keeps.empty() ? "nothing" : joined(set.keeps, " ", baseName);
 }
 
@@ -70,7 +69,7 @@ void printTable(const Catalogue& catalogue) {
                        {"WITH"}});
   for (const BackupSet& set : catalogue.sets) {
     const backups::SetName said = set.said.value_or(backups::SetName{});
-    table.add({set.kind, said.time, base::escapeControls(said.model),
+    table.add({set.kind->word, said.time, base::escapeControls(said.model),
                set.said ? (said.is_scheduled ? "timer" : "hand") : "",
                base::escapeControls(said.version), keptText(set), output::sizeText(set.file.size),
                wordOf(set.restore), base::escapeControls(set.file.name),
@@ -115,7 +114,7 @@ Json textsOf(const std::vector<std::string>& texts) {
 }
 
 Json jsonOf(const BackupSet& set) {
-  Json json = {{"kind", set.kind}, {"name", base::escapeInvalidUtf8(set.file.name)}};
+  Json json = {{"kind", set.kind->word}, {"name", base::escapeInvalidUtf8(set.file.name)}};
   json["size"] = set.file.size;
   json["time"] = set.said ? Json(set.said->time) : Json();
   json["model"] = set.said ? Json(base::escapeInvalidUtf8(set.said->model)) : Json();

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "command/Commands.h"
-#include "command/backups/FileKind.h"
+#include "command/backups/Kind.h"
 #include "command/output/Progress.h"
 #include "command/preview/JsonReport.h"
 #include "command/preview/Preview.h"
@@ -29,7 +29,7 @@ void show(const ShowOptions& options, Report report) {
 }  // namespace
 
 void runShow(const ShowOptions& options) {
-  if (backups::kindOf(options.file.filename().string()) == backups::FileKind::plugin_list) {
+  if (backups::kindOf(options.file.filename().string()).is_list) {
     throw std::runtime_error("'" + options.file.string() +
                              "' is a list of packages, a line each, and no archive");
   }

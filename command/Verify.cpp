@@ -11,7 +11,7 @@
 #include "base/Escape.h"
 #include "base/SystemError.h"
 #include "command/Commands.h"
-#include "command/backups/FileKind.h"
+#include "command/backups/Kind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
@@ -24,7 +24,7 @@ using Json = nlohmann::ordered_json;
 /// A backup that was read to its end, or could not be read.
 struct Verified {
   std::filesystem::path file;
-  backups::FileKind kind;
+  const backups::Kind* kind;
   std::string error;  ///< why it could not be read; "" when it could
   tarball::Verdict verdict;
 
@@ -55,7 +55,7 @@ Json jsonOf(const std::vector<tarball::Finding>& findings) {
 /// Reads a backup to its end. `begin` hears how far an archive has been read.
 Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgress& begin) {
   Verified verified{
-      .file = file, .kind = backups::kindOf(file.filename().string()), .error = {}, .verdict = {}};
+      .file = file, .kind = &backups::kindOf(file.filename().string()), .error = {}, .verdict = {}};
   std::error_code unknown;
   const std::filesystem::file_status status = std::filesystem::status(file, unknown);
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
@@ -63,7 +63,7 @@ Verified verifyOne(const std::filesystem::path& file, const tarball::BeginProgre
     return verified;
   }
   try {
-    verified.verdict = backups::verifyFile(file.string(), verified.kind, begin);
+    verified.verdict = backups::verifyFile(file.string(), *verified.kind, begin);
   } catch (const base::SystemError& error) {
     verified.error = error.what();
   }
@@ -78,9 +78,8 @@ void print(std::ostream& out, const Verified& verified) {
     out << "cannot be read: " << base::escapeControls(verified.error) << "\n";
     return;
   }
-  const bool is_list = verified.kind == backups::FileKind::plugin_list;
-  out << (verified.isSound() ? "sound" : "NOT SOUND") << ", " << wordOf(verified.kind) << ", "
-      << output::counted(verdict.members, is_list ? "package" : "member") << ", "
+  out << (verified.isSound() ? "sound" : "NOT SOUND") << ", " << verified.kind->word << ", "
+      << output::counted(verdict.members, verified.kind->is_list ? "package" : "member") << ", "
       << output::sizeText(static_cast<long long>(verdict.unpacked)) << "\n";
   print(out, "", verdict.findings, verdict.found);
   print(out, "note: ", verdict.notes, verdict.noted);
@@ -91,7 +90,7 @@ Json jsonOf(const Verified& verified) {
   const tarball::Verdict& verdict = verified.verdict;
   return {
       {"file", base::escapeInvalidUtf8(verified.file.string())},
-      {"kind", wordOf(verified.kind)},
+      {"kind", verified.kind->word},
       {"sound", verified.isSound()},
       {"error", verified.error.empty() ? Json() : Json(base::escapeInvalidUtf8(verified.error))},
       {"members", verdict.members},

@@ -12,7 +12,6 @@
 #include "command/backups/RestoreScreen.h"
 #include "host/dryrun/Host.h"
 #include "plugin/src/Listing.h"
-#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
 
 namespace backups {
@@ -79,16 +78,14 @@ class Reader {
   }
 
   void addSet(const Kind& kind, const std::string& name) {
-    BackupSet set{.kind = kind.name,
+    BackupSet set{.kind = &kind,
                   .file = fileOf(name),
                   .said = said_.at(name),
                   .keeps = {},
                   .companions = {},
                   .restore = restoreOf(kind, name)};
-    if (kind.name == std::string_view("configuration")) {
-      set.keeps = keptOf(name, set.said);
-      set.companions = companionsOf(name);
-    }
+    if (kind.is_confirmed) set.keeps = keptOf(name, set.said);
+    set.companions = companionsOf(kind, name);
     known_.insert(name);
     catalogue_.size += set.file.size;
     for (const File& companion : set.companions) {
@@ -114,9 +111,9 @@ class Reader {
     return kept->second;
   }
 
-  std::vector<File> companionsOf(const std::string& name) {
+  std::vector<File> companionsOf(const Kind& kind, const std::string& name) {
     std::vector<File> companions;
-    for (const char* ending : stowline::kCompanions) {
+    for (const char* ending : kind.companions) {
       if (std::ranges::binary_search(names_, name + ending)) {
         companions.push_back(fileOf(name + ending));
       }
@@ -136,9 +133,9 @@ class Reader {
     stowline::load(host.module());
     const host::Object engine = host.module()["BackupActions"_t]({"auto"_t});
     std::set<std::string> next;
-    for (const Job& job : kJobs) {
-      engine.call(job.operation, {});
-      const std::string file = plain::textOf(engine.get(job.file));
+    for (const Kind& kind : kKinds) {
+      engine.call(kind.operation, {});
+      const std::string file = plain::textOf(engine.get(kind.file));
       if (system_.exists(file)) continue;
       next.insert(file);
       system_.pretend(file);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "command/backups/FileKind.h"
+#include "command/backups/Kind.h"
 #include "command/backups/SetName.h"
 
 namespace backups {
@@ -27,7 +27,7 @@ enum class Restore {
 
 /// A backup with what belongs to it.
 struct BackupSet {
-  const char* kind;
+  const Kind* kind;
   File file;
   std::optional<SetName> said;     ///< what its name says, where it says anything
   std::vector<std::string> keeps;  ///< the files that a restore of it leaves as they are

@@ -12,8 +12,6 @@
 #include "base/Files.h"
 #include "base/SystemError.h"
 #include "command/archive/Paths.h"
-#include "command/backups/Engine.h"
-#include "plugin/src/Places.h"
 
 namespace backups {
 namespace {
@@ -52,37 +50,22 @@ tarball::Verdict verifyList(const std::string& path) {
   return verdict;
 }
 
-tarball::Places placesOf(FileKind kind) {
-  EnginePlaces engine = enginePlaces();
-  switch (kind) {
-    case FileKind::settings:
-      return engine.settings;
-    case FileKind::configuration:
-      return engine.configuration;
-    case FileKind::user_files:
-      return engine.user_files;
-    default:
-      return engine.any;
-  }
-}
-
 }  // namespace
 
-tarball::Verdict verifyFile(const std::string& path, FileKind kind,
+tarball::Verdict verifyFile(const std::string& path, const Kind& kind,
                             const tarball::BeginProgress& begin) {
-  if (kind == FileKind::plugin_list) return verifyList(path);
+  if (kind.is_list) return verifyList(path);
   tarball::Reader reader(path, begin);
   return tarball::verify(reader, placesOf(kind));
 }
 
-bool isSoundWithCompanions(const std::string& path, FileKind kind,
+bool isSoundWithCompanions(const std::string& path, const Kind& kind,
                            const tarball::BeginProgress& begin) {
   try {
     if (!verifyFile(path, kind, begin).sound()) return false;
-    if (kind != FileKind::configuration) return true;
-    return std::ranges::all_of(stowline::kCompanions, [&](const char* ending) {
+    return std::ranges::all_of(kind.companions, [&](const char* ending) {
       return !std::filesystem::exists(path + ending) ||
-             verifyFile(path + ending, FileKind::user_files, begin).sound();
+             verifyFile(path + ending, kUserFiles, begin).sound();
     });
   } catch (const base::SystemError&) {
     return false;

@@ -14,7 +14,7 @@
 #include "base/Escape.h"
 #include "command/backups/Catalogue.h"
 #include "command/backups/Engine.h"
-#include "command/backups/FileKind.h"
+#include "command/backups/Kind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
 #include "command/scheduled/Medium.h"
@@ -50,7 +50,7 @@ std::uint64_t sizeBelow(const fs::path& path) {
 /// Returns how many bytes the next backup takes at most: all that it would hold, not compressed.
 std::uint64_t sizeOfNextBackup() {
   std::uint64_t size = 0;
-  for (const std::string& pattern : backups::enginePlaces().patterns) {
+  for (const std::string& pattern : backups::patternsOf(backups::kUnknown)) {
     glob_t found{};
     if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
       for (std::size_t at = 0; at < found.gl_pathc; ++at) size += sizeBelow(found.gl_pathv[at]);
@@ -119,10 +119,9 @@ Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& ki
                     const tarball::BeginProgress& begin) {
   std::string unsound;
   for (const backups::BackupSet& set : catalogue.sets) {
-    if (set.kind != std::string(kind.name) || set.restore != backups::Restore::yes) continue;
+    if (set.kind != &kind || set.restore != backups::Restore::yes) continue;
     const std::string name = base::escapeControls(set.file.name);
-    if (backups::isSoundWithCompanions(catalogue.directory + "/" + set.file.name,
-                                       backups::kindOf(set.file.name), begin)) {
+    if (backups::isSoundWithCompanions(catalogue.directory + "/" + set.file.name, kind, begin)) {
       return {kind.last_good, unsound.empty() ? State::ok : State::warning,
               name + ageText(set) + unsound};
     }

@@ -1,7 +1,6 @@
 #include "command/preview/Rehearsal.h"
 
 #include <algorithm>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
@@ -9,11 +8,11 @@
 
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
+#include "command/backups/Kind.h"
 #include "command/backups/RestoreScreen.h"
 #include "host/dryrun/Host.h"
 #include "host/plain/Model.h"
 #include "plugin/src/Listing.h"
-#include "plugin/src/Places.h"
 #include "plugin/src/Setup.h"
 #include "plugin/src/StowlineHelpScreen.h"
 
@@ -110,7 +109,7 @@ class Stage {
 
   /// Restores the file if the list of the kind has it. Returns whether it has.
   bool tryRestore(const backups::Kind& kind, const std::string& name, Rehearsal& rehearsal) {
-    backups::RestoreScreen screen(*host_, kind.restoretype);
+    backups::RestoreScreen screen(*host_, std::string(kind.restoretype));
     const std::vector<std::string> rows = screen.rows();
     const auto row = std::ranges::find(rows, name);
     if (row == rows.end()) return false;
@@ -119,13 +118,11 @@ class Stage {
       rehearsal.refusal = system_.isFile(rehearsal.archive)
                               ? "the restore list ignores it: it is too small"
                               : "the restore list ignores it: it is no file there";
-    } else if (kind.name == std::string_view("configuration")) {
-      rehearsal.commands = backups::configurationRestore(*host_, rehearsal.archive);
-      rehearsal.plan = configurationPlan(rehearsal.archive);
     } else {
-      rehearsal.commands = outcome.commands;
-      if (kind.name == std::string_view("settings"))
-        rehearsal.plan = settingsPlan(rehearsal.archive);
+      rehearsal.commands = kind.is_confirmed
+                               ? backups::configurationRestore(*host_, rehearsal.archive)
+                               : outcome.commands;
+      if (!kind.is_list) rehearsal.plan = planOf(kind, rehearsal.archive);
     }
     return true;
   }
@@ -135,22 +132,17 @@ class Stage {
     (backups::isShellWord(archive) ? plan.archives : plan.torn).push_back(archive);
   }
 
-  static Plan settingsPlan(const std::string& archive) {
+  Plan planOf(const backups::Kind& kind, const std::string& archive) {
     Plan plan;
-    plan.deleted_first.assign(std::begin(stowline::kChannelFiles),
-                              std::end(stowline::kChannelFiles));
+    plan.deleted_first.assign(kind.deleted_first.begin(), kind.deleted_first.end());
     unpack(plan, archive);
-    return plan;
-  }
-
-  Plan configurationPlan(const std::string& archive) {
-    Plan plan;
-    unpack(plan, archive);
-    for (const char* ending : stowline::kCompanions) {
+    for (const char* ending : kind.companions) {
       if (system_.exists(archive + ending)) unpack(plan, archive + ending);
     }
-    plan.removed_again = {stowline::kRemovedAfterRestore};
-    plan.kept = backups::keptFiles(*host_, archive);
+    if (kind.is_confirmed) {
+      plan.removed_again = {stowline::kRemovedAfterRestore};
+      plan.kept = backups::keptFiles(*host_, archive);
+    }
     return plan;
   }
 

@@ -21,9 +21,8 @@
 namespace scheduled {
 namespace {
 
-using backups::FileKind;
-using backups::Job;
-using backups::kJobs;
+using backups::Kind;
+using backups::kKinds;
 using host::operator""_t;
 
 /// One run on the receiver that this process is in.
@@ -45,8 +44,8 @@ class Run {
   }
 
   Report go(const std::vector<std::string>& jobs) {
-    for (const Job& job : kJobs) {
-      if (std::ranges::find(jobs, job.name) != jobs.end()) carryOut(job);
+    for (const Kind& kind : kKinds) {
+      if (std::ranges::find(jobs, kind.job) != jobs.end()) carryOut(kind);
     }
     if (report_.failure.empty()) keepHouse();
     return std::move(report_);
@@ -60,14 +59,14 @@ class Run {
     }
   }
 
-  void carryOut(const Job& job) {
-    JobReport report{.job = job.name, .written = {}};
-    const auto [printed, has_user_files] = runEngine(job);
-    const std::string file = plain::textOf(engine_.get(job.file));
-    report.written.push_back(examine(file, job.kind, printed));
+  void carryOut(const Kind& kind) {
+    JobReport report{.job = kind.job, .written = {}};
+    const auto [printed, has_user_files] = runEngine(kind);
+    const std::string file = plain::textOf(engine_.get(kind.file));
+    report.written.push_back(examine(file, kind, printed));
     if (has_user_files) {
       report.written.push_back(
-          examine(file + stowline::kUserFilesEnding, FileKind::user_files, printed));
+          examine(file + stowline::kUserFilesEnding, backups::kUserFiles, printed));
     }
     if (!std::ranges::all_of(report.written, &std::string::empty, &Written::error)) fail(report);
     report_.jobs.push_back(std::move(report));
@@ -80,19 +79,19 @@ class Run {
     bool has_user_files = false;
   };
 
-  Done runEngine(const Job& job) {
+  Done runEngine(const Kind& kind) {
     const CapturedOutput output;
     bool has_user_files = false;
     try {
-      engine_.call(job.operation, {});
-      has_user_files = job.kind == FileKind::configuration && stowline::userFiles(engine_).isTrue();
+      engine_.call(kind.operation, {});
+      has_user_files = !kind.companions.empty() && stowline::userFiles(engine_).isTrue();
     } catch (const plain::Error& error) {
-      addFailure(std::string(job.name) + ": " + plain::reasonOf(error));
+      addFailure(std::string(kind.job) + ": " + plain::reasonOf(error));
     }
     return {output.lastLine(), has_user_files};
   }
 
-  Written examine(const std::string& file, FileKind kind, const std::string& printed) {
+  Written examine(const std::string& file, const Kind& kind, const std::string& printed) {
     Written written{.file = file, .size = 0, .verdict = {}, .error = {}};
     if (!system_.exists(file)) {
       written.error = "was not written" + (printed.empty() ? "" : " (" + printed + ")");
@@ -106,15 +105,15 @@ class Run {
     }
     if (!written.error.empty()) return written;
     const tarball::Verdict& verdict = written.verdict;
-    const bool is_taken = kind == FileKind::user_files || isRestorable(host_, file, kind);
+    const bool is_taken = kind.restoretype.empty() || isRestorable(host_, file, kind);
     if (!verdict.sound()) {
-      written.is_odd = kind != FileKind::plugin_list && !verdict.is_damaged && is_taken;
+      written.is_odd = !kind.is_list && !verdict.is_damaged && is_taken;
       written.error = "is not sound: " + verdict.findings.front().what;
       const std::string& member = verdict.findings.front().member;
       if (!member.empty()) written.error += ": " + member;
     } else if (!is_taken) {
       written.error = "is too small to be restored";
-    } else if (kind == FileKind::plugin_list) {
+    } else if (kind.is_list) {
       const std::string reason = whyNotComplete(system_, file);
       if (!reason.empty()) written.error = "cannot be trusted: " + reason;
     }
@@ -122,7 +121,7 @@ class Run {
   }
 
   /// Reads the file from its medium.
-  void read(Written& written, FileKind kind) {
+  void read(Written& written, const Kind& kind) {
     sync(written.file);
     written.size = static_cast<std::uint64_t>(system_.fileSize(written.file));
     written.verdict = backups::verifyFile(written.file, kind, begin_);
@@ -189,7 +188,7 @@ class Run {
 
 std::vector<std::string> jobNames() {
   std::vector<std::string> names;
-  for (const Job& job : kJobs) names.emplace_back(job.name);
+  for (const Kind& kind : kKinds) names.emplace_back(kind.job);
   return names;
 }
 

@@ -4,7 +4,7 @@
 
 #include "command/archive/GzipFile.h"
 #include "command/archive/Verify.h"
-#include "command/backups/FileKind.h"
+#include "command/backups/Kind.h"
 #include "host/plain/Host.h"
 
 namespace scheduled {
@@ -17,7 +17,7 @@ void requireNewestStamp(const plain::Host& host, const std::string& directory,
 
 /// Whether the receiver's restore list takes the file `path` of the backup directory. `kind` is one
 /// of the kinds that have a list. Raises base::SystemError when its size cannot be told.
-bool isRestorable(const plain::Host& host, const std::string& path, backups::FileKind kind);
+bool isRestorable(const plain::Host& host, const std::string& path, const backups::Kind& kind);
 
 /// Raises std::runtime_error, in one line, unless of every kind of which housekeeping would delete
 /// a backup a good one stays: one that is sound with all that is restored with it, and that the

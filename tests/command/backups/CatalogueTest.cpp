@@ -31,7 +31,7 @@ struct CatalogueTest : testing::Test {
     constexpr const char* kWords[] = {"yes", "too small", "other model", "no file", "odd name"};
     Lines lines;
     for (const BackupSet& set : read(model).sets) {
-      std::string line = std::string(set.kind) + " " + set.file.name + " keeps:";
+      std::string line = std::string(set.kind->word) + " " + set.file.name + " keeps:";
       for (const std::string& file : set.keeps) line += " " + file;
       line += " with:";
       for (const File& file : set.companions) line += " " + file.name;

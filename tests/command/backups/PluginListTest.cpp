@@ -9,10 +9,12 @@
 namespace backups {
 namespace {
 
+constexpr const Kind& kPluginList = kKinds[2];
+
 struct PluginListTest : testing::Test {
   tarball::Verdict verify(const std::string& content) const {
     directory.write("list", content);
-    return verifyFile(directory / "list", FileKind::plugin_list);
+    return verifyFile(directory / "list", kPluginList);
   }
 
   support::TemporaryDirectory directory;
@@ -55,12 +57,12 @@ TEST_F(PluginListTest, ManyFindingsAreCounted) {
 }
 
 TEST_F(PluginListTest, EndlessListIsNotReadToItsEnd) {
-  const tarball::Verdict verdict = verifyFile("/dev/zero", FileKind::plugin_list);
+  const tarball::Verdict verdict = verifyFile("/dev/zero", kPluginList);
   EXPECT_EQ(verdict.findings.front(), (tarball::Finding{"too long for a list of packages", ""}));
 }
 
 TEST_F(PluginListTest, ListThatIsNotThereRaises) {
-  EXPECT_THROW(verifyFile(directory / "none", FileKind::plugin_list), base::SystemError);
+  EXPECT_THROW(verifyFile(directory / "none", kPluginList), base::SystemError);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "command/backups/Engine.h"
+#include "command/backups/Kind.h"
 #include "command/backups/SetName.h"
 #include "host/dryrun/Host.h"
 #include "plugin/src/Setup.h"
@@ -61,14 +61,14 @@ TEST(SetName, SaysSomethingOfEveryNameThatTheEngineWrites) {
     dryrun::Host host(system, "other box", "");
     stowline::load(host.module());
     const host::Object engine = host.named("BackupActions")({std::string(backup_mode)});
-    for (const Job& job : kJobs) {
-      engine.call(job.operation, {});
-      const std::string name = baseName(plain::textOf(engine.get(job.file)));
+    for (const Kind& kind : kKinds) {
+      engine.call(kind.operation, {});
+      const std::string name = baseName(plain::textOf(engine.get(kind.file)));
       const auto said = parseSetName(name);
       ASSERT_TRUE(said) << name;
       EXPECT_EQ(said->model, "other box") << name;
       EXPECT_EQ(said->is_scheduled, backup_mode == std::string("auto")) << name;
-      EXPECT_EQ(said->version, job.kind == FileKind::configuration ? "c" : "") << name;
+      EXPECT_EQ(said->version, kind.is_confirmed ? "c" : "") << name;
       EXPECT_EQ(digitsOf(said->time), digitsOf(name)) << name;
     }
   }

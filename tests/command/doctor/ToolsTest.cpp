@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "command/backups/Engine.h"
+#include "command/backups/Kind.h"
 #include "command/backups/RestoreScreen.h"
 #include "command/doctor/Tools.h"
 #include "host/dryrun/Host.h"
@@ -26,7 +26,7 @@ std::vector<std::string> commandsOfTheModule() {
   dryrun::Host host(system, "solo2", "");
   stowline::load(host.module());
   const host::Object engine = host.named("BackupActions")();
-  for (const backups::Job& job : backups::kJobs) engine.call(job.operation, {});
+  for (const backups::Kind& kind : backups::kKinds) engine.call(kind.operation, {});
   std::vector<std::string> commands = system.takeCommands();
   for (const char* archive : {"/media/hdd/configuration", "/media/hdd/configuration_ver_c"}) {
     std::ranges::copy(backups::configurationRestore(host, archive), std::back_inserter(commands));
