@@ -19,5 +19,5 @@ int main(int argc, char** argv) {
   const tarball::Places places(patterns, {"etc/enigma2/*.tv", "etc/enigma2/*.radio",
                                           "etc/enigma2/*.pem", "etc/enigma2/profile"});
   tarball::Reader reader{std::string(argv[1])};
-  return tarball::verify(reader, places).sound() ? 0 : 1;
+  return tarball::verify(reader, {.places = places}).sound() ? 0 : 1;
 }

@@ -38,10 +38,8 @@ const char* described(Damage damage) {
       return "there is no tar archive in the file";
     case Damage::kWrongHeader:
       return "the header of a member is damaged";
-    case Damage::kHeaderTooLarge:
-      return "the header of a member is too large";
-    case Damage::kHeadersTooLarge:
-      return "the headers of the members are too large";
+    case Damage::kNotPlain:
+      return "programs may read the header of a member differently";
     case Damage::kTooManyMembers:
       return "the archive has more than 100000 members";
     case Damage::kPathsTooLong:
@@ -54,8 +52,9 @@ const char* described(Damage damage) {
   return "the archive is damaged";
 }
 
-Damaged::Damaged(Damage damage, Position position)
-    : std::runtime_error(std::string(described(damage)) + " (" + described(position) + ")"),
+Damaged::Damaged(Damage damage, Position position, const std::string& detail)
+    : std::runtime_error(described(damage) + (detail.empty() ? "" : ": " + detail) + " (" +
+                         described(position) + ")"),
       damage_(damage),
       position_(std::move(position)) {}
 

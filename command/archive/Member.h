@@ -8,7 +8,6 @@ namespace tarball {
 /// What a member of an archive is.
 enum class Type {
   kFile,
-  kSparseFile,  // one that leaves out its holes
   kDirectory,
   kSymbolicLink,
   kHardLink,

@@ -1,19 +1,17 @@
 #include "command/archive/Verify.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <climits>
 #include <functional>
-#include <unordered_set>
+#include <tuple>
+#include <unordered_map>
 
-#include "command/archive/BroughtLinks.h"
 #include "command/archive/Paths.h"
 
 namespace tarball {
 namespace {
-
-bool isEmpty(const Member& member) {
-  return member.path.empty();
-}
 
 bool isAbsolute(const Member& member) {
   return member.path.starts_with('/');
@@ -23,36 +21,57 @@ bool hasParentDirectory(const Member& member) {
   return std::ranges::count(componentsOf(member.path), "..") > 0;
 }
 
-bool isTooLong(const Member& member) {
-  return member.path.size() >= PATH_MAX || member.link.size() >= PATH_MAX;
-}
-
 bool hasLineBreak(const Member& member) {
   return member.path.find('\n') != std::string::npos;
-}
-
-bool isSparse(const Member& member) {
-  return member.type == Type::kSparseFile;
 }
 
 bool isSpecial(const Member& member) {
   return member.type == Type::kDevice || member.type == Type::kFifo || member.type == Type::kOther;
 }
 
-bool isLinkToNowhere(const Member& member) {
-  return member.type == Type::kSymbolicLink && member.link.empty();
+bool hasTooLongName(const Member& member) {
+  return std::ranges::any_of(componentsOf(member.path),
+                             [](std::string_view name) { return name.size() > NAME_MAX; });
 }
 
-/// Whether a symbolic link, followed from its directory, climbs above the root of the tree.
-bool climbsOut(const Member& member) {
-  if (member.type != Type::kSymbolicLink) return false;
-  std::size_t depth = componentsOf(member.path).size();
-  depth = member.link.starts_with('/') || depth == 0 ? 0 : depth - 1;
+/// Whether the path has more directories than any receiver's. What is looked up for each of them
+/// would take a time that grows with their number squared.
+bool isTooDeep(const Member& member) {
+  constexpr int kMostDirectories = 100;
+  return std::ranges::count(member.path, '/') > kMostDirectories;
+}
+
+/// Returns where a symbolic link leads, followed from its directory, as a path from the root;
+/// nothing when it climbs above that.
+std::optional<std::string> targetOf(const Member& member) {
+  std::vector<std::string_view> names;
+  if (!member.link.starts_with('/')) names = componentsOf(member.path);
+  if (!names.empty()) names.pop_back();
   for (const std::string_view name : componentsOf(member.link)) {
-    if (name == ".." && depth == 0) return true;
-    depth = name == ".." ? depth - 1 : depth + 1;
+    if (name != "..") {
+      names.push_back(name);
+    } else if (names.empty()) {
+      return std::nullopt;
+    } else {
+      names.pop_back();
+    }
   }
-  return false;
+  return joined(names);
+}
+
+bool climbsOut(const Member& member) {
+  return member.type == Type::kSymbolicLink && !targetOf(member);
+}
+
+bool setsUserOrGroup(const Member& member) {
+  return member.type == Type::kFile && (member.mode & (S_ISUID | S_ISGID)) != 0;
+}
+
+/// Whether a path lies in a directory of which nothing outlasts a restart.
+bool isVolatile(std::string_view path) {
+  constexpr std::string_view kVolatile[] = {"run/", "tmp/", "var/run/", "var/tmp/",
+                                            "var/volatile/"};
+  return std::ranges::any_of(kVolatile, [path](auto start) { return path.starts_with(start); });
 }
 
 /// What no member of a backup is, by itself.
@@ -60,37 +79,64 @@ constexpr struct {
   bool (*applies)(const Member& member);
   const char* what;
 } kRules[] = {
-    {isEmpty, "empty path"},
     {isAbsolute, "absolute path"},
     {hasParentDirectory, "\"..\" in the path"},
-    {isTooLong, "path longer than any file's"},
     {hasLineBreak, "line break in the path"},
-    {isSparse, "sparse file"},
     {isSpecial, "device, FIFO or other special file"},
-    {isLinkToNowhere, "link without a target"},
+    {hasTooLongName, "name longer than any file's"},
     {climbsOut, "link that leads out of the tree"},
 };
 
 /// Makes the verdict, member by member.
 class Inspection {
  public:
-  explicit Inspection(const Places& places) : places_(places) {}
+  explicit Inspection(const Rules& rules) : rules_(rules) {}
 
   Verdict verdict;
 
   void inspect(const Member& member) {
     ++verdict.members;
+    if (isTooDeep(member)) return find("deeper than any file", member.path);
     for (const auto& [applies, what] : kRules) {
-      if (applies(member)) find(what, member);
+      if (applies(member)) find(what, member.path);
     }
-    if (!places_.hold(member.path)) find("not a place of this backup", member);
-    if (places_.excluded(member.path)) note("left out by this backup", member);
-    if (!isTooLong(member)) inspectLinks(member);
+    if (!rules_.places.hold(member.path)) find("not a place of this backup", member.path);
+    if (rules_.places.excluded(member.path)) note("left out by this backup", member.path);
+    if (setsUserOrGroup(member)) note("set-user-ID or set-group-ID", member.path);
+    const std::string path = joined(componentsOf(member.path));
+    inspectRestore(member, path);
+    if (member.type == Type::kHardLink) inspectHardLink(member);
+    const Brought brought{verdict.members, member.type, member.mode, member.uid, member.gid};
+    if (!brought_.try_emplace(path, brought).second) {
+      find("in the archive more than once", member.path);
+    }
   }
 
-  void find(const std::string& what, const Member& member = {}) {
+  /// Looks at the members together: what is below a path comes after it, and that is a directory.
+  void inspectPaths() {
+    std::vector<const std::pair<const std::string, Brought>*> members;
+    for (const auto& member : brought_) members.push_back(&member);
+    // With "/" before all other characters, what is below a path follows it at once.
+    const auto rank = [](char character) { return character == '/' ? 0 : 1 + (character & 0xff); };
+    std::ranges::sort(members, [rank](const auto* one, const auto* other) {
+      return std::ranges::lexicographical_compare(one->first, other->first, {}, rank, rank);
+    });
+    std::vector<const std::pair<const std::string, Brought>*> above;
+    for (const auto* member : members) {
+      const auto& [path, brought] = *member;
+      while (!above.empty() && !isBelow(path, above.back()->first)) above.pop_back();
+      if (!above.empty()) {
+        const Brought& nearest = above.back()->second;
+        if (nearest.type != Type::kDirectory) find("below a file or link of the archive", path);
+        if (nearest.number > brought.number) find("before a directory that it is in", path);
+      }
+      above.push_back(member);
+    }
+  }
+
+  void find(const std::string& what, const std::string& path = "") {
     ++verdict.found;
-    keep(verdict.findings, what, member);
+    keep(verdict.findings, what, path);
   }
 
   /// Takes note of the damage that ends the reading, whatever has been found before.
@@ -102,49 +148,84 @@ class Inspection {
   }
 
  private:
-  void note(const std::string& what, const Member& member) {
+  void note(const std::string& what, const std::string& path) {
     ++verdict.noted;
-    keep(verdict.notes, what, member);
+    keep(verdict.notes, what, path);
   }
 
-  static void keep(std::vector<Finding>& findings, const std::string& what, const Member& member) {
-    if (findings.size() < kMostFindings) findings.push_back({what, shownPath(member.path)});
+  static void keep(std::vector<Finding>& findings, const std::string& what,
+                   const std::string& path) {
+    if (findings.size() < kMostFindings) findings.push_back({what, shownPath(path)});
   }
 
-  /// Looks at what the member does by the links that the archive has brought before it.
-  void inspectLinks(const Member& member) {
-    const std::string path = joined(componentsOf(member.path));
-    const std::string target = joined(componentsOf(member.link));
-    const bool hard = member.type == Type::kHardLink;
-    const bool symbolic = member.type == Type::kSymbolicLink || (hard && brought_.contains(target));
-    const bool is_elsewhere = hard && (member.link.starts_with('/') || !places_.hold(member.link));
-    const bool is_through = brought_.leadTo(path) || (hard && brought_.leadTo(target));
-    if (is_elsewhere) find("hard link to another place than this backup's", member);
-    if (is_through) find("path through a link of the archive", member);
-    if (hard && !is_elsewhere && !is_through &&
-        !files_.contains(std::hash<std::string>()(target))) {
-      find("hard link to no earlier file of the archive", member);
+  /// Looks at what the restore does with the member when all is unpacked.
+  void inspectRestore(const Member& member, const std::string& path) {
+    if (contains(rules_.reserved, path)) find("used by the restore itself", member.path);
+    const bool is_rewritten = contains(rules_.rewritten, path);
+    if (member.type == Type::kSymbolicLink && is_rewritten &&
+        !isVolatile(targetOf(member).value_or(""))) {
+      find("link that the restore would write through", member.path);
     }
-    if (member.type != Type::kDirectory) files_.insert(std::hash<std::string>()(path));
-    if (!symbolic && brought_.contains(path)) find("in the place of a link of the archive", member);
-    if (symbolic && !brought_.add(path)) find("more links than can be remembered", member);
+    const std::string target = joined(componentsOf(member.link));
+    if (member.type == Type::kHardLink && (is_rewritten || contains(rules_.rewritten, target))) {
+      find("hard link that the restore would write through", member.path);
+    }
   }
 
-  const Places& places_;
-  BroughtLinks brought_;
-  std::unordered_set<std::size_t> files_;  ///< hashes of the paths of what is no directory
+  /// A hard link is to a file that the archive has brought before, and says the same of it.
+  void inspectHardLink(const Member& member) {
+    const auto target = brought_.find(joined(componentsOf(member.link)));
+    if (member.link.starts_with('/') || !rules_.places.hold(member.link)) {
+      find("hard link to another place than this backup's", member.path);
+    } else if (target == brought_.end() || !isFile(target->second.type)) {
+      find("hard link to no earlier file of the archive", member.path);
+    } else if (const Brought& file = target->second;
+               std::tie(file.mode, file.uid, file.gid) !=
+               std::tie(member.mode, member.uid, member.gid)) {
+      find("hard link with another mode or owner than its file", member.path);
+    }
+  }
+
+  static bool contains(const std::vector<std::string>& paths, const std::string& path) {
+    return std::ranges::find(paths, path) != paths.end();
+  }
+
+  static bool isBelow(std::string_view path, std::string_view top) {
+    return path.size() > top.size() && path.starts_with(top) && path[top.size()] == '/';
+  }
+
+  static bool isFile(Type type) { return type == Type::kFile || type == Type::kHardLink; }
+
+  /// What there is at a path when the members so far have been unpacked.
+  struct Brought {
+    std::uint64_t number;  ///< of the member
+    Type type;
+    unsigned mode;
+    std::int64_t uid;
+    std::int64_t gid;
+  };
+
+  struct Hash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  const Rules& rules_;
+  std::unordered_map<std::string, Brought, Hash, std::equal_to<>> brought_;  ///< by path
 };
 
 }  // namespace
 
-Verdict verify(Reader& reader, const Places& places) {
-  Inspection inspection(places);
+Verdict verify(Reader& reader, const Rules& rules) {
+  Inspection inspection(rules);
+  std::optional<Damaged> damage;
   try {
     while (const std::optional<Member> member = reader.next()) inspection.inspect(*member);
     if (inspection.verdict.members == 0) inspection.find("no member");
-  } catch (const Damaged& damage) {
-    inspection.end(damage);
+  } catch (const Damaged& found) {
+    damage = found;
   }
+  inspection.inspectPaths();
+  if (damage) inspection.end(*damage);
   inspection.verdict.unpacked = reader.unpacked();
   return inspection.verdict;
 }

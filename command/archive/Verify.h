@@ -33,10 +33,18 @@ struct Verdict {
   bool sound() const { return found == 0; }
 };
 
+/// What an archive may hold. Members are meant by their paths, which have no "/" before them.
+struct Rules {
+  Places places;
+  std::vector<std::string> rewritten = {};  ///< what the restore writes when all is unpacked: it
+                                            ///< would write through a link, or a hard link
+  std::vector<std::string> reserved = {};   ///< what the restore uses for itself meanwhile
+};
+
 /// Reads an archive to its end and looks whether it can be restored without harm: nothing in it is
-/// damaged, it has only such members as a backup of these places has, and none of them reaches
-/// anything but these places. Damage is the last of the findings, for nothing is read after it.
-/// Raises base::SystemError.
-Verdict verify(Reader& reader, const Places& places);
+/// damaged, it has only such members as a backup of these places has, none of them is in the way of
+/// another, and none reaches anything but these places. Damage is the last of the findings, for
+/// nothing is read after it. Raises base::SystemError.
+Verdict verify(Reader& reader, const Rules& rules);
 
 }  // namespace tarball

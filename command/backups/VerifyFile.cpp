@@ -12,6 +12,7 @@
 #include "base/Files.h"
 #include "base/SystemError.h"
 #include "command/archive/Paths.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace backups {
 namespace {
@@ -50,13 +51,26 @@ tarball::Verdict verifyList(const std::string& path) {
   return verdict;
 }
 
+/// Returns what the archive `name` of a kind may hold. An unknown one is taken for a configuration,
+/// whose restore does the most.
+tarball::Rules rulesOf(const std::string& name, const Kind& kind) {
+  tarball::Rules rules{.places = placesOf(kind)};
+  if (!kind.is_confirmed && &kind != &kUnknown) return rules;
+  const stowline::OwnFiles own = stowline::ownFilesOfRestore(name);
+  for (const auto& [files, paths] :
+       {std::pair(&own.written, &rules.rewritten), std::pair(&own.reserved, &rules.reserved)}) {
+    for (const host::Text file : *files) paths->emplace_back(file.characters().substr(1));
+  }
+  return rules;
+}
+
 }  // namespace
 
 tarball::Verdict verifyFile(const std::string& path, const Kind& kind,
                             const tarball::BeginProgress& begin) {
   if (kind.is_list) return verifyList(path);
   tarball::Reader reader(path, begin);
-  return tarball::verify(reader, placesOf(kind));
+  return tarball::verify(reader, rulesOf(path.substr(path.rfind('/') + 1), kind));
 }
 
 bool isSoundWithCompanions(const std::string& path, const Kind& kind,

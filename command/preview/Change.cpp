@@ -28,10 +28,9 @@ struct Name {
 constexpr Name kOther = {tarball::Type::kOther, "other", '?'};
 
 constexpr Name kNames[] = {
-    {tarball::Type::kFile, "file", '-'},           {tarball::Type::kSparseFile, "sparse file", '-'},
-    {tarball::Type::kDirectory, "directory", 'd'}, {tarball::Type::kSymbolicLink, "link", 'l'},
-    {tarball::Type::kHardLink, "hard link", 'h'},  {tarball::Type::kDevice, "device", 'c'},
-    {tarball::Type::kFifo, "FIFO", 'p'},
+    {tarball::Type::kFile, "file", '-'},         {tarball::Type::kDirectory, "directory", 'd'},
+    {tarball::Type::kSymbolicLink, "link", 'l'}, {tarball::Type::kHardLink, "hard link", 'h'},
+    {tarball::Type::kDevice, "device", 'c'},     {tarball::Type::kFifo, "FIFO", 'p'},
 };
 
 const Name& nameOf(tarball::Type type) {
@@ -55,11 +54,9 @@ std::optional<State> stateOf(const base::Root& receiver, const std::string& path
 }
 
 State stateOf(const tarball::Member& member) {
-  const bool has_content =
-      member.type == tarball::Type::kFile || member.type == tarball::Type::kSparseFile;
   const bool is_link = member.type == tarball::Type::kSymbolicLink;
   return {.type = member.type,
-          .size = has_content ? member.size : 0,
+          .size = member.size,
           .mode = is_link ? 0 : member.mode & kPermissions,
           .link = member.link};
 }

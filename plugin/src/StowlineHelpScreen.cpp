@@ -20,6 +20,7 @@ struct KeptFile {
 constexpr KeptFile kSamba = {
     "/etc/samba/smb.conf"_t, "cat /etc/samba/smb.conf > /etc/samba/smb_backup"_t,
     "cat /etc/samba/smb_backup > /etc/samba/smb.conf ; rm /etc/samba/smb_backup"_t};
+constexpr Text kSavedSamba = "/etc/samba/smb_backup"_t;
 
 /// The third row removes the backup of passwd once more and leaves that of shadow: the commands
 /// stay as every restore so far has run them.
@@ -31,6 +32,9 @@ constexpr KeptFile kSystemFiles[] = {
     {"/etc/shadow"_t, "cat /etc/shadow > /etc/shadow_backup"_t,
      "cat /etc/shadow_backup > /etc/shadow ; rm /etc/passwd_backup"_t},
 };
+
+/// Is made not executable where the system files are kept.
+constexpr Text kAutoNetwork = "/etc/auto.network"_t;
 
 /// The spinner's pictures are moved aside, so that the archive cannot replace them ...
 constexpr Text kMoveSpinnerAside[] = {
@@ -176,7 +180,7 @@ Object keyGo(const Call& call) {
   }
   if (keepsSystemFiles(conf_ver)) {
     for (const KeptFile& kept : kSystemFiles) cmdlist.push_back(kept.put_back);
-    cmdlist.push_back("chmod -x /etc/auto.network"_t);
+    cmdlist.push_back("chmod -x "_t + Object(kAutoNetwork));
   }
   if (fileExists(module, "/proc/stb/vmpeg/0/dst_width"_t)) append(cmdlist, kFullScreenVideo);
   cmdlist.push_back(kRestartAll);
@@ -207,6 +211,20 @@ std::vector<Text> keptFiles(const Module& module, const Object& path) {
   if (keepsSamba(module, conf_ver)) files.push_back(kSamba.file);
   if (keepsSystemFiles(conf_ver)) {
     for (const KeptFile& kept : kSystemFiles) files.push_back(kept.file);
+  }
+  return files;
+}
+
+OwnFiles ownFilesOfRestore(const Object& path) {
+  const ConfVer conf_ver = confVerOf(path);
+  OwnFiles files{.written = {"/etc/resolv.conf"_t}, .reserved = {}};
+  if (conf_ver != QOR_13) {
+    files.written.push_back(kSamba.file);
+    files.reserved.push_back(kSavedSamba);
+  }
+  if (keepsSystemFiles(conf_ver)) {
+    for (const KeptFile& kept : kSystemFiles) files.written.push_back(kept.file);
+    files.written.push_back(kAutoNetwork);
   }
   return files;
 }

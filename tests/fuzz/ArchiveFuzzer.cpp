@@ -38,7 +38,7 @@ void require(bool holds) {
 tarball::Verdict verdictOf(tarball::Reader& reader) {
   static const tarball::Places places({"/etc/enigma2/*", "/etc/CC*", "/usr/keys/*", "/etc/fstab"},
                                       {"etc/enigma2/*.tv", "etc/enigma2/profile"});
-  const tarball::Verdict verdict = tarball::verify(reader, places);
+  const tarball::Verdict verdict = tarball::verify(reader, {.places = places});
   require(verdict.findings.size() <= tarball::kMostFindings);
   require(verdict.notes.size() <= tarball::kMostFindings);
   require(verdict.found >= verdict.findings.size() && verdict.noted >= verdict.notes.size());

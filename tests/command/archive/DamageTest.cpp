@@ -68,8 +68,6 @@ std::vector<DamageCase> damageCases() {
   const std::string cut = gzipped(tar.substr(0, 1536));
   const std::string unmarked = gzipped(tar.substr(0, 2048));
   const std::string followed = gzipped(tar + std::string(512, '\0') + "x");
-  const std::string negative =
-      gzipped(block({.name = "etc/hostname", .size_field = std::string(12, '\xff')}) + kEndMark);
   const std::string last = ", last member etc/CCcam.cfg)";
   // A block that is stored rather than compressed says its length twice.
   const std::string refused = packed.substr(0, 10) + '\x01' + std::string(20, '\0');
@@ -110,9 +108,6 @@ std::vector<DamageCase> damageCases() {
       {"Header", header_damaged,
        "the header of a member is damaged (byte " + sizeOf(header_damaged) +
            " of the file, byte 1024 unpacked, last member etc/hostname)"},
-      {"NegativeSize", negative,
-       "the header of a member is damaged (byte " + sizeOf(negative) +
-           " of the file, byte 0 unpacked)"},
       {"TarCutOff", cut,
        "the tar archive is cut off (byte " + sizeOf(cut) + " of the file, byte 1536 unpacked" +
            last},

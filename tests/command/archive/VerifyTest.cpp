@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <climits>
+#include <memory>
 #include <string>
 
 #include "command/archive/Verify.h"
@@ -24,23 +24,28 @@ std::string hardLink(const std::string& name, const std::string& target) {
   return block({.name = name, .type = '1', .link = target});
 }
 
-std::string file(const std::string& name) {
-  return block({.name = name});
+std::string directory(const std::string& name) {
+  return block({.name = name, .type = '5', .mode = 0755});
 }
 
-std::string named(const std::string& path) {
-  return extended(record("path", path)) + file("keys/short");
+std::string file(const std::string& name) {
+  return block({.name = name});
 }
 
 constexpr const char* kElsewhere = "not a place of this backup: ";
 constexpr const char* kLeadsOut = "link that leads out of the tree: ";
 constexpr const char* kHardElsewhere = "hard link to another place than this backup's: ";
-constexpr const char* kThrough = "path through a link of the archive: ";
-constexpr const char* kInPlace = "in the place of a link of the archive: ";
+constexpr const char* kNoFile = "hard link to no earlier file of the archive: ";
+constexpr const char* kBelow = "below a file or link of the archive: ";
+constexpr const char* kTwice = "in the archive more than once: ";
 
 Lines lines(const std::string& what, const std::string& member) {
   return {what + member};
 }
+
+const std::string kTooLongName(256, 'x');
+
+const std::string kDeepPath = repeated("keys/", 101) + "a";
 
 class Verdicts : public testing::TestWithParam<VerdictCase> {};
 
@@ -48,20 +53,15 @@ TEST_P(Verdicts, NameWhatAMemberWouldDo) {
   EXPECT_EQ(ArchiveFile(gzipped(GetParam().members + kEndMark)).verdict(), GetParam().verdict);
 }
 
-const std::string kTooLong = "keys/" + std::string(PATH_MAX, 'x');
-
 std::vector<VerdictCase> verdictCases() {
   return {
       {"Nothing", "", {"no member"}},
-      {"SoundMembers", file("etc/hostname") + file("keys") + file("keys/a/b"), {}},
-      {"EmptyPath", file(""), {"empty path", "not a place of this backup"}},
+      {"SoundMembers", file("etc/hostname") + directory("keys") + file("keys/a/b"), {}},
       {"AbsolutePath", file("/etc/hostname"), lines("absolute path: ", "/etc/hostname")},
       {"ParentDirectory",
        file("keys/../etc/shadow"),
        {"\"..\" in the path: keys/../etc/shadow", kElsewhere + std::string("keys/../etc/shadow")}},
-      {"LongPath", named(kTooLong),
-       lines("path longer than any file's: ", kTooLong.substr(0, PATH_MAX) + "...")},
-      {"LineBreak", named("keys/a\nb\x1b"), lines("line break in the path: ", "keys/a\\x0ab\\x1b")},
+      {"LineBreak", file("keys/a\nb\x1b"), lines("line break in the path: ", "keys/a\\x0ab\\x1b")},
       {"CharacterDevice", block({.name = "keys/a", .type = '3'}),
        lines("device, FIFO or other special file: ", "keys/a")},
       {"BlockDevice", block({.name = "keys/a", .type = '4'}),
@@ -75,18 +75,20 @@ std::vector<VerdictCase> verdictCases() {
       {"LinkAboveTheRoot", link("keys/a/b", "../../.."), lines(kLeadsOut, "keys/a/b")},
       {"LinkAboveTheRootAndBack", link("keys/a", "../../etc"), lines(kLeadsOut, "keys/a")},
       {"AbsoluteLinkAboveTheRoot", link("keys/a", "/etc/../.."), lines(kLeadsOut, "keys/a")},
-      {"LinkWithoutTarget", link("keys/a", ""), lines("link without a target: ", "keys/a")},
-      {"LinkWhoseTargetIsInAnExtendedHeaderOnly",
-       extended(record("linkpath", "/etc/../..")) + link("keys/a", ""),
-       lines("link without a target: ", "keys/a")},
-      {"LinkAboveTheRootByAnExtendedHeader",
-       extended(record("linkpath", "/etc/../..")) + link("keys/a", "b"),
-       lines(kLeadsOut, "keys/a")},
-      {"HardLinkWithoutTarget", hardLink("keys/a", ""),
-       lines("device, FIFO or other special file: ", "keys/a")},
       {"HardLink", file("keys/a") + hardLink("keys/b", "keys/a"), {}},
       {"HardLinkToALaterFile", hardLink("keys/b", "keys/a") + file("keys/a"),
-       lines("hard link to no earlier file of the archive: ", "keys/b")},
+       lines(kNoFile, "keys/b")},
+      {"HardLinkToItself", hardLink("keys/a", "keys/a"), lines(kNoFile, "keys/a")},
+      {"HardLinkToALink", link("keys/a", "x") + hardLink("keys/b", "keys/a"),
+       lines(kNoFile, "keys/b")},
+      {"HardLinkToADirectory", directory("keys/a") + hardLink("keys/b", "keys/a"),
+       lines(kNoFile, "keys/b")},
+      {"HardLinkWithAnotherMode",
+       file("keys/a") + block({.name = "keys/b", .type = '1', .mode = 0600, .link = "keys/a"}),
+       lines("hard link with another mode or owner than its file: ", "keys/b")},
+      {"HardLinkWithAnotherOwner",
+       file("keys/a") + changed(hardLink("keys/b", "keys/a"), 108, "0001750"),
+       lines("hard link with another mode or owner than its file: ", "keys/b")},
       {"HardLinkToAHardLink",
        file("keys/a") + hardLink("keys/b", "keys/a") + hardLink("keys/c", "keys/b"),
        {}},
@@ -94,19 +96,34 @@ std::vector<VerdictCase> verdictCases() {
       {"HardLinkToAnotherPlace", hardLink("keys/a", "etc/shadow"), lines(kHardElsewhere, "keys/a")},
       {"HardLinkWithParentDirectory", hardLink("keys/a", "keys/../etc/shadow"),
        lines(kHardElsewhere, "keys/a")},
-      {"ThroughALink", link("keys/a", "/etc") + file("keys/a/shadow"),
-       lines(kThrough, "keys/a/shadow")},
-      {"ThroughALinkFurtherUp", link("keys/a", "/") + file("./keys//a/etc/shadow"),
-       lines(kThrough, "./keys//a/etc/shadow")},
-      {"BesideALink", link("keys/a", "/etc") + file("keys/ab/c") + file("keys/b"), {}},
-      {"BeforeALink", file("keys/a/b") + link("keys/a", "/etc"), {}},
+      {"BelowALink", link("keys/a", "/etc") + file("keys/a/shadow"),
+       lines(kBelow, "keys/a/shadow")},
+      {"BelowALinkFurtherUp", link("keys/a", "/") + file("./keys//a/etc/shadow"),
+       lines(kBelow, "keys/a/etc/shadow")},
+      {"BelowAFile", file("keys/a") + file("keys/a/b"), lines(kBelow, "keys/a/b")},
+      {"BelowALaterLink",
+       file("keys/a/b") + link("keys/a", "/etc"),
+       {"below a file or link of the archive: keys/a/b",
+        "before a directory that it is in: keys/a/b"}},
+      {"BeforeItsDirectory", file("keys/a/b") + directory("keys/a"),
+       lines("before a directory that it is in: ", "keys/a/b")},
+      {"BesideALink",
+       link("keys/a", "/etc") + file("keys/ab/c") + file("keys/a-/c") + file("keys/b"),
+       {}},
       {"HardLinkThroughALink", link("keys/a", "/etc") + hardLink("keys/b", "keys/a/shadow"),
-       lines(kThrough, "keys/b")},
-      {"ThroughAHardLinkToALink",
-       link("keys/a", "/etc") + hardLink("keys/b", "keys/a") + file("keys/b/shadow"),
-       lines(kThrough, "keys/b/shadow")},
-      {"OverALink", link("keys/a", "/etc/shadow") + file("keys/a"), lines(kInPlace, "keys/a")},
-      {"LinkTwice", link("keys/a", "/etc") + link("keys/a", "/etc"), {}},
+       lines(kNoFile, "keys/b")},
+      {"FileTwice", file("keys/a") + file("./keys/a"), lines(kTwice, "./keys/a")},
+      {"FileInThePlaceOfALink", link("keys/a", "/etc/shadow") + file("keys/a"),
+       lines(kTwice, "keys/a")},
+      {"DirectoryTwice", directory("keys/a") + directory("keys/a/"), lines(kTwice, "keys/a/")},
+      {"DeepPath", longPath(kDeepPath) + file(kDeepPath),
+       lines("deeper than any file: ", kDeepPath)},
+      {"LongName", longPath("keys/" + kTooLongName) + file("keys/xxx"),
+       lines("name longer than any file's: ", "keys/" + kTooLongName)},
+      {"SetUserId", block({.name = "keys/a", .mode = 04755}),
+       lines("note: set-user-ID or set-group-ID: ", "keys/a")},
+      {"SetGroupId", block({.name = "keys/a", .mode = 02755}),
+       lines("note: set-user-ID or set-group-ID: ", "keys/a")},
       {"LeftOut",
        file("etc/enigma2/a.tv") + file("keys/old/x"),
        {"note: left out by this backup: etc/enigma2/a.tv",
@@ -117,19 +134,62 @@ std::vector<VerdictCase> verdictCases() {
 INSTANTIATE_TEST_SUITE_P(Every, Verdicts, testing::ValuesIn(verdictCases()),
                          [](const auto& info) { return info.param.name; });
 
+/// So many lines, each with its number.
+Lines numbered(const std::string& text, int count) {
+  Lines lines;
+  for (int number = 0; number < count; ++number) lines.push_back(text + std::to_string(number));
+  return lines;
+}
+
+/// So many files, each named by its number.
+std::string files(const std::string& directory, int count) {
+  std::string members;
+  for (const std::string& name : numbered(directory, count)) members += file(name);
+  return members;
+}
+
 TEST(Verdict, CountsMembersAndBytes) {
   const ArchiveFile archive(gzipped(member({.name = "keys/a"}, "key") + file("keys/b") + kEndMark));
   tarball::Reader reader(archive.path());
-  const tarball::Verdict verdict = tarball::verify(reader, places());
+  const tarball::Verdict verdict = tarball::verify(reader, {.places = places()});
   EXPECT_TRUE(verdict.sound());
   EXPECT_EQ(verdict.members, 2U);
   EXPECT_EQ(verdict.unpacked, 3U * 512 + 1024);
 }
 
+/// An archive for a restore that rewrites etc/hostname, and saves that in keys/saved.
+Lines verdictBeforeARewrite(const std::string& members) {
+  tarball::Reader reader(std::make_unique<Bytes>(members + kEndMark));
+  return linesOf(tarball::verify(
+      reader, {.places = places(), .rewritten = {"etc/hostname"}, .reserved = {"keys/saved"}}));
+}
+
+TEST(Verdict, TakesWhatTheRestoreRewritesForAPlainFileOrAVolatileOne) {
+  EXPECT_EQ(verdictBeforeARewrite(file("etc/hostname")), Lines{});
+  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "../run/hostname")), Lines{});
+  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "/var/run/hostname")), Lines{});
+}
+
+TEST(Verdict, RefusesWhatTheRestoreWouldWriteThrough) {
+  const std::string finding = "link that the restore would write through: ";
+  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "shadow")), Lines{finding + "etc/hostname"});
+  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "/run/../etc/shadow")),
+            Lines{finding + "etc/hostname"});
+  EXPECT_EQ(verdictBeforeARewrite(file("keys/a") + hardLink("etc/hostname", "keys/a")),
+            Lines{"hard " + finding + "etc/hostname"});
+  EXPECT_EQ(verdictBeforeARewrite(file("etc/hostname") + hardLink("keys/a", "./etc/hostname")),
+            Lines{"hard " + finding + "keys/a"});
+}
+
+TEST(Verdict, RefusesWhatTheRestoreUsesItself) {
+  EXPECT_EQ(verdictBeforeARewrite(file("./keys/saved")),
+            Lines{"used by the restore itself: ./keys/saved"});
+}
+
 TEST(Verdict, IsSoundInSpiteOfNotes) {
   const ArchiveFile archive(gzipped(file("etc/enigma2/a.tv") + kEndMark));
   tarball::Reader reader(archive.path());
-  const tarball::Verdict verdict = tarball::verify(reader, places());
+  const tarball::Verdict verdict = tarball::verify(reader, {.places = places()});
   EXPECT_TRUE(verdict.sound());
   EXPECT_EQ(verdict.noted, 1U);
 }
@@ -143,24 +203,22 @@ TEST(Verdict, EndsWithTheDamageThatEndsTheReading) {
 }
 
 TEST(Verdict, NamesTheFirstHundredFindingsAndCountsTheRest) {
-  Lines expected(100, "not a place of this backup: etc/passwd");
+  Lines expected = numbered("not a place of this backup: etc/", 100);
   expected.emplace_back("23 more");
-  const std::string members = repeated(file("etc/passwd"), 123);
-  EXPECT_EQ(ArchiveFile(gzipped(members + kEndMark)).verdict(), expected);
+  EXPECT_EQ(ArchiveFile(gzipped(files("etc/", 123) + kEndMark)).verdict(), expected);
 }
 
 TEST(Verdict, NamesTheFirstHundredNotesAndCountsTheRest) {
-  Lines expected(100, "note: left out by this backup: keys/old");
+  Lines expected = numbered("note: left out by this backup: keys/old/", 100);
   expected.emplace_back("note: 23 more");
-  const std::string members = repeated(file("keys/old"), 123);
-  EXPECT_EQ(ArchiveFile(gzipped(members + kEndMark)).verdict(), expected);
+  EXPECT_EQ(ArchiveFile(gzipped(files("keys/old/", 123) + kEndMark)).verdict(), expected);
 }
 
 TEST(Verdict, NamesDamageBehindAnyNumberOfFindings) {
-  const std::string packed = gzipped(repeated(file("etc/passwd"), 123));
-  Lines expected(99, "not a place of this backup: etc/passwd");
+  const std::string packed = gzipped(files("etc/", 123));
+  Lines expected = numbered("not a place of this backup: etc/", 99);
   expected.push_back("the tar archive is cut off (byte " + std::to_string(packed.size()) +
-                     " of the file, byte 62976 unpacked, last member etc/passwd)");
+                     " of the file, byte 62976 unpacked, last member etc/122)");
   expected.emplace_back("24 more");
   EXPECT_EQ(ArchiveFile(packed).verdict(), expected);
 }

@@ -18,8 +18,6 @@ const char* nameOf(tarball::Type type) {
   switch (type) {
     case tarball::Type::kFile:
       return "file";
-    case tarball::Type::kSparseFile:
-      return "sparse file";
     case tarball::Type::kDirectory:
       return "directory";
     case tarball::Type::kSymbolicLink:
@@ -63,6 +61,12 @@ Lines listed(tarball::Reader& reader) {
   return lines;
 }
 
+std::string_view Bytes::read() {
+  const std::string_view piece = std::string_view(bytes_).substr(at_, piece_);
+  at_ += piece.size();
+  return piece;
+}
+
 ArchiveFile::ArchiveFile(const std::string& bytes) : file_(memfd_create("archive", MFD_CLOEXEC)) {
   for (std::string_view rest = bytes; !rest.empty();) {
     const ssize_t count = write(file_.number(), rest.data(), rest.size());
@@ -89,7 +93,7 @@ std::string ArchiveFile::damage() const {
 
 Lines ArchiveFile::verdict() const {
   tarball::Reader reader(path());
-  return linesOf(tarball::verify(reader, places()));
+  return linesOf(tarball::verify(reader, {.places = places()}));
 }
 
 const tarball::Places& places() {

@@ -2,9 +2,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/Descriptor.h"
+#include "command/archive/Stream.h"
 #include "command/archive/Verify.h"
 
 namespace archive_test {
@@ -17,6 +20,21 @@ void shell(const std::string& command);
 /// Returns everything that an archive says, a line for each member:
 /// "TYPE MODE UID:GID SIZE MODIFIED PATH -> LINK: CONTENT". Raises what reading it raises.
 Lines listed(tarball::Reader& reader);
+
+/// A tar archive in memory that nobody has compressed, read in pieces of at most this size.
+class Bytes : public tarball::Stream {
+ public:
+  explicit Bytes(std::string bytes, std::size_t piece = 65536)
+      : bytes_(std::move(bytes)), piece_(piece) {}
+
+  std::string_view read() override;
+  std::uint64_t compressed() const override { return at_; }
+
+ private:
+  std::string bytes_;
+  std::size_t piece_;
+  std::size_t at_ = 0;
+};
 
 /// An archive in a file of its own, which is in memory and in no directory.
 class ArchiveFile {

@@ -33,20 +33,19 @@ std::string block(const Header& header) {
   put(block, 100, octal(header.mode, 7));
   put(block, 108, octal(0, 7));
   put(block, 116, octal(0, 7));
-  put(block, 124, header.size_field.empty() ? octal(header.size, 11) : header.size_field);
+  put(block, 124, octal(header.size, 11));
   put(block, 136, octal(1700000000, 11));
-  put(block, 148, std::string(8, ' '));
-  block[156] = header.type;
   put(block, 157, header.link.substr(0, 100));
-  put(block, 257,
-      header.type == 'S' || header.type == 'L' ? std::string("ustar  \0", 8)
-                                               : std::string("ustar\0"
-                                                             "00",
-                                                             8));
-  put(block, 386, header.tail);
+  put(block, 257, header.is_gnu ? std::string("ustar  \0", 8) : std::string("ustar\00000", 8));
+  return changed(block, 156, std::string(1, header.type));
+}
+
+std::string changed(std::string header, std::size_t at, const std::string& bytes) {
+  put(header, at, bytes);
+  put(header, 148, std::string(8, ' '));
   const auto add = [](unsigned sum, char byte) { return sum + static_cast<unsigned char>(byte); };
-  put(block, 148, octal(std::accumulate(block.begin(), block.end(), 0U, add), 6) + '\0');
-  return block;
+  put(header, 148, octal(std::accumulate(header.begin(), header.end(), 0U, add), 6) + '\0');
+  return header;
 }
 
 std::string padded(std::string content) {
@@ -57,6 +56,14 @@ std::string padded(std::string content) {
 std::string member(Header header, const std::string& content) {
   header.size = content.size();
   return block(header) + padded(content);
+}
+
+std::string longPath(const std::string& path) {
+  return member({.name = "././@LongLink", .type = 'L', .is_gnu = true}, path + '\0');
+}
+
+std::string longTarget(const std::string& target) {
+  return member({.name = "././@LongLink", .type = 'K', .is_gnu = true}, target + '\0');
 }
 
 std::string record(const std::string& key, const std::string& value) {

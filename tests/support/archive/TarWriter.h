@@ -12,18 +12,25 @@ struct Header {
   unsigned mode = 0644;
   std::uint64_t size = 0;
   std::string link = {};
-  std::string size_field = {};  // the field of the size itself, instead of `size`; 12 bytes
-  std::string tail = {};        // the header's bytes from 386 on, instead of zeros
+  bool is_gnu = false;  ///< whether it is in GNU tar's format instead of ustar
 };
 
 /// Returns the block of a header, with its checksum.
 std::string block(const Header& header);
+
+/// Returns the header with other bytes from `at` on, and with the checksum of what it is then.
+std::string changed(std::string header, std::size_t at, const std::string& bytes);
 
 /// Returns `content` with zeros up to a whole number of blocks.
 std::string padded(std::string content);
 
 /// Returns a member: its header, which says the size of `content`, and the content.
 std::string member(Header header, const std::string& content = "");
+
+/// Returns the headers by which GNU tar gives the member that follows a long path, and a long link
+/// target.
+std::string longPath(const std::string& path);
+std::string longTarget(const std::string& target);
 
 /// Returns a record of an extended header.
 std::string record(const std::string& key, const std::string& value);
