@@ -89,25 +89,33 @@ void Forecast::judge(const tarball::Member& member, Change& change, Content& con
     change.action = change.before ? Action::keep : Action::add;
     change.after->size = change.before ? change.before->size : 0;
     change.member = 0;
-  } else if (!change.before) {
-    change.action = Action::add;
   } else if (isBlocked(change)) {
     change.action = Action::blocked;
     change.after = change.before;
+  } else if (!change.before) {
+    change.action = Action::add;
   } else {
     change.action = Action::change;  // also when the archive cannot be read on
     change.action = judgeReplaced(member, change, content);
   }
 }
 
-/// Whether a directory that is not empty is in the way of something else.
+/// Whether tar programs do different things there: where a directory is in the way of something
+/// else or something else in the way of a directory.
 bool Forecast::isBlocked(const Change& change) const {
-  if (!isDirectory(change.before) || isDirectory(change.after)) return false;
-  try {
-    return !receiver_.names(change.path).empty();
-  } catch (const base::SystemError&) {
-    return true;
+  if (!change.before) return isBelowFile(change.path);
+  return isDirectory(change.before) != isDirectory(change.after);
+}
+
+/// Whether the receiver has something else than a directory among those that the path lies in.
+bool Forecast::isBelowFile(const std::string& path) const {
+  for (std::size_t slash = path.rfind('/'); slash > 0; slash = path.rfind('/', slash - 1)) {
+    const std::string above = path.substr(0, slash);
+    if (!receiver_.linkStatus(above)) continue;
+    const auto status = receiver_.status(above);
+    return !status || !S_ISDIR(status->st_mode);
   }
+  return false;
 }
 
 /// Returns what the member does in the place of something else.

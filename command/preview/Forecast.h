@@ -37,6 +37,7 @@ class Forecast {
   void remove(const Change& seen);
   void deleteFiles(const std::string& pattern);
   bool isBlocked(const Change& change) const;
+  bool isBelowFile(const std::string& path) const;
   void judge(const tarball::Member& member, Change& change, Content& content) const;
   Action judgeReplaced(const tarball::Member& member, const Change& change, Content& content) const;
   bool isHardLink(const std::string& path, const std::string& target) const;

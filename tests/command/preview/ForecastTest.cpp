@@ -84,29 +84,33 @@ TEST_F(ForecastTest, HardLinkIsTheSameOnlyWhereItIsOneAndItsFileStays) {
 }
 
 TEST_F(ForecastTest, DirectoryIsTheSameWithItsPermissions) {
-  files.write("/etc/file", "");
   files.makeDirectory("/etc/mode");
   EXPECT_EQ(told({member({.name = "etc/", .type = '5', .mode = 0755}),
                   member({.name = "etc/mode/", .type = '5', .mode = 0700}),
-                  member({.name = "etc/new/", .type = '5', .mode = 0755}),
-                  member({.name = "etc/file/", .type = '5', .mode = 0755})}),
+                  member({.name = "etc/new/", .type = '5', .mode = 0755})}),
             (Lines{
                 "same /etc: directory -> directory",
                 "change /etc/mode: directory -> directory, 755 -> 700",
                 "add /etc/new: nothing -> directory",
-                "change /etc/file: 0 -> directory",
             }));
 }
 
-TEST_F(ForecastTest, DirectoryThatIsNotEmptyBlocksWhatIsNone) {
+TEST_F(ForecastTest, DirectoryBlocksWhatIsNoneAndTheOtherWayRound) {
   files.makeDirectory("/etc/empty");
   files.makeDirectory("/etc/full");
   files.write("/etc/full/file", "");
+  files.write("/etc/file", "");
+  files.makeLink("/etc/link", "nowhere");
   EXPECT_EQ(told({member({.name = "etc/empty"}, "content"), member({.name = "etc/full"}, "content"),
-                  member({.name = "etc/full", .type = '2', .link = "empty"})}),
+                  member({.name = "etc/file/", .type = '5', .mode = 0755}),
+                  member({.name = "etc/file/below"}, "content"),
+                  member({.name = "etc/link/far/below"}, "content")}),
             (Lines{
-                "change /etc/empty: directory -> 7",
+                "blocked /etc/empty: directory -> directory",
                 "blocked /etc/full: directory -> directory",
+                "blocked /etc/file: 0 -> 0",
+                "blocked /etc/file/below: nothing -> nothing",
+                "blocked /etc/link/far/below: nothing -> nothing",
             }));
 }
 
