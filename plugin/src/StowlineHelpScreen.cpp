@@ -217,7 +217,8 @@ std::vector<Text> keptFiles(const Module& module, const Object& path) {
 
 OwnFiles ownFilesOfRestore(const Object& path) {
   const ConfVer conf_ver = confVerOf(path);
-  OwnFiles files{.written = {"/etc/resolv.conf"_t}, .reserved = {}};
+  OwnFiles files;
+  files.written.push_back("/etc/resolv.conf"_t);
   if (conf_ver != QOR_13) {
     files.written.push_back(kSamba.file);
     files.reserved.push_back(kSavedSamba);
