@@ -5,6 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <utility>
@@ -15,6 +16,11 @@
 
 namespace base {
 namespace {
+
+/// Returns the whole system's path of an open directory.
+std::string pathOf(const Descriptor& directory) {
+  return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(directory.number()));
+}
 
 /// Whether the error says that there is nothing of that name.
 bool namesNothing(int number) {
@@ -81,6 +87,14 @@ std::string Root::linkTarget(const std::string& path) const {
   if (length < 0) throw SystemError(errno, path);
   target.resize(static_cast<std::size_t>(length));
   return target;
+}
+
+std::optional<std::string> Root::realPath(const std::string& path) const {
+  const Descriptor directory = resolve(path, O_PATH | O_DIRECTORY);
+  if (!directory) return std::nullopt;
+  const std::string real = pathOf(directory);
+  const std::string root = is_whole_system_ ? "/" : pathOf(dir_);
+  return root == "/" ? real : "/" + real.substr(std::min(real.size(), root.size() + 1));
 }
 
 std::vector<std::string> Root::names(const std::string& path) const {

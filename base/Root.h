@@ -29,6 +29,10 @@ class Root {
   /// Returns the target of the symbolic link `path`, as it stands.
   std::string linkTarget(const std::string& path) const;
 
+  /// Returns the path of the directory `path` without any link in it; nothing where there is none,
+  /// or where it cannot be reached.
+  std::optional<std::string> realPath(const std::string& path) const;
+
   /// Returns the names in the directory `path` without "." and "..", in the directory's own order.
   std::vector<std::string> names(const std::string& path) const;
 

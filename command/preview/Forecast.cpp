@@ -11,20 +11,37 @@
 namespace preview {
 namespace {
 
-/// Returns the receiver's path of a member. One that ends with ".." is made one that ends with
-/// ".": the last name of a path is not followed, and could lead out of the receiver.
+/// Returns the path that a member's path says from the receiver's root.
 std::string absolute(const std::string& member_path) {
-  const std::string path = "/" + tarball::joined(tarball::componentsOf(member_path));
-  return path.ends_with("/..") ? path + "/." : path;
+  return "/" + tarball::joined(tarball::componentsOf(member_path));
 }
 
 }  // namespace
 
-Forecast::Forecast(base::Root receiver, const Plan& plan)
-    : receiver_(std::move(receiver)),
-      kept_(plan.kept.begin(), plan.kept.end()),
-      removed_again_(plan.removed_again) {
+Forecast::Forecast(base::Root receiver, const Plan& plan) : receiver_(std::move(receiver)) {
+  for (const std::string& path : plan.kept) kept_.insert(locate(path));
+  for (const std::string& path : plan.removed_again) removed_again_.push_back(locate(path));
   for (const std::string& pattern : plan.deleted_first) deleteFiles(pattern);
+}
+
+/// Returns where what `path` names lies on the receiver: in its directory, wherever that is.
+std::string Forecast::locate(const std::string& path) {
+  if (path == "/" || path.ends_with("/..")) return locateDirectory(path) + "/";
+  const std::size_t slash = path.rfind('/');
+  if (path.compare(0, slash, last_directory_) != 0) {
+    last_directory_ = path.substr(0, slash);
+    last_located_ = locateDirectory(last_directory_);
+  }
+  return last_located_ + path.substr(slash);
+}
+
+/// Returns where a directory lies, "" for the root. What is not there would be made where it is
+/// said to be.
+std::string Forecast::locateDirectory(const std::string& path) const {
+  if (path.empty()) return "";
+  if (const auto real = receiver_.realPath(path)) return *real == "/" ? "" : *real;
+  const std::size_t slash = path.rfind('/');
+  return locateDirectory(path.substr(0, slash)) + path.substr(slash);
 }
 
 /// Returns what is known to happen at a path, null for nothing.
@@ -64,18 +81,18 @@ void Forecast::deleteFiles(const std::string& pattern) {
   const Expansion expansion = expand(receiver_, pattern);
   for (const std::string& path : expansion.unreadable) changeAt(path).action = Action::unreadable;
   for (const std::string& path : expansion.paths) {
-    Change seen{.path = path, .action = Action::remove};
+    Change seen{.path = locate(path), .action = Action::remove};
     look(seen);
     if (!isDirectory(seen.before)) remove(seen);
   }
 }
 
 const Change& Forecast::take(const tarball::Member& member, Content& content) {
-  Change& change = changeAt(absolute(member.path));
+  Change& change = changeAt(locate(absolute(member.path)));
   change.member = ++members_;
   change.after = stateOf(member);
   if (member.type == tarball::Type::kHardLink) {
-    const Change* target = find(absolute(member.link));
+    const Change* target = find(locate(absolute(member.link)));
     if (target && target->after) change.after->size = target->after->size;
   }
   if (look(change)) judge(member, change, content);
@@ -83,11 +100,11 @@ const Change& Forecast::take(const tarball::Member& member, Content& content) {
 }
 
 /// Says what the member does at a path that can be read.
-void Forecast::judge(const tarball::Member& member, Change& change, Content& content) const {
+void Forecast::judge(const tarball::Member& member, Change& change, Content& content) {
   if (kept_.contains(change.path)) {
     // Where there is nothing to put back, what is put back is empty.
     change.action = change.before ? Action::keep : Action::add;
-    change.after->size = change.before ? change.before->size : 0;
+    if (isFile(change.after)) change.after->size = sizeOfKept(change.path);
     change.member = 0;
   } else if (isBlocked(change)) {
     change.action = Action::blocked;
@@ -98,6 +115,12 @@ void Forecast::judge(const tarball::Member& member, Change& change, Content& con
     change.action = Action::change;  // also when the archive cannot be read on
     change.action = judgeReplaced(member, change, content);
   }
+}
+
+/// Returns how many bytes are put back, 0 where there is nothing.
+std::uint64_t Forecast::sizeOfKept(const std::string& path) const {
+  const auto status = receiver_.status(path);
+  return status && S_ISREG(status->st_mode) ? static_cast<std::uint64_t>(status->st_size) : 0;
 }
 
 /// Whether tar programs do different things there: where a directory is in the way of something
@@ -120,10 +143,10 @@ bool Forecast::isBelowFile(const std::string& path) const {
 
 /// Returns what the member does in the place of something else.
 Action Forecast::judgeReplaced(const tarball::Member& member, const Change& change,
-                               Content& content) const {
+                               Content& content) {
   using tarball::Type;
   if (member.type == Type::kHardLink) {
-    const Change* target = find(absolute(member.link));
+    const Change* target = find(locate(absolute(member.link)));
     const bool stays =
         target && target->action == Action::same && isHardLink(change.path, target->path);
     return stays ? Action::same : Action::change;
@@ -145,8 +168,7 @@ bool Forecast::isHardLink(const std::string& path, const std::string& target) co
 }
 
 Changes Forecast::finish() {
-  for (const std::string& path : removed_again_) {
-    const std::string top = absolute(path);
+  for (const std::string& top : removed_again_) {
     removeAgain(top);
     removeRest(top);
   }

@@ -14,8 +14,9 @@
 
 namespace preview {
 
-/// Finds out what a restore would change on a receiver, which is only read. What it may not read of
-/// the receiver it calls unreadable.
+/// Finds out what a restore would change on a receiver, which is only read. Changes are told where
+/// they happen: the receiver's links to directories are followed. What it may not read of the
+/// receiver it calls unreadable.
 class Forecast {
  public:
   /// Begins with what is deleted first.
@@ -31,6 +32,8 @@ class Forecast {
   Changes finish();
 
  private:
+  std::string locate(const std::string& path);
+  std::string locateDirectory(const std::string& path) const;
   Change& changeAt(const std::string& path);
   const Change* find(const std::string& path) const;
   bool look(Change& change) const;
@@ -38,8 +41,9 @@ class Forecast {
   void deleteFiles(const std::string& pattern);
   bool isBlocked(const Change& change) const;
   bool isBelowFile(const std::string& path) const;
-  void judge(const tarball::Member& member, Change& change, Content& content) const;
-  Action judgeReplaced(const tarball::Member& member, const Change& change, Content& content) const;
+  void judge(const tarball::Member& member, Change& change, Content& content);
+  Action judgeReplaced(const tarball::Member& member, const Change& change, Content& content);
+  std::uint64_t sizeOfKept(const std::string& path) const;
   bool isHardLink(const std::string& path, const std::string& target) const;
   void removeAgain(const std::string& top);
   void removeRest(const std::string& top);
@@ -47,6 +51,8 @@ class Forecast {
   base::Root receiver_;
   std::unordered_set<std::string> kept_;
   std::vector<std::string> removed_again_;
+  std::string last_directory_;  ///< that was located last ...
+  std::string last_located_;    ///< ... and where that is
   Changes changes_;
   std::unordered_map<std::string_view, Change*> by_path_;  ///< the paths are those of the changes
   std::uint64_t members_ = 0;

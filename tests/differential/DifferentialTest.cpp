@@ -40,13 +40,13 @@ std::string relative(const std::string& path) {
 /// What is said of a sound archive before it is unpacked.
 class Prediction {
  public:
-  Prediction(const std::string& tar, const base::Root& receiver, const Tree& before)
-      : tree_(before) {
+  Prediction(const std::string& tar, const std::string& root, const Tree& before)
+      : receiver_(root), tree_(before) {
     tarball::Reader reader(std::make_unique<Bytes>(tar));
-    preview::Forecast forecast(receiver, preview::Plan());
+    preview::Forecast forecast{base::Root(root), preview::Plan()};
     while (const auto member = reader.next()) {
-      members_.push_back(*member);
-      forecast.take(*member, reader);
+      preview::Content content(reader);
+      forecast.take(*member, content);
     }
     readContents(tar);
     for (const preview::Change& change : forecast.finish()) apply(change);
@@ -86,12 +86,20 @@ class Prediction {
         (*tree_)[path] = "l " + change.after->link;
         break;
       default:
-        (*tree_)[path] = "= " + relative(change.after->link);
+        (*tree_)[path] = "= " + located(relative(change.after->link));
     }
   }
 
+  /// Returns where a path leads on the receiver.
+  std::string located(const std::string& path) const {
+    const std::size_t slash = path.rfind('/');
+    if (slash == path.npos) return path;
+    const auto directory = receiver_.realPath("/" + path.substr(0, slash));
+    return directory ? relative(*directory + path.substr(slash)) : path;
+  }
+
+  base::Root receiver_;
   std::optional<Tree> tree_;
-  std::vector<tarball::Member> members_;
   std::vector<std::string> contents_;
 };
 
@@ -148,7 +156,7 @@ class Differential : public testing::Test {
     directory_.write("archive", tar);
     for (const auto& unpacker : unpackers_) unpacker->reset(receiver);
     const Unpacker& first = *unpackers_.front();
-    const Prediction prediction(tar, base::Root(first.root()), first.tree());
+    const Prediction prediction(tar, first.root().string(), first.tree());
     if (!prediction.tree()) return "";
     ++predicted_;
     const Tree expected = inOrder(*prediction.tree());
@@ -156,9 +164,7 @@ class Differential : public testing::Test {
     for (const auto& unpacker : unpackers_) {
       const std::string failure = unpacker->unpack(directory_ / "archive");
       const Tree tree = unpacker->tree();
-      // Where a directory is missing, toybox takes the rest of a path for one in the directory
-      // above, and refuses the member, if it comes upon a link there that leads nowhere.
-      if (failure.ends_with("bad symlink\ntar: had errors\n")) {
+      if (isRefusal(failure)) {
         ++refused_;
         continue;
       }
@@ -166,6 +172,13 @@ class Differential : public testing::Test {
       wrong += unpacker->name() + ": " + failure + differences(expected, tree);
     }
     return wrong;
+  }
+
+  /// Whether a program has refused a member for a link of the receiver, and said so. Where a
+  /// directory is missing, toybox takes the rest of a path for one in the directory above.
+  static bool isRefusal(const std::string& failure) {
+    return failure.find("bad symlink\n") != failure.npos ||
+           failure.find("Cannot extract through symlink") != failure.npos;
   }
 
   static std::string differences(const Tree& expected, const Tree& tree) {
@@ -226,7 +239,7 @@ TEST_F(Differential, EveryTarUnpacksASoundArchiveAsItIsPredicted) {
       ADD_FAILURE() << "seed " << seed << ", round " << round << "\n"
                     << wrong << listing(tar) << headersOf(tar);
   }
-  std::printf("%u archives, %u of them sound, %u unpacked, %u refused by toybox\n", rounds, sound_,
+  std::printf("%u archives, %u of them sound, %u unpacked, %u times refused\n", rounds, sound_,
               predicted_, refused_);
   EXPECT_GT(predicted_, rounds / 10);
 }

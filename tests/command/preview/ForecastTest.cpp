@@ -114,6 +114,36 @@ TEST_F(ForecastTest, DirectoryBlocksWhatIsNoneAndTheOtherWayRound) {
             }));
 }
 
+TEST_F(ForecastTest, ChangesAreToldWhereTheReceiversLinksLead) {
+  files.makeDirectory("/etc");
+  files.makeDirectory("/media");
+  files.write("/media/smb.conf", "content");
+  files.write("/media/a.tv", "");
+  files.makeLink("/etc/samba", "../media");
+  files.makeLink("/.qws", "/media");
+  EXPECT_EQ(told({member({.name = "etc/samba/smb.conf"}, "new"),
+                  member({.name = "etc/samba/new/file"}, "1"), member({.name = ".qws/file"}, "12"),
+                  member({.name = "media/link", .type = '1', .link = "etc/samba/new/file"})},
+                 {.deleted_first = {"/etc/samba/*.tv"},
+                  .removed_again = {"/.qws"},
+                  .kept = {"/etc/samba/smb.conf"}}),
+            (Lines{
+                "delete /media/a.tv: 0 -> nothing",
+                "keep /media/smb.conf: 7 -> 7",
+                "add /media/new/file: nothing -> 1",
+                "add /media/file: nothing -> 2",
+                "add /media/link: nothing -> hard link etc/samba/new/file",
+                "delete /.qws: link /media -> nothing",
+            }));
+}
+
+TEST_F(ForecastTest, KeptFileHasTheContentThatItsLinkLedTo) {
+  files.write("/shared", "content");
+  files.makeLink("/kept", "shared");
+  EXPECT_EQ(told({member({.name = "kept"}, "1")}, {.kept = {"/kept"}}),
+            Lines{"keep /kept: link shared -> 7"});
+}
+
 TEST_F(ForecastTest, DeletedFileThatComesBackIsComparedAndTheRestIsDeleted) {
   files.write("/etc/a.tv", "content");
   files.write("/etc/b.tv", "content");

@@ -23,25 +23,22 @@ struct HostileMembersTest : testing::Test {
 };
 
 TEST_F(HostileMembersTest, PathsAreThoseOfTheReceiverHoweverTheyClimb) {
-  EXPECT_EQ(told({member({.name = "../outside"}, "secret"), member({.name = "/outside"}, "secret"),
-                  member({.name = "etc/../../outside"}, "secret")}),
+  EXPECT_EQ(told({member({.name = "../outside"}, "secret"), member({.name = "/etc/../other"}, "1"),
+                  member({.name = "none/../../other"}, "1")}),
             (Lines{
-                "add /../outside: nothing -> 6",
                 "add /outside: nothing -> 6",
-                "add /etc/../../outside: nothing -> 6",
+                "add /other: nothing -> 1",
+                "add /none/../../other: nothing -> 1",
             }));
   files.write("/outside", "secret");
-  EXPECT_EQ(told({member({.name = "../outside"}, "secret")}), Lines{"same /../outside: 6 -> 6"});
+  EXPECT_EQ(told({member({.name = "../outside"}, "secret")}), Lines{"same /outside: 6 -> 6"});
 }
 
 TEST_F(HostileMembersTest, DirectoryAboveTheReceiverIsTheReceiver) {
-  EXPECT_EQ(told({member({.name = ".."}, "x"), member({.name = "etc/.."}, "x"),
-                  member({.name = "./", .type = '5', .mode = 0755})}),
-            (Lines{
-                "blocked /../.: directory -> directory",
-                "blocked /etc/../.: directory -> directory",
-                "same /: directory -> directory",
-            }));
+  for (const char* path : {"..", "etc/..", "./"}) {
+    EXPECT_EQ(told({member({.name = path, .type = '5', .mode = 0755})}),
+              Lines{"same /: directory -> directory"});
+  }
 }
 
 TEST_F(HostileMembersTest, LinksOfTheReceiverDoNotLeadOut) {
@@ -49,11 +46,9 @@ TEST_F(HostileMembersTest, LinksOfTheReceiverDoNotLeadOut) {
   files.makeLink("/absolute", "/");
   files.makeLink("/etc/outside", "../../outside");
   EXPECT_EQ(told({member({.name = "climbing/outside"}, "secret"),
-                  member({.name = "absolute/etc/outside"}, "secret"),
-                  member({.name = "etc/outside"}, "secret")}),
+                  member({.name = "absolute/etc/outside"}, "secret")}),
             (Lines{
-                "add /climbing/outside: nothing -> 6",
-                "change /absolute/etc/outside: link ../../outside -> 6",
+                "add /outside: nothing -> 6",
                 "change /etc/outside: link ../../outside -> 6",
             }));
 }

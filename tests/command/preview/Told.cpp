@@ -9,28 +9,11 @@
 
 #include "command/preview/Change.h"
 #include "command/preview/Forecast.h"
+#include "tests/support/archive/Archives.h"
 #include "tests/support/archive/TarWriter.h"
 
 namespace preview_test {
 namespace {
-
-/// A tar archive that is in memory.
-class Bytes : public tarball::Stream {
- public:
-  explicit Bytes(std::string bytes) : bytes_(std::move(bytes)) {}
-
-  std::string_view read() override {
-    const std::string_view rest = std::string_view(bytes_).substr(at_);
-    at_ = bytes_.size();
-    return rest;
-  }
-
-  std::uint64_t compressed() const override { return at_; }
-
- private:
-  std::string bytes_;
-  std::size_t at_ = 0;
-};
 
 std::string textOf(const std::optional<preview::State>& state) {
   if (!state) return "nothing";
@@ -95,7 +78,7 @@ void Files::writeOutside(const std::string& name, const std::string& content) co
 Lines Files::told(const preview::Plan& plan, const std::vector<std::string>& archives) const {
   preview::Forecast forecast(base::Root(path()), plan);
   for (const std::string& archive : archives) {
-    tarball::Reader reader(std::make_unique<Bytes>(archive));
+    tarball::Reader reader(std::make_unique<archive_test::Bytes>(archive));
     while (const auto member = reader.next()) {
       preview::Content content(reader);
       forecast.take(*member, content);
