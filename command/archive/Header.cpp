@@ -147,7 +147,8 @@ void requireTimes(std::string_view records, std::int64_t modified) {
     const auto [key, value] = takeRecord(records);
     const bool is_number =
         !value.empty() && value.find_first_not_of("0123456789.") == std::string_view::npos;
-    if (std::erase(left, key) == 0 || !is_number) throw NotPlain("extended header");
+    if (std::erase(left, key) == 0 || !is_number)
+      throw NotPlain("more than times in an extended header");
     if (key == "mtime" && value.substr(0, value.find('.')) != std::to_string(modified)) {
       throw NotPlain("two times of modification");
     }

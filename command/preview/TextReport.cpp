@@ -119,7 +119,8 @@ void TextReport::add(const tarball::Member& member) {
 void TextReport::finish(Preview& preview) {
   if (preview.members > 0) members_.print(out_);
   members_ = output::Table({});
-  out_ << preview.members << " members, " << sizeText(preview.unpacked) << " unpacked\n";
+  out_ << output::counted(preview.members, "member") << ", " << sizeText(preview.unpacked)
+       << " unpacked\n";
   if (!preview.restore) {
     out_ << "what a restore would do on a receiver is shown with --against DIR\n";
     return;
