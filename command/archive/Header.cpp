@@ -121,6 +121,25 @@ void lengthen(std::string& name, const std::optional<std::string>& long_name) {
   name = *long_name;
 }
 
+/// Raises NotPlain unless the block is of one of the two formats, in all that says nothing of a
+/// member.
+void requireFormat(std::string_view block) {
+  const std::string_view magic = kMagic.of(block);
+  if (magic != kUstar && magic != kGnu) refuse(kMagic);
+  if (magic == kGnu && !isZero(kPrefix.of(block))) refuse(kPrefix);
+  if (octal(block, kMode) > kMostOfMode) refuse(kMode);
+  for (const Field& field : {kMajor, kMinor}) {
+    if (!isZero(field.of(block))) octal(block, field);
+  }
+  if (!isZero(kRest.of(block))) refuse(kRest);
+}
+
+Type typeOf(char letter) {
+  const auto* known = std::ranges::find(kTypes, letter, [](const auto& row) { return row.letter; });
+  if (known == std::end(kTypes)) refuse(kType);
+  return known->type;
+}
+
 /// Takes the next record off those of an extended header (pax(1), "pax Extended Header") and
 /// returns its key and value, both empty when it is not written as it should be.
 std::pair<std::string_view, std::string_view> takeRecord(std::string_view& records) {
@@ -167,38 +186,33 @@ bool hasRightChecksum(std::string_view block) {
   return octalOf(kChecksum.of(block)) == std::accumulate(behind.begin(), behind.end(), before, add);
 }
 
-Header::Header(std::string_view block)
-    : type_(block[kType.at]), has_prefix_(block[kPrefix.at] != '\0') {
-  const std::string_view magic = kMagic.of(block);
-  if (magic != kUstar && magic != kGnu) refuse(kMagic);
-  if (!isZero(kRest.of(block))) refuse(kRest);
-  const std::uint64_t mode = octal(block, kMode);
-  if (mode > kMostOfMode) refuse(kMode);
-  for (const Field& field : {kMajor, kMinor}) {
-    if (!isZero(field.of(block))) octal(block, field);
-  }
+Header::Header(std::string_view block) : type_(block[kType.at]) {
+  requireFormat(block);
   const std::string prefix = text(block, kPrefix);
-  if (has_prefix_ && magic == kGnu) refuse(kPrefix);
   const std::string name = text(block, kName);
   if (name.empty()) refuse(kName);
+  has_prefix_ = !prefix.empty();
   member_ = {.path = has_prefix_ ? prefix + "/" + name : name,
              .size = octal(block, kSize),
-             .mode = static_cast<unsigned>(mode),
+             .mode = static_cast<unsigned>(octal(block, kMode)),
              .modified = wideNumber(block, kTime),
              .uid = idOf(block, kUid),
              .gid = idOf(block, kGid),
              .link = text(block, kLink)};
   if (isExtension()) {
-    const bool is_name = type_ != kTimesType;
-    if (is_name && member_.path != kLongLink) refuse(kName);
-    if (!member_.link.empty()) refuse(kLink);
-    if (size() == 0 || size() > (is_name ? PATH_MAX : kMostOfTimes)) refuse(kSize);
-    return;
+    requireExtension();
+  } else {
+    member_.type = typeOf(type_);
+    if (size() > 0 && member_.type != Type::kFile) refuse(kSize);
   }
-  const auto* known = std::ranges::find(kTypes, type_, [](const auto& row) { return row.letter; });
-  if (known == std::end(kTypes)) refuse(kType);
-  member_.type = known->type;
-  if (size() > 0 && member_.type != Type::kFile) refuse(kSize);
+}
+
+/// Raises NotPlain where an extension has what only a member has, or too much of its own.
+void Header::requireExtension() const {
+  const bool is_name = type_ != kTimesType;
+  if (is_name && member_.path != kLongLink) refuse(kName);
+  if (!member_.link.empty()) refuse(kLink);
+  if (size() == 0 || size() > (is_name ? PATH_MAX : kMostOfTimes)) refuse(kSize);
 }
 
 bool Header::isExtension() const {

@@ -57,8 +57,10 @@ class Header {
   Member member(const Extensions& extensions) const;
 
  private:
+  void requireExtension() const;
+
   char type_;
-  bool has_prefix_;
+  bool has_prefix_ = false;
   Member member_;
 };
 

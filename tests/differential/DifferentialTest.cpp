@@ -228,7 +228,7 @@ std::string listing(const std::string& tar) {
 }
 
 TEST_F(Differential, EveryTarUnpacksASoundArchiveAsItIsPredicted) {
-  const unsigned rounds = numberOf("STOWLINE_ARCHIVES", 300);
+  const unsigned rounds = numberOf("STOWLINE_ARCHIVES", 1000);
   const unsigned seed = numberOf("STOWLINE_SEED", 1);
   for (unsigned round = 0; round < rounds; ++round) {
     Generator generator(seed, round);
