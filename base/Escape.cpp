@@ -41,6 +41,11 @@ std::string escaped(unsigned char byte) {
   return std::string("\\x") + kDigits[byte >> 4U] + kDigits[byte & 0x0FU];
 }
 
+/// Whether the byte is a character of ASCII that is shown as it is.
+bool isPlain(char byte) {
+  return byte >= ' ' && byte <= '~';
+}
+
 /// Whether the bytes of one character are a control character's.
 bool isControl(std::string_view character) {
   const auto first = static_cast<unsigned char>(character.front());
@@ -61,6 +66,11 @@ std::string shown(const std::string& bytes, IsHidden is_hidden) {
   std::string text;
   text.reserve(bytes.size());
   for (std::size_t position = 0; position < bytes.size();) {
+    const auto* const plain = bytes.data() + position;
+    const auto* const end = std::find_if_not(plain, bytes.data() + bytes.size(), isPlain);
+    text.append(plain, end);
+    position = static_cast<std::size_t>(end - bytes.data());
+    if (position == bytes.size()) break;
     const std::size_t length = sequenceLength(bytes, position);
     const std::string_view character(bytes.data() + position, std::max<std::size_t>(length, 1));
     if (length > 0 && !is_hidden(character)) {

@@ -170,7 +170,7 @@ Object Sequence::invoke(std::string_view name, Arguments arguments) {
   } else if (name == "extend") {
     for (const Object& each : host::Items(argument(arguments, 0))) items.push_back(each);
   } else if (name == "sort") {
-    std::ranges::stable_sort(items, {}, &strOf);
+    std::ranges::stable_sort(items, {}, &textOf);
     if (argument(arguments, 1, "reverse").isTrue()) std::ranges::reverse(items);
   } else {
     raiseNoAttribute(*this, name);
