@@ -7,6 +7,8 @@
 #include "base/Escape.h"
 #include "command/Commands.h"
 #include "command/backups/Catalogue.h"
+#include "command/backups/Outdated.h"
+#include "command/output/JsonObject.h"
 #include "command/output/Table.h"
 #include "host/native/NativeSystem.h"
 #include "host/plain/Model.h"
@@ -17,6 +19,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 using backups::BackupSet;
 using backups::Catalogue;
+using backups::File;
 using backups::Restore;
 
 /// Returns the word for what a restore list makes of a backup.
@@ -43,17 +46,32 @@ std::string joined(const Items& items, const char* separator, Text text) {
 }
 
 /// Returns a companion by what tells it from its archive: "user_files".
-std::string companionText(const BackupSet& set, const backups::File& companion) {
+std::string companionText(const BackupSet& set, const File& companion) {
   return companion.name.substr(set.file.name.size() + 1);
 }
 
-std::string baseName(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
+std::string baseName(host::Text path) {
+  return std::string(path.characters().substr(path.characters().rfind('/') + 1));
 }
 
 std::string keptText(const BackupSet& set) {
   if (!set.kind->is_confirmed) return "";
   return set.keeps.empty() ? "nothing" : joined(set.keeps, " ", baseName);
+}
+
+output::Table::Cells cellsOf(const BackupSet& set) {
+  const auto said = set.said();
+  return {set.kind->word,
+          said ? said->time : "",
+          said ? base::escapeControls(said->model) : "",
+          said ? (said->is_scheduled ? "timer" : "hand") : "",
+          said ? base::escapeControls(said->version) : "",
+          keptText(set),
+          output::sizeText(set.file.size),
+          wordOf(set.restore),
+          base::escapeControls(set.file.name),
+          joined(set.companions, " ",
+                 [&](const File& companion) { return companionText(set, companion); })};
 }
 
 void printTable(const Catalogue& catalogue) {
@@ -67,21 +85,37 @@ void printTable(const Catalogue& catalogue) {
                        {"RESTORE LIST"},
                        {"FILE"},
                        {"WITH"}});
+  for (const BackupSet& set : catalogue.sets) table.measure(cellsOf(set));
+  table.printHeadings(std::cout);
+  for (const BackupSet& set : catalogue.sets) table.printRow(std::cout, cellsOf(set));
+}
+
+/// Calls `use` with what the next scheduled backup deletes.
+template <class Use>
+void eachOutdated(const Catalogue& catalogue, const Use& use) {
   for (const BackupSet& set : catalogue.sets) {
-    const backups::SetName said = set.said.value_or(backups::SetName{});
-    table.add({set.kind->word, said.time, base::escapeControls(said.model),
-               set.said ? (said.is_scheduled ? "timer" : "hand") : "",
-               base::escapeControls(said.version), keptText(set), output::sizeText(set.file.size),
-               wordOf(set.restore), base::escapeControls(set.file.name),
-               joined(set.companions, " ", [&](const backups::File& companion) {
-                 return companionText(set, companion);
-               })});
+    if (set.file.is_outdated) use(set.file);
+    for (const File& companion : set.companions) {
+      if (companion.is_outdated) use(companion);
+    }
   }
-  if (!catalogue.sets.empty()) table.print(std::cout);
+  for (const File& other : catalogue.others) {
+    if (other.is_outdated) use(other);
+  }
+}
+
+void printOutdated(const Catalogue& catalogue) {
+  bool has_any = false;
+  eachOutdated(catalogue, [&](const File& file) {
+    if (!has_any) std::cout << "the next scheduled backup deletes:\n";
+    std::cout << "  " << base::escapeControls(file.name) << "\n";
+    has_any = true;
+  });
+  if (!has_any) std::cout << "the next scheduled backup deletes nothing\n";
 }
 
 void printText(const Catalogue& catalogue, const std::string& model) {
-  printTable(catalogue);
+  if (!catalogue.sets.empty()) printTable(catalogue);
   std::cout << output::counted(catalogue.sets.size(), "backup") << ", "
             << output::sizeText(catalogue.size) << " in "
             << base::escapeControls(catalogue.directory) << "\n";
@@ -90,56 +124,52 @@ void printText(const Catalogue& catalogue, const std::string& model) {
     std::cout << "none of them is for a receiver of the model " << base::escapeControls(model)
               << "\n";
   }
-  if (!catalogue.others.empty()) {
-    std::cout << "other files: " << joined(catalogue.others, " ", base::escapeControls) << "\n";
+  if (!catalogue.others.empty()) std::cout << "other files:";
+  for (const File& other : catalogue.others) {
+    std::cout << " " << base::escapeControls(other.name);
   }
-  if (catalogue.outdated.empty()) {
-    std::cout << "the next scheduled backup deletes nothing\n";
-  } else {
-    std::cout << "the next scheduled backup deletes:\n";
-    for (const std::string& name : catalogue.outdated) {
-      std::cout << "  " << base::escapeControls(name) << "\n";
-    }
-  }
+  if (!catalogue.others.empty()) std::cout << "\n";
+  printOutdated(catalogue);
 }
 
-Json jsonOf(const backups::File& file) {
+Json jsonOf(const File& file) {
   return {{"name", base::escapeInvalidUtf8(file.name)}, {"size", file.size}};
 }
 
-Json textsOf(const std::vector<std::string>& texts) {
-  Json all = Json::array();
-  for (const std::string& text : texts) all.push_back(base::escapeInvalidUtf8(text));
-  return all;
-}
-
 Json jsonOf(const BackupSet& set) {
+  const auto said = set.said();
   Json json = {{"kind", set.kind->word}, {"name", base::escapeInvalidUtf8(set.file.name)}};
   json["size"] = set.file.size;
-  json["time"] = set.said ? Json(set.said->time) : Json();
-  json["model"] = set.said ? Json(base::escapeInvalidUtf8(set.said->model)) : Json();
-  json["scheduled"] = set.said ? Json(set.said->is_scheduled) : Json();
-  json["version"] = set.said && !set.said->version.empty()
-                        ? Json(base::escapeInvalidUtf8(set.said->version))
-                        : Json();
-  json["keeps"] = textsOf(set.keeps);
+  json["time"] = said ? Json(said->time) : Json();
+  json["model"] = said ? Json(base::escapeInvalidUtf8(said->model)) : Json();
+  json["scheduled"] = said ? Json(said->is_scheduled) : Json();
+  json["version"] =
+      said && !said->version.empty() ? Json(base::escapeInvalidUtf8(said->version)) : Json();
+  json["keeps"] = Json::array();
+  for (const host::Text file : set.keeps) json["keeps"].push_back(file.characters());
   json["companions"] = Json::array();
-  for (const backups::File& companion : set.companions) {
+  for (const File& companion : set.companions) {
     json["companions"].push_back(jsonOf(companion));
   }
   json["restorable"] = wordOf(set.restore);
   return json;
 }
 
-Json jsonOf(const Catalogue& catalogue, const std::string& model) {
-  Json json = {{"directory", base::escapeInvalidUtf8(catalogue.directory)}};
-  json["model"] = model.empty() ? Json() : Json(base::escapeInvalidUtf8(model));
-  json["sets"] = Json::array();
-  for (const BackupSet& set : catalogue.sets) json["sets"].push_back(jsonOf(set));
-  json["others"] = textsOf(catalogue.others);
-  json["size"] = catalogue.size;
-  json["next_scheduled_deletes"] = textsOf(catalogue.outdated);
-  return json;
+void printJson(const Catalogue& catalogue, const std::string& model) {
+  output::JsonObject json(std::cout);
+  json.add("directory", base::escapeInvalidUtf8(catalogue.directory));
+  json.add("model", model.empty() ? Json() : Json(base::escapeInvalidUtf8(model)));
+  json.addList("sets", [&](const auto& add) {
+    for (const BackupSet& set : catalogue.sets) add(jsonOf(set));
+  });
+  json.addList("others", [&](const auto& add) {
+    for (const File& other : catalogue.others) add(base::escapeInvalidUtf8(other.name));
+  });
+  json.add("size", catalogue.size);
+  json.addList("next_scheduled_deletes", [&](const auto& add) {
+    eachOutdated(catalogue, [&](const File& file) { add(base::escapeInvalidUtf8(file.name)); });
+  });
+  json.close();
 }
 
 /// Returns the model of the receiver that this runs on, "" where there is none.
@@ -152,9 +182,10 @@ std::string ownModel() {
 
 void runList(const ListOptions& options) {
   const std::string model = options.model.empty() ? ownModel() : options.model;
-  const Catalogue catalogue = backups::readCatalogue(options.medium, model);
+  Catalogue catalogue = backups::readCatalogue(options.medium, model);
+  backups::markOutdated(catalogue, model);
   if (options.json) {
-    std::cout << jsonOf(catalogue, model).dump(2) << "\n";
+    printJson(catalogue, model);
   } else {
     printText(catalogue, model);
   }

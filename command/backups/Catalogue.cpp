@@ -1,165 +1,122 @@
 #include "command/backups/Catalogue.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
+#include <functional>
 #include <stdexcept>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
+#include "base/Root.h"
+#include "base/SystemError.h"
 #include "command/backups/Engine.h"
 #include "command/backups/RestoreScreen.h"
 #include "host/dryrun/Host.h"
 #include "plugin/src/Listing.h"
 #include "plugin/src/Setup.h"
+#include "plugin/src/StowlineHelpScreen.h"
 
 namespace backups {
-
-using host::operator""_t;
-
 namespace {
-
-/// A model with fewer scheduled backups has none that the next one could make too many.
-constexpr int kFewestToDelete = 3;
 
 /// Looks into a medium with the module's own code.
 class Reader {
  public:
   Reader(const std::filesystem::path& medium, std::string model)
-      : model_(std::move(model)), system_(std::nullopt), host_(system_, model_, "") {
+      : model_(std::move(model)), system_(std::nullopt), host_(system_, "", ""), root_(medium) {
     stowline::load(host_.module());
-    std::string mount_point = mediumOf(host_);
-    while (mount_point.ends_with('/')) mount_point.pop_back();
-    system_.mount(mount_point, base::Root(medium));
-    const auto directory = backupDirectory(host_);
-    if (!directory) throw std::runtime_error("cannot read '" + medium.string() + "'");
-    directory_ = *directory;
-    const std::string name = directory_.substr(mount_point.size() + 1);
+    directory_ = backupDirectory(host_).value();
+    const std::string name = directory_.substr(directory_.rfind('/') + 1);
+    place_ = "/" + name + "/";
     catalogue_.directory = (medium / name).string();
-    if (!system_.exists(directory_)) {
-      const bool is_inside = medium.lexically_normal().filename() == name;
-      throw std::runtime_error("there are no backups: '" + medium.string() + "' has no directory " +
-                               name + (is_inside ? "; name the directory that it lies in" : ""));
-    }
+    requireDirectory(medium, name);
   }
 
   Catalogue read() {
-    names_ = system_.listdir(directory_);
-    std::ranges::sort(names_);
-    for (const std::string& name : names_) said_.emplace(name, parseSetName(name));
+    std::vector<std::string> names = root_.names(place_);
+    std::ranges::sort(names, std::greater());  // as the restore list does
+    std::vector<const Kind*> kinds;
+    kinds.reserve(names.size());
+    for (const std::string& name : names) kinds.push_back(&kindOf(name));
+    const auto is_set = [](const Kind* kind) { return !kind->restoretype.empty(); };
+    catalogue_.sets.reserve(static_cast<std::size_t>(std::ranges::count_if(kinds, is_set)));
     for (const Kind& kind : kKinds) {
-      for (auto name = names_.rbegin(); name != names_.rend(); ++name) {
-        if (isOfKind(*name, kind)) addSet(kind, *name);
+      for (std::size_t at = 0; at < names.size(); ++at) {
+        if (kinds[at] == &kind) addSet(kind, std::move(names[at]));
       }
     }
-    addOthers();
-    for (const std::string& model : scheduledModels()) addOutdated(model);
+    for (std::size_t at = names.size(); at-- > 0;) {
+      if (!is_set(kinds[at])) addOther(std::move(names[at]));
+    }
     return std::move(catalogue_);
   }
 
  private:
-  /// The models whose next scheduled backup is meant: the one asked for, or every one that has as
-  /// many of them as stay, and every known one where a backup's name does not say.
-  std::set<std::string> scheduledModels() const {
-    if (!model_.empty()) return {model_};
-    std::set<std::string> models;
-    const auto is_silent = [](const BackupSet& set) { return !set.said.has_value(); };
-    if (std::ranges::any_of(catalogue_.sets, is_silent)) {
-      models.insert(std::begin(stowline::kBoxTypes), std::end(stowline::kBoxTypes));
-    }
-    std::map<std::string, int> counts;
-    for (const auto& [name, said] : said_) {
-      if (said && said->is_scheduled && ++counts[said->model] >= kFewestToDelete) {
-        models.insert(said->model);
-      }
-    }
-    return models;
+  void requireDirectory(const std::filesystem::path& medium, const std::string& name) const {
+    if (root_.status(place_)) return;
+    const bool is_inside = medium.lexically_normal().filename() == name;
+    throw std::runtime_error("there are no backups: '" + medium.string() + "' has no directory " +
+                             name + (is_inside ? "; name the directory that it lies in" : ""));
   }
 
-  void addSet(const Kind& kind, const std::string& name) {
+  void addSet(const Kind& kind, std::string name) {
     BackupSet set{.kind = &kind,
-                  .file = fileOf(name),
-                  .said = said_.at(name),
+                  .file = fileOf(std::move(name)),
                   .keeps = {},
                   .companions = {},
-                  .restore = restoreOf(kind, name)};
-    if (kind.is_confirmed) set.keeps = keptOf(name, set.said);
-    set.companions = companionsOf(kind, name);
-    known_.insert(name);
-    catalogue_.size += set.file.size;
-    for (const File& companion : set.companions) {
-      known_.insert(companion.name);
-      catalogue_.size += companion.size;
+                  .restore = Restore::yes};
+    if (kind.is_confirmed) {
+      set.keeps = stowline::keptFiles(host_.module(), directory_ + "/" + set.file.name);
     }
+    set.restore = restoreOf(kind, set.file);
+    catalogue_.size += set.file.size;
     catalogue_.sets.push_back(std::move(set));
   }
 
-  Restore restoreOf(const Kind& kind, const std::string& name) {
-    const std::string path = directory_ + "/" + name;
-    if (!system_.isFile(path)) return Restore::no_file;
-    if (!model_.empty() && !stowline::isForBox(name, model_)) return Restore::other_model;
-    if (!isLargeEnough(kind, system_.fileSize(path))) return Restore::too_small;
-    return isShellWord(name) ? Restore::yes : Restore::odd_name;
+  /// Adds a file to the set that it is a companion of, or else to the others.
+  void addOther(std::string name) {
+    BackupSet* const set = setOf(name);
+    std::vector<File>& files = set ? set->companions : catalogue_.others;
+    files.push_back(fileOf(std::move(name)));
+    if (set) catalogue_.size += files.back().size;
   }
 
-  /// Returns what a restore of a configuration keeps, asked once for all of the same version.
-  const std::vector<std::string>& keptOf(const std::string& name,
-                                         const std::optional<SetName>& said) {
-    const auto [kept, is_new] = kept_.try_emplace(said ? "version " + said->version : name);
-    if (is_new) kept->second = keptFiles(host_, directory_ + "/" + name);
-    return kept->second;
-  }
-
-  std::vector<File> companionsOf(const Kind& kind, const std::string& name) {
-    std::vector<File> companions;
-    for (const char* ending : kind.companions) {
-      if (std::ranges::binary_search(names_, name + ending)) {
-        companions.push_back(fileOf(name + ending));
+  /// Returns the set that a companion of this name belongs to, null for none.
+  BackupSet* setOf(std::string_view companion) {
+    for (const Kind& kind : kKinds) {
+      for (const std::string_view ending : kind.companions) {
+        if (!companion.ends_with(ending)) continue;
+        const auto name = companion.substr(0, companion.size() - ending.size());
+        const auto is_before = [&](const BackupSet& set) {
+          return set.kind == &kind ? set.file.name > name : set.kind < &kind;
+        };
+        const auto set = std::ranges::partition_point(catalogue_.sets, is_before);
+        if (set != catalogue_.sets.end() && set->file.name == name) return &*set;
       }
     }
-    return companions;
+    return nullptr;
   }
 
-  void addOthers() {
-    catalogue_.others = names_;
-    std::erase_if(catalogue_.others,
-                  [this](const std::string& name) { return known_.contains(name); });
+  Restore restoreOf(const Kind& kind, const File& file) const {
+    if (!file.is_regular) return Restore::no_file;
+    if (!model_.empty() && !stowline::isForBox(file.name, model_)) return Restore::other_model;
+    if (!isLargeEnough(kind, file.size)) return Restore::too_small;
+    return isShellWord(file.name) ? Restore::yes : Restore::odd_name;
   }
 
-  /// Lets the engine write the next scheduled backup and keep house.
-  void addOutdated(const std::string& model) {
-    dryrun::Host host(system_, model, "");
-    stowline::load(host.module());
-    const host::Object engine = host.module()["BackupActions"_t]({"auto"_t});
-    std::set<std::string> next;
-    for (const Kind& kind : kKinds) {
-      engine.call(kind.operation, {});
-      const std::string file = plain::textOf(engine.get(kind.file));
-      if (system_.exists(file)) continue;
-      next.insert(file);
-      system_.pretend(file);
-    }
-    engine.call("houseKeeping"_t, {});
-    for (const std::string& file : system_.takeRemoved()) {
-      if (!next.contains(file)) catalogue_.outdated.push_back(file.substr(directory_.size() + 1));
-    }
-  }
-
-  /// What is no file has no size.
-  File fileOf(const std::string& name) {
-    const std::string path = directory_ + "/" + name;
-    return {name, system_.isFile(path) ? system_.fileSize(path) : 0};
+  File fileOf(std::string name) const {
+    const auto status = root_.status(place_ + name);
+    const bool is_regular = status && S_ISREG(status->st_mode);
+    return {.name = std::move(name),
+            .size = is_regular ? status->st_size : 0,
+            .exists = status.has_value(),
+            .is_regular = is_regular};
   }
 
   std::string model_;
   dryrun::System system_;
-  dryrun::Host host_;               ///< for what does not depend on the model
-  std::string directory_;           ///< as the receiver names it
-  std::vector<std::string> names_;  ///< of all files in the directory, sorted
-  std::unordered_map<std::string, std::optional<SetName>> said_;  ///< by their names
-  std::map<std::string, std::vector<std::string>> kept_;  ///< by version, or by name without one
-  std::unordered_set<std::string> known_;
+  dryrun::Host host_;  ///< for what does not depend on the model
+  base::Root root_;
+  std::string directory_;  ///< the backup directory, as the receiver names it
+  std::string place_;      ///< the same below the medium, with a "/" at its end
   Catalogue catalogue_;
 };
 

@@ -89,7 +89,7 @@ Check checkClock(const backups::Catalogue& catalogue) {
   const std::string now = timeText(std::time(nullptr));
   std::string newest;
   for (const backups::BackupSet& set : catalogue.sets) {
-    if (set.said) newest = std::max(newest, set.said->time);
+    if (const auto said = set.said()) newest = std::max(newest, said->time);
   }
   if (std::stoi(now) < kFirstYear) return {"clock", State::failed, now + " cannot be right"};
   if (newest > now) {
@@ -101,7 +101,8 @@ Check checkClock(const backups::Catalogue& catalogue) {
 /// Returns how long ago a backup was made, in days, by its name; nothing where that does not say.
 std::optional<long> ageInDays(const backups::BackupSet& set) {
   std::tm fields{};
-  if (!set.said || !strptime(set.said->time.c_str(), "%Y-%m-%d %H:%M", &fields)) return {};
+  const auto said = set.said();
+  if (!said || !strptime(said->time.c_str(), "%Y-%m-%d %H:%M", &fields)) return {};
   fields.tm_isdst = -1;
   constexpr double kDay = 24 * 60 * 60;
   return static_cast<long>(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay);

@@ -1,6 +1,5 @@
 #include "host/dryrun/System.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -52,25 +51,13 @@ std::vector<std::string> System::open(const std::string& path) {
   return base::linesOf(base::readAll(place.root->open(place.path).number(), path));
 }
 
-const std::vector<std::string>& System::namesIn(const std::string& path) {
-  const auto known = names_.find(path);
-  if (known != names_.end()) return known->second;
-  const Place place = placeOf(path);
-  return names_[path] = place.root ? place.root->names(place.path) : std::vector<std::string>();
-}
-
 std::vector<std::string> System::listdir(const std::string& path) {
-  std::vector<std::string> names = namesIn(path);
-  for (const std::string& file : pretended_) {
-    const std::size_t slash = file.rfind('/');
-    const std::string name = file.substr(slash + 1);
-    if (file.substr(0, slash) == path && std::ranges::count(names, name) == 0)
-      names.push_back(name);
-  }
-  return names;
+  const Place place = placeOf(path);
+  return place.root ? place.root->names(place.path) : std::vector<std::string>();
 }
 
-std::optional<System::Status> System::readStatus(const std::string& path) const {
+/// Returns what a path names, nothing where that is nothing.
+std::optional<System::Status> System::statusOf(const std::string& path) const {
   const Place place = placeOf(path);
   if (!place.root) return Status{.size = 0, .is_file = true};
   const auto status = place.root->status(place.path);
@@ -78,27 +65,17 @@ std::optional<System::Status> System::readStatus(const std::string& path) const 
   return Status{.size = status->st_size, .is_file = S_ISREG(status->st_mode)};
 }
 
-/// Returns what a path names, nothing where that is nothing.
-const std::optional<System::Status>& System::statusOf(const std::string& path) {
-  if (!last_status_ || last_status_->first != path) {
-    auto known = statuses_.find(path);
-    if (known == statuses_.end()) known = statuses_.emplace(path, readStatus(path)).first;
-    last_status_ = &*known;
-  }
-  return last_status_->second;
-}
-
 bool System::isFile(const std::string& path) {
-  const std::optional<Status>& status = statusOf(path);
+  const auto status = statusOf(path);
   return status && status->is_file;
 }
 
 bool System::exists(const std::string& path) {
-  return pretended_.contains(path) || statusOf(path);
+  return statusOf(path).has_value();
 }
 
 long long System::fileSize(const std::string& path) {
-  const std::optional<Status>& status = statusOf(path);
+  const auto status = statusOf(path);
   if (!status) throw base::SystemError(ENOENT, path);
   return status->size;
 }

@@ -2,9 +2,7 @@
 
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -28,9 +26,6 @@ class System : public plain::System {
   /// Whether `path` names a regular file.
   bool isFile(const std::string& path);
 
-  /// From now on an empty file `path` is taken to be there, where there is none.
-  void pretend(const std::string& path) { pretended_.insert(path); }
-
   /// Returns the shell commands that would have run, in order, and forgets them.
   std::vector<std::string> takeCommands() { return std::exchange(commands_, {}); }
 
@@ -45,8 +40,6 @@ class System : public plain::System {
 
   std::vector<std::string> open(const std::string& path) override;
 
-  /// As the interface says; each directory and file is asked for once, whatever happens to it
-  /// afterwards.
   std::vector<std::string> listdir(const std::string& path) override;
   bool exists(const std::string& path) override;
   long long fileSize(const std::string& path) override;
@@ -66,17 +59,10 @@ class System : public plain::System {
   };
 
   Place placeOf(const std::string& path) const;
-  const std::vector<std::string>& namesIn(const std::string& path);
-  std::optional<Status> readStatus(const std::string& path) const;
-  const std::optional<Status>& statusOf(const std::string& path);
+  std::optional<Status> statusOf(const std::string& path) const;
 
   std::optional<base::Root> receiver_;
   std::map<std::string, base::Root> mounted_;
-  std::unordered_map<std::string, std::vector<std::string>> names_;
-  std::unordered_map<std::string, std::optional<Status>> statuses_;
-  /// The status that was asked for last, which mostly is asked for again.
-  const std::pair<const std::string, std::optional<Status>>* last_status_ = nullptr;
-  std::set<std::string> pretended_;
   std::vector<std::string> commands_;
   std::vector<std::string> removed_;
   native::NativeSystem native_;  ///< for what reads no file

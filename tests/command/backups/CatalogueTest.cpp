@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -7,6 +8,7 @@
 
 #include "base/SystemError.h"
 #include "command/backups/Catalogue.h"
+#include "command/backups/Outdated.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace backups {
@@ -26,13 +28,28 @@ struct CatalogueTest : testing::Test {
     return readCatalogue(medium.path(), model);
   }
 
+  Lines outdatedFor(const std::string& model) const {
+    Catalogue catalogue = read();
+    markOutdated(catalogue, model);
+    Lines names;
+    const auto add = [&](const File& file) {
+      if (file.is_outdated) names.push_back(file.name);
+    };
+    for (const BackupSet& set : catalogue.sets) {
+      add(set.file);
+      std::ranges::for_each(set.companions, add);
+    }
+    std::ranges::for_each(catalogue.others, add);
+    return names;
+  }
+
   /// Returns a line for each set: kind, name, what is kept, companions, and what becomes of it.
   Lines setsFor(const std::string& model) const {
     constexpr const char* kWords[] = {"yes", "too small", "other model", "no file", "odd name"};
     Lines lines;
     for (const BackupSet& set : read(model).sets) {
       std::string line = std::string(set.kind->word) + " " + set.file.name + " keeps:";
-      for (const std::string& file : set.keeps) line += " " + file;
+      for (const host::Text file : set.keeps) line += " " + std::string(file.characters());
       line += " with:";
       for (const File& file : set.companions) line += " " + file.name;
       lines.push_back(line + " " + kWords[static_cast<int>(set.restore)]);
@@ -104,7 +121,9 @@ TEST_F(CatalogueTest, CompanionsBelongToTheirArchiveAndOtherFilesToNone) {
   const Catalogue catalogue = read();
   EXPECT_EQ(setsFor(""), Lines{"configuration " + archive + " keeps: with: " + archive +
                                "_atile_hd " + archive + "_user_files yes"});
-  EXPECT_EQ(catalogue.others,
+  Lines others;
+  for (const File& file : catalogue.others) others.push_back(file.name);
+  EXPECT_EQ(others,
             (Lines{"configuration_ver_c_20240201_07-04_solo2.tar.gz_user_files", "restore_me.sh"}));
   EXPECT_EQ(catalogue.size, 20077);
 }
@@ -120,19 +139,19 @@ TEST_F(CatalogueTest, NextScheduledBackupDeletesTheOldestOfFourOfItsModel) {
     }
   }
   add("pluginlist_20240301_07-04_solo2.auto.lst");
-  EXPECT_EQ(read("solo2").outdated,
+  EXPECT_EQ(outdatedFor("solo2"),
             (Lines{"settings_20240301_07-04_solo2.auto.tar.gz",
                    "configuration_ver_c_20240301_07-04_solo2.auto.tar.gz",
                    "configuration_ver_c_20240301_07-04_solo2.auto.tar.gz_user_files"}));
-  EXPECT_EQ(read("").outdated.size(), 6U);
-  EXPECT_EQ(read("uno").outdated, Lines{});
+  EXPECT_EQ(outdatedFor("").size(), 6U);
+  EXPECT_EQ(outdatedFor("uno"), Lines{});
 }
 
 TEST_F(CatalogueTest, BackupsOfTheNextMinuteAreNotCountedTwiceAndNoneThatIsNotThereIsNamed) {
   for (const char* year : {"2997", "2998", "2999"}) {
     add(std::string("settings_") + year + "0301_07-04_solo2.auto.tar.gz");
   }
-  EXPECT_EQ(read("solo2").outdated, Lines{});
+  EXPECT_EQ(outdatedFor("solo2"), Lines{});
 }
 
 TEST_F(CatalogueTest, ModelsOfNoTagListAlikeAndHaveTheirOwnScheduledBackups) {
@@ -141,9 +160,9 @@ TEST_F(CatalogueTest, ModelsOfNoTagListAlikeAndHaveTheirOwnScheduledBackups) {
       add(std::string("settings_202403") + day + "_07-04_" + model + ".auto.tar.gz");
     }
   }
-  EXPECT_EQ(read("").outdated, (Lines{"settings_20240301_07-04_box.auto.tar.gz",
-                                      "settings_20240301_07-04_other.auto.tar.gz"}));
-  EXPECT_EQ(read("box").outdated, Lines{"settings_20240301_07-04_box.auto.tar.gz"});
+  EXPECT_EQ(outdatedFor(""), (Lines{"settings_20240301_07-04_other.auto.tar.gz",
+                                    "settings_20240301_07-04_box.auto.tar.gz"}));
+  EXPECT_EQ(outdatedFor("box"), Lines{"settings_20240301_07-04_box.auto.tar.gz"});
   EXPECT_EQ(setsFor("box"), setsFor("other"));
 }
 
@@ -159,7 +178,7 @@ TEST_F(CatalogueTest, NothingOnTheMediumIsTouched) {
   for (int day = 1; day <= 5; ++day) {
     add("settings_2024030" + std::to_string(day) + "_07-04_solo2.auto.tar.gz");
   }
-  EXPECT_EQ(read("solo2").outdated.size(), 3U);
+  EXPECT_EQ(outdatedFor("solo2").size(), 3U);
   const auto files = std::filesystem::directory_iterator(medium / "qor-stowline");
   EXPECT_EQ(std::distance(begin(files), end(files)), 5);
 }
@@ -175,8 +194,42 @@ TEST_F(CatalogueTest, DeletionsOfNamesThatSayNothingAreFoundForEveryModel) {
   for (const char* name : {"a", "b", "c", "d"}) {
     add(std::string("settings_") + name + "_solo2.auto.tar.gz");
   }
-  EXPECT_EQ(read("").outdated, Lines{"settings_a_solo2.auto.tar.gz"});
-  EXPECT_EQ(read("solo2").outdated, Lines{"settings_a_solo2.auto.tar.gz"});
+  EXPECT_EQ(outdatedFor(""), Lines{"settings_a_solo2.auto.tar.gz"});
+  EXPECT_EQ(outdatedFor("solo2"), Lines{"settings_a_solo2.auto.tar.gz"});
+}
+
+TEST_F(CatalogueTest, ModelWhoseNameEndsThatOfAnotherDeletesTheOthersToo) {
+  add("settings_20240304_07-04_o2.auto.tar.gz");
+  for (const char* day : {"01", "02", "03"}) {
+    add(std::string("settings_202403") + day + "_07-04_solo2.auto.tar.gz");
+  }
+  EXPECT_EQ(outdatedFor("solo2"), Lines{"settings_20240301_07-04_solo2.auto.tar.gz"});
+  const Lines two = {"settings_20240302_07-04_solo2.auto.tar.gz",
+                     "settings_20240301_07-04_solo2.auto.tar.gz"};
+  EXPECT_EQ(outdatedFor("o2"), two);
+  EXPECT_EQ(outdatedFor(""), two);
+}
+
+TEST_F(CatalogueTest, OldestGoOfMoreThanTheEngineIsShownAtOnce) {
+  constexpr int kMany = 2500;
+  for (int number = 0; number < kMany; ++number) {
+    add("pluginlist_" + std::to_string(10000 + number) + "_uno.auto.lst", 0);
+  }
+  Lines all_but_two;
+  for (int number = kMany - 3; number >= 0; --number) {
+    all_but_two.push_back("pluginlist_" + std::to_string(10000 + number) + "_uno.auto.lst");
+  }
+  EXPECT_EQ(outdatedFor("uno"), all_but_two);
+}
+
+TEST_F(CatalogueTest, WhatIsNamedAsACompanionGoesWithAnyBackup) {
+  for (const char* day : {"01", "02", "03"}) {
+    add(std::string("settings_202403") + day + "_07-04_uno.auto.tar.gz");
+  }
+  add("settings_20240301_07-04_uno.auto.tar.gz_user_files");
+  medium.makeLink("qor-stowline/settings_20240301_07-04_uno.auto.tar.gz_atile_hd", "nowhere");
+  EXPECT_EQ(outdatedFor("uno"), (Lines{"settings_20240301_07-04_uno.auto.tar.gz",
+                                       "settings_20240301_07-04_uno.auto.tar.gz_user_files"}));
 }
 
 TEST_F(CatalogueTest, NameThatIsNoTextIsASetAsAnyOther) {
