@@ -3,6 +3,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <system_error>
 
 #include "base/Escape.h"
 #include "command/Commands.h"
@@ -33,6 +34,8 @@ const char* wordOf(Restore restore) {
       return "no file";
     case Restore::odd_name:
       return "odd name";
+    case Restore::unreadable:
+      return "unreadable";
     default:
       return "other model";
   }
@@ -90,23 +93,32 @@ void printTable(const Catalogue& catalogue) {
   for (const BackupSet& set : catalogue.sets) table.printRow(std::cout, cellsOf(set));
 }
 
-/// Calls `use` with what the next scheduled backup deletes.
+/// Calls `use` with every file.
 template <class Use>
-void eachOutdated(const Catalogue& catalogue, const Use& use) {
+void eachFile(const Catalogue& catalogue, const Use& use) {
   for (const BackupSet& set : catalogue.sets) {
-    if (set.file.is_outdated) use(set.file);
-    for (const File& companion : set.companions) {
-      if (companion.is_outdated) use(companion);
-    }
+    use(set.file);
+    std::ranges::for_each(set.companions, use);
   }
-  for (const File& other : catalogue.others) {
-    if (other.is_outdated) use(other);
-  }
+  std::ranges::for_each(catalogue.others, use);
+}
+
+std::string whyUnreadable(const File& file) {
+  return std::generic_category().message(file.error);
+}
+
+void printUnreadable(const Catalogue& catalogue) {
+  eachFile(catalogue, [](const File& file) {
+    if (file.error == 0) return;
+    std::cout << "cannot be read: " << base::escapeControls(file.name) << ": "
+              << whyUnreadable(file) << "\n";
+  });
 }
 
 void printOutdated(const Catalogue& catalogue) {
   bool has_any = false;
-  eachOutdated(catalogue, [&](const File& file) {
+  eachFile(catalogue, [&](const File& file) {
+    if (!file.is_outdated) return;
     if (!has_any) std::cout << "the next scheduled backup deletes:\n";
     std::cout << "  " << base::escapeControls(file.name) << "\n";
     has_any = true;
@@ -129,6 +141,7 @@ void printText(const Catalogue& catalogue, const std::string& model) {
     std::cout << " " << base::escapeControls(other.name);
   }
   if (!catalogue.others.empty()) std::cout << "\n";
+  printUnreadable(catalogue);
   printOutdated(catalogue);
 }
 
@@ -165,9 +178,17 @@ void printJson(const Catalogue& catalogue, const std::string& model) {
   json.addList("others", [&](const auto& add) {
     for (const File& other : catalogue.others) add(base::escapeInvalidUtf8(other.name));
   });
+  json.addList("unreadable", [&](const auto& add) {
+    eachFile(catalogue, [&](const File& file) {
+      if (file.error == 0) return;
+      add({{"name", base::escapeInvalidUtf8(file.name)}, {"error", whyUnreadable(file)}});
+    });
+  });
   json.add("size", catalogue.size);
   json.addList("next_scheduled_deletes", [&](const auto& add) {
-    eachOutdated(catalogue, [&](const File& file) { add(base::escapeInvalidUtf8(file.name)); });
+    eachFile(catalogue, [&](const File& file) {
+      if (file.is_outdated) add(base::escapeInvalidUtf8(file.name));
+    });
   });
   json.close();
 }

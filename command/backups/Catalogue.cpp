@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/Answer.h"
 #include "base/Root.h"
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
@@ -27,11 +28,10 @@ class Reader {
     const std::string name = directory_.substr(directory_.rfind('/') + 1);
     place_ = "/" + name + "/";
     catalogue_.directory = (medium / name).string();
-    requireDirectory(medium, name);
   }
 
   Catalogue read() {
-    std::vector<std::string> names = root_.names(place_);
+    std::vector<std::string> names = listNames();
     std::ranges::sort(names, std::greater());  // as the restore list does
     std::vector<const Kind*> kinds;
     kinds.reserve(names.size());
@@ -50,8 +50,15 @@ class Reader {
   }
 
  private:
-  void requireDirectory(const std::filesystem::path& medium, const std::string& name) const {
-    if (root_.status(place_)) return;
+  std::vector<std::string> listNames() const {
+    try {
+      if (root_.status(place_)) return root_.names(place_);
+    } catch (const base::SystemError& error) {
+      throw base::SystemError(error.code().value(), catalogue_.directory);
+    }
+    const std::filesystem::path directory = catalogue_.directory;
+    const std::string name = directory.filename().string();
+    const std::filesystem::path medium = directory.parent_path();
     const bool is_inside = medium.lexically_normal().filename() == name;
     throw std::runtime_error("there are no backups: '" + medium.string() + "' has no directory " +
                              name + (is_inside ? "; name the directory that it lies in" : ""));
@@ -96,6 +103,7 @@ class Reader {
   }
 
   Restore restoreOf(const Kind& kind, const File& file) const {
+    if (file.error != 0) return Restore::unreadable;
     if (!file.is_regular) return Restore::no_file;
     if (!model_.empty() && !stowline::isForBox(file.name, model_)) return Restore::other_model;
     if (!isLargeEnough(kind, file.size)) return Restore::too_small;
@@ -103,12 +111,16 @@ class Reader {
   }
 
   File fileOf(std::string name) const {
-    const auto status = root_.status(place_ + name);
-    const bool is_regular = status && S_ISREG(status->st_mode);
-    return {.name = std::move(name),
-            .size = is_regular ? status->st_size : 0,
-            .exists = status.has_value(),
-            .is_regular = is_regular};
+    File file{.name = std::move(name)};
+    try {
+      const auto status = root_.status(place_ + file.name);
+      file.exists = status.has_value();
+      file.is_regular = status && S_ISREG(status->st_mode);
+      if (file.is_regular) file.size = status->st_size;
+    } catch (const base::SystemError& error) {
+      file.error = error.code().value();
+    }
+    return file;
   }
 
   std::string model_;
@@ -123,6 +135,7 @@ class Reader {
 }  // namespace
 
 Catalogue readCatalogue(const std::filesystem::path& medium, const std::string& model) {
+  base::requireAnswer(medium.string());
   return Reader(medium, model).read();
 }
 

@@ -17,6 +17,7 @@ struct File {
   bool exists = false;       ///< whether the name leads to something: a link may lead to nothing
   bool is_regular = false;   ///< whether that is a regular file
   bool is_outdated = false;  ///< whether the next scheduled backup deletes it
+  int error = 0;             ///< the errno of what keeps the above from being known, 0 for nothing
 };
 
 /// What the restore list of a receiver makes of a backup.
@@ -26,6 +27,7 @@ enum class Restore {
   other_model,  ///< it is not listed
   no_file,      ///< it is listed, and is a directory, a link to nothing or the like
   odd_name,     ///< OK takes it, and the shell of the restore takes its name apart
+  unreadable,   ///< what it is cannot be known
 };
 
 /// A backup with what belongs to it.
@@ -51,7 +53,7 @@ struct Catalogue {
 /// Reads the catalogue of the medium that is found in the directory `medium`. `model`: the model to
 /// decide for, "" for none. Nothing is written, and nothing is said of what is outdated. Raises
 /// std::runtime_error when there is no backup directory, and base::SystemError when it cannot be
-/// read.
+/// read or the medium does not answer.
 Catalogue readCatalogue(const std::filesystem::path& medium, const std::string& model);
 
 }  // namespace backups

@@ -71,7 +71,11 @@ bool System::isFile(const std::string& path) {
 }
 
 bool System::exists(const std::string& path) {
-  return statusOf(path).has_value();
+  try {
+    return statusOf(path).has_value();
+  } catch (const base::SystemError&) {
+    return false;  // as os.path.exists() has it
+  }
 }
 
 long long System::fileSize(const std::string& path) {

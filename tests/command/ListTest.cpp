@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/support/command/DeskTest.h"
+#include "tests/support/command/Namespace.h"
 
 namespace command_test {
 namespace {
@@ -144,8 +145,45 @@ TEST_F(ListTest, JsonHasTheSame) {
                                                {"model", "duo2"},
                                                {"sets", {small, scheduled, own, configuration}},
                                                {"others", {"restore_me.sh"}},
+                                               {"unreadable", Json::array()},
                                                {"size", 70676},
                                                {"next_scheduled_deletes", Json::array()}}));
+}
+
+TEST_F(ListTest, EntryThatCannotBeReachedIsMarkedAndHidesNothing) {
+  const std::string name = "settings_20240306_07-04_solo2.tar.gz";
+  medium_.makeDirectory("qor-stowline/" + name);
+  const std::vector<std::string> inNamespace =
+      inMountNamespace(mountDead(medium_ / ("qor-stowline/" + name)));
+  const auto listThere = [&](const std::vector<std::string>& options) {
+    std::vector<std::string> argv = inNamespace;
+    argv.insert(argv.end(), {kStowline, "list", medium_.path()});
+    argv.insert(argv.end(), options.begin(), options.end());
+    return run(argv);
+  };
+  const Outcome outcome = listThere({});
+  if (outcome.status == 125) GTEST_SKIP() << "no such file system can be mounted here";
+  EXPECT_EQ(outcome.status, 0);
+  const std::vector<std::string> lines = linesOf(outcome.output);
+  EXPECT_EQ(std::ranges::count(lines,
+                               "cannot be read: " + name + ": Transport endpoint is not connected"),
+            1);
+  const Json json = Json::parse(listThere({"--json"}).output);
+  const Json unreadable = {{"name", name}, {"error", "Transport endpoint is not connected"}};
+  EXPECT_EQ(json["unreadable"], Json::array({unreadable}));
+  EXPECT_EQ(json["sets"].size(), 5U);
+  EXPECT_EQ(json["sets"][1]["restorable"], "unreadable");
+}
+
+TEST_F(ListTest, MediumThatCannotBeReachedIsSaidInOneLine) {
+  std::vector<std::string> argv = inMountNamespace(mountDead(medium_.path()));
+  argv.insert(argv.end(), {kStowline, "list", medium_.path()});
+  const Outcome outcome = run(argv);
+  if (outcome.status == 125) GTEST_SKIP() << "no such file system can be mounted here";
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.errors, "stowline: Transport endpoint is not connected: '" + medium_.path() +
+                                "/qor-stowline'\n");
 }
 
 TEST(ListRefusals, OneLineSaysWhatIsWrong) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -45,7 +46,8 @@ struct CatalogueTest : testing::Test {
 
   /// Returns a line for each set: kind, name, what is kept, companions, and what becomes of it.
   Lines setsFor(const std::string& model) const {
-    constexpr const char* kWords[] = {"yes", "too small", "other model", "no file", "odd name"};
+    constexpr const char* kWords[] = {"yes",     "too small", "other model",
+                                      "no file", "odd name",  "unreadable"};
     Lines lines;
     for (const BackupSet& set : read(model).sets) {
       std::string line = std::string(set.kind->word) + " " + set.file.name + " keeps:";
@@ -230,6 +232,19 @@ TEST_F(CatalogueTest, WhatIsNamedAsACompanionGoesWithAnyBackup) {
   medium.makeLink("qor-stowline/settings_20240301_07-04_uno.auto.tar.gz_atile_hd", "nowhere");
   EXPECT_EQ(outdatedFor("uno"), (Lines{"settings_20240301_07-04_uno.auto.tar.gz",
                                        "settings_20240301_07-04_uno.auto.tar.gz_user_files"}));
+}
+
+TEST_F(CatalogueTest, NameThatIsTooLongForACompanionIsASetAsAnyOther) {
+  Lines names;
+  for (const char number : {'3', '2', '1'}) {
+    const std::string ending = "_uno.auto.tar.gz";
+    std::string name = std::string("configuration_") + number;
+    name += std::string(NAME_MAX - name.size() - ending.size(), 'x') + ending;
+    add(name);
+    names.push_back(name);
+  }
+  EXPECT_EQ(read("uno").sets.size(), 3U);
+  EXPECT_EQ(outdatedFor("uno"), Lines{names.back()});
 }
 
 TEST_F(CatalogueTest, NameThatIsNoTextIsASetAsAnyOther) {

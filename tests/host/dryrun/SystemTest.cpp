@@ -42,6 +42,7 @@ TEST_F(SystemTest, FilesAreTheReceiversAndThoseOfAMountedDirectory) {
 
 TEST_F(SystemTest, WhatIsNotThereRaisesAsAnOperatingSystemDoes) {
   EXPECT_FALSE(system.exists("/etc/passwd"));
+  EXPECT_FALSE(system.exists("/etc/" + std::string(256, 'x')));
   EXPECT_THROW(system.open("/etc/passwd"), base::SystemError);
   EXPECT_THROW(system.fileSize("/etc/passwd"), base::SystemError);
   EXPECT_THROW(system.listdir("/none"), base::SystemError);

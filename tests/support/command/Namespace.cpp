@@ -38,6 +38,12 @@ std::string mountSmall(const std::filesystem::path& dir, const std::string& opti
   return "mount -t tmpfs -o " + options + " tmpfs " + quoted(dir);
 }
 
+std::string mountDead(const std::filesystem::path& dir) {
+  return "[ -w /dev/fuse ] && exec 8<>/dev/fuse && mount -i -t fuse -o "
+         "fd=8,rootmode=40000,user_id=0,group_id=0 dead " +
+         quoted(dir) + " && exec 8>&-";
+}
+
 std::string mountReadOnly(const std::filesystem::path& dir) {
   return "mount --bind " + quoted(dir) + " " + quoted(dir) + " && mount -o remount,bind,ro " +
          quoted(dir);

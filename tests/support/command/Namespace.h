@@ -8,8 +8,8 @@
 namespace command_test {
 
 /// Returns the program and arguments that run what is appended to them in a mount namespace of
-/// its own, after the shell commands `mounts`; `afterwards` runs there when it has ended, before
-/// the mounts are gone.
+/// its own, after the shell commands `mounts`, or exit with 125 where those fail; `afterwards` runs
+/// there when it has ended, before the mounts are gone.
 std::vector<std::string> inMountNamespace(const std::string& mounts,
                                           const std::string& afterwards = "true");
 
@@ -18,6 +18,9 @@ std::optional<std::string> whyNoMounts(const std::filesystem::path& dir);
 
 /// Mounts a file system of these options on `dir`.
 std::string mountSmall(const std::filesystem::path& dir, const std::string& options);
+
+/// Mounts a file system on `dir` whose server is gone: all that is asked of it fails (ENOTCONN).
+std::string mountDead(const std::filesystem::path& dir);
 
 /// Makes `dir` read-only.
 std::string mountReadOnly(const std::filesystem::path& dir);
