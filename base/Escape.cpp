@@ -1,6 +1,7 @@
 #include "base/Escape.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace base {
@@ -46,11 +47,50 @@ bool isPlain(char byte) {
   return byte >= ' ' && byte <= '~';
 }
 
-/// Whether the bytes of one character are a control character's.
-bool isControl(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character.front());
-  if (character.size() == 1) return first < 0x20 || first == 0x7F;
-  return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+struct CodePoints {
+  char32_t first;
+  char32_t last;
+};
+
+/// The characters that are not seen, or change how the rest is seen. In the Unicode Character
+/// Database (14.0) they have the General_Category Cc, Zl or Zp, or the property
+/// Default_Ignorable_Code_Point, which all of Bidi_Control have, too.
+constexpr CodePoints kHidden[] = {
+    {0x0000, 0x001F},    // Cc
+    {0x007F, 0x009F},    // Cc
+    {0x00AD, 0x00AD},    // soft hyphen
+    {0x034F, 0x034F},    // combining grapheme joiner
+    {0x061C, 0x061C},    // Bidi_Control
+    {0x115F, 0x1160},    // Hangul fillers
+    {0x17B4, 0x17B5},    // Khmer vowels that are not shown
+    {0x180B, 0x180F},    // Mongolian variation selectors and separator
+    {0x200B, 0x200F},    // of no width; Bidi_Control
+    {0x2028, 0x202E},    // Zl, Zp; Bidi_Control
+    {0x2060, 0x206F},    // of no width; Bidi_Control
+    {0x3164, 0x3164},    // Hangul filler
+    {0xFE00, 0xFE0F},    // variation selectors
+    {0xFEFF, 0xFEFF},    // byte order mark
+    {0xFFA0, 0xFFA0},    // Hangul filler
+    {0xFFF0, 0xFFF8},    // reserved
+    {0x1BCA0, 0x1BCA3},  // shorthand format controls
+    {0x1D173, 0x1D17A},  // musical format controls
+    {0xE0000, 0xE0FFF},  // tags, variation selectors
+};
+
+/// Returns the code point of one character.
+char32_t codePointOf(std::string_view character) {
+  constexpr unsigned kLeadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+  char32_t point = static_cast<unsigned char>(character.front()) & kLeadBits[character.size()];
+  for (const char byte : character.substr(1)) {
+    point = point << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
+  }
+  return point;
+}
+
+bool isHidden(std::string_view character) {
+  const char32_t point = codePointOf(character);
+  const auto* const range = std::ranges::lower_bound(kHidden, point, {}, &CodePoints::last);
+  return range != std::end(kHidden) && range->first <= point;
 }
 
 /// Whether XML 1.0 allows no such character.
@@ -60,9 +100,9 @@ bool isNoXml(std::string_view character) {
   return (first < 0x20 && !is_space) || character == "\uFFFE" || character == "\uFFFF";
 }
 
-/// Returns the bytes as text, and what `is_hidden` of its characters as "\xNN", too.
-template <class IsHidden>
-std::string shown(const std::string& bytes, IsHidden is_hidden) {
+/// Returns the bytes as text, and what `is_escaped` of its characters as "\xNN", too.
+template <class IsEscaped>
+std::string shown(const std::string& bytes, IsEscaped is_escaped) {
   std::string text;
   text.reserve(bytes.size());
   for (std::size_t position = 0; position < bytes.size();) {
@@ -73,7 +113,7 @@ std::string shown(const std::string& bytes, IsHidden is_hidden) {
     if (position == bytes.size()) break;
     const std::size_t length = sequenceLength(bytes, position);
     const std::string_view character(bytes.data() + position, std::max<std::size_t>(length, 1));
-    if (length > 0 && !is_hidden(character)) {
+    if (length > 0 && !is_escaped(character)) {
       text += character;
     } else {
       for (const char byte : character) text += escaped(static_cast<unsigned char>(byte));
@@ -106,7 +146,7 @@ std::string escapeInvalidUtf8(const std::string& bytes) {
 }
 
 std::string escapeControls(const std::string& bytes) {
-  return shown(bytes, isControl);
+  return shown(bytes, isHidden);
 }
 
 std::string escapeForXml(const std::string& bytes) {

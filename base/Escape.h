@@ -14,8 +14,9 @@ bool isContinuation(char byte);
 /// Returns how many of the bytes come before a character in UTF-8 that may end beyond them.
 std::size_t lengthOfWhole(const std::string& bytes);
 
-/// Returns `bytes` as text on one line of a terminal: as escapeInvalidUtf8(), and with the control
-/// characters, U+0000 to U+001F and U+007F to U+009F, as "\xNN", byte by byte.
+/// Returns `bytes` as text on one line of a terminal: as escapeInvalidUtf8(), and with what is not
+/// seen or changes how the rest is seen as "\xNN", byte by byte: controls, ends of lines, what
+/// turns the order round, what has no width.
 std::string escapeControls(const std::string& bytes);
 
 /// Returns `bytes` as text that XML 1.0 can hold (section 2.2 of its recommendation): as

@@ -118,6 +118,38 @@ TEST(ShownLine, NothingOfANameReachesTheTerminalAsACommand) {
   EXPECT_EQ(escapeControls(std::string("a\0b", 3)), "a\\x00b");
 }
 
+/// What is not seen, or changes how the rest is seen, by its first and last code point.
+constexpr Range kHidden[] = {
+    {0x80, 0x9F, 2},        // C1 controls
+    {0xAD, 0xAD, 2},        // the soft hyphen
+    {0x61C, 0x61C, 2},      // Bidi_Control
+    {0x200E, 0x200F, 3},    // Bidi_Control
+    {0x202A, 0x202E, 3},    // Bidi_Control
+    {0x2066, 0x2069, 3},    // Bidi_Control
+    {0x200B, 0x200D, 3},    // of no width
+    {0x2060, 0x2064, 3},    // of no width
+    {0x2028, 0x2029, 3},    // ends of lines and paragraphs
+    {0xFE00, 0xFE0F, 3},    // variations
+    {0xFEFF, 0xFEFF, 3},    // the byte order mark
+    {0xE0000, 0xE007F, 4},  // tags
+};
+
+TEST(ShownLine, NothingHiddenIsInANameAndNothingTurnsItsOrderRound) {
+  for (const Range& range : kHidden) {
+    for (unsigned point = range.first; point <= range.last; ++point) {
+      const std::string bytes = encoded(point, range.length);
+      EXPECT_EQ(escapeControls("a" + bytes + "b"), "a" + escaped(bytes) + "b");
+    }
+  }
+}
+
+TEST(ShownLine, WhatCanBeSeenStaysAsItIs) {
+  const std::string text =
+      "\u00a0\u00ac\u00ae\u061b\u0639\u05d0\u200a\u2010\u2027\u202f\u205f\u2070\ufdff\ufe10\ufffd"
+      "\U0001f600\U000dffff\U000e1000";
+  EXPECT_EQ(escapeControls(text), text);
+}
+
 TEST(ShownXml, WhatXmlDoesNotAllowIsEscaped) {
   EXPECT_EQ(
       escapeForXml("<a>&\t\n\r\x7f\xc2\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf4\x8f\xbf\xbf"),
