@@ -28,9 +28,10 @@ constexpr std::size_t kFewestToDelete = 3;
 /// How many files the engine gets to see at once, beside those that have stayed.
 constexpr std::size_t kPortion = 1000;
 
-/// A scheduled backup or what may go with one, and its name up to the end of the model.
+/// A scheduled backup or what may go with one.
 struct Scheduled {
-  std::string_view stem;
+  std::string_view stem;   ///< its name up to the end of the model
+  std::string_view model;  ///< the stem from where the model seems to begin
   File* file;
   bool is_backup;
 };
@@ -47,14 +48,15 @@ std::vector<Scheduled> scheduledIn(Catalogue& catalogue) {
   const auto add = [&](File& file, bool is_backup) {
     const std::string_view name = file.name;
     const std::size_t end = name.rfind(kBehindModel);
-    if (end != std::string_view::npos) all.push_back({name.substr(0, end), &file, is_backup});
+    if (end == std::string_view::npos) return;
+    const std::string_view stem = name.substr(0, end);
+    all.push_back({stem, stem.substr(stem.rfind('_') + 1), &file, is_backup});
   };
   for (BackupSet& set : catalogue.sets) {
     add(set.file, true);
     for (File& companion : set.companions) add(companion, false);
   }
   for (File& other : catalogue.others) add(other, false);
-  std::ranges::sort(all, endsBefore, &Scheduled::stem);
   return all;
 }
 
@@ -64,10 +66,8 @@ std::vector<std::string_view> modelsOf(const std::vector<Scheduled>& all) {
   std::vector<std::string_view> models(std::begin(stowline::kBoxTypes),
                                        std::end(stowline::kBoxTypes));
   for (const Scheduled& one : all) {
-    const std::size_t before = one.stem.rfind('_');
-    const std::string_view model = one.stem.substr(before + 1);
-    const bool is_named = before != std::string_view::npos && !model.empty();
-    if (is_named && model != models.back()) models.push_back(model);
+    const bool is_named = !one.model.empty() && one.model.size() < one.stem.size();
+    if (is_named && one.model != models.back()) models.push_back(one.model);
   }
   std::ranges::sort(models, endsBefore);
   std::vector<std::string_view> ends;
@@ -77,9 +77,9 @@ std::vector<std::string_view> modelsOf(const std::vector<Scheduled>& all) {
   return ends;
 }
 
-/// Returns those whose stem ends with the model.
+/// Returns those whose model ends with `model`.
 std::span<const Scheduled> ofModel(std::string_view model, const std::vector<Scheduled>& all) {
-  const auto first = std::ranges::lower_bound(all, model, endsBefore, &Scheduled::stem);
+  const auto first = std::ranges::lower_bound(all, model, endsBefore, &Scheduled::model);
   const auto last = std::partition_point(
       first, all.end(), [model](const Scheduled& one) { return one.stem.ends_with(model); });
   return {first, last};
@@ -162,10 +162,15 @@ class Receiver : public dryrun::System {
 }  // namespace
 
 void markOutdated(Catalogue& catalogue, const std::string& model) {
-  const std::vector<Scheduled> all = scheduledIn(catalogue);
-  const auto models = model.empty() ? modelsOf(all) : std::vector<std::string_view>{model};
+  std::vector<Scheduled> all = scheduledIn(catalogue);
   Receiver receiver;
-  for (const std::string_view one : models) {
+  if (!model.empty()) {
+    std::erase_if(all, [&](const Scheduled& one) { return !one.stem.ends_with(model); });
+    receiver.keepHouse(model, all);
+    return;
+  }
+  std::ranges::sort(all, endsBefore, &Scheduled::model);
+  for (const std::string_view one : modelsOf(all)) {
     const std::span<const Scheduled> files = ofModel(one, all);
     if (files.size() >= kFewestToDelete) receiver.keepHouse(std::string(one), files);
   }

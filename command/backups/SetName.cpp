@@ -19,18 +19,18 @@ class Scanner {
   }
 
   /// Takes `count` digits and returns them, "" when other characters come first.
-  std::string takeDigits(std::size_t count) {
+  std::string_view takeDigits(std::size_t count) {
     const std::string_view digits = rest_.substr(0, count);
     if (digits.size() < count || !std::ranges::all_of(digits, isDigit)) return "";
     rest_.remove_prefix(count);
-    return std::string(digits);
+    return digits;
   }
 
   /// Takes and returns what comes before the next of `ends`.
-  std::string takeUpTo(std::string_view ends) {
+  std::string_view takeUpTo(std::string_view ends) {
     const std::string_view taken = rest_.substr(0, rest_.find_first_of(ends));
     rest_.remove_prefix(taken.size());
-    return std::string(taken);
+    return taken;
   }
 
   bool isAtEnd() const { return rest_.empty(); }
@@ -53,9 +53,9 @@ std::string takeStamp(Scanner& name) {
       {4, "", "-"}, {2, "", "-"}, {2, "_", " "}, {2, "-", ":"}, {2, "_", ""}};
   std::string time;
   for (const Part& part : kParts) {
-    const std::string digits = name.takeDigits(part.digits);
+    const std::string_view digits = name.takeDigits(part.digits);
     if (digits.empty() || !name.take(part.after)) return "";
-    time += digits + part.shown_after;
+    time.append(digits).append(part.shown_after);
   }
   return time;
 }

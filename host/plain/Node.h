@@ -4,6 +4,8 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -55,7 +57,9 @@ Node& nodeOf(const Object& object);
 /// Returns that as a `T`, null when it is none.
 template <class T>
 T* as(const Object& object) {
-  return dynamic_cast<T*>(&nodeOf(object));
+  Node& node = nodeOf(object);
+  if constexpr (!std::is_final_v<T>) return dynamic_cast<T*>(&node);
+  return typeid(node) == typeid(T) ? static_cast<T*>(&node) : nullptr;  // far cheaper
 }
 
 /// Makes an object of a new node.
@@ -94,7 +98,7 @@ struct Number : Node {
   const bool is_truth;
 };
 
-struct String : Node {
+struct String final : Node {
   explicit String(std::string characters_) : characters(std::move(characters_)) {}
   std::string className() const override { return "str"; }
   std::string str() const override { return characters; }

@@ -1,6 +1,7 @@
 /// What host::Object means by plain objects.
 
 #include <algorithm>
+#include <utility>
 
 #include "host/plain/Node.h"
 
@@ -93,7 +94,7 @@ int Object::size() const {
 }
 
 Object operator+(const Object& left, const Object& right) {
-  return textOf(left) + textOf(right);
+  return make<plain::String>(textOf(left) + textOf(right));
 }
 
 /// Knows "%s" alone.
@@ -116,7 +117,7 @@ Object operator%(const Object& format, const Object& values) {
   }
   if (!left.empty())
     throw plain::Error("TypeError", "not all arguments converted during string formatting");
-  return result;
+  return make<plain::String>(std::move(result));
 }
 
 Object Object::str() const {
