@@ -1,6 +1,7 @@
 #include "command/scheduled/Medium.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include "base/Descriptor.h"
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
+#include "host/plain/Error.h"
 #include "plugin/src/Media.h"
 
 namespace scheduled {
@@ -63,6 +65,31 @@ void sync(const std::string& path) {
   // EINVAL: a file system that does not synchronize such a file (fsync(2)), as some over a network.
   if (!file || (fsync(file.number()) != 0 && errno != EINVAL)) throw base::SystemError(errno, path);
   posix_fadvise(file.number(), 0, 0, POSIX_FADV_DONTNEED);
+}
+
+HeldDirectory::HeldDirectory(const std::string& path)
+    : path_(path), directory_(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  if (!directory_) throw base::SystemError(errno, path);
+}
+
+std::string HeldDirectory::whyGone(const plain::Host& host) const {
+  try {
+    requireMounted(host);
+    struct stat held {};
+    struct stat now {};
+    if (fstat(directory_.number(), &held) != 0 || stat(path_.c_str(), &now) != 0) {
+      throw base::SystemError(errno, path_);
+    }
+    if (held.st_dev == now.st_dev) return "";
+    return "the medium went away: " + path_ + " is on another device than before";
+  } catch (const std::exception& error) {
+    return "the medium went away: " + plain::reasonOf(error);
+  }
+}
+
+void HeldDirectory::remove(const std::string& path) const {
+  const std::string name = path.substr(path.rfind('/') + 1);
+  if (unlinkat(directory_.number(), name.c_str(), 0) != 0) throw base::SystemError(errno, path);
 }
 
 }  // namespace scheduled

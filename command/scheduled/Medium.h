@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/Descriptor.h"
 #include "host/plain/Host.h"
 
 namespace scheduled {
@@ -18,5 +19,25 @@ std::string whyNotWritable(const std::string& directory);
 /// lets go of what memory holds of it, so that it is read from there next. Raises
 /// base::SystemError.
 void sync(const std::string& path);
+
+/// The backup directory as a run has found it. While it lives the medium is in use: it cannot be
+/// unmounted but by force, and no other file system gets the number of its device.
+class HeldDirectory {
+ public:
+  /// Raises base::SystemError when `path` cannot be opened.
+  explicit HeldDirectory(const std::string& path);
+
+  /// Returns why what the path names is no longer on the same device of a mounted medium of
+  /// `host`, in one line; "" when it is.
+  std::string whyGone(const plain::Host& host) const;
+
+  /// Deletes the file that `path` names in this directory, whatever the directory's own path names
+  /// by now. Raises base::SystemError.
+  void remove(const std::string& path) const;
+
+ private:
+  std::string path_;
+  base::Descriptor directory_;
+};
 
 }  // namespace scheduled

@@ -1,6 +1,9 @@
 #include "command/scheduled/ScheduledBackup.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 #include "base/SystemError.h"
@@ -38,6 +41,8 @@ class Run {
       throw std::runtime_error("there is no backup directory: " + system_.whyNotMade());
     }
     directory_ = *directory;
+    held_.emplace(directory_);
+    system_.removeOnlyFrom(*held_);
     requireWritable();
     engine_ = host_.module()["BackupActions"_t]({"auto"_t});
     requireNewestStamp(host_, directory_, plain::textOf(engine_["executiontime"_t]));
@@ -45,7 +50,9 @@ class Run {
 
   Report go(const std::vector<std::string>& jobs) {
     for (const Kind& kind : kKinds) {
-      if (std::ranges::find(jobs, kind.job) != jobs.end()) carryOut(kind);
+      if (std::ranges::find(jobs, kind.job) == jobs.end()) continue;
+      carryOut(kind);
+      if (!hasMedium()) break;
     }
     if (report_.failure.empty()) keepHouse();
     return std::move(report_);
@@ -57,6 +64,18 @@ class Run {
     if (!reason.empty()) {
       throw std::runtime_error("cannot write to " + directory_ + ": " + reason);
     }
+  }
+
+  /// Returns why the medium is not there any more, "" when it is. One that was away stays so.
+  const std::string& whyGone() {
+    if (gone_.empty()) gone_ = held_->whyGone(host_);
+    return gone_;
+  }
+
+  /// Whether the medium is still there; takes note of why not.
+  bool hasMedium() {
+    if (!whyGone().empty() && !report_.failure.ends_with(gone_)) addFailure(gone_);
+    return gone_.empty();
   }
 
   void carryOut(const Kind& kind) {
@@ -92,7 +111,8 @@ class Run {
   }
 
   Written examine(const std::string& file, const Kind& kind, const std::string& printed) {
-    Written written{.file = file, .size = 0, .verdict = {}, .error = {}};
+    Written written{.file = file, .size = 0, .verdict = {}, .error = whyGone()};
+    if (!written.error.empty()) return written;
     if (!system_.exists(file)) {
       written.error = "was not written" + (printed.empty() ? "" : " (" + printed + ")");
       return written;
@@ -129,17 +149,21 @@ class Run {
 
   /// Takes note of why the job has failed, and takes away what it wrote unless that is but odd.
   void fail(const JobReport& report) {
-    const std::string medium = whyNotWritable(directory_);
+    const std::string& gone = whyGone();
+    const std::string medium = gone.empty() ? whyNotWritable(directory_) : "";
     const bool is_odd = std::ranges::all_of(report.written, [](const Written& written) {
       return written.error.empty() || written.is_odd;
     });
     for (const Written& written : report.written) {
-      if (!written.error.empty()) {
+      if (!written.error.empty() && gone.empty()) {
         addFailure(report.job + ": " + written.file + " " + written.error);
       }
       if (!is_odd) takeBack(written.file);
     }
     if (!medium.empty()) addFailure(directory_ + ": " + medium);
+    if (gone.empty()) return;
+    addFailure(report.job + ": " + gone);
+    rmdir(directory_.c_str());  // where the engine has made it beneath the medium, it is empty now
   }
 
   void takeBack(const std::string& file) {
@@ -165,6 +189,7 @@ class Run {
     }
     try {
       requireGoodSurvivors(host_, directory_, begin_);
+      if (!hasMedium()) return;
       engine_.call("houseKeeping"_t, {});
     } catch (const plain::Error& error) {
       addFailure("an old backup cannot be deleted: " + plain::reasonOf(error));
@@ -172,6 +197,7 @@ class Run {
       addFailure(error.what());
     }
     report_.deleted = system_.removed();
+    hasMedium();
   }
 
   const tarball::BeginProgress& begin_;
@@ -180,6 +206,8 @@ class Run {
   native::SettingsFile settings_;
   plain::Host host_;
   std::string directory_;
+  std::optional<HeldDirectory> held_;
+  std::string gone_;
   host::Object engine_;
   Report report_;
 };

@@ -38,9 +38,10 @@ std::vector<std::string> jobNames();
 /// Runs a scheduled backup on the receiver that this process is in: each of `jobs` with one stamp,
 /// each result read to its end; then the oldest scheduled backups go, but only when every job has
 /// brought a sound backup that the receiver's restore list takes. What is none is removed again, so
-/// that it is never taken for the newest. One run at a time: raises std::runtime_error while
-/// another runs, and for what keeps any backup from being made: no model, no medium, a medium that
-/// cannot be written, a clock that is behind the backups there are.
+/// that it is never taken for the newest. When the medium goes away meanwhile, the run ends,
+/// nothing old goes, and what was written beneath the medium is removed. One run at a time: raises
+/// std::runtime_error while another runs, and for what keeps any backup from being made: no model,
+/// no medium, a medium that cannot be written, a clock that is behind the backups there are.
 /// `begin` hears how far the results have been read.
 Report run(const std::vector<std::string>& jobs, const tarball::BeginProgress& begin);
 

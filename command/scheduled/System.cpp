@@ -9,7 +9,7 @@ void System::remove(const std::string& path) {
   if (written_.contains(path)) {
     throw plain::Error("RuntimeError", "this run has written it: '" + path + "'");
   }
-  NativeSystem::remove(path);
+  held_->remove(path);
   removed_.push_back(path);
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "command/scheduled/Medium.h"
 #include "host/native/NativeSystem.h"
 
 namespace scheduled {
@@ -11,6 +12,9 @@ namespace scheduled {
 /// The operating system of the receiver, which remembers what a run has done to it.
 class System : public native::NativeSystem {
  public:
+  /// From now on remove() removes files of `directory` alone, which outlives its use.
+  void removeOnlyFrom(const HeldDirectory& directory) { held_ = &directory; }
+
   /// Removes the file, unless this run has written it: raises plain::Error ("RuntimeError") then.
   void remove(const std::string& path) override;
 
@@ -29,6 +33,7 @@ class System : public native::NativeSystem {
   const std::string& whyNotMade() const { return why_not_made_; }
 
  private:
+  const HeldDirectory* held_ = nullptr;
   std::set<std::string> written_;
   std::vector<std::string> removed_;
   std::string why_not_made_;

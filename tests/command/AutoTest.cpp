@@ -319,6 +319,55 @@ TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
   EXPECT_EQ(not_named.errors, "stowline: the settings name no medium\n");
 }
 
+/// The mount table of a receiver without media.
+constexpr const char* kUnmount = "echo rootfs / rootfs rw 0 0 > /proc/mounts";
+
+TEST_F(AutoTest, MediumThatLeavesTheMountTableDuringAJobEndsTheRun) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  receiver().replaceTool("/bin/tar", std::string("/bin/tar.real \"$@\"; ") + kUnmount);
+  const Outcome outcome = backup({"--json"});
+  const std::string reason = "the medium went away: the medium /media/hdd is not mounted";
+  expectKept(outcome, reason, before);
+  EXPECT_EQ(namesOnMedium(), before);
+  const Json files = Json::parse(outcome.output)["files"];
+  ASSERT_EQ(files.size(), 1U) << "the other jobs were not begun";
+  EXPECT_EQ(files[0]["error"], reason);
+}
+
+TEST_F(AutoTest, MediumThatLeavesTheMountTableAfterTheLastJobKeepsEverythingOld) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  receiver().replaceTool("/usr/bin/opkg", std::string("test -e /tmp/once && ") + kUnmount +
+                                              "; > /tmp/once; echo 'base-files - 3.0'");
+  expectKept(backup({"--jobs", "plugins"}), "the medium went away", before);
+  EXPECT_EQ(newNames(before).size(), 1U) << "what is sound stays";
+}
+
+TEST_F(AutoTest, WhatIsWrittenBeneathAMediumThatIsUnmountedIsRemovedAgain) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can do without an enclosure";
+  const fs::path usb = receiver().at("/media/usb");
+  if (const auto reason = whyNoMounts(usb)) GTEST_SKIP() << *reason;
+  receiver().write("/etc/enigma2/settings",
+                   "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
+  fs::create_directories(usb / "qor-stowline");
+  receiver().replaceTool("/bin/tar",
+                         "case $2 in *_user_files) ;; *configuration*) > /tmp/go; "
+                         "while [ -e /tmp/go ]; do sleep 0.01; done ;; esac; "
+                         "exec /bin/tar.real \"$@\"");
+  const std::string go = receiver().at("/tmp/go");
+  const std::string unmount = "{ (for i in $(seq 1000); do [ ! -e " + go +
+                              " ] || break; sleep 0.01; done; umount -l " + usb.string() + "; rm " +
+                              go + ") & }";
+  const Outcome outcome = backup({"--no-enclosure", "--json"},
+                                 inMountNamespace(mountSmall(usb, "size=1m") + "; " + unmount));
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(linesOf(outcome.errors).back(),
+            "stowline: nothing old was deleted: config: the medium went away: "
+            "/media/usb/qor-stowline is on another device than before");
+  EXPECT_EQ(namesIn(usb), Strings{});
+}
+
 TEST_F(AutoTest, LinkToAMediumAndDirectoryOnOneTakeTheJobsThatAreAskedFor) {
   fs::create_symlink("/media/hdd", receiver().at("/media/disk"));
   fs::create_directory(receiver().at("/media/hdd/box"));
