@@ -12,6 +12,7 @@
 #include "command/output/Progress.h"
 #include "command/output/Table.h"
 #include "command/scheduled/ScheduledBackup.h"
+#include "host/plain/Error.h"
 
 namespace command {
 namespace {
@@ -64,17 +65,22 @@ Json jsonOf(const scheduled::Report& report) {
 }  // namespace
 
 void runAuto(const AutoOptions& options) {
-  moveOntoReceiver(options.receiver);
-  const scheduled::Report report = scheduled::run(options.jobs, output::bars(!options.quiet));
+  scheduled::Report report;
+  try {
+    moveOntoReceiver(options.receiver);
+    report = scheduled::run(options.jobs, output::bars(!options.quiet));
+  } catch (const std::exception& error) {
+    report.failure = plain::reasonOf(error);
+  }
   if (options.json) {
     std::cout << jsonOf(report).dump(2) << "\n";
   } else if (!options.quiet) {
     printText(report);
   }
-  if (!report.failure.empty()) {
-    const char* kept = report.deleted.empty() ? "nothing old was deleted: " : "";
-    throw std::runtime_error(kept + base::escapeControls(report.failure));
-  }
+  if (report.failure.empty()) return;
+  const bool has_kept = !report.jobs.empty() && report.deleted.empty();
+  throw std::runtime_error((has_kept ? "nothing old was deleted: " : "") +
+                           base::escapeControls(report.failure));
 }
 
 }  // namespace command

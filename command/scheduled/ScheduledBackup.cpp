@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 
@@ -31,7 +32,37 @@ using host::operator""_t;
 /// One run on the receiver that this process is in.
 class Run {
  public:
-  explicit Run(const tarball::BeginProgress& begin) : begin_(begin), host_(system_, settings_) {
+  explicit Run(const tarball::BeginProgress& begin) : begin_(begin), host_(system_, settings_) {}
+
+  Report go(const std::vector<std::string>& jobs) {
+    if (attempt("", [&] { start(); })) {
+      for (const Kind& kind : kKinds) {
+        if (std::ranges::find(jobs, kind.job) == jobs.end()) continue;
+        attempt(kind.job + std::string(": "), [&] { carryOut(kind); });
+        if (!hasMedium()) break;
+      }
+      if (report_.failure.empty()) keepHouse();
+    }
+    report_.deleted = system_.removed();
+    return std::move(report_);
+  }
+
+ private:
+  /// Takes a step. Returns whether that has gone well; takes note of why not, after `what`.
+  template <class Step>
+  bool attempt(const std::string& what, const Step& step) {
+    try {
+      step();
+      return true;
+    } catch (const std::exception& error) {
+      addFailure(what + plain::reasonOf(error));
+      return false;
+    }
+  }
+
+  /// Raises std::exception for what keeps any backup from being made.
+  void start() {
+    lock_.emplace();
     // What the engine logs is in the report instead.
     host_.bind("print", [](host::Arguments) { return host::Object(); });
     stowline::load(host_.module());
@@ -48,17 +79,6 @@ class Run {
     requireNewestStamp(host_, directory_, plain::textOf(engine_["executiontime"_t]));
   }
 
-  Report go(const std::vector<std::string>& jobs) {
-    for (const Kind& kind : kKinds) {
-      if (std::ranges::find(jobs, kind.job) == jobs.end()) continue;
-      carryOut(kind);
-      if (!hasMedium()) break;
-    }
-    if (report_.failure.empty()) keepHouse();
-    return std::move(report_);
-  }
-
- private:
   void requireWritable() const {
     const std::string reason = whyNotWritable(directory_);
     if (!reason.empty()) {
@@ -100,42 +120,30 @@ class Run {
 
   Done runEngine(const Kind& kind) {
     const CapturedOutput output;
-    bool has_user_files = false;
-    try {
+    Done done;
+    attempt(std::string(kind.job) + ": ", [&] {
       engine_.call(kind.operation, {});
-      has_user_files = !kind.companions.empty() && stowline::userFiles(engine_).isTrue();
-    } catch (const plain::Error& error) {
-      addFailure(std::string(kind.job) + ": " + plain::reasonOf(error));
-    }
-    return {output.lastLine(), has_user_files};
+      done.has_user_files = !kind.companions.empty() && stowline::userFiles(engine_).isTrue();
+      done.printed = output.lastLine();
+    });
+    return done;
   }
 
   Written examine(const std::string& file, const Kind& kind, const std::string& printed) {
     Written written{.file = file, .size = 0, .verdict = {}, .error = whyGone()};
     if (!written.error.empty()) return written;
-    if (!system_.exists(file)) {
+    std::error_code ignored;
+    if (std::filesystem::symlink_status(file, ignored).type() ==
+        std::filesystem::file_type::not_found) {
       written.error = "was not written" + (printed.empty() ? "" : " (" + printed + ")");
       return written;
     }
     system_.protect(file);
     try {
       read(written, kind);
-    } catch (const base::SystemError& error) {
-      written.error = "cannot be read again: " + plain::reasonOf(error);
-    }
-    if (!written.error.empty()) return written;
-    const tarball::Verdict& verdict = written.verdict;
-    const bool is_taken = kind.restoretype.empty() || isRestorable(host_, file, kind);
-    if (!verdict.sound()) {
-      written.is_odd = !kind.is_list && !verdict.is_damaged && is_taken;
-      written.error = "is not sound: " + verdict.findings.front().what;
-      const std::string& member = verdict.findings.front().member;
-      if (!member.empty()) written.error += ": " + member;
-    } else if (!is_taken) {
-      written.error = "is too small to be restored";
-    } else if (kind.is_list) {
-      const std::string reason = whyNotComplete(system_, file);
-      if (!reason.empty()) written.error = "cannot be trusted: " + reason;
+      judge(written, kind);
+    } catch (const std::exception& error) {
+      written.error = "cannot be examined: " + plain::reasonOf(error);
     }
     return written;
   }
@@ -145,6 +153,23 @@ class Run {
     sync(written.file);
     written.size = static_cast<std::uint64_t>(system_.fileSize(written.file));
     written.verdict = backups::verifyFile(written.file, kind, begin_);
+  }
+
+  /// Says why what has been read is no backup, where it is none.
+  void judge(Written& written, const Kind& kind) {
+    const tarball::Verdict& verdict = written.verdict;
+    const bool is_taken = kind.restoretype.empty() || isRestorable(host_, written.file, kind);
+    if (!verdict.sound()) {
+      written.is_odd = !kind.is_list && !verdict.is_damaged && is_taken;
+      written.error = "is not sound: " + verdict.findings.front().what;
+      const std::string& member = verdict.findings.front().member;
+      if (!member.empty()) written.error += ": " + member;
+    } else if (!is_taken) {
+      written.error = "is too small to be restored";
+    } else if (kind.is_list) {
+      const std::string reason = whyNotComplete(system_, written.file);
+      if (!reason.empty()) written.error = "cannot be trusted: " + reason;
+    }
   }
 
   /// Takes note of why the job has failed, and takes away what it wrote unless that is but odd.
@@ -167,10 +192,10 @@ class Run {
   }
 
   void takeBack(const std::string& file) {
-    if (!system_.exists(file)) return;
     try {
       system_.takeBack(file);
     } catch (const base::SystemError& error) {
+      if (error.code() == std::errc::no_such_file_or_directory) return;
       addFailure("it cannot be removed: " + plain::reasonOf(error));
     }
   }
@@ -181,27 +206,18 @@ class Run {
   }
 
   void keepHouse() {
-    try {
-      sync(directory_);
-    } catch (const base::SystemError& error) {
-      addFailure("the backups may not be on their medium yet: " + plain::reasonOf(error));
-      return;
-    }
-    try {
-      requireGoodSurvivors(host_, directory_, begin_);
-      if (!hasMedium()) return;
-      engine_.call("houseKeeping"_t, {});
-    } catch (const plain::Error& error) {
-      addFailure("an old backup cannot be deleted: " + plain::reasonOf(error));
-    } catch (const std::runtime_error& error) {
-      addFailure(error.what());
-    }
-    report_.deleted = system_.removed();
+    const bool is_on_medium =
+        attempt("the backups may not be on their medium yet: ", [&] { sync(directory_); });
+    if (!is_on_medium) return;
+    const bool is_safe =
+        attempt("", [&] { requireGoodSurvivors(host_, directory_, begin_); }) && hasMedium();
+    if (!is_safe) return;
+    attempt("an old backup cannot be deleted: ", [&] { engine_.call("houseKeeping"_t, {}); });
     hasMedium();
   }
 
   const tarball::BeginProgress& begin_;
-  RunLock lock_;
+  std::optional<RunLock> lock_;
   System system_;
   native::SettingsFile settings_;
   plain::Host host_;

@@ -39,10 +39,10 @@ std::vector<std::string> jobNames();
 /// each result read to its end; then the oldest scheduled backups go, but only when every job has
 /// brought a sound backup that the receiver's restore list takes. What is none is removed again, so
 /// that it is never taken for the newest. When the medium goes away meanwhile, the run ends,
-/// nothing old goes, and what was written beneath the medium is removed. One run at a time: raises
-/// std::runtime_error while another runs, and for what keeps any backup from being made: no model,
-/// no medium, a medium that cannot be written, a clock that is behind the backups there are.
-/// `begin` hears how far the results have been read.
+/// nothing old goes, and what was written beneath the medium is removed. Whatever goes wrong is in
+/// the report; one without jobs has not begun: another run is under way, or there is no model, no
+/// medium that can be written, or a clock that is behind the backups there are. `begin` hears how
+/// far the results have been read.
 Report run(const std::vector<std::string>& jobs, const tarball::BeginProgress& begin);
 
 }  // namespace scheduled

@@ -306,9 +306,14 @@ TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
   fs::remove_all(receiver().at(kBackups));
   const std::string mounts = receiver().read("/proc/mounts");
   receiver().write("/proc/mounts", "rootfs / rootfs rw 0 0\n");
-  const Outcome not_mounted = backup();
+  const Outcome not_mounted = backup({"--json"});
   EXPECT_EQ(not_mounted.status, 1);
   EXPECT_EQ(not_mounted.errors, "stowline: the medium /media/hdd is not mounted\n");
+  EXPECT_EQ(Json::parse(not_mounted.output),
+            (Json{{"ok", false},
+                  {"failure", "the medium /media/hdd is not mounted"},
+                  {"files", Json::array()},
+                  {"deleted", Json::array()}}));
   EXPECT_FALSE(receiver().exists(kBackups));
 
   receiver().write("/proc/mounts", mounts);
@@ -317,6 +322,24 @@ TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
   const Outcome not_named = backup();
   EXPECT_EQ(not_named.status, 1);
   EXPECT_EQ(not_named.errors, "stowline: the settings name no medium\n");
+}
+
+TEST_F(AutoTest, WhatGoesWrongBesideTheJobsIsInTheReportAsTheSystemSaysIt) {
+  const Strings before = namesOnMedium();
+  receiver().replaceTool("/bin/tar", "/bin/tar.real \"$@\"; rm -r /tmp");
+  const Outcome no_room = backup({"--jobs", "settings,plugins", "--json"});
+  expectKept(no_room, "plugins: No such file or directory: '/tmp'", before);
+  const Json json = Json::parse(no_room.output);
+  EXPECT_EQ(json["failure"], "plugins: No such file or directory: '/tmp'");
+  ASSERT_EQ(json["files"].size(), 1U);
+  EXPECT_EQ(json["files"][0]["sound"], true);
+  for (const std::string& name : newNames(before)) fs::remove(receiver().at(inBackups(name)));
+
+  fs::create_directory(receiver().at("/tmp"));
+  receiver().replaceTool("/bin/tar", "ln -s \"$2\" \"$2\"");
+  expectKept(backup({"--jobs", "config"}), "cannot be examined: Too many levels of symbolic links",
+             before);
+  EXPECT_EQ(namesOnMedium(), before);
 }
 
 /// The mount table of a receiver without media.
@@ -430,11 +453,13 @@ TEST_F(AutoTest, FullOrReadOnlyMediumIsSaid) {
 
 TEST(AutoRefusals, WithoutAReceiverOneLineSaysHowToNameOne) {
   if (fs::exists("/proc/stb/info/model")) GTEST_SKIP() << "this machine is a receiver";
-  const Outcome outcome = run({kStowline, "auto"});
+  const Outcome outcome = run({kStowline, "auto", "--json"});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(linesOf(outcome.errors).size(), 1U);
   EXPECT_NE(outcome.errors.find("name a receiver tree with --receiver DIR"), std::string::npos)
       << outcome.errors;
+  EXPECT_EQ("stowline: " + Json::parse(outcome.output)["failure"].get<std::string>() + "\n",
+            outcome.errors);
 }
 
 TEST(AutoRefusals, UnknownJobIsAUsageErrorThatNamesThem) {
