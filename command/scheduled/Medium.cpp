@@ -52,11 +52,14 @@ void requireMounted(const plain::Host& host) {
 }
 
 std::string whyNotWritable(const std::string& directory) {
-  std::string path = directory + "/.stowline-XXXXXX";
-  const base::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
+  std::string path = directory + "/" + std::string(kProbeName) + "XXXXXX";
+  base::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
   if (!file) return std::strerror(errno);
+  // A run that is killed leaves no more than the name. Over some networks an open file stays.
+  const bool has_name = unlink(path.c_str()) != 0;
   std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
-  unlink(path.c_str());
+  file.reset();
+  if (has_name) unlink(path.c_str());
   return reason;
 }
 

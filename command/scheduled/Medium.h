@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "base/Descriptor.h"
 #include "host/plain/Host.h"
@@ -11,8 +12,11 @@ namespace scheduled {
 /// is a medium that is mounted, a link to one, or a directory on one.
 void requireMounted(const plain::Host& host);
 
-/// Writes a file of some size into `directory`, and removes it. Returns why it cannot be written,
-/// as strerror(3) has it, "" when it can.
+/// How the name of the file begins that whyNotWritable() writes; six letters and digits follow.
+inline constexpr std::string_view kProbeName = ".stowline-";
+
+/// Writes a file of some size into `directory`; its name goes before that. Returns why it cannot be
+/// written, as strerror(3) has it, "" when it can.
 std::string whyNotWritable(const std::string& directory);
 
 /// Waits until the file or directory `path` is on its medium, where that can be waited for, and
