@@ -13,11 +13,9 @@
 
 #include "base/Escape.h"
 #include "command/backups/Catalogue.h"
-#include "command/backups/Engine.h"
 #include "command/backups/Kind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
-#include "command/scheduled/Medium.h"
 #include "host/plain/Error.h"
 
 namespace doctor {
@@ -133,25 +131,12 @@ Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& ki
 
 }  // namespace
 
-std::vector<Check> checkBackups(const plain::Host& host, const tarball::BeginProgress& begin) {
-  try {
-    scheduled::requireMounted(host);
-  } catch (const std::exception& error) {
-    return {{"medium", State::failed, error.what()}};
-  }
-  const auto directory = backups::backupDirectory(host);
-  if (!directory) return {{"medium", State::failed, "the backup directory cannot be made"}};
-  std::vector<Check> checks;
-  const std::string reason = scheduled::whyNotWritable(*directory);
-  if (reason.empty()) {
-    checks.push_back({"medium", State::ok, *directory + " can be written"});
-  } else {
-    checks.push_back({"medium", State::failed, *directory + " cannot be written: " + reason});
-  }
-  checks.push_back(guarded("room", [&] { return checkRoom(*directory); }));
+std::vector<Check> checkBackups(const scheduled::Start& start,
+                                const tarball::BeginProgress& begin) {
+  std::vector<Check> checks = {guarded("room", [&] { return checkRoom(start.directory); })};
   try {
     const backups::Catalogue catalogue =
-        backups::readCatalogue(fs::path(*directory).parent_path(), host.model());
+        backups::readCatalogue(fs::path(start.directory).parent_path(), start.host.model());
     checks.push_back(checkClock(catalogue));
     for (const backups::Kind& kind : backups::kKinds) {
       checks.push_back(

@@ -5,10 +5,9 @@
 
 #include "command/doctor/Backups.h"
 #include "command/doctor/Tools.h"
-#include "host/native/NativeSystem.h"
+#include "command/scheduled/Preconditions.h"
 #include "host/native/SettingsFile.h"
 #include "host/plain/Error.h"
-#include "host/plain/Model.h"
 #include "plugin/src/Setup.h"
 
 namespace doctor {
@@ -26,10 +25,13 @@ const char* wordOf(State state) {
 
 namespace {
 
-Check checkModel(plain::System& os) {
-  const std::string model = plain::readModel(os);
-  if (plain::isModel(model)) return {"model", State::ok, model};
-  return {"model", State::failed, "'" + model + "' cannot be the model of a receiver"};
+Check checkPrecondition(const scheduled::Precondition& precondition, scheduled::Start& start) {
+  try {
+    return {precondition.name, State::ok, precondition.require(start)};
+  } catch (const std::exception& error) {
+    return {precondition.name, precondition.is_for_all ? State::failed : State::warning,
+            plain::reasonOf(error)};
+  }
 }
 
 }  // namespace
@@ -43,17 +45,22 @@ Check guarded(const char* name, const std::function<Check()>& check) {
 }
 
 std::vector<Check> examine(const tarball::BeginProgress& begin) {
-  native::NativeSystem os;
+  scheduled::System os;
   native::SettingsFile settings;
   plain::Host host(os, settings);
   stowline::load(host.module());
-  std::vector<Check> checks = {
-      guarded("model", [&] { return checkModel(os); }),
-      guarded("tools", [&] { return checkTools(os); }),
-      guarded("tar's exclusions", [&] { return checkExclusions(os); }),
-      guarded("package manager", [&] { return checkPackageManager(os); }),
-  };
-  for (Check& check : checkBackups(host, begin)) checks.push_back(std::move(check));
+  scheduled::Start start{.system = os, .host = host};
+  std::vector<Check> checks;
+  for (const scheduled::Precondition& precondition : scheduled::kPreconditions) {
+    checks.push_back(checkPrecondition(precondition, start));
+    if (checks.back().detail.empty()) checks.pop_back();
+    start.lock.reset();  // a run may begin meanwhile
+  }
+  checks.push_back(guarded("tools", [&] { return checkTools(os); }));
+  checks.push_back(guarded("tar's exclusions", [&] { return checkExclusions(os); }));
+  checks.push_back(guarded("package manager", [&] { return checkPackageManager(os); }));
+  if (start.directory.empty()) return checks;
+  for (Check& check : checkBackups(start, begin)) checks.push_back(std::move(check));
   return checks;
 }
 

@@ -29,8 +29,9 @@ const char* wordOf(State state);
 Check guarded(const char* name, const std::function<Check()>& check);
 
 /// Looks whether the receiver that this process is in can back itself up and be restored. Nothing
-/// stays changed but that the backup directory is made where its medium is mounted. `begin` hears
-/// how far the backups on the medium have been read.
+/// stays changed but what the beginning of a scheduled backup makes: the backup directory, where
+/// its medium is mounted, and the lock's file. `begin` hears how far the backups on the medium have
+/// been read.
 std::vector<Check> examine(const tarball::BeginProgress& begin);
 
 }  // namespace doctor

@@ -4,16 +4,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
 #include <stdexcept>
 
 #include "base/SystemError.h"
-#include "command/backups/Engine.h"
 #include "command/backups/VerifyFile.h"
 #include "command/scheduled/CapturedOutput.h"
 #include "command/scheduled/Medium.h"
 #include "command/scheduled/PackageManager.h"
-#include "command/scheduled/RunLock.h"
+#include "command/scheduled/Preconditions.h"
 #include "command/scheduled/System.h"
 #include "command/scheduled/Trust.h"
 #include "host/native/SettingsFile.h"
@@ -62,33 +60,16 @@ class Run {
 
   /// Raises std::exception for what keeps any backup from being made.
   void start() {
-    lock_.emplace();
     // What the engine logs is in the report instead.
     host_.bind("print", [](host::Arguments) { return host::Object(); });
     stowline::load(host_.module());
-    requireMounted(host_);
-    const auto directory = backups::backupDirectory(host_);
-    if (!directory) {
-      throw std::runtime_error("there is no backup directory: " + system_.whyNotMade());
-    }
-    directory_ = *directory;
-    held_.emplace(directory_);
-    system_.removeOnlyFrom(*held_);
-    requireWritable();
-    engine_ = host_.module()["BackupActions"_t]({"auto"_t});
-    requireNewestStamp(host_, directory_, plain::textOf(engine_["executiontime"_t]));
-  }
-
-  void requireWritable() const {
-    const std::string reason = whyNotWritable(directory_);
-    if (!reason.empty()) {
-      throw std::runtime_error("cannot write to " + directory_ + ": " + reason);
-    }
+    for (const Precondition& precondition : kPreconditions) precondition.require(start_);
+    system_.removeOnlyFrom(*start_.held);
   }
 
   /// Returns why the medium is not there any more, "" when it is. One that was away stays so.
   const std::string& whyGone() {
-    if (gone_.empty()) gone_ = held_->whyGone(host_);
+    if (gone_.empty()) gone_ = start_.held->whyGone(host_);
     return gone_;
   }
 
@@ -101,7 +82,7 @@ class Run {
   void carryOut(const Kind& kind) {
     JobReport report{.job = kind.job, .written = {}};
     const auto [printed, has_user_files] = runEngine(kind);
-    const std::string file = plain::textOf(engine_.get(kind.file));
+    const std::string file = plain::textOf(start_.engine.get(kind.file));
     report.written.push_back(examine(file, kind, printed));
     if (has_user_files) {
       report.written.push_back(
@@ -122,8 +103,8 @@ class Run {
     const CapturedOutput output;
     Done done;
     attempt(std::string(kind.job) + ": ", [&] {
-      engine_.call(kind.operation, {});
-      done.has_user_files = !kind.companions.empty() && stowline::userFiles(engine_).isTrue();
+      start_.engine.call(kind.operation, {});
+      done.has_user_files = !kind.companions.empty() && stowline::userFiles(start_.engine).isTrue();
       done.printed = output.lastLine();
     });
     return done;
@@ -175,7 +156,7 @@ class Run {
   /// Takes note of why the job has failed, and takes away what it wrote unless that is but odd.
   void fail(const JobReport& report) {
     const std::string& gone = whyGone();
-    const std::string medium = gone.empty() ? whyNotWritable(directory_) : "";
+    const std::string medium = gone.empty() ? whyNotWritable(start_.directory) : "";
     const bool is_odd = std::ranges::all_of(report.written, [](const Written& written) {
       return written.error.empty() || written.is_odd;
     });
@@ -185,10 +166,11 @@ class Run {
       }
       if (!is_odd) takeBack(written.file);
     }
-    if (!medium.empty()) addFailure(directory_ + ": " + medium);
+    if (!medium.empty()) addFailure(start_.directory + ": " + medium);
     if (gone.empty()) return;
     addFailure(report.job + ": " + gone);
-    rmdir(directory_.c_str());  // where the engine has made it beneath the medium, it is empty now
+    rmdir(start_.directory
+              .c_str());  // where the engine has made it beneath the medium, it is empty now
   }
 
   void takeBack(const std::string& file) {
@@ -207,24 +189,21 @@ class Run {
 
   void keepHouse() {
     const bool is_on_medium =
-        attempt("the backups may not be on their medium yet: ", [&] { sync(directory_); });
+        attempt("the backups may not be on their medium yet: ", [&] { sync(start_.directory); });
     if (!is_on_medium) return;
     const bool is_safe =
-        attempt("", [&] { requireGoodSurvivors(host_, directory_, begin_); }) && hasMedium();
+        attempt("", [&] { requireGoodSurvivors(host_, start_.directory, begin_); }) && hasMedium();
     if (!is_safe) return;
-    attempt("an old backup cannot be deleted: ", [&] { engine_.call("houseKeeping"_t, {}); });
+    attempt("an old backup cannot be deleted: ", [&] { start_.engine.call("houseKeeping"_t, {}); });
     hasMedium();
   }
 
   const tarball::BeginProgress& begin_;
-  std::optional<RunLock> lock_;
   System system_;
   native::SettingsFile settings_;
   plain::Host host_;
-  std::string directory_;
-  std::optional<HeldDirectory> held_;
+  Start start_{.system = system_, .host = host_};
   std::string gone_;
-  host::Object engine_;
   Report report_;
 };
 

@@ -13,7 +13,6 @@
 #include "command/backups/VerifyFile.h"
 #include "host/dryrun/Host.h"
 #include "host/native/SettingsFile.h"
-#include "host/plain/Model.h"
 #include "plugin/src/Listing.h"
 #include "plugin/src/Setup.h"
 
@@ -35,25 +34,6 @@ std::set<std::string> outdated(const plain::Host& host) {
 }
 
 }  // namespace
-
-void requireNewestStamp(const plain::Host& host, const std::string& directory,
-                        const std::string& engine_stamp) {
-  const std::string model = host.model();
-  if (!plain::isModel(model)) {
-    throw std::runtime_error("'" + model + "' cannot be the model of a receiver");
-  }
-  const std::string own = backups::parseSetName("settings_" + engine_stamp + ".tar.gz")
-                              .value_or(backups::SetName{})
-                              .time;
-  for (const std::string& name : host.system().listdir(directory)) {
-    const auto said = backups::parseSetName(name);
-    if (!said || !said->is_scheduled || said->model != model || said->time < own) continue;
-    if (said->time == own) {
-      throw std::runtime_error("there is a scheduled backup of this minute already: " + name);
-    }
-    throw std::runtime_error("the clock, " + own + ", is behind a scheduled backup: " + name);
-  }
-}
 
 bool isRestorable(const plain::Host& host, const std::string& path, const Kind& kind) {
   const std::string name = path.substr(path.rfind('/') + 1);

@@ -9,12 +9,6 @@
 
 namespace scheduled {
 
-/// Raises std::runtime_error, in one line, when the receiver's model cannot be a part of names, or
-/// when the backup directory has a scheduled backup whose stamp is that of `engine_stamp` or later:
-/// it would be replaced, or be taken for the newer one.
-void requireNewestStamp(const plain::Host& host, const std::string& directory,
-                        const std::string& engine_stamp);
-
 /// Whether the receiver's restore list takes the file `path` of the backup directory. `kind` is one
 /// of the kinds that have a list. Raises base::SystemError when its size cannot be told.
 bool isRestorable(const plain::Host& host, const std::string& path, const backups::Kind& kind);

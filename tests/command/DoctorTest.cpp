@@ -1,9 +1,13 @@
+#include <fcntl.h>
+#include <sys/file.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "base/Descriptor.h"
 #include "tests/support/command/DeskTest.h"
 #include "tests/support/command/Namespace.h"
 
@@ -47,9 +51,9 @@ TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYetAndNothingStaysBehind) {
     EXPECT_TRUE(finding.starts_with(has_none ? "warning: there is none" : "ok: "))
         << name << " " << finding;
   }
-  EXPECT_EQ(names,
-            (Strings{"clock", "last good configuration", "last good plugins", "last good settings",
-                     "medium", "model", "package manager", "room", "tar's exclusions", "tools"}));
+  EXPECT_EQ(names, (Strings{"clock", "last good configuration", "last good plugins",
+                            "last good settings", "medium", "model", "other runs",
+                            "package manager", "room", "tar's exclusions", "time stamp", "tools"}));
   EXPECT_EQ(found.at("model"), "ok: solo2");
 
   const Outcome table = examine({"--quiet"});
@@ -59,7 +63,21 @@ TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYetAndNothingStaysBehind) {
             "last good settings       warning  there is none\n"
             "last good configuration  warning  there is none\n"
             "last good plugins        warning  there is none\n");
-  EXPECT_EQ(receiver().content(), before);
+  EXPECT_EQ(changes(before, receiver().content()), (Strings{"+ var/run/stowline-auto.lock"}));
+}
+
+TEST_F(DoctorTest, WhateverRefusesAScheduledBackupIsAWarning) {
+  const std::string lock = receiver().at("/var/run/stowline-auto.lock");
+  writeFile(lock, "");
+  const base::Descriptor file(open(lock.c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(flock(file.number(), LOCK_EX | LOCK_NB), 0);
+  const std::string future = "settings_29980301_07-04_solo2.auto.tar.gz";
+  receiver().write(inBackups(future), "future");
+  const auto found = findings();
+  EXPECT_EQ(found.at("other runs"), "warning: another scheduled backup is running");
+  const std::string stamp = found.at("time stamp");
+  EXPECT_TRUE(stamp.starts_with("warning: the clock, 2")) << stamp;
+  EXPECT_TRUE(stamp.ends_with(", is behind a scheduled backup: " + future)) << stamp;
 }
 
 TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
@@ -123,7 +141,7 @@ TEST_F(DoctorTest, MediumThatIsNotMountedTooSmallOrReadOnlyIsSaid) {
   receiver().write("/proc/mounts", "rootfs / rootfs rw 0 0\n");
   const auto not_mounted = findings();
   EXPECT_EQ(not_mounted.at("medium"), "failed: the medium /media/hdd is not mounted");
-  EXPECT_EQ(not_mounted.size(), 5U) << "nothing else can be said of it";
+  EXPECT_EQ(not_mounted.size(), 6U) << "nothing else can be said of it";
 
   const fs::path usb = receiver().at("/media/usb");
   if (const auto reason = whyNoMounts(usb)) GTEST_SKIP() << *reason;
@@ -135,7 +153,7 @@ TEST_F(DoctorTest, MediumThatIsNotMountedTooSmallOrReadOnlyIsSaid) {
   fs::create_directories(usb / "qor-stowline");
   const auto read_only = findings(inMountNamespace(mountReadOnly(usb)));
   EXPECT_EQ(read_only.at("medium"),
-            "failed: /media/usb/qor-stowline cannot be written: Read-only file system");
+            "failed: cannot write to /media/usb/qor-stowline: Read-only file system");
 }
 
 }  // namespace
