@@ -16,6 +16,7 @@
 #include "command/backups/Kind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
+#include "command/scheduled/Remains.h"
 #include "host/plain/Error.h"
 
 namespace doctor {
@@ -113,27 +114,49 @@ std::string ageText(const backups::BackupSet& set) {
   return ", " + std::to_string(*days) + (*days == 1 ? " day old" : " days old");
 }
 
+/// Returns the first names for people, and how many more there are.
+std::string namesText(const std::vector<std::string>& names) {
+  constexpr std::size_t kMost = 3;
+  std::string text;
+  for (std::size_t at = 0; at < std::min(names.size(), kMost); ++at) {
+    text += (at == 0 ? "" : ", ") + base::escapeControls(names[at]);
+  }
+  if (names.size() > kMost) text += " and " + std::to_string(names.size() - kMost) + " more";
+  return text;
+}
+
 /// Looks for the newest backup of a kind that can be restored here and is sound.
 Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& kind,
                     const tarball::BeginProgress& begin) {
-  std::string unsound;
+  std::vector<std::string> unsound;
+  std::string good = "there is none";
   for (const backups::BackupSet& set : catalogue.sets) {
     if (set.kind != &kind || set.restore != backups::Restore::yes) continue;
-    const std::string name = base::escapeControls(set.file.name);
-    if (backups::isSoundWithCompanions(catalogue.directory + "/" + set.file.name, kind, begin)) {
-      return {kind.last_good, unsound.empty() ? State::ok : State::warning,
-              name + ageText(set) + unsound};
+    const std::string& name = set.file.name;
+    if (backups::isSoundWithCompanions(catalogue.directory + "/" + name, kind, begin)) {
+      good = base::escapeControls(name) + ageText(set);
+      if (unsound.empty()) return {kind.last_good, State::ok, good};
+      break;
     }
-    if (unsound.empty()) unsound = "; not sound is the newer " + name;
+    unsound.push_back(name);
   }
-  return {kind.last_good, State::warning, "there is none" + unsound};
+  if (!unsound.empty()) good += "; newer and not sound: " + namesText(unsound);
+  return {kind.last_good, State::warning, good};
+}
+
+Check checkRemains(const scheduled::Start& start) {
+  const std::vector<std::string> names = scheduled::remains(start);
+  if (names.empty()) return {"remains", State::ok, "none"};
+  return {"remains", State::warning,
+          namesText(names) + ", of runs that were broken off: the next one removes them"};
 }
 
 }  // namespace
 
 std::vector<Check> checkBackups(const scheduled::Start& start,
                                 const tarball::BeginProgress& begin) {
-  std::vector<Check> checks = {guarded("room", [&] { return checkRoom(start.directory); })};
+  std::vector<Check> checks = {guarded("room", [&] { return checkRoom(start.directory); }),
+                               guarded("remains", [&] { return checkRemains(start); })};
   try {
     const backups::Catalogue catalogue =
         backups::readCatalogue(fs::path(start.directory).parent_path(), start.host.model());

@@ -12,6 +12,7 @@
 #include "command/scheduled/Medium.h"
 #include "command/scheduled/PackageManager.h"
 #include "command/scheduled/Preconditions.h"
+#include "command/scheduled/Remains.h"
 #include "command/scheduled/System.h"
 #include "command/scheduled/Trust.h"
 #include "host/native/SettingsFile.h"
@@ -195,6 +196,11 @@ class Run {
         attempt("", [&] { requireGoodSurvivors(host_, start_.directory, begin_); }) && hasMedium();
     if (!is_safe) return;
     attempt("an old backup cannot be deleted: ", [&] { start_.engine.call("houseKeeping"_t, {}); });
+    attempt("what a killed run has left cannot be deleted: ", [&] {
+      for (const std::string& name : remains(start_)) {
+        system_.remove(start_.directory + "/" + name);
+      }
+    });
     hasMedium();
   }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <filesystem>
 #include <iterator>
@@ -389,6 +390,63 @@ TEST_F(AutoTest, WhatIsWrittenBeneathAMediumThatIsUnmountedIsRemovedAgain) {
             "stowline: nothing old was deleted: config: the medium went away: "
             "/media/usb/qor-stowline is on another device than before");
   EXPECT_EQ(namesIn(usb), Strings{});
+}
+
+TEST_F(AutoTest, PartOfABackupThatAKilledRunLeavesIsNamedAndHindersNoRun) {
+  const Strings before = namesOnMedium();
+  receiver().replaceTool(
+      "/bin/tar",
+      "/bin/tar.real \"$@\"; head -c 12000 \"$2\" > /tmp/cut; cat /tmp/cut > \"$2\"; > /tmp/go; "
+      "sleep 100");
+  const std::string go = receiver().at("/tmp/go");
+  const std::string kill_it = "\"$@\" & run=$!; for i in $(seq 1000); do [ ! -e " + go +
+                              " ] || break; sleep 0.01; done; kill -9 $run; wait $run";
+  EXPECT_EQ(backup({}, {"sh", "-c", kill_it, "sh"}).status, 128 + SIGKILL);
+  receiver().waitForProcesses();
+  const Strings part = newNames(before);
+  ASSERT_EQ(part.size(), 1U);
+  fs::rename(receiver().at("/bin/tar.real"), receiver().at("/bin/tar"));
+  EXPECT_NE(
+      receiver().runHere("doctor").output.find("there is none; newer and not sound: " + part[0]),
+      std::string::npos);
+
+  const std::string old = "settings_20240305_07-04_solo2.auto.tar.gz";
+  receiver().renameBackup(part[0], old);
+  const Outcome outcome = backup();
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_TRUE(receiver().exists(inBackups(old)));
+}
+
+TEST_F(AutoTest, WhatNobodyCanUseOfAKilledRunIsNamedAndGoesWithTheNextThatIsWell) {
+  const std::string own = "configuration_ver_c_20240301_07-04_solo2.auto.tar.gz";
+  const Strings useless = {".stowline-aB3xYz", own + "_atile_hd", own + "_user_files"};
+  const Strings others = {".stowline-notes.txt",
+                          ".stowline-aB3xY/directory",
+                          ".stowline-dIr3ct/directory",
+                          "configuration_ver_c_20240301_07-04_duo2.auto.tar.gz_user_files",
+                          "configuration_ver_c_20240301_07-04_solo2.tar.gz_user_files",
+                          "configuration_ver_c_20240302_07-04_solo2.auto.tar.gz",
+                          "configuration_ver_c_20240302_07-04_solo2.auto.tar.gz_user_files"};
+  for (const Strings& names : {useless, others}) {
+    for (const std::string& name : names) receiver().write(inBackups(name), "");
+  }
+  const Strings before = namesOnMedium();
+  EXPECT_NE(receiver().runHere("doctor").output.find(
+                useless[0] + ", " + useless[1] + ", " + useless[2] +
+                ", of runs that were broken off: the next one removes them\n"),
+            std::string::npos);
+  receiver().replaceTool("/bin/tar", "exit 1");
+  expectKept(backup({"--jobs", "settings"}), "was not written", before);
+
+  fs::rename(receiver().at("/bin/tar.real"), receiver().at("/bin/tar"));
+  const Outcome outcome = backup({"--jobs", "settings", "--json"});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  Strings deleted;
+  for (const std::string& name : useless) deleted.push_back(inBackups(name));
+  EXPECT_EQ(Json::parse(outcome.output)["deleted"], Json(deleted));
+  const Strings after = namesOnMedium();
+  EXPECT_EQ(after.size(), before.size() + 1 - useless.size());
+  for (const std::string& name : others) EXPECT_TRUE(receiver().exists(inBackups(name))) << name;
 }
 
 TEST_F(AutoTest, LinkToAMediumAndDirectoryOnOneTakeTheJobsThatAreAskedFor) {

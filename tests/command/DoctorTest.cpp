@@ -51,9 +51,10 @@ TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYetAndNothingStaysBehind) {
     EXPECT_TRUE(finding.starts_with(has_none ? "warning: there is none" : "ok: "))
         << name << " " << finding;
   }
-  EXPECT_EQ(names, (Strings{"clock", "last good configuration", "last good plugins",
-                            "last good settings", "medium", "model", "other runs",
-                            "package manager", "room", "tar's exclusions", "time stamp", "tools"}));
+  EXPECT_EQ(names,
+            (Strings{"clock", "last good configuration", "last good plugins", "last good settings",
+                     "medium", "model", "other runs", "package manager", "remains", "room",
+                     "tar's exclusions", "time stamp", "tools"}));
   EXPECT_EQ(found.at("model"), "ok: solo2");
 
   const Outcome table = examine({"--quiet"});
@@ -90,7 +91,7 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
   const std::string settings = found.at("last good settings");
   EXPECT_TRUE(settings.starts_with("warning: settings_20240305_07-04_solo2.tar.gz, ")) << settings;
   EXPECT_TRUE(
-      settings.ends_with(" days old; not sound is the newer settings_20240306_07-04_solo2.tar.gz"))
+      settings.ends_with(" days old; newer and not sound: settings_20240306_07-04_solo2.tar.gz"))
       << settings;
   EXPECT_EQ(found.at("last good plugins"),
             "ok: " + receiver().backup("pluginlist", ".lst") + ", less than a day old");
@@ -99,7 +100,7 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
 
   receiver().write(inBackups(configuration + "_user_files"), "damaged");
   EXPECT_EQ(findings().at("last good configuration"),
-            "warning: there is none; not sound is the newer " + configuration);
+            "warning: there is none; newer and not sound: " + configuration);
 }
 
 TEST_F(DoctorTest, OddEntriesDoNotEndTheExaminationAndOneFromTheFutureMeansAWrongClock) {

@@ -1,0 +1,57 @@
+#include "command/scheduled/Remains.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+
+#include "command/backups/Kind.h"
+#include "command/backups/SetName.h"
+#include "command/scheduled/Medium.h"
+#include "plugin/src/Places.h"
+
+namespace scheduled {
+namespace {
+
+/// Whether mkostemp(3) has made `name` for a probe.
+bool isProbe(const std::string& name) {
+  constexpr std::size_t kRandomCharacters = 6;
+  constexpr std::string_view kAlphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+  return name.starts_with(kProbeName) && name.size() == kProbeName.size() + kRandomCharacters &&
+         name.find_first_not_of(kAlphabet, kProbeName.size()) == std::string::npos;
+}
+
+/// Returns the name of the archive that `name` would lie beside, "" for none.
+std::string archiveOf(const std::string& name) {
+  for (const std::string_view ending : stowline::kCompanions) {
+    if (name.ends_with(ending)) return name.substr(0, name.size() - ending.size());
+  }
+  return "";
+}
+
+}  // namespace
+
+std::vector<std::string> remains(const Start& start) {
+  std::vector<std::string> names = start.system.listdir(start.directory);
+  std::ranges::sort(names);
+  const std::string model = start.host.model();
+  const auto is_useless = [&](const std::string& name) {
+    if (isProbe(name)) return true;
+    const std::string archive = archiveOf(name);
+    const auto said = backups::parseSetName(archive);
+    return said && said->is_scheduled && said->model == model && said->time < start.stamp &&
+           !std::ranges::binary_search(names, archive) &&
+           &backups::kindOf(name) == &backups::kUserFiles;
+  };
+  std::vector<std::string> found;
+  for (const std::string& name : names) {
+    std::error_code ignored;
+    if (is_useless(name) && std::filesystem::is_regular_file(std::filesystem::symlink_status(
+                                start.directory + "/" + name, ignored))) {
+      found.push_back(name);
+    }
+  }
+  return found;
+}
+
+}  // namespace scheduled
