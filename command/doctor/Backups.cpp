@@ -16,6 +16,7 @@
 #include "command/backups/Kind.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
+#include "command/scheduled/PackageManager.h"
 #include "command/scheduled/Remains.h"
 #include "host/plain/Error.h"
 
@@ -125,22 +126,24 @@ std::string namesText(const std::vector<std::string>& names) {
   return text;
 }
 
-/// Looks for the newest backup of a kind that can be restored here and is sound.
-Check checkLastGood(const backups::Catalogue& catalogue, const backups::Kind& kind,
-                    const tarball::BeginProgress& begin) {
-  std::vector<std::string> unsound;
+/// Looks for the newest backup of a kind that can be restored here, is sound and not empty, but for
+/// a list of plugins where none is installed.
+Check checkLastGood(const scheduled::Start& start, const backups::Catalogue& catalogue,
+                    const backups::Kind& kind, const tarball::BeginProgress& begin) {
+  std::vector<std::string> bad;
   std::string good = "there is none";
   for (const backups::BackupSet& set : catalogue.sets) {
     if (set.kind != &kind || set.restore != backups::Restore::yes) continue;
     const std::string& name = set.file.name;
-    if (backups::isSoundWithCompanions(catalogue.directory + "/" + name, kind, begin)) {
+    if ((set.file.size > 0 || scheduled::hasNoPlugins(start.system)) &&
+        backups::isSoundWithCompanions(catalogue.directory + "/" + name, kind, begin)) {
       good = base::escapeControls(name) + ageText(set);
-      if (unsound.empty()) return {kind.last_good, State::ok, good};
+      if (bad.empty()) return {kind.last_good, State::ok, good};
       break;
     }
-    unsound.push_back(name);
+    bad.push_back(name);
   }
-  if (!unsound.empty()) good += "; newer and not sound: " + namesText(unsound);
+  if (!bad.empty()) good += "; newer and not good: " + namesText(bad);
   return {kind.last_good, State::warning, good};
 }
 
@@ -163,7 +166,7 @@ std::vector<Check> checkBackups(const scheduled::Start& start,
     checks.push_back(checkClock(catalogue));
     for (const backups::Kind& kind : backups::kKinds) {
       checks.push_back(
-          guarded(kind.last_good, [&] { return checkLastGood(catalogue, kind, begin); }));
+          guarded(kind.last_good, [&] { return checkLastGood(start, catalogue, kind, begin); }));
     }
   } catch (const std::runtime_error& error) {
     checks.push_back({"backups", State::failed, plain::reasonOf(error)});

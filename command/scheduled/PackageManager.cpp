@@ -4,6 +4,13 @@
 #include "plugin/src/Packages.h"
 
 namespace scheduled {
+namespace {
+
+std::vector<std::string> installedPlugins(plain::System& os) {
+  return os.popen(std::string(stowline::kInstalledPlugins.characters()));
+}
+
+}  // namespace
 
 std::string whyNoPackages(plain::System& os) {
   const CapturedOutput output;
@@ -12,13 +19,16 @@ std::string whyNoPackages(plain::System& os) {
   return "opkg does not answer" + (said.empty() ? "" : ": " + said);
 }
 
+bool hasNoPlugins(plain::System& os) {
+  return whyNoPackages(os).empty() && installedPlugins(os).empty();
+}
+
 std::string whyNotComplete(plain::System& os, const std::string& list) {
   std::string reason = whyNoPackages(os);
   if (!reason.empty()) return reason;
   const CapturedOutput output;
-  const bool is_complete =
-      os.open(list) == os.popen(std::string(stowline::kInstalledPlugins.characters()));
-  return is_complete ? "" : "it does not name the plugins that are installed";
+  return os.open(list) == installedPlugins(os) ? ""
+                                               : "it does not name the plugins that are installed";
 }
 
 }  // namespace scheduled

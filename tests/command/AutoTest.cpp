@@ -407,7 +407,7 @@ TEST_F(AutoTest, PartOfABackupThatAKilledRunLeavesIsNamedAndHindersNoRun) {
   ASSERT_EQ(part.size(), 1U);
   fs::rename(receiver().at("/bin/tar.real"), receiver().at("/bin/tar"));
   EXPECT_NE(
-      receiver().runHere("doctor").output.find("there is none; newer and not sound: " + part[0]),
+      receiver().runHere("doctor").output.find("there is none; newer and not good: " + part[0]),
       std::string::npos);
 
   const std::string old = "settings_20240305_07-04_solo2.auto.tar.gz";

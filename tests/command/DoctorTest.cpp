@@ -91,7 +91,7 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
   const std::string settings = found.at("last good settings");
   EXPECT_TRUE(settings.starts_with("warning: settings_20240305_07-04_solo2.tar.gz, ")) << settings;
   EXPECT_TRUE(
-      settings.ends_with(" days old; newer and not sound: settings_20240306_07-04_solo2.tar.gz"))
+      settings.ends_with(" days old; newer and not good: settings_20240306_07-04_solo2.tar.gz"))
       << settings;
   EXPECT_EQ(found.at("last good plugins"),
             "ok: " + receiver().backup("pluginlist", ".lst") + ", less than a day old");
@@ -100,7 +100,18 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
 
   receiver().write(inBackups(configuration + "_user_files"), "damaged");
   EXPECT_EQ(findings().at("last good configuration"),
-            "warning: there is none; newer and not sound: " + configuration);
+            "warning: there is none; newer and not good: " + configuration);
+}
+
+TEST_F(DoctorTest, EmptyListIsGoodOnlyWhereNoPluginIsInstalled) {
+  const std::string list = "pluginlist_20240305_07-04_solo2.lst";
+  receiver().write(inBackups(list), "");
+  const std::string not_good = "warning: there is none; newer and not good: " + list;
+  EXPECT_EQ(findings().at("last good plugins"), not_good);
+  receiver().replaceTool("/usr/bin/opkg", "exit 255");
+  EXPECT_EQ(findings().at("last good plugins"), not_good) << "it cannot be told";
+  receiver().replaceTool("/usr/bin/opkg", "echo 'base-files - 3.0'");
+  EXPECT_TRUE(findings().at("last good plugins").starts_with("ok: " + list));
 }
 
 TEST_F(DoctorTest, OddEntriesDoNotEndTheExaminationAndOneFromTheFutureMeansAWrongClock) {
