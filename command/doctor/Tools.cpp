@@ -17,12 +17,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What the module's commands run, by name.
-constexpr const char* kTools[] = {"sh", "tar",   "opkg",  "grep", "cut",     "cat",  "mv",
-                                  "rm", "mkdir", "chmod", "ln",   "killall", "sync", "sleep"};
-
-/// What it runs by path.
-constexpr const char* kScripts[] = {"/etc/init.d/networking", "/etc/init.d/current_cam.sh"};
+/// What the module's commands run, with what runs them and what tar runs.
+constexpr const char* kPrograms[] = {"sh",
+                                     "tar",
+                                     "gzip",
+                                     "opkg",
+                                     "grep",
+                                     "cut",
+                                     "cat",
+                                     "mv",
+                                     "rm",
+                                     "mkdir",
+                                     "chmod",
+                                     "ln",
+                                     "echo",
+                                     "sleep",
+                                     "[",
+                                     "killall",
+                                     "/bin/sync",
+                                     "/etc/init.d/networking",
+                                     "/etc/init.d/current_cam.sh"};
 
 /// A directory that goes with all that is in it.
 class Scratch {
@@ -56,11 +70,10 @@ std::set<std::string> membersOf(const std::string& archive) {
 
 Check checkTools(plain::System& os) {
   std::string missing;
-  for (const char* tool : kTools) {
-    if (os.popen(std::string("command -v ") + tool).empty()) missing += std::string(" ") + tool;
-  }
-  for (const char* script : kScripts) {
-    if (!os.exists(script)) missing += std::string(" ") + script;
+  for (const char* program : kPrograms) {
+    if (os.popen(std::string("command -v ") + program).empty()) {
+      missing += std::string(" ") + program;
+    }
   }
   if (missing.empty()) return {"tools", State::ok, "all there"};
   return {"tools", State::failed, "missing:" + missing};
