@@ -5,6 +5,7 @@
 
 #include "command/doctor/Backups.h"
 #include "command/doctor/Tools.h"
+#include "command/doctor/Trial.h"
 #include "command/scheduled/Preconditions.h"
 #include "host/native/SettingsFile.h"
 #include "host/plain/Error.h"
@@ -57,7 +58,7 @@ std::vector<Check> examine(const tarball::BeginProgress& begin) {
     start.lock.reset();  // a run may begin meanwhile
   }
   checks.push_back(guarded("tools", [&] { return checkTools(os); }));
-  checks.push_back(guarded("tar's exclusions", [&] { return checkExclusions(os); }));
+  checks.push_back(guarded("tar", [&] { return checkArchiving(os); }));
   checks.push_back(guarded("package manager", [&] { return checkPackageManager(os); }));
   if (start.directory.empty()) return checks;
   for (Check& check : checkBackups(start, begin)) checks.push_back(std::move(check));

@@ -8,10 +8,6 @@ namespace doctor {
 /// Whether the programs and scripts are there that backups and restores run.
 Check checkTools(plain::System& os);
 
-/// Whether tar leaves out what is named by an exclusion after the file list, tried on files of its
-/// own.
-Check checkExclusions(plain::System& os);
-
 /// Whether the package manager answers.
 Check checkPackageManager(plain::System& os);
 

@@ -51,10 +51,9 @@ TEST_F(DoctorTest, ReceiverThatIsWellHasNoBackupYetAndNothingStaysBehind) {
     EXPECT_TRUE(finding.starts_with(has_none ? "warning: there is none" : "ok: "))
         << name << " " << finding;
   }
-  EXPECT_EQ(names,
-            (Strings{"clock", "last good configuration", "last good plugins", "last good settings",
-                     "medium", "model", "other runs", "package manager", "remains", "room",
-                     "tar's exclusions", "time stamp", "tools"}));
+  EXPECT_EQ(names, (Strings{"clock", "last good configuration", "last good plugins",
+                            "last good settings", "medium", "model", "other runs",
+                            "package manager", "remains", "room", "tar", "time stamp", "tools"}));
   EXPECT_EQ(found.at("model"), "ok: solo2");
 
   const Outcome table = examine({"--quiet"});
@@ -134,9 +133,9 @@ TEST_F(DoctorTest, ModelAndToolsThatDoNotServeAreNamed) {
       "esac; shift; done; exec /bin/tar.real $args");
   const auto odd = findings();
   EXPECT_EQ(odd.at("model"), "failed: 'box;reboot' cannot be the model of a receiver");
-  EXPECT_EQ(odd.at("tar's exclusions"),
-            "warning: not honoured after the file list: configuration backups will hold channel "
-            "data and keys");
+  EXPECT_EQ(odd.at("tar"),
+            "warning: exclusions after the file list are not honoured: configuration backups will "
+            "hold channel data and keys");
 
   receiver().replaceTool("/bin/tar", "exit 1");
   receiver().replaceTool("/usr/bin/opkg", "echo 'cannot lock' >&2; exit 255");
@@ -145,7 +144,36 @@ TEST_F(DoctorTest, ModelAndToolsThatDoNotServeAreNamed) {
   const auto broken = findings();
   EXPECT_EQ(broken.at("tools"), "failed: missing: grep /etc/init.d/networking");
   EXPECT_EQ(broken.at("package manager"), "failed: opkg does not answer: cannot lock");
-  EXPECT_TRUE(broken.at("tar's exclusions").starts_with("failed: "));
+}
+
+TEST_F(DoctorTest, TarThatDoesNotBringBackWhatWasThereIsSaidWithTheDifference) {
+  const struct {
+    const char* tar;  ///< how its script goes on when it unpacks, in the directory
+    const char* finding;
+  } kCases[] = {
+      {"echo broken >&2; exit 1",
+       "below was directory of mode 755 and comes back as nothing (broken)"},
+      {"$real; chmod 700 below/script",
+       "below/script was file of mode 755, link count 1, 'below/script' and comes back as file of "
+       "mode 700, link count 1, 'below/script'"},
+      {"$real; rm link; cp below/script link",
+       "link was link to below/script and comes back as file of mode 755, link count 1, "
+       "'below/script'"},
+      {"$real; cp private copy; mv copy second_name",
+       "private was file of mode 600, link count 2, 'private' and comes back as file of mode 600, "
+       "link count 1, 'private'"},
+      {"$real; > more", "more was nothing and comes back as file of mode 644, link count 1, ''"},
+  };
+  for (const auto& [tar, finding] : kCases) {
+    receiver().replaceTool(
+        "/bin/tar", std::string("[ $1 = -xzf ] || exec /bin/tar.real \"$@\"\n"
+                                "real=\"/bin/tar.real $1 $2 -C $4\"\n"
+                                "mkdir -p $4/${4%/unpacked}/files; cd $4/${4%/unpacked}/files\n") +
+                        tar);
+    EXPECT_EQ(findings().at("tar"), std::string("failed: ") + finding);
+  }
+  receiver().replaceTool("/bin/gzip", "exit 1");
+  EXPECT_TRUE(findings().at("tar").starts_with("failed: below was directory"));
 }
 
 TEST_F(DoctorTest, MediumThatIsNotMountedTooSmallOrReadOnlyIsSaid) {
