@@ -28,6 +28,9 @@ namespace fs = std::filesystem;
 /// A clock before this has not been set: the component is no older.
 constexpr int kFirstYear = 2026;
 
+/// How many files the next backup has at most: one of each kind, and the user files.
+constexpr std::uint64_t kMostFiles = backups::kKinds.size() + 1;
+
 /// Returns how many bytes there are in what `path` names and below it. What cannot be read has
 /// none.
 std::uint64_t sizeBelow(const fs::path& path) {
@@ -71,9 +74,13 @@ Check checkRoom(const std::string& directory) {
   }
   const std::uint64_t room = std::uint64_t{status.f_bavail} * status.f_frsize;
   const std::uint64_t needed = sizeOfNextBackup();
-  const std::string text =
-      sizeText(room) + " free, the next backup takes at most " + sizeText(needed);
-  return {"room", room >= needed ? State::ok : State::warning, text};
+  const bool has_inodes = status.f_files > 0;  // some file systems make them as they go
+  const bool is_enough = room >= needed && (!has_inodes || status.f_favail >= kMostFiles);
+  const std::string text = sizeText(room) +
+                           (has_inodes ? " and " + output::counted(status.f_favail, "file") : "") +
+                           " free, the next backup takes at most " + sizeText(needed) + " and " +
+                           output::counted(kMostFiles, "file");
+  return {"room", is_enough ? State::ok : State::warning, text};
 }
 
 /// Returns the local time as a backup's name has it, "2024-03-05 07:04".

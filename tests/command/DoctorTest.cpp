@@ -190,6 +190,10 @@ TEST_F(DoctorTest, MediumThatIsNotMountedTooSmallOrReadOnlyIsSaid) {
                    "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
   const auto small = findings(inMountNamespace(mountSmall(usb, "size=100k")));
   EXPECT_TRUE(small.at("room").starts_with("warning: ")) << small.at("room");
+  const std::string few =
+      findings(inMountNamespace(mountSmall(usb, "size=64m,nr_inodes=5"))).at("room");
+  EXPECT_TRUE(few.starts_with("warning: 64.0 MiB and 3 files free, ")) << few;
+  EXPECT_TRUE(few.ends_with(" and 4 files")) << few;
   fs::create_directories(usb / "qor-stowline");
   const auto read_only = findings(inMountNamespace(mountReadOnly(usb)));
   EXPECT_EQ(read_only.at("medium"),
