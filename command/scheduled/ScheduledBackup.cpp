@@ -192,9 +192,14 @@ class Run {
     const bool is_on_medium =
         attempt("the backups may not be on their medium yet: ", [&] { sync(start_.directory); });
     if (!is_on_medium) return;
+    std::vector<std::string> unknown;
     const bool is_safe =
-        attempt("", [&] { requireGoodSurvivors(host_, start_.directory, begin_); }) && hasMedium();
+        attempt("", [&] { unknown = requireGoodSurvivors(start_, begin_); }) && hasMedium();
     if (!is_safe) return;
+    if (!unknown.empty()) {
+      addFailure(std::to_string(unknown.size()) +
+                 " of the scheduled backups cannot be looked at: " + unknown.front());
+    }
     attempt("an old backup cannot be deleted: ", [&] { start_.engine.call("houseKeeping"_t, {}); });
     attempt("what a killed run has left cannot be deleted: ", [&] {
       for (const std::string& name : remains(start_)) {

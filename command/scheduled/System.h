@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,6 +19,9 @@ class System : public native::NativeSystem {
 
   /// Removes the file, unless this run has written it: raises plain::Error ("RuntimeError") then.
   void remove(const std::string& path) override;
+
+  /// Returns the files that `step` would remove, which stay.
+  std::set<std::string> removedBy(const std::function<void()>& step);
 
   void makedirs(const std::string& path) override;
 
@@ -36,6 +41,7 @@ class System : public native::NativeSystem {
   const HeldDirectory* held_ = nullptr;
   std::set<std::string> written_;
   std::vector<std::string> removed_;
+  std::optional<std::set<std::string>> rehearsed_;  ///< what would be removed, in a rehearsal
   std::string why_not_made_;
 };
 

@@ -3,18 +3,15 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <vector>
 
-#include "base/Root.h"
-#include "command/backups/Catalogue.h"
+#include "base/SystemError.h"
 #include "command/backups/SetName.h"
 #include "command/backups/VerifyFile.h"
-#include "host/dryrun/Host.h"
-#include "host/native/SettingsFile.h"
 #include "plugin/src/Listing.h"
-#include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {
@@ -23,15 +20,24 @@ using host::operator""_t;
 
 using backups::Kind;
 
-/// Returns the files that housekeeping would delete now, by a dry run of it.
-std::set<std::string> outdated(const plain::Host& host) {
-  dryrun::System system(base::Root("/"));
-  dryrun::Host receiver(system, host.model(), native::kSettingsFile);
-  stowline::load(receiver.module());
-  receiver.module()["BackupActions"_t]({"auto"_t}).call("houseKeeping"_t, {});
-  const std::vector<std::string> removed = system.takeRemoved();
-  return {removed.begin(), removed.end()};
+/// Returns the size of a file in bytes, nothing for one that cannot be looked at; `why` takes note
+/// of the reason unless the name is just one of nothing.
+std::optional<long long> sizeOf(plain::System& os, const std::string& path,
+                                std::vector<std::string>& why) {
+  try {
+    return os.fileSize(path);
+  } catch (const base::SystemError& error) {
+    if (error.code() != std::errc::no_such_file_or_directory) why.emplace_back(error.what());
+    return std::nullopt;
+  }
 }
+
+/// The scheduled backups of a kind that can be looked at.
+struct Scheduled {
+  std::vector<std::string> staying = {};  ///< the paths, empty ones apart from
+  std::vector<std::string> empty = {};    ///< ... these
+  long long largest_going = -1;           ///< bytes, negative where none goes
+};
 
 }  // namespace
 
@@ -41,38 +47,40 @@ bool isRestorable(const plain::Host& host, const std::string& path, const Kind& 
          backups::isLargeEnough(kind, host.system().fileSize(path));
 }
 
-void requireGoodSurvivors(const plain::Host& host, const std::string& directory,
-                          const tarball::BeginProgress& begin) {
-  const std::set<std::string> going = outdated(host);
-  std::map<const Kind*, std::vector<std::string>> staying;
-  for (const std::string& name : host.system().listdir(directory)) {
+std::vector<std::string> requireGoodSurvivors(const Start& start,
+                                              const tarball::BeginProgress& begin) {
+  const std::set<std::string> going =
+      start.system.removedBy([&] { start.engine.call("houseKeeping"_t, {}); });
+  const std::string model = start.host.model();
+  std::vector<std::string> why;
+  std::map<const Kind*, Scheduled> all;
+  for (const std::string& name : start.system.listdir(start.directory)) {
     const auto said = backups::parseSetName(name);
-    const bool is_ours = said && said->is_scheduled && said->model == host.model();
-    if (is_ours && !going.contains(directory + "/" + name)) {
-      staying[&backups::kindOf(name)].push_back(name);
+    if (!said || !said->is_scheduled || said->model != model) continue;
+    const std::string path = start.directory + "/" + name;
+    const auto size = sizeOf(start.system, path, why);
+    if (!size) continue;
+    Scheduled& of_kind = all[&backups::kindOf(name)];
+    if (going.contains(path)) {
+      of_kind.largest_going = std::max(of_kind.largest_going, *size);
+    } else {
+      (*size > 0 ? of_kind.staying : of_kind.empty).push_back(path);
     }
   }
-  std::map<const Kind*, long long> sizes;  // of the largest that goes, by kind
-  for (const std::string& path : going) {
-    long long& size = sizes[&backups::kindOf(path.substr(directory.size() + 1))];
-    size = std::max(size, host.system().fileSize(path));
-  }
-  const auto is_good = [&](const std::string& name, const Kind& kind) {
-    const std::string path = directory + "/" + name;
-    const bool is_empty = host.system().fileSize(path) == 0 && sizes.at(&kind) > 0;
-    return !is_empty && isRestorable(host, path, kind) &&
-           backups::isSoundWithCompanions(path, kind, begin);
-  };
   for (const Kind& kind : backups::kKinds) {
-    if (!sizes.contains(&kind)) continue;
-    std::vector<std::string>& names = staying[&kind];
-    std::ranges::sort(names, std::greater());  // the newest first
-    if (std::ranges::any_of(names, [&](const auto& name) { return is_good(name, kind); })) {
-      continue;
-    }
+    auto& [staying, empty, largest_going] = all[&kind];
+    if (largest_going < 0) continue;
+    if (largest_going == 0) staying.insert(staying.end(), empty.begin(), empty.end());
+    std::ranges::sort(staying, std::greater());  // the newest first
+    const auto is_good = [&](const std::string& path) {
+      return isRestorable(start.host, path, kind) &&
+             backups::isSoundWithCompanions(path, kind, begin);
+    };
+    if (std::ranges::any_of(staying, is_good)) continue;
     throw std::runtime_error(
         std::string("none of the scheduled backups that would stay is good: ") + kind.word);
   }
+  return why;
 }
 
 }  // namespace scheduled

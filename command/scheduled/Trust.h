@@ -1,10 +1,12 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "command/archive/GzipFile.h"
 #include "command/archive/Verify.h"
 #include "command/backups/Kind.h"
+#include "command/scheduled/Preconditions.h"
 #include "host/plain/Host.h"
 
 namespace scheduled {
@@ -16,8 +18,9 @@ bool isRestorable(const plain::Host& host, const std::string& path, const backup
 /// Raises std::runtime_error, in one line, unless of every kind of which housekeeping would delete
 /// a backup a good one stays: one that is sound with all that is restored with it, and that the
 /// receiver's restore list takes; a list of packages that names some, unless those that go name
-/// none. `begin` hears how far they have been read.
-void requireGoodSurvivors(const plain::Host& host, const std::string& directory,
-                          const tarball::BeginProgress& begin);
+/// none. Returns why scheduled backups cannot be looked at: they are taken to be no good. `begin`
+/// hears how far they have been read.
+std::vector<std::string> requireGoodSurvivors(const Start& start,
+                                              const tarball::BeginProgress& begin);
 
 }  // namespace scheduled

@@ -303,6 +303,30 @@ TEST_F(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
   EXPECT_EQ(newNames(before).size(), 1U);
 }
 
+TEST_F(AutoTest, BackupThatCannotBeLookedAtIsSaidAndTheOthersAreKeptInOrder) {
+  const fs::path backups = receiver().at(kBackups);
+  const std::string dead = "settings_20240302_07-04_solo2.auto.tar.gz";
+  for (const char* day : {"01", "02", "03", "04", "05"}) {
+    receiver().write(inBackups(std::string("settings_202403") + day + "_07-04_solo2.auto.tar.gz"),
+                     "old");
+  }
+  fs::remove(backups / dead);
+  fs::create_directory(backups / dead);
+  Strings probe = inMountNamespace(mountDead(backups / dead));
+  probe.push_back("true");
+  if (run(probe).status != 0) GTEST_SKIP() << "no file system in user space can be mounted here";
+  const Outcome outcome =
+      backup({"--jobs", "settings", "--json"}, inMountNamespace(mountDead(backups / dead)));
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            "stowline: 1 of the scheduled backups cannot be looked at: Transport endpoint is not "
+            "connected: '" +
+                inBackups(dead) + "'\n");
+  EXPECT_EQ(Json::parse(outcome.output)["deleted"],
+            Json({inBackups("settings_20240303_07-04_solo2.auto.tar.gz"),
+                  inBackups("settings_20240301_07-04_solo2.auto.tar.gz")}));
+}
+
 TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
   fs::remove_all(receiver().at(kBackups));
   const std::string mounts = receiver().read("/proc/mounts");
