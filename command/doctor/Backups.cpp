@@ -2,22 +2,28 @@
 
 #include <ftw.h>
 #include <glob.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
 
 #include "base/Escape.h"
-#include "command/backups/Catalogue.h"
+#include "base/SystemError.h"
 #include "command/backups/Kind.h"
+#include "command/backups/RestoreScreen.h"
+#include "command/backups/SetName.h"
 #include "command/backups/VerifyFile.h"
 #include "command/output/Table.h"
 #include "command/scheduled/PackageManager.h"
 #include "command/scheduled/Remains.h"
+#include "command/scheduled/Trust.h"
 #include "host/plain/Error.h"
 
 namespace doctor {
@@ -92,11 +98,11 @@ std::string timeText(std::time_t time) {
   return text;
 }
 
-Check checkClock(const backups::Catalogue& catalogue) {
+Check checkClock(const std::vector<std::string>& names) {
   const std::string now = timeText(std::time(nullptr));
   std::string newest;
-  for (const backups::BackupSet& set : catalogue.sets) {
-    if (const auto said = set.said()) newest = std::max(newest, said->time);
+  for (const std::string& name : names) {
+    if (const auto said = backups::parseSetName(name)) newest = std::max(newest, said->time);
   }
   if (std::stoi(now) < kFirstYear) return {"clock", State::failed, now + " cannot be right"};
   if (newest > now) {
@@ -106,17 +112,17 @@ Check checkClock(const backups::Catalogue& catalogue) {
 }
 
 /// Returns how long ago a backup was made, in days, by its name; nothing where that does not say.
-std::optional<long> ageInDays(const backups::BackupSet& set) {
+std::optional<long> ageInDays(const std::string& name) {
+  const auto said = backups::parseSetName(name);
   std::tm fields{};
-  const auto said = set.said();
   if (!said || !strptime(said->time.c_str(), "%Y-%m-%d %H:%M", &fields)) return {};
   fields.tm_isdst = -1;
   constexpr double kDay = 24 * 60 * 60;
   return static_cast<long>(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay);
 }
 
-std::string ageText(const backups::BackupSet& set) {
-  const auto days = ageInDays(set);
+std::string ageText(const std::string& name) {
+  const auto days = ageInDays(name);
   if (!days) return "";
   if (*days == 0) return ", less than a day old";
   return ", " + std::to_string(*days) + (*days == 1 ? " day old" : " days old");
@@ -133,22 +139,41 @@ std::string namesText(const std::vector<std::string>& names) {
   return text;
 }
 
-/// Looks for the newest backup of a kind that can be restored here, is sound and not empty, but for
-/// a list of plugins where none is installed.
-Check checkLastGood(const scheduled::Start& start, const backups::Catalogue& catalogue,
+/// What is to be said of a backup.
+enum class Quality { unlisted, good, bad };
+
+/// Judges a backup of a kind: whether it can be restored here, is sound and not empty, but for a
+/// list of plugins where none is installed. Raises base::SystemError.
+Quality qualityOf(const scheduled::Start& start, const std::string& name, const backups::Kind& kind,
+                  const tarball::BeginProgress& begin) {
+  const std::string path = start.directory + "/" + name;
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0 && errno != ENOENT) throw base::SystemError(errno, path);
+  const bool is_listed = S_ISREG(status.st_mode) && backups::isShellWord(name) &&
+                         scheduled::isRestorable(start.host, path, kind);
+  if (!is_listed) return Quality::unlisted;
+  const bool is_good = (status.st_size > 0 || scheduled::hasNoPlugins(start.system)) &&
+                       backups::isSoundWithCompanions(path, kind, begin);
+  return is_good ? Quality::good : Quality::bad;
+}
+
+/// Looks for the newest good backup of a kind. `names`: those in the directory, the newest first.
+Check checkLastGood(const scheduled::Start& start, const std::vector<std::string>& names,
                     const backups::Kind& kind, const tarball::BeginProgress& begin) {
   std::vector<std::string> bad;
   std::string good = "there is none";
-  for (const backups::BackupSet& set : catalogue.sets) {
-    if (set.kind != &kind || set.restore != backups::Restore::yes) continue;
-    const std::string& name = set.file.name;
-    if ((set.file.size > 0 || scheduled::hasNoPlugins(start.system)) &&
-        backups::isSoundWithCompanions(catalogue.directory + "/" + name, kind, begin)) {
-      good = base::escapeControls(name) + ageText(set);
+  for (const std::string& name : names) {
+    if (!backups::isOfKind(name, kind)) continue;
+    try {
+      const Quality quality = qualityOf(start, name, kind, begin);
+      if (quality == Quality::bad) bad.push_back(name);
+      if (quality != Quality::good) continue;
+      good = base::escapeControls(name) + ageText(name);
       if (bad.empty()) return {kind.last_good, State::ok, good};
       break;
+    } catch (const base::SystemError& error) {
+      bad.push_back(name + " (" + error.code().message() + ")");
     }
-    bad.push_back(name);
   }
   if (!bad.empty()) good += "; newer and not good: " + namesText(bad);
   return {kind.last_good, State::warning, good};
@@ -168,12 +193,12 @@ std::vector<Check> checkBackups(const scheduled::Start& start,
   std::vector<Check> checks = {guarded("room", [&] { return checkRoom(start.directory); }),
                                guarded("remains", [&] { return checkRemains(start); })};
   try {
-    const backups::Catalogue catalogue =
-        backups::readCatalogue(fs::path(start.directory).parent_path(), start.host.model());
-    checks.push_back(checkClock(catalogue));
+    std::vector<std::string> names = start.system.listdir(start.directory);
+    std::ranges::sort(names, std::greater());
+    checks.push_back(checkClock(names));
     for (const backups::Kind& kind : backups::kKinds) {
       checks.push_back(
-          guarded(kind.last_good, [&] { return checkLastGood(start, catalogue, kind, begin); }));
+          guarded(kind.last_good, [&] { return checkLastGood(start, names, kind, begin); }));
     }
   } catch (const std::runtime_error& error) {
     checks.push_back({"backups", State::failed, plain::reasonOf(error)});

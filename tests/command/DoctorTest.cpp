@@ -116,9 +116,12 @@ TEST_F(DoctorTest, EmptyListIsGoodOnlyWhereNoPluginIsInstalled) {
 TEST_F(DoctorTest, OddEntriesDoNotEndTheExaminationAndOneFromTheFutureMeansAWrongClock) {
   receiver().write(inBackups("settings_20240301_07-04_solo2.tar.gz/in it"), "");
   fs::create_symlink("nowhere", receiver().at(kBackups) / "settings_20240302_07-04_solo2.tar.gz");
+  const std::string loop = "settings_20240303_07-04_solo2.tar.gz";
+  fs::create_symlink(loop, receiver().at(kBackups) / loop);
   receiver().write(inBackups("pluginlist_29991231_23-59_solo2.lst"), "enigma2-plugin-one\n");
   const auto found = findings();
-  EXPECT_EQ(found.at("last good settings"), "warning: there is none");
+  EXPECT_EQ(found.at("last good settings"), "warning: there is none; newer and not good: " + loop +
+                                                " (Too many levels of symbolic links)");
   const std::string clock = found.at("clock");
   EXPECT_TRUE(clock.starts_with("warning: 2")) << clock;
   EXPECT_TRUE(clock.ends_with(" is before the newest backup, 2999-12-31 23:59")) << clock;
