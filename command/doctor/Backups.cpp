@@ -142,30 +142,32 @@ std::string namesText(const std::vector<std::string>& names) {
 /// What is to be said of a backup.
 enum class Quality { unlisted, good, bad };
 
-/// Judges a backup of a kind: whether it can be restored here, is sound and not empty, but for a
-/// list of plugins where none is installed. Raises base::SystemError.
+/// Judges a backup of a kind: whether it can be restored here, is sound, and is not empty unless it
+/// may be. Raises base::SystemError.
 Quality qualityOf(const scheduled::Start& start, const std::string& name, const backups::Kind& kind,
-                  const tarball::BeginProgress& begin) {
+                  bool may_be_empty, const tarball::BeginProgress& begin) {
   const std::string path = start.directory + "/" + name;
   struct stat status {};
   if (stat(path.c_str(), &status) != 0 && errno != ENOENT) throw base::SystemError(errno, path);
   const bool is_listed = S_ISREG(status.st_mode) && backups::isShellWord(name) &&
                          scheduled::isRestorable(start.host, path, kind);
   if (!is_listed) return Quality::unlisted;
-  const bool is_good = (status.st_size > 0 || scheduled::hasNoPlugins(start.system)) &&
-                       backups::isSoundWithCompanions(path, kind, begin);
+  const bool is_good =
+      (status.st_size > 0 || may_be_empty) && backups::isSoundWithCompanions(path, kind, begin);
   return is_good ? Quality::good : Quality::bad;
 }
 
-/// Looks for the newest good backup of a kind. `names`: those in the directory, the newest first.
+/// Looks for the newest good backup of a kind. An empty list of plugins is one where none is
+/// installed. `names`: those in the directory, the newest first.
 Check checkLastGood(const scheduled::Start& start, const std::vector<std::string>& names,
                     const backups::Kind& kind, const tarball::BeginProgress& begin) {
+  const bool may_be_empty = kind.is_list && scheduled::hasNoPlugins(start.system);
   std::vector<std::string> bad;
   std::string good = "there is none";
   for (const std::string& name : names) {
     if (!backups::isOfKind(name, kind)) continue;
     try {
-      const Quality quality = qualityOf(start, name, kind, begin);
+      const Quality quality = qualityOf(start, name, kind, may_be_empty, begin);
       if (quality == Quality::bad) bad.push_back(name);
       if (quality != Quality::good) continue;
       good = base::escapeControls(name) + ageText(name);
