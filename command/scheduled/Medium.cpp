@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "base/Answer.h"
 #include "base/Descriptor.h"
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
@@ -41,6 +42,11 @@ bool writeProbe(int file) {
 void requireMounted(const plain::Host& host) {
   const std::string setting = backups::mediumOf(host);
   const std::string medium = setting.substr(0, setting.find_last_not_of('/') + 1);
+  base::requireAnswer(medium);
+  struct stat status {};
+  if (stat(medium.c_str(), &status) != 0 && errno != ENOENT) {
+    throw base::SystemError(errno, medium);
+  }
   std::error_code error;
   const std::string directory = std::filesystem::canonical(medium, error).string() + "/";
   const auto holds = [&](const host::Object& mounted) {

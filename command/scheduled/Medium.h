@@ -9,7 +9,7 @@
 namespace scheduled {
 
 /// Raises std::runtime_error, in one line, unless what the receiver's settings name as the medium
-/// is a medium that is mounted, a link to one, or a directory on one.
+/// is a medium that is mounted, a link to one, or a directory on one, and it answers in time.
 void requireMounted(const plain::Host& host);
 
 /// How the name of the file begins that whyNotWritable() writes; six letters and digits follow.

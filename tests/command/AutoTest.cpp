@@ -327,6 +327,24 @@ TEST_F(AutoTest, BackupThatCannotBeLookedAtIsSaidAndTheOthersAreKeptInOrder) {
                   inBackups("settings_20240301_07-04_solo2.auto.tar.gz")}));
 }
 
+TEST_F(AutoTest, MediumThatNeverAnswersIsNotWaitedForAndOneThatIsDeadSaysWhy) {
+  const fs::path usb = receiver().at("/media/usb");
+  Strings probe = inMountNamespace(mountSilent(usb));
+  probe.push_back("true");
+  if (run(probe).status != 0) GTEST_SKIP() << "no file system in user space can be mounted here";
+  receiver().write("/etc/enigma2/settings",
+                   "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
+  const std::pair<std::string, const char*> cases[] = {
+      {mountSilent(usb), "stowline: Connection timed out: '/media/usb'\n"},
+      {mountDead(usb), "stowline: Transport endpoint is not connected: '/media/usb'\n"},
+  };
+  for (const auto& [mount, errors] : cases) {
+    const Outcome outcome = backup({}, inMountNamespace(mount));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, errors);
+  }
+}
+
 TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
   fs::remove_all(receiver().at(kBackups));
   const std::string mounts = receiver().read("/proc/mounts");

@@ -39,9 +39,13 @@ std::string mountSmall(const std::filesystem::path& dir, const std::string& opti
 }
 
 std::string mountDead(const std::filesystem::path& dir) {
+  return mountSilent(dir) + " && exec 8>&-";
+}
+
+std::string mountSilent(const std::filesystem::path& dir) {
   return "[ -w /dev/fuse ] && exec 8<>/dev/fuse && mount -i -t fuse -o "
-         "fd=8,rootmode=40000,user_id=0,group_id=0 dead " +
-         quoted(dir) + " && exec 8>&-";
+         "fd=8,rootmode=40000,user_id=0,group_id=0 silent " +
+         quoted(dir);
 }
 
 std::string mountReadOnly(const std::filesystem::path& dir) {

@@ -22,6 +22,9 @@ std::string mountSmall(const std::filesystem::path& dir, const std::string& opti
 /// Mounts a file system on `dir` whose server is gone: all that is asked of it fails (ENOTCONN).
 std::string mountDead(const std::filesystem::path& dir);
 
+/// Mounts a file system on `dir` whose server never answers.
+std::string mountSilent(const std::filesystem::path& dir);
+
 /// Makes `dir` read-only.
 std::string mountReadOnly(const std::filesystem::path& dir);
 
