@@ -42,6 +42,8 @@ class Run {
       }
       if (report_.failure.empty()) keepHouse();
     }
+    // The engine may have made the backup directory beneath the medium; it is empty then.
+    if (!gone_.empty()) rmdir(start_.directory.c_str());
     report_.deleted = system_.removed();
     return std::move(report_);
   }
@@ -168,10 +170,7 @@ class Run {
       if (!is_odd) takeBack(written.file);
     }
     if (!medium.empty()) addFailure(start_.directory + ": " + medium);
-    if (gone.empty()) return;
-    addFailure(report.job + ": " + gone);
-    rmdir(start_.directory
-              .c_str());  // where the engine has made it beneath the medium, it is empty now
+    if (!gone.empty()) addFailure(report.job + ": " + gone);
   }
 
   void takeBack(const std::string& file) {
