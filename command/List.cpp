@@ -9,7 +9,7 @@
 #include "command/Commands.h"
 #include "command/backups/Catalogue.h"
 #include "command/backups/Outdated.h"
-#include "command/output/JsonObject.h"
+#include "command/output/JsonWriter.h"
 #include "command/output/Table.h"
 #include "host/native/NativeSystem.h"
 #include "host/plain/Model.h"
@@ -62,7 +62,7 @@ std::string keptText(const BackupSet& set) {
   return set.keeps.empty() ? "nothing" : joined(set.keeps, " ", baseName);
 }
 
-output::Table::Cells cellsOf(const BackupSet& set) {
+std::vector<std::string> cellsOf(const BackupSet& set) {
   const auto said = set.said();
   return {set.kind->word,
           said ? said->time : "",
@@ -88,9 +88,8 @@ void printTable(const Catalogue& catalogue) {
                        {"RESTORE LIST"},
                        {"FILE"},
                        {"WITH"}});
-  for (const BackupSet& set : catalogue.sets) table.measure(cellsOf(set));
-  table.printHeadings(std::cout);
-  for (const BackupSet& set : catalogue.sets) table.printRow(std::cout, cellsOf(set));
+  for (const BackupSet& set : catalogue.sets) table.add(cellsOf(set));
+  table.print(std::cout);
 }
 
 /// Calls `use` with every file.
@@ -169,27 +168,28 @@ Json jsonOf(const BackupSet& set) {
 }
 
 void printJson(const Catalogue& catalogue, const std::string& model) {
-  output::JsonObject json(std::cout);
+  output::JsonWriter json(std::cout);
+  json.openObject();
   json.add("directory", base::escapeInvalidUtf8(catalogue.directory));
   json.add("model", model.empty() ? Json() : Json(base::escapeInvalidUtf8(model)));
-  json.addList("sets", [&](const auto& add) {
-    for (const BackupSet& set : catalogue.sets) add(jsonOf(set));
+  json.openList("sets");
+  for (const BackupSet& set : catalogue.sets) json.addItem(jsonOf(set));
+  json.close();
+  json.openList("others");
+  for (const File& other : catalogue.others) json.addItem(base::escapeInvalidUtf8(other.name));
+  json.close();
+  json.openList("unreadable");
+  eachFile(catalogue, [&](const File& file) {
+    if (file.error == 0) return;
+    json.addItem({{"name", base::escapeInvalidUtf8(file.name)}, {"error", whyUnreadable(file)}});
   });
-  json.addList("others", [&](const auto& add) {
-    for (const File& other : catalogue.others) add(base::escapeInvalidUtf8(other.name));
-  });
-  json.addList("unreadable", [&](const auto& add) {
-    eachFile(catalogue, [&](const File& file) {
-      if (file.error == 0) return;
-      add({{"name", base::escapeInvalidUtf8(file.name)}, {"error", whyUnreadable(file)}});
-    });
-  });
+  json.close();
   json.add("size", catalogue.size);
-  json.addList("next_scheduled_deletes", [&](const auto& add) {
-    eachFile(catalogue, [&](const File& file) {
-      if (file.is_outdated) add(base::escapeInvalidUtf8(file.name));
-    });
+  json.openList("next_scheduled_deletes");
+  eachFile(catalogue, [&](const File& file) {
+    if (file.is_outdated) json.addItem(base::escapeInvalidUtf8(file.name));
   });
+  json.close();
   json.close();
 }
 

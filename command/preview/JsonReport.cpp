@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstdio>
-#include <ostream>
+#include <nlohmann/json.hpp>
 
 #include "base/Escape.h"
 
@@ -72,68 +72,52 @@ Json jsonOf(const std::vector<std::string>& texts) {
 
 }  // namespace
 
-JsonReport::JsonReport(const std::filesystem::path& file, std::ostream& out)
-    : out_(out), object_({{"file", escapeInvalidUtf8(file.string())}}) {}
-
 void JsonReport::add(const tarball::Member& member) {
-  if (written_ == 0) openList(object_["members"], 4);
-  write(jsonOf(member));
+  begin();
+  json_.addItem(jsonOf(member));
 }
 
 void JsonReport::finish(Preview& preview) {
-  if (written_ == 0) openList(object_["members"], 4);
-  closeList();
-  object_["count"] = preview.members;
-  object_["unpacked"] = preview.unpacked;
-  object_["damage"] = textOrNull(preview.damage);
-  object_["restore"] = Json();
-  if (preview.restore) addRestore(*preview.restore);
-  out_ << object_.dump(2).substr(written_) << "\n";
+  begin();
+  json_.close();
+  json_.add("count", preview.members);
+  json_.add("unpacked", preview.unpacked);
+  json_.add("damage", textOrNull(preview.damage));
+  if (preview.restore) {
+    addRestore(*preview.restore);
+  } else {
+    json_.add("restore", Json());
+  }
+  json_.close();
+}
+
+/// Opens the list of members, once: not before there is one, or the end without any error.
+void JsonReport::begin() {
+  if (std::exchange(has_begun_, true)) return;
+  json_.openObject();
+  json_.add("file", escapeInvalidUtf8(file_.string()));
+  json_.openList("members");
 }
 
 void JsonReport::addRestore(Restore& restore) {
-  Json& json = object_["restore"];
-  json["receiver"] = escapeInvalidUtf8(restore.receiver.string());
-  json["model"] = escapeInvalidUtf8(restore.rehearsal.model);
-  json["archive"] = escapeInvalidUtf8(restore.rehearsal.archive);
-  json["refused"] = textOrNull(restore.rehearsal.refusal);
-  json["not_unpacked"] = jsonOf(restore.rehearsal.plan.torn);
-  openList(json["changes"], 6);
-  for (const Change& change : restore.changes) write(jsonOf(change));
-  closeList();
-  json["totals"] = totalsOf(restore.changes);
-  json["commands"] = jsonOf(restore.rehearsal.commands);
-  if (!restore.differences) return;
-  openList(json["differences"], 6);
-  restore.differences->show(restore.changes,
-                            [this](const Difference& found) { write(jsonOf(found)); });
-  closeList();
-}
-
-/// Writes the object up to where the first element of its last value, a new list, would stand.
-void JsonReport::openList(Json& list, std::size_t depth) {
-  list = Json::array();
-  const std::string text = object_.dump(2);
-  const std::size_t end = text.rfind(']');
-  out_ << text.substr(written_, end - written_);
-  written_ = end;
-  depth_ = depth;
-  has_elements_ = false;
-}
-
-/// Writes an element of the open list.
-void JsonReport::write(const Json& element) {
-  const std::string line = "\n" + std::string(depth_, ' ');
-  std::string text = line + element.dump(2);
-  for (auto at = text.find('\n', 1); at != std::string::npos; at = text.find('\n', at + 1)) {
-    text.replace(at, 1, line);
+  json_.openObject("restore");
+  json_.add("receiver", escapeInvalidUtf8(restore.receiver.string()));
+  json_.add("model", escapeInvalidUtf8(restore.rehearsal.model));
+  json_.add("archive", escapeInvalidUtf8(restore.rehearsal.archive));
+  json_.add("refused", textOrNull(restore.rehearsal.refusal));
+  json_.add("not_unpacked", jsonOf(restore.rehearsal.plan.torn));
+  json_.openList("changes");
+  for (const Change& change : restore.changes) json_.addItem(jsonOf(change));
+  json_.close();
+  json_.add("totals", totalsOf(restore.changes));
+  json_.add("commands", jsonOf(restore.rehearsal.commands));
+  if (restore.differences) {
+    json_.openList("differences");
+    restore.differences->show(restore.changes,
+                              [this](const Difference& found) { json_.addItem(jsonOf(found)); });
+    json_.close();
   }
-  out_ << (has_elements_ ? "," : "") << text;
-  has_elements_ = true;
-}
-
-void JsonReport::closeList() {
-  if (has_elements_) out_ << "\n" << std::string(depth_ - 2, ' ');
+  json_.close();
 }
 
 }  // namespace preview

@@ -94,13 +94,13 @@ TEST_F(ShowTest, LinksOfTheReceiverThatPointOutsideAreNotFollowed) {
   const Json restore = restoreOf(settings_);
   EXPECT_EQ(restore["archive"], inBackups(settings_));
   EXPECT_EQ(pathsOf(restore, "delete"), Lines());
-  Lines added;
+  Lines blocked;
   for (const std::string& member : membersOf(pathOf(settings_))) {
-    if (member.starts_with("etc/enigma2/")) added.push_back("/" + member);
+    if (member.starts_with("etc/enigma2/")) blocked.push_back("/" + member);
   }
-  Lines told = pathsOf(restore, "add");
+  Lines told = pathsOf(restore, "blocked");
   std::ranges::sort(told);
-  EXPECT_EQ(told, added);
+  EXPECT_EQ(told, blocked);
 }
 
 TEST_F(ShowTest, WholeSystemCanBeTheReceiver) {

@@ -128,7 +128,7 @@ TEST_F(ReportTest, RefusedRestoreShowsTheReasonAlone) {
             "0 members, 10.0 KiB unpacked\n\non box, a solo2, as /media/archive:\nthe reason\n");
 }
 
-/// Returns the JSON of a preview, which is to be laid out as that of a whole document.
+/// Returns the JSON of a preview.
 nlohmann::ordered_json jsonOf(preview::Preview preview, const Members& members) {
   std::ostringstream out;
   preview::JsonReport report("archive", out);
@@ -136,9 +136,7 @@ nlohmann::ordered_json jsonOf(preview::Preview preview, const Members& members) 
   preview.members = members.size();
   preview.unpacked = 10240;
   report.finish(preview);
-  nlohmann::ordered_json json = nlohmann::ordered_json::parse(out.str());
-  EXPECT_EQ(out.str(), json.dump(2) + "\n");
-  return json;
+  return nlohmann::ordered_json::parse(out.str());
 }
 
 TEST_F(ReportTest, JsonHoldsTheSame) {
