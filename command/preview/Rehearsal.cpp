@@ -68,9 +68,11 @@ class Stage {
     throw std::runtime_error(receiver.string() + " is no receiver: its model has no name");
   }
 
+  /// Opens the settings where they are a file: something else might never end.
   base::Descriptor openSettings() const {
-    return root_.status(native::kSettingsFile) ? root_.open(native::kSettingsFile)
-                                               : base::Descriptor();
+    const auto status = root_.status(native::kSettingsFile);
+    const bool is_file = status && S_ISREG(status->st_mode);
+    return is_file ? root_.open(native::kSettingsFile) : base::Descriptor();
   }
 
   /// Returns a host with the receiver's settings, read by the open file: its path may lead out of

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "command/preview/Rehearsal.h"
 #include "tests/command/preview/Told.h"
@@ -62,6 +63,12 @@ TEST_F(RehearsalTest, ConfigurationRestoreUnpacksTheCompanionsKeepsFilesAndRemov
 
 TEST_F(RehearsalTest, SambasConfigurationIsNotKeptWhereThereIsNone) {
   EXPECT_EQ(restored("configuration_ver_b_1.tar.gz").plan.kept, Lines());
+}
+
+TEST_F(RehearsalTest, SettingsThatAreNoFileAreNotWaitedFor) {
+  files.makeDirectory("/etc/enigma2");
+  ASSERT_EQ(mkfifo(files.at("/etc/enigma2/settings").c_str(), 0600), 0);
+  EXPECT_EQ(restored("settings_1.tar.gz").refusal, "");
 }
 
 TEST_F(RehearsalTest, ArchiveWhoseNameTheShellTakesApartIsNotUnpacked) {
