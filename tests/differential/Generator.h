@@ -29,7 +29,7 @@ class Generator {
   std::size_t upTo(std::size_t last);
   template <class Items>
   auto pick(const Items& items) {
-    return items.begin()[upTo(items.size() - 1)];
+    return items[upTo(items.size() - 1)];
   }
   std::string path();
   std::string target();
