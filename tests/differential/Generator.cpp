@@ -219,7 +219,9 @@ std::string Generator::records() {
 /// Returns the header with an odd value in one of its fields, or without its right checksum.
 std::string Generator::odd(std::string header) {
   if (chance(10)) {
-    header.replace(148, 8, pick(Texts{"  1234\0 ", "0000000\0", "        "}));
+    header.replace(
+        148, 8,
+        pick(Texts{std::string("  1234\0 ", 8), std::string("0000000\0", 8), std::string(8, ' ')}));
     return header;
   }
   const Odd& field = pick(kOdd);

@@ -55,7 +55,7 @@ std::vector<HeaderCase> headerCases() {
       {"SizeInBase256", with(124, "\x80" + std::string(11, '\0')), "unusual size"},
       {"NegativeSize", with(124, std::string(12, '\xff')), "unusual size"},
       {"SizeWithASign", with(124, "-0000000001"), "unusual size"},
-      {"TextBehindTheSize", with(124, std::string("0\00000000001", 12)), "unusual size"},
+      {"TextBehindTheSize", with(124, std::string(1, '0') + '\0' + "0000000001"), "unusual size"},
       {"UserIdThatMeansNone", with(108, std::string("\x80\0\0\0\xff\xff\xff\xff", 8)),
        "unusual user ID"},
       {"NegativeGroupId", with(116, std::string(8, '\xff')), "unusual group ID"},
