@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <climits>
+#include <cstdio>
 #include <iterator>
 #include <numeric>
 #include <utility>
@@ -33,7 +34,7 @@ constexpr Field kMagic = {"format", 257, 8};
 constexpr Field kMajor = {"device number", 329, 8};
 constexpr Field kMinor = {"device number", 337, 8};
 constexpr Field kPrefix = {"name prefix", 345, 155};
-constexpr Field kRest = {"unused rest", 500, 12};
+constexpr Field kRest = {"last bytes", 500, 12};
 
 constexpr std::string_view kUstar("ustar\00000", 8);
 constexpr std::string_view kGnu("ustar  \0", 8);
@@ -43,11 +44,9 @@ constexpr std::string_view kLongLink = "././@LongLink";
 
 constexpr char kLongPathType = 'L';
 constexpr char kLongTargetType = 'K';
-constexpr char kTimesType = 'x';
 
 constexpr unsigned kMostOfMode = 07777;
 constexpr std::int64_t kMostOfId = UINT32_MAX - std::int64_t{1};  // the one above means "none"
-constexpr std::size_t kMostOfTimes = 512;
 
 /// The members' types by their letters.
 constexpr struct {
@@ -86,23 +85,33 @@ std::uint64_t octal(std::string_view block, const Field& field) {
   return *number;
 }
 
-/// Returns a number that may also be written as GNU tar writes what has too many octal digits: in
-/// base 256, with the first bit set.
+/// Returns a number that may also be written as GNU tar writes what is negative or has too many
+/// octal digits: in base 256, with the first bit set.
 std::int64_t wideNumber(std::string_view block, const Field& field) {
   constexpr std::size_t kDigits = 5;
   const std::string_view bytes = field.of(block);
-  if (bytes.front() != '\x80') return static_cast<std::int64_t>(octal(block, field));
-  if (!isZero(bytes.substr(1, bytes.size() - kDigits - 1))) refuse(field);
-  std::int64_t number = 0;
+  const bool is_negative = bytes.front() == '\xff';
+  if (!is_negative && bytes.front() != '\x80') {
+    return static_cast<std::int64_t>(octal(block, field));
+  }
+  const std::string_view sign = bytes.substr(1, bytes.size() - kDigits - 1);
+  if (sign.find_first_not_of(is_negative ? '\xff' : '\0') != std::string_view::npos) refuse(field);
+  std::int64_t number = is_negative ? -1 : 0;
   for (const char byte : bytes.substr(bytes.size() - kDigits)) {
     number = number * 256 + static_cast<unsigned char>(byte);
   }
   return number;
 }
 
+unsigned modeOf(std::string_view block) {
+  const std::uint64_t mode = octal(block, kMode);
+  if (mode > kMostOfMode) refuse(kMode);
+  return static_cast<unsigned>(mode);
+}
+
 std::int64_t idOf(std::string_view block, const Field& field) {
   const std::int64_t id = wideNumber(block, field);
-  if (id > kMostOfId) refuse(field);
+  if (id < 0 || id > kMostOfId) refuse(field);
   return id;
 }
 
@@ -121,13 +130,12 @@ void lengthen(std::string& name, const std::optional<std::string>& long_name) {
   name = *long_name;
 }
 
-/// Raises NotPlain unless the block is of one of the two formats, in all that says nothing of a
-/// member.
+/// Raises NotPlain for another format than the two, or odd bytes in fields that say nothing of a
+/// file or link.
 void requireFormat(std::string_view block) {
   const std::string_view magic = kMagic.of(block);
   if (magic != kUstar && magic != kGnu) refuse(kMagic);
   if (magic == kGnu && !isZero(kPrefix.of(block))) refuse(kPrefix);
-  if (octal(block, kMode) > kMostOfMode) refuse(kMode);
   for (const Field& field : {kMajor, kMinor}) {
     if (!isZero(field.of(block))) octal(block, field);
   }
@@ -140,38 +148,14 @@ Type typeOf(char letter) {
   return known->type;
 }
 
-/// Takes the next record off those of an extended header (pax(1), "pax Extended Header") and
-/// returns its key and value, both empty when it is not written as it should be.
-std::pair<std::string_view, std::string_view> takeRecord(std::string_view& records) {
-  std::size_t length = 0;
-  const char* const end = records.data() + records.size();
-  const char* const digits_end = std::from_chars(records.data(), end, length).ptr;
-  const auto digits = static_cast<std::size_t>(digits_end - records.data());
-  if (records.front() == '0' || length > records.size() || length < digits + 2) return {};
-  const std::string_view record = records.substr(0, length);
-  const std::size_t equals = record.find('=');
-  if (record[digits] != ' ' || !record.ends_with('\n') || equals == std::string_view::npos) {
-    return {};
-  }
-  records.remove_prefix(length);
-  return {record.substr(digits + 1, equals - digits - 1),
-          record.substr(equals + 1, length - equals - 2)};
-}
-
-/// Raises NotPlain unless the records of an extended header say times and nothing else, each once,
-/// and the same time of modification in seconds as the member's own header.
-void requireTimes(std::string_view records, std::int64_t modified) {
-  std::vector<std::string_view> left = {"mtime", "atime", "ctime"};
-  while (!records.empty()) {
-    const auto [key, value] = takeRecord(records);
-    const bool is_number =
-        !value.empty() && value.find_first_not_of("0123456789.") == std::string_view::npos;
-    if (std::erase(left, key) == 0 || !is_number)
-      throw NotPlain("more than times in an extended header");
-    if (key == "mtime" && value.substr(0, value.find('.')) != std::to_string(modified)) {
-      throw NotPlain("two times of modification");
-    }
-  }
+/// Whether all programs take a path for the same: each of its names once, without "." but at its
+/// beginning. A directory's may end with "/".
+bool isPlainPath(std::string_view path, bool is_directory) {
+  if (path.starts_with("./")) path.remove_prefix(2);
+  if (is_directory && path.ends_with('/')) path.remove_suffix(1);
+  const std::string all = "/" + std::string(path) + "/";
+  return !path.empty() && all.find("//", 1) == std::string::npos &&
+         all.find("/./") == std::string::npos;
 }
 
 }  // namespace
@@ -183,7 +167,12 @@ bool hasRightChecksum(std::string_view block) {
   const std::string_view behind = block.substr(kChecksum.at + kChecksum.size);
   const std::uint64_t before =
       std::accumulate(block.begin(), block.begin() + kChecksum.at, kChecksum.size * ' ', add);
-  return octalOf(kChecksum.of(block)) == std::accumulate(behind.begin(), behind.end(), before, add);
+  const std::uint64_t sum = std::accumulate(behind.begin(), behind.end(), before, add);
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%06llo%c ", static_cast<unsigned long long>(sum), '\0');
+  const std::string_view written = kChecksum.of(block);
+  return written == std::string_view(text.data(), kChecksum.size) ||
+         written == "0" + std::string(text.data(), kChecksum.size - 1);
 }
 
 Header::Header(std::string_view block) : type_(block[kType.at]) {
@@ -194,56 +183,50 @@ Header::Header(std::string_view block) : type_(block[kType.at]) {
   has_prefix_ = !prefix.empty();
   member_ = {.path = has_prefix_ ? prefix + "/" + name : name,
              .size = octal(block, kSize),
-             .mode = static_cast<unsigned>(octal(block, kMode)),
+             .mode = modeOf(block),
              .modified = wideNumber(block, kTime),
              .uid = idOf(block, kUid),
              .gid = idOf(block, kGid),
              .link = text(block, kLink)};
-  if (isExtension()) {
-    requireExtension();
+  if (isLongName()) {
+    requireLongName();
   } else {
     member_.type = typeOf(type_);
     if (size() > 0 && member_.type != Type::kFile) refuse(kSize);
   }
 }
 
-/// Raises NotPlain where an extension has what only a member has, or too much of its own.
-void Header::requireExtension() const {
-  const bool is_name = type_ != kTimesType;
-  if (is_name && member_.path != kLongLink) refuse(kName);
+/// Raises NotPlain where the header of a long name has what only a member has, or too long a name.
+void Header::requireLongName() const {
+  if (member_.path != kLongLink) refuse(kName);
   if (!member_.link.empty()) refuse(kLink);
-  if (size() == 0 || size() > (is_name ? PATH_MAX : kMostOfTimes)) refuse(kSize);
+  if (size() >= PATH_MAX) refuse(kSize);
 }
 
-bool Header::isExtension() const {
-  return type_ == kLongPathType || type_ == kLongTargetType || type_ == kTimesType;
+bool Header::isLongName() const {
+  return type_ == kLongPathType || type_ == kLongTargetType;
 }
 
-void Header::addTo(Extensions& extensions, std::string content) const {
-  std::optional<std::string>& said = type_ == kLongPathType     ? extensions.path
-                                     : type_ == kLongTargetType ? extensions.link
-                                                                : extensions.times;
-  if (said) throw NotPlain("the same extension twice");
-  if (type_ != kTimesType) {
-    if (content.size() < 2 || content.find('\0') != content.size() - 1) {
-      throw NotPlain("unusual long name");
-    }
-    content.pop_back();
+void Header::addTo(LongNames& names, std::string content) const {
+  std::optional<std::string>& name = type_ == kLongPathType ? names.path : names.link;
+  if (name) throw NotPlain("two long names");
+  if (content.size() < 2 || content.find('\0') != content.size() - 1) {
+    throw NotPlain("unusual long name");
   }
-  said = std::move(content);
+  content.pop_back();
+  name = std::move(content);
 }
 
-Member Header::member(const Extensions& extensions) const {
-  const bool has_long_names = extensions.path || extensions.link;
-  if (extensions.times && has_long_names) throw NotPlain("extensions of two formats");
-  if (extensions.path && has_prefix_) refuse(kPrefix);
+Member Header::member(const LongNames& names) const {
+  if (names.path && has_prefix_) refuse(kPrefix);
   Member member = member_;
-  lengthen(member.path, extensions.path);
-  lengthen(member.link, extensions.link);
-  if (extensions.times) requireTimes(*extensions.times, member.modified);
-  const bool is_link = member.type == Type::kHardLink || member.type == Type::kSymbolicLink;
+  lengthen(member.path, names.path);
+  lengthen(member.link, names.link);
+  const bool is_hard = member.type == Type::kHardLink;
+  const bool is_link = is_hard || member.type == Type::kSymbolicLink;
   if (is_link == member.link.empty()) refuse(kLink);
-  if (member.type != Type::kDirectory && member.path.ends_with('/')) refuse(kName);
+  if (is_hard && !isPlainPath(member.link, false)) refuse(kLink);
+  if (!isPlainPath(member.path, member.type == Type::kDirectory)) refuse(kName);
   return member;
 }
 

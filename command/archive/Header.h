@@ -25,39 +25,37 @@ class NotPlain : public std::runtime_error {
 /// write it.
 bool hasRightChecksum(std::string_view block);
 
-/// What the headers before a member's own say of it: the long names of GNU tar, and the times of a
-/// pax extended header.
-struct Extensions {
+/// The long names that GNU tar gives a member in headers before the member's own.
+struct LongNames {
   std::optional<std::string> path;
   std::optional<std::string> link;
-  std::optional<std::string> times;  ///< the records
 
-  bool operator==(const Extensions&) const = default;
+  bool operator==(const LongNames&) const = default;
 };
 
 /// A header block in the ustar format (pax(1), "ustar Interchange Format") or in GNU tar's form of
 /// it.
 class Header {
  public:
-  /// Takes the block apart. Raises NotPlain unless every field that matters is written in the one
-  /// way that all programs read alike.
+  /// Takes a block of kBlock bytes apart. Raises NotPlain unless every field that matters is
+  /// written in the one way that all programs read alike.
   explicit Header(std::string_view block);
 
-  /// Whether it says something of the member that follows instead of being a member's own.
-  bool isExtension() const;
+  /// Whether it has a long name of the member that follows instead of being a member's own.
+  bool isLongName() const;
 
-  /// Returns how many bytes of content follow. An extension has at most a path's length.
+  /// Returns how many bytes of content follow. A long name is shorter than PATH_MAX.
   std::uint64_t size() const { return member_.size; }
 
-  /// Adds what an extension says, its content, to what has been said before. Raises NotPlain when
-  /// it is said twice or is no plain name or times.
-  void addTo(Extensions& extensions, std::string content) const;
+  /// Adds a long name, the content of this header, to those before it. Raises NotPlain when there
+  /// is such a name already, or it is no plain name.
+  void addTo(LongNames& names, std::string content) const;
 
-  /// Returns the member, with what extensions say of it. Raises NotPlain when that fits no member.
-  Member member(const Extensions& extensions) const;
+  /// Returns the member, with its long names. Raises NotPlain when they fit no member.
+  Member member(const LongNames& names) const;
 
  private:
-  void requireExtension() const;
+  void requireLongName() const;
 
   char type_;
   bool has_prefix_ = false;

@@ -36,11 +36,11 @@ std::string_view Reader::read() {
 
 /// Reads the headers of a member. None where the end mark is instead.
 std::optional<Member> Reader::readMember() {
-  for (Extensions extensions;;) {
+  for (LongNames names;;) {
     header_ = position();
     const std::string block = takeBlock();
     if (block.find_first_not_of('\0') == std::string::npos) {
-      if (extensions != Extensions()) throw NotPlain("extension of no member");
+      if (names != LongNames()) throw NotPlain("long name of no member");
       readToEnd();
       return std::nullopt;
     }
@@ -49,10 +49,10 @@ std::optional<Member> Reader::readMember() {
     has_header_ = true;
     const Header header(block);
     beginContent(header.size());
-    if (!header.isExtension()) return header.member(extensions);
+    if (!header.isLongName()) return header.member(names);
     std::string content;
     for (auto bytes = read(); !bytes.empty(); bytes = read()) content += bytes;
-    header.addTo(extensions, std::move(content));
+    header.addTo(names, std::move(content));
     skipContent();
   }
 }

@@ -21,12 +21,23 @@ bool hasParentDirectory(const Member& member) {
   return std::ranges::count(componentsOf(member.path), "..") > 0;
 }
 
+/// One program looks for other formats line by line before it takes a file for a tar archive.
 bool hasLineBreak(const Member& member) {
-  return member.path.find('\n') != std::string::npos;
+  return (member.path + member.link).find('\n') != std::string::npos;
+}
+
+/// One program cannot read such a time.
+bool isBefore1970(const Member& member) {
+  return member.modified < 0;
+}
+
+/// Programs differ in what a directory hands on to those that they make in it.
+bool isSetGroupIdDirectory(const Member& member) {
+  return member.type == Type::kDirectory && (member.mode & (S_ISUID | S_ISGID)) != 0;
 }
 
 bool isSpecial(const Member& member) {
-  return member.type == Type::kDevice || member.type == Type::kFifo || member.type == Type::kOther;
+  return member.type == Type::kDevice || member.type == Type::kFifo;
 }
 
 bool hasTooLongName(const Member& member) {
@@ -67,11 +78,13 @@ bool setsUserOrGroup(const Member& member) {
   return member.type == Type::kFile && (member.mode & (S_ISUID | S_ISGID)) != 0;
 }
 
-/// Whether a path lies in a directory of which nothing outlasts a restart.
-bool isVolatile(std::string_view path) {
+/// Whether a link leads into a directory of which nothing outlasts a restart.
+bool isVolatileLink(const Member& member) {
   constexpr std::string_view kVolatile[] = {"run/", "tmp/", "var/run/", "var/tmp/",
                                             "var/volatile/"};
-  return std::ranges::any_of(kVolatile, [path](auto start) { return path.starts_with(start); });
+  const std::string target = targetOf(member).value_or("");
+  return member.type == Type::kSymbolicLink &&
+         std::ranges::any_of(kVolatile, [&](auto start) { return target.starts_with(start); });
 }
 
 /// What no member of a backup is, by itself.
@@ -81,7 +94,9 @@ constexpr struct {
 } kRules[] = {
     {isAbsolute, "absolute path"},
     {hasParentDirectory, "\"..\" in the path"},
-    {hasLineBreak, "line break in the path"},
+    {hasLineBreak, "line break in the path or the link's target"},
+    {isBefore1970, "time before 1970"},
+    {isSetGroupIdDirectory, "set-user-ID or set-group-ID directory"},
     {isSpecial, "device, FIFO or other special file"},
     {hasTooLongName, "name longer than any file's"},
     {climbsOut, "link that leads out of the tree"},
@@ -158,17 +173,21 @@ class Inspection {
     if (findings.size() < kMostFindings) findings.push_back({what, shownPath(path)});
   }
 
-  /// Looks at what the restore does with the member when all is unpacked.
+  /// Looks at what the restore does with the member beside unpacking it.
   void inspectRestore(const Member& member, const std::string& path) {
-    if (contains(rules_.reserved, path)) find("used by the restore itself", member.path);
-    const bool is_rewritten = contains(rules_.rewritten, path);
-    if (member.type == Type::kSymbolicLink && is_rewritten &&
-        !isVolatile(targetOf(member).value_or(""))) {
-      find("link that the restore would write through", member.path);
-    }
     const std::string target = joined(componentsOf(member.link));
-    if (member.type == Type::kHardLink && (is_rewritten || contains(rules_.rewritten, target))) {
-      find("hard link that the restore would write through", member.path);
+    for (const std::string& file : rules_.written) {
+      const bool may_be_link = std::ranges::count(rules_.linked, file) > 0;
+      const bool is_plain = member.type == Type::kFile || (may_be_link && isVolatileLink(member));
+      if (isBelow(path, file) || (path == file && !is_plain)) {
+        find("no plain file, though the restore writes to it", member.path);
+      }
+      if (member.type == Type::kHardLink && target == file) {
+        find("hard link to what the restore writes to", member.path);
+      }
+    }
+    for (const std::string& file : rules_.reserved) {
+      if (path == file || isBelow(path, file)) find("used by the restore itself", member.path);
     }
   }
 
@@ -184,10 +203,6 @@ class Inspection {
                std::tie(member.mode, member.uid, member.gid)) {
       find("hard link with another mode or owner than its file", member.path);
     }
-  }
-
-  static bool contains(const std::vector<std::string>& paths, const std::string& path) {
-    return std::ranges::find(paths, path) != paths.end();
   }
 
   static bool isBelow(std::string_view path, std::string_view top) {

@@ -36,9 +36,9 @@ struct Verdict {
 /// What an archive may hold. Members are meant by their paths, which have no "/" before them.
 struct Rules {
   Places places;
-  std::vector<std::string> rewritten = {};  ///< what the restore writes when all is unpacked: it
-                                            ///< would write through a link, or a hard link
-  std::vector<std::string> reserved = {};   ///< what the restore uses for itself meanwhile
+  std::vector<std::string> written = {};   ///< what the restore writes itself when all is unpacked
+  std::vector<std::string> linked = {};    ///< those that may also be links to volatile files
+  std::vector<std::string> reserved = {};  ///< what the restore uses for itself meanwhile
 };
 
 /// Reads an archive to its end and looks whether it can be restored without harm: nothing in it is

@@ -51,16 +51,21 @@ tarball::Verdict verifyList(const std::string& path) {
   return verdict;
 }
 
-/// Returns what the archive `name` of a kind may hold. An unknown one is taken for a configuration,
-/// whose restore does the most.
-tarball::Rules rulesOf(const std::string& name, const Kind& kind) {
+std::vector<std::string> membersOf(const std::vector<host::Text>& files) {
+  std::vector<std::string> members;
+  for (const host::Text file : files) members.emplace_back(file.characters().substr(1));
+  return members;
+}
+
+/// Returns what an archive of a kind may hold. Of a configuration that is the same for all
+/// versions: its name can be changed.
+tarball::Rules rulesOf(const Kind& kind) {
   tarball::Rules rules{.places = placesOf(kind)};
   if (!kind.is_confirmed && &kind != &kUnknown) return rules;
-  const stowline::OwnFiles own = stowline::ownFilesOfRestore(name);
-  for (const auto& [files, paths] :
-       {std::pair(&own.written, &rules.rewritten), std::pair(&own.reserved, &rules.reserved)}) {
-    for (const host::Text file : *files) paths->emplace_back(file.characters().substr(1));
-  }
+  const stowline::OwnFiles own = stowline::ownFilesOfRestores();
+  rules.written = membersOf(own.written);
+  rules.linked = membersOf(own.linked);
+  rules.reserved = membersOf(own.reserved);
   return rules;
 }
 
@@ -70,7 +75,7 @@ tarball::Verdict verifyFile(const std::string& path, const Kind& kind,
                             const tarball::BeginProgress& begin) {
   if (kind.is_list) return verifyList(path);
   tarball::Reader reader(path, begin);
-  return tarball::verify(reader, rulesOf(path.substr(path.rfind('/') + 1), kind));
+  return tarball::verify(reader, rulesOf(kind));
 }
 
 bool isSoundWithCompanions(const std::string& path, const Kind& kind,

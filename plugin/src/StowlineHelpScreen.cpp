@@ -20,7 +20,6 @@ struct KeptFile {
 constexpr KeptFile kSamba = {
     "/etc/samba/smb.conf"_t, "cat /etc/samba/smb.conf > /etc/samba/smb_backup"_t,
     "cat /etc/samba/smb_backup > /etc/samba/smb.conf ; rm /etc/samba/smb_backup"_t};
-constexpr Text kSavedSamba = "/etc/samba/smb_backup"_t;
 
 /// The third row removes the backup of passwd once more and leaves that of shadow: the commands
 /// stay as every restore so far has run them.
@@ -215,18 +214,14 @@ std::vector<Text> keptFiles(const Module& module, const Object& path) {
   return files;
 }
 
-OwnFiles ownFilesOfRestore(const Object& path) {
-  const ConfVer conf_ver = confVerOf(path);
+OwnFiles ownFilesOfRestores() {
   OwnFiles files;
-  files.written.push_back("/etc/resolv.conf"_t);
-  if (conf_ver != QOR_13) {
-    files.written.push_back(kSamba.file);
-    files.reserved.push_back(kSavedSamba);
-  }
-  if (keepsSystemFiles(conf_ver)) {
-    for (const KeptFile& kept : kSystemFiles) files.written.push_back(kept.file);
-    files.written.push_back(kAutoNetwork);
-  }
+  files.linked.push_back("/etc/resolv.conf"_t);
+  files.reserved.push_back("/etc/samba/smb_backup"_t);
+  files.written = files.linked;
+  files.written.push_back(kSamba.file);
+  files.written.push_back(kAutoNetwork);
+  for (const KeptFile& kept : kSystemFiles) files.written.push_back(kept.file);
   return files;
 }
 

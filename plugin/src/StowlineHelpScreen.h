@@ -13,15 +13,14 @@ extern const host::Class kStowlineHelpScreen;
 /// them, in the order in which it puts them back.
 std::vector<host::Text> keptFiles(const host::Module& module, const host::Object& path);
 
-/// The files that a restore of a configuration archive writes itself, besides unpacking it.
+/// The files that some restore of a configuration archive writes itself, besides unpacking it.
 struct OwnFiles {
   std::vector<host::Text> written;   ///< when all is unpacked, also by the network that it starts
-  std::vector<host::Text> reserved;  ///< what it saves meanwhile, where the archive could have it
+  std::vector<host::Text> linked;    ///< those of them that it makes a link where they are none
+  std::vector<host::Text> reserved;  ///< what it saves files to, where the archive may have that
 };
 
-/// Returns those of the configuration archive `path`, on a receiver that has every file which a
-/// restore keeps.
-OwnFiles ownFilesOfRestore(const host::Object& path);
+OwnFiles ownFilesOfRestores();
 
 /// What the restore removes when all is unpacked, with all below it.
 inline constexpr const char* kRemovedAfterRestore = "/.qws";

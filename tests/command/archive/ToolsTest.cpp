@@ -93,16 +93,5 @@ TEST(EmptyArchive, IsFoundToHaveNoMember) {
   EXPECT_EQ(ArchiveFile(Tree().archive("tar czf", "-T /dev/null")).verdict(), Lines{"no member"});
 }
 
-TEST(PosixFormat, IsTakenAsFarAsItSaysTimesBesideTheHeaders) {
-  const std::string tar = "tar --format=posix -czf";
-  const ArchiveFile file(Tree().archive(tar, "etc/hostname etc/CCcam.cfg etc/enigma2/link"));
-  EXPECT_EQ(file.verdict(), kNotes);
-  EXPECT_EQ(file.listed().size(), 3U);
-  const std::string refusal = ArchiveFile(Tree().archive(tar, "etc/enigma2/" + kLongName)).damage();
-  EXPECT_EQ(refusal.substr(0, refusal.find('(')),
-            "programs may read the header of a member differently: more than times in an extended "
-            "header ");
-}
-
 }  // namespace
 }  // namespace archive_test

@@ -61,7 +61,14 @@ std::vector<VerdictCase> verdictCases() {
       {"ParentDirectory",
        file("keys/../etc/shadow"),
        {"\"..\" in the path: keys/../etc/shadow", kElsewhere + std::string("keys/../etc/shadow")}},
-      {"LineBreak", file("keys/a\nb\x1b"), lines("line break in the path: ", "keys/a\\x0ab\\x1b")},
+      {"LineBreak", file("keys/a\nb\x1b"),
+       lines("line break in the path or the link's target: ", "keys/a\\x0ab\\x1b")},
+      {"LineBreakInATarget", link("keys/a", "b\nbegin 644 c\n"),
+       lines("line break in the path or the link's target: ", "keys/a")},
+      {"TimeBefore1970", changed(file("keys/a"), 136, std::string(12, '\xff')),
+       lines("time before 1970: ", "keys/a")},
+      {"SetGroupIdDirectory", block({.name = "keys/a/", .type = '5', .mode = 02755}),
+       lines("set-user-ID or set-group-ID directory: ", "keys/a/")},
       {"CharacterDevice", block({.name = "keys/a", .type = '3'}),
        lines("device, FIFO or other special file: ", "keys/a")},
       {"BlockDevice", block({.name = "keys/a", .type = '4'}),
@@ -98,7 +105,7 @@ std::vector<VerdictCase> verdictCases() {
        lines(kHardElsewhere, "keys/a")},
       {"BelowALink", link("keys/a", "/etc") + file("keys/a/shadow"),
        lines(kBelow, "keys/a/shadow")},
-      {"BelowALinkFurtherUp", link("keys/a", "/") + file("./keys//a/etc/shadow"),
+      {"BelowALinkFurtherUp", link("keys/a", "/") + file("./keys/a/etc/shadow"),
        lines(kBelow, "keys/a/etc/shadow")},
       {"BelowAFile", file("keys/a") + file("keys/a/b"), lines(kBelow, "keys/a/b")},
       {"BelowALaterLink",
@@ -157,33 +164,41 @@ TEST(Verdict, CountsMembersAndBytes) {
   EXPECT_EQ(verdict.unpacked, 3U * 512 + 1024);
 }
 
-/// An archive for a restore that rewrites etc/hostname, and saves that in keys/saved.
-Lines verdictBeforeARewrite(const std::string& members) {
+/// An archive for a restore that writes etc/hostname and keys/link, and saves files to keys/saved.
+Lines verdictBeforeWriting(const std::string& members) {
   tarball::Reader reader(std::make_unique<Bytes>(members + kEndMark));
-  return linesOf(tarball::verify(
-      reader, {.places = places(), .rewritten = {"etc/hostname"}, .reserved = {"keys/saved"}}));
+  return linesOf(tarball::verify(reader, {.places = places(),
+                                          .written = {"etc/hostname", "keys/link"},
+                                          .linked = {"keys/link"},
+                                          .reserved = {"keys/saved"}}));
 }
 
-TEST(Verdict, TakesWhatTheRestoreRewritesForAPlainFileOrAVolatileOne) {
-  EXPECT_EQ(verdictBeforeARewrite(file("etc/hostname")), Lines{});
-  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "../run/hostname")), Lines{});
-  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "/var/run/hostname")), Lines{});
+TEST(Verdict, TakesPlainFilesThatTheRestoreWritesTo) {
+  EXPECT_EQ(verdictBeforeWriting(file("etc/hostname") + file("keys/link")), Lines{});
+  for (const char* target : {"../run/hostname", "/var/run/hostname", "/tmp/a"}) {
+    EXPECT_EQ(verdictBeforeWriting(link("keys/link", target)), Lines{}) << target;
+  }
 }
 
-TEST(Verdict, RefusesWhatTheRestoreWouldWriteThrough) {
-  const std::string finding = "link that the restore would write through: ";
-  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "shadow")), Lines{finding + "etc/hostname"});
-  EXPECT_EQ(verdictBeforeARewrite(link("etc/hostname", "/run/../etc/shadow")),
+TEST(Verdict, RefusesWhatTheRestoreCouldNotWriteToOrWouldWriteThrough) {
+  const std::string finding = "no plain file, though the restore writes to it: ";
+  for (const char* target : {"shadow", "/run/../etc/shadow", "../run/hostname"}) {
+    EXPECT_EQ(verdictBeforeWriting(link("etc/hostname", target)), Lines{finding + "etc/hostname"});
+  }
+  EXPECT_EQ(verdictBeforeWriting(link("keys/link", "/etc/shadow")), Lines{finding + "keys/link"});
+  EXPECT_EQ(verdictBeforeWriting(directory("etc/hostname/")), Lines{finding + "etc/hostname/"});
+  EXPECT_EQ(verdictBeforeWriting(file("etc/hostname/a")), Lines{finding + "etc/hostname/a"});
+  EXPECT_EQ(verdictBeforeWriting(file("keys/a") + hardLink("etc/hostname", "keys/a")),
             Lines{finding + "etc/hostname"});
-  EXPECT_EQ(verdictBeforeARewrite(file("keys/a") + hardLink("etc/hostname", "keys/a")),
-            Lines{"hard " + finding + "etc/hostname"});
-  EXPECT_EQ(verdictBeforeARewrite(file("etc/hostname") + hardLink("keys/a", "./etc/hostname")),
-            Lines{"hard " + finding + "keys/a"});
+  EXPECT_EQ(verdictBeforeWriting(file("etc/hostname") + hardLink("keys/a", "./etc/hostname")),
+            Lines{"hard link to what the restore writes to: keys/a"});
 }
 
 TEST(Verdict, RefusesWhatTheRestoreUsesItself) {
-  EXPECT_EQ(verdictBeforeARewrite(file("./keys/saved")),
-            Lines{"used by the restore itself: ./keys/saved"});
+  for (const char* path : {"./keys/saved", "keys/saved/a"}) {
+    EXPECT_EQ(verdictBeforeWriting(file(path)),
+              Lines{std::string("used by the restore itself: ") + path});
+  }
 }
 
 TEST(Verdict, IsSoundInSpiteOfNotes) {
