@@ -22,6 +22,8 @@ const char* described(Damage damage) {
       return "the file is empty";
     case Damage::kNotGzip:
       return "the file is not compressed by gzip";
+    case Damage::kExtraField:
+      return "the gzip header has an extra field";
     case Damage::kCutOff:
       return "the file is cut off";
     case Damage::kWrongData:

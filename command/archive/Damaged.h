@@ -10,6 +10,7 @@ namespace tarball {
 enum class Damage {
   kEmptyFile,       // the file has no byte
   kNotGzip,         // the file does not begin as gzip data do
+  kExtraField,      // the gzip data begin with an extra field, which one program cannot skip
   kCutOff,          // the file ends within its gzip data
   kWrongData,       // the gzip data cannot be unpacked
   kWrongChecksum,   // they unpack to other bytes than were packed

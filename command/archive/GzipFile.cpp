@@ -66,7 +66,9 @@ std::string_view GzipFile::read() {
 bool GzipFile::unpackSome() {
   if (!in_member_ && !beginMember()) return false;
   if (!hasInput()) return fail(Damage::kCutOff);
-  switch (inflate(&zlib_, Z_NO_FLUSH)) {
+  const int result = inflate(&zlib_, Z_NO_FLUSH);
+  if (header_.extra_len > 0) return fail(Damage::kExtraField);
+  switch (result) {
     case Z_OK:
     case Z_BUF_ERROR:
       return true;
@@ -86,6 +88,8 @@ bool GzipFile::beginMember() {
   if (!hasInput()) return members_ == 0 && fail(Damage::kEmptyFile);
   if (zeros || *zlib_.next_in != kFirstMagic) return fail(noMember());
   inflateReset(&zlib_);
+  header_ = {};
+  inflateGetHeader(&zlib_, &header_);
   ++members_;
   in_member_ = true;
   return true;

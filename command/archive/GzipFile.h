@@ -56,6 +56,7 @@ class GzipFile : public Stream {
   std::vector<unsigned char> input_;
   std::vector<unsigned char> output_;
   z_stream zlib_{};
+  gz_header header_{};            // of the gzip member
   std::uint64_t file_bytes_ = 0;  // read from the file
   std::uint64_t unpacked_ = 0;    // handed out by the calls before this one
   std::uint64_t members_ = 0;     // begun

@@ -43,7 +43,7 @@ enum class Action {
   keep,
   remove,
   remove_again,
-  blocked,  ///< it is not replaced, being a directory that is not empty
+  blocked,  ///< what becomes of it depends on the tar program
   unreadable,
 };
 
@@ -71,10 +71,9 @@ char characterOf(tarball::Type type);
 struct Change {
   std::string path;  ///< absolute
   Action action;
-  std::optional<State> before =
-      {};                           ///< nothing where there was nothing, or where it cannot be read
-  std::optional<State> after = {};  ///< nothing where there is nothing in the end
-  std::uint64_t member = 0;         ///< the number of the member that decides, from 1; 0 for none
+  std::optional<State> before = {};  ///< nothing where nothing was, or none that can be read
+  std::optional<State> after = {};   ///< nothing where there is nothing in the end
+  std::uint64_t member = 0;          ///< the number of the member that decides, from 1; 0 for none
 };
 
 /// Changes that stay where they are in memory when more are added: there may be many.

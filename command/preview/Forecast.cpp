@@ -101,14 +101,14 @@ const Change& Forecast::take(const tarball::Member& member, Content& content) {
 
 /// Says what the member does at a path that can be read.
 void Forecast::judge(const tarball::Member& member, Change& change, Content& content) {
-  if (kept_.contains(change.path)) {
-    // Where there is nothing to put back, what is put back is empty.
-    change.action = change.before ? Action::keep : Action::add;
-    if (isFile(change.after)) change.after->size = sizeOfKept(change.path);
-    change.member = 0;
-  } else if (isBlocked(change)) {
+  if (isBlocked(change)) {
     change.action = Action::blocked;
     change.after = change.before;
+  } else if (kept_.contains(change.path) && isFile(change.after)) {
+    // Where there is nothing to put back, what is put back is empty.
+    change.action = change.before ? Action::keep : Action::add;
+    change.after->size = sizeOfKept(change.path);
+    change.member = 0;
   } else if (!change.before) {
     change.action = Action::add;
   } else {
@@ -130,10 +130,13 @@ bool Forecast::isBlocked(const Change& change) const {
   return isDirectory(change.before) != isDirectory(change.after);
 }
 
-/// Whether the receiver has something else than a directory among those that the path lies in.
+/// Whether something else than a directory is among those that the path lies in: on the receiver,
+/// or by then, as the archives have brought it.
 bool Forecast::isBelowFile(const std::string& path) const {
   for (std::size_t slash = path.rfind('/'); slash > 0; slash = path.rfind('/', slash - 1)) {
     const std::string above = path.substr(0, slash);
+    const Change* brought = find(above);
+    if (brought && brought->after) return !isDirectory(brought->after);
     if (!receiver_.linkStatus(above)) continue;
     const auto status = receiver_.status(above);
     return !status || !S_ISDIR(status->st_mode);

@@ -19,13 +19,12 @@ using Texts = std::vector<std::string>;
 constexpr std::size_t kBlock = 512;
 
 /// Paths that meet each other, some of them spelled in another way.
-const Texts kPaths = {"keys/a",     "keys/b",       "keys/a/b",      "keys/a/c",
-                      "keys/d/e",   "keys/d",       "./keys/a",      "keys//b",
-                      "keys/./b",   "etc/hostname", "etc/CCcam.cfg", "etc/CCx/y",
-                      "keys/a b",   "keys/caf\xe9", "etc/enigma2/s", "etc/enigma2/d/s",
-                      "keys/f/g/h", "keys/i",       "keys/j/k",      "keys/l",
-                      "etc/CC1",    "etc/CC2",      "etc/enigma2/t", "etc/enigma2/u/v",
-                      "keys/m",     "keys/n/o",     "keys/p"};
+const Texts kPaths = {
+    "keys/a",        "keys/b",          "keys/a/b",      "keys/a/c",        "keys/d/e",
+    "keys/d",        "./keys/a",        "etc/hostname",  "etc/CCcam.cfg",   "etc/CCx/y",
+    "keys/a b",      "keys/caf\xe9",    "etc/enigma2/s", "etc/enigma2/d/s", "keys/f/g/h",
+    "keys/i",        "keys/j/k",        "keys/l",        "etc/CC1",         "etc/CC2",
+    "etc/enigma2/t", "etc/enigma2/u/v", "keys/m",        "keys/n/o",        "keys/p"};
 const Texts kHostilePaths = {"../x", "keys/../etc/shadow", "/keys/a", "etc/shadow", "keys/..",
                              ".",    "keys/a\nb",          "etc"};
 const Texts kTargets = {
@@ -127,6 +126,13 @@ std::string Generator::archive() {
   return chance(3) ? damaged(std::move(tar)) : tar;
 }
 
+std::string Generator::compressed(const std::string& tar) {
+  const std::size_t cut = chance(10) ? upTo(tar.size()) : tar.size();
+  std::string packed = archive_test::gzipped(tar.substr(0, cut), 1);
+  if (cut < tar.size()) packed += archive_test::gzipped(tar.substr(cut), 1);
+  return chance(5) ? packed + std::string(upTo(600), '\0') : packed;
+}
+
 std::string Generator::path() {
   if (chance(2)) return pick(kHostilePaths);
   if (chance(3)) return "keys/" + std::string(90 + upTo(20), 'n');
@@ -158,7 +164,7 @@ std::string Generator::member() {
                 .mode = pick(std::vector<unsigned>{0644, 0600, 0755, 0444}),
                 .is_gnu = chance(50)};
   if (type == '5') {
-    header.mode = pick(std::vector<unsigned>{0755, 0700, 01777});
+    header.mode = pick(std::vector<unsigned>{0755, 0755, 0700, 0700, 01777, 02755});
     if (chance(80)) header.name += "/";
   }
   if (type == '1' || type == '2' || chance(1)) header.link = target();

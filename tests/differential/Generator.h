@@ -22,7 +22,10 @@ class Generator {
   Generator(unsigned seed, unsigned round);
 
   std::vector<Item> receiver();
+
+  /// Returns a tar archive, and one compressed: as one gzip member or more.
   std::string archive();
+  std::string compressed(const std::string& tar);
 
  private:
   bool chance(unsigned percent);

@@ -23,8 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The directories that the programs need.
-constexpr const char* kSystem[] = {"usr", "bin", "lib", "lib64"};
+/// The directories that the programs need, and gzip(1) with them.
+constexpr const char* kSystem[] = {"usr", "bin", "lib", "lib64", "dev"};
 
 void require(bool holds, const std::string& path) {
   if (!holds) throw base::SystemError(errno, path);
@@ -79,7 +79,7 @@ std::string Unpacker::unpack(const fs::path& archive) const {
   const base::Descriptor input(open(archive.c_str(), O_RDONLY));
   std::vector<const char*> arguments;
   for (const std::string& argument : tar_) arguments.push_back(argument.c_str());
-  for (const char* argument : {"-xf", "-", "-C", "/"}) arguments.push_back(argument);
+  for (const char* argument : {"-xzf", "-", "-C", "/"}) arguments.push_back(argument);
   arguments.push_back(nullptr);
   const pid_t child = fork();
   require(child >= 0, "fork");

@@ -24,8 +24,8 @@ class Unpacker {
   /// Makes the root hold these items and nothing else of its own.
   void reset(const std::vector<Item>& items) const;
 
-  /// Unpacks the archive, a file outside the root, as the restore does: at "/", as root. Returns
-  /// what the program says when it fails, "" when it does not.
+  /// Unpacks the compressed archive, a file outside the root, as the restore does: at "/", as root.
+  /// Returns what the program says when it fails, "" when it does not.
   std::string unpack(const std::filesystem::path& archive) const;
 
   Tree tree() const;

@@ -82,6 +82,11 @@ std::vector<DamageCase> damageCases() {
       {"PlainTar", tar, "the file is not compressed by gzip (byte 0 of the file, byte 0 unpacked)"},
       {"Zeros", std::string(1024, '\0'),
        "the file is not compressed by gzip (byte 0 of the file, byte 0 unpacked)"},
+      {"ExtraField",
+       packed.substr(0, 3) + '\4' + packed.substr(4, 6) + std::string("\2\0xy", 4) +
+           packed.substr(10),
+       "the gzip header has an extra field (byte " + sizeOf(packed + "1234") +
+           " of the file, byte 3072 unpacked" + last},
       {"CutOff", packed.substr(0, packed.size() - 1),
        "the file is cut off (byte " + std::to_string(packed.size() - 1) +
            " of the file, byte 3072 unpacked" + last},

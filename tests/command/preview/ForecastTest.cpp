@@ -137,6 +137,27 @@ TEST_F(ForecastTest, ChangesAreToldWhereTheReceiversLinksLead) {
             }));
 }
 
+TEST_F(ForecastTest, WhatTheArchivesBringIsInTheWay) {
+  files.makeDirectory("/etc");
+  files.makeLink("/link", "/etc");
+  EXPECT_EQ(files.told(
+                {}, {tarOf({member({.name = "etc/a", .type = '2', .link = "/tmp"}),
+                            member({.name = "link/b"}, "1"), member({.name = "etc/b/below"}, "1")}),
+                     tarOf({member({.name = "etc/a/below"}, "1")})}),
+            (Lines{
+                "add /etc/a: nothing -> link /tmp",
+                "add /etc/b: nothing -> 1",
+                "blocked /etc/b/below: nothing -> nothing",
+                "blocked /etc/a/below: nothing -> nothing",
+            }));
+}
+
+TEST_F(ForecastTest, DirectoryInThePlaceOfAKeptFileIsBlocked) {
+  files.write("/kept", "content");
+  EXPECT_EQ(told({member({.name = "kept/", .type = '5', .mode = 0755})}, {.kept = {"/kept"}}),
+            Lines{"blocked /kept: 7 -> 7"});
+}
+
 TEST_F(ForecastTest, KeptFileHasTheContentThatItsLinkLedTo) {
   files.write("/shared", "content");
   files.makeLink("/kept", "shared");
@@ -199,7 +220,7 @@ TEST_F(ForecastTest, KeptFileTakesTheArchivesPermissions) {
 TEST_F(ForecastTest, LaterMemberOfTheSamePathDecides) {
   files.write("/etc/file", "second");
   EXPECT_EQ(files.told({}, {tarOf({member({.name = "etc/file"}, "first"),
-                                   member({.name = "./etc//file"}, "third")}),
+                                   member({.name = "./etc/file"}, "third")}),
                             tarOf({member({.name = "etc/file"}, "second")})}),
             Lines{"same /etc/file: 6 -> 6"});
 }

@@ -35,7 +35,7 @@ TEST_F(HostileMembersTest, PathsAreThoseOfTheReceiverHoweverTheyClimb) {
 }
 
 TEST_F(HostileMembersTest, DirectoryAboveTheReceiverIsTheReceiver) {
-  for (const char* path : {"..", "etc/..", "./"}) {
+  for (const char* path : {"..", "etc/.."}) {
     EXPECT_EQ(told({member({.name = path, .type = '5', .mode = 0755})}),
               Lines{"same /: directory -> directory"});
   }
