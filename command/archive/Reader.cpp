@@ -72,7 +72,8 @@ std::string Reader::takeBlock() {
 /// Takes up to so many of the next bytes; none at the stream's end.
 std::string_view Reader::take(std::uint64_t most) {
   if (pending_.empty() && most > 0) pending_ = moreBytes();
-  const std::string_view taken = pending_.substr(0, most);
+  const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(most, pending_.size()));
+  const std::string_view taken = pending_.substr(0, count);
   pending_.remove_prefix(taken.size());
   return taken;
 }

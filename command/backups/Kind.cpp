@@ -44,6 +44,9 @@ constexpr Kind kFileKinds[] = {
     {.word = "unknown", .operation = ""_t, .file = ""_t},
 };
 
+static_assert(kUserFiles.word == std::string_view("user files") &&
+              kUnknown.word == std::string_view("unknown"));
+
 bool isOfKind(const std::string& name, const Kind& kind) {
   return std::ranges::any_of(stowline::kListedKinds, [&](const stowline::ListedKind& listed) {
     return listed.restoretype.characters() == kind.restoretype && isListed(listed, name);

@@ -91,7 +91,8 @@ void JsonReport::finish(Preview& preview) {
   json_.close();
 }
 
-/// Opens the list of members, once: not before there is one, or the end without any error.
+/// Opens the list of members before the first of them, or at the end: an error before that leaves
+/// nothing printed.
 void JsonReport::begin() {
   if (std::exchange(has_begun_, true)) return;
   json_.openObject();

@@ -8,7 +8,8 @@ namespace {
 
 using TakeMember = std::function<void(const tarball::Member&)>;
 
-/// Reads an archive to its end or to what is wrong with it: that is the damage, if it is the first.
+/// Reads an archive to its end, or as far as it is not damaged. `damage` takes note of the first
+/// damage of all archives.
 void readMembers(tarball::Reader& reader, const std::string& name, const TakeMember& take,
                  std::string& damage) {
   try {
