@@ -17,8 +17,22 @@
 namespace base {
 namespace {
 
+/// Lets go of all that this process has open but `kept`, which becomes 0: one that cannot be ended
+/// would keep locks, and whoever reads its output waiting.
+void keepOnly(int kept) {
+  dup2(kept, 0);
+#ifdef SYS_close_range
+  if (syscall(SYS_close_range, 1U, ~0U, 0U) == 0) return;
+#endif
+  for (auto descriptor = static_cast<int>(sysconf(_SC_OPEN_MAX)); --descriptor > 0;) {
+    close(descriptor);
+  }
+}
+
 /// Asks the server of a share, whatever the kernel remembers of it. Calls nothing but the kernel.
-[[noreturn]] void ask(const char* path) {
+/// `lives` is closed by the end.
+[[noreturn]] void ask(const char* path, int lives) {
+  keepOnly(lives);
   struct statfs status {};
   std::array<char, 4096> entries{};
   statfs(path, &status);
@@ -36,7 +50,7 @@ void requireAnswer(const std::string& path, std::chrono::milliseconds limit) {
   Descriptor lives(ends[1]);  // closed by its end: kernels of receivers are older than pidfd_open()
   const pid_t process = fork();
   if (process < 0) throw SystemError(errno, "fork");
-  if (process == 0) ask(path.c_str());
+  if (process == 0) ask(path.c_str(), lives.number());
   lives.reset();
   pollfd waiting{ended.number(), POLLIN, 0};
   int ready = 0;

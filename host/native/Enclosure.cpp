@@ -220,16 +220,23 @@ void leaveOutside(int lifeline) {
   }
 }
 
-/// Ends every process whose "/" is `dir`.
-void endAllIn(const std::filesystem::path& dir) {
-  for (bool is_found = true; is_found;) {
-    is_found = false;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-      std::error_code gone;
-      if (!std::filesystem::equivalent(entry.path() / "root", dir, gone)) continue;
-      is_found |= kill(std::stoi(entry.path().filename()), SIGKILL) == 0;
-    }
+/// Tells every process whose "/" is `dir` to end. Returns whether there is any.
+bool killAllIn(const std::filesystem::path& dir) {
+  bool is_found = false;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::error_code gone;
+    if (!std::filesystem::equivalent(entry.path() / "root", dir, gone)) continue;
+    is_found |= kill(std::stoi(entry.path().filename()), SIGKILL) == 0;
   }
+  return is_found;
+}
+
+/// Ends every process whose "/" is `dir`, but for those that wait for a dead share: no signal ends
+/// them.
+void endAllIn(const std::filesystem::path& dir) {
+  constexpr int kMostTries = 200;
+  constexpr useconds_t kPause = 10000;  // microseconds
+  for (int tries = 0; tries < kMostTries && killAllIn(dir); ++tries) usleep(kPause);
 }
 
 /// Waits for the end of the enclosure's first process. Ends it when the other end of `lifeline` is
