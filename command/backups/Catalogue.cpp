@@ -51,6 +51,7 @@ class Reader {
 
  private:
   std::vector<std::string> listNames() const {
+    base::requireAnswer(catalogue_.directory);
     try {
       if (root_.status(place_)) return root_.names(place_);
     } catch (const base::SystemError& error) {

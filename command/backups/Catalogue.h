@@ -53,7 +53,7 @@ struct Catalogue {
 /// Reads the catalogue of the medium that is found in the directory `medium`. `model`: the model to
 /// decide for, "" for none. Nothing is written, and nothing is said of what is outdated. Raises
 /// std::runtime_error when there is no backup directory, and base::SystemError when it cannot be
-/// read or the medium does not answer.
+/// read or it or the medium does not answer.
 Catalogue readCatalogue(const std::filesystem::path& medium, const std::string& model);
 
 }  // namespace backups

@@ -1,11 +1,10 @@
 #include "command/backups/VerifyFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <filesystem>
 #include <string_view>
 
 #include "base/Descriptor.h"
@@ -42,6 +41,10 @@ tarball::Verdict verifyList(const std::string& path) {
   tarball::Verdict verdict;
   std::string text(kMostOfList + 1, '\0');
   text.resize(base::readSome(file.number(), text.data(), text.size(), path));
+  if (text.empty()) {
+    verdict.notes.push_back({"no package", ""});
+    verdict.noted = 1;
+  }
   if (text.size() > kMostOfList) find(verdict, "too long for a list of packages", "");
   verdict.unpacked = text.size();
   for (const std::string& line : base::linesOf(text)) {
@@ -69,6 +72,17 @@ tarball::Rules rulesOf(const Kind& kind) {
   return rules;
 }
 
+constexpr const char* kTwoArchives =
+    "two archives of user files: links of one could be in the other's way";
+
+/// Whether there can be such a file. Raises base::SystemError when that cannot be told.
+bool isThere(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0) return true;
+  if (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG) return false;
+  throw base::SystemError(errno, path);
+}
+
 }  // namespace
 
 tarball::Verdict verifyFile(const std::string& path, const Kind& kind,
@@ -78,16 +92,33 @@ tarball::Verdict verifyFile(const std::string& path, const Kind& kind,
   return tarball::verify(reader, rulesOf(kind));
 }
 
-bool isSoundWithCompanions(const std::string& path, const Kind& kind,
-                           const tarball::BeginProgress& begin) {
+std::string firstFinding(const tarball::Verdict& verdict) {
+  if (verdict.sound()) return "";
+  const auto& [what, member] = verdict.findings.front();
+  return member.empty() ? what : what + ": " + member;
+}
+
+std::string whyNotGood(const std::string& path, const Kind& kind,
+                       const tarball::BeginProgress& begin) {
+  std::string place;  // what tells the companion that is looked at from its archive
   try {
-    if (!verifyFile(path, kind, begin).sound()) return false;
-    return std::ranges::all_of(kind.companions, [&](const char* ending) {
-      return !std::filesystem::exists(path + ending) ||
-             verifyFile(path + ending, kUserFiles, begin).sound();
-    });
-  } catch (const base::SystemError&) {
-    return false;
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) throw base::SystemError(errno, path);
+    if (!isLargeEnough(kind, status.st_size)) return "too small to be restored";
+    std::string reason = firstFinding(verifyFile(path, kind, begin));
+    if (!reason.empty()) return reason;
+    bool has_companion = false;
+    for (const char* ending : kind.companions) {
+      place = std::string(ending) + ": ";
+      if (!isThere(path + ending)) continue;
+      if (has_companion) return kTwoArchives;
+      has_companion = true;
+      reason = firstFinding(verifyFile(path + ending, kUserFiles, begin));
+      if (!reason.empty()) return place + reason;
+    }
+    return "";
+  } catch (const base::SystemError& error) {
+    return place + error.code().message();
   }
 }
 

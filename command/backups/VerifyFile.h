@@ -15,9 +15,13 @@ namespace backups {
 tarball::Verdict verifyFile(const std::string& path, const Kind& kind,
                             const tarball::BeginProgress& begin = {});
 
-/// Whether the backup `path` of this kind can be read and is sound, and so is every archive beside
-/// it that is restored with it. `begin` as above.
-bool isSoundWithCompanions(const std::string& path, const Kind& kind,
-                           const tarball::BeginProgress& begin = {});
+/// Returns the first of the findings as text, "" for none.
+std::string firstFinding(const tarball::Verdict& verdict);
+
+/// Returns why the backup `path` of this kind is not good, in one line, "" when it is: it can be
+/// read, is large enough to be restored, and is sound with the one archive, if any, that is
+/// restored with it. `begin` as above.
+std::string whyNotGood(const std::string& path, const Kind& kind,
+                       const tarball::BeginProgress& begin = {});
 
 }  // namespace backups

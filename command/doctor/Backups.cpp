@@ -1,12 +1,7 @@
 #include "command/doctor/Backups.h"
 
-#include <ftw.h>
-#include <glob.h>
-#include <sys/stat.h>
-#include <sys/statvfs.h>
-
 #include <algorithm>
-#include <cerrno>
+#include <cmath>
 #include <ctime>
 #include <filesystem>
 #include <functional>
@@ -15,12 +10,11 @@
 #include <string>
 
 #include "base/Escape.h"
-#include "base/SystemError.h"
 #include "command/backups/Kind.h"
 #include "command/backups/RestoreScreen.h"
 #include "command/backups/SetName.h"
 #include "command/backups/VerifyFile.h"
-#include "command/output/Table.h"
+#include "command/doctor/Room.h"
 #include "command/scheduled/PackageManager.h"
 #include "command/scheduled/Remains.h"
 #include "command/scheduled/Trust.h"
@@ -33,61 +27,6 @@ namespace fs = std::filesystem;
 
 /// A clock before this has not been set: the component is no older.
 constexpr int kFirstYear = 2026;
-
-/// How many files the next backup has at most: one of each kind, and the user files.
-constexpr std::uint64_t kMostFiles = backups::kKinds.size() + 1;
-
-/// Returns how many bytes there are in what `path` names and below it. What cannot be read has
-/// none.
-std::uint64_t sizeBelow(const fs::path& path) {
-  std::error_code ignored;
-  if (!fs::is_directory(fs::symlink_status(path, ignored))) {
-    const std::uintmax_t size = fs::file_size(path, ignored);
-    return ignored ? 0 : size;
-  }
-  std::uint64_t size = 0;
-  constexpr auto kOptions = fs::directory_options::skip_permission_denied;
-  for (fs::recursive_directory_iterator at(path, kOptions, ignored), end; !ignored && at != end;
-       at.increment(ignored)) {
-    std::error_code unknown;
-    const std::uintmax_t bytes = at->is_regular_file(unknown) ? at->file_size(unknown) : 0;
-    if (!unknown) size += bytes;
-  }
-  return size;
-}
-
-/// Returns how many bytes the next backup takes at most: all that it would hold, not compressed.
-std::uint64_t sizeOfNextBackup() {
-  std::uint64_t size = 0;
-  for (const std::string& pattern : backups::patternsOf(backups::kUnknown)) {
-    glob_t found{};
-    if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
-      for (std::size_t at = 0; at < found.gl_pathc; ++at) size += sizeBelow(found.gl_pathv[at]);
-    }
-    globfree(&found);
-  }
-  return size;
-}
-
-std::string sizeText(std::uint64_t bytes) {
-  return output::sizeText(static_cast<long long>(bytes));
-}
-
-Check checkRoom(const std::string& directory) {
-  struct statvfs status {};
-  if (statvfs(directory.c_str(), &status) != 0) {
-    return {"room", State::failed, "cannot be told"};
-  }
-  const std::uint64_t room = std::uint64_t{status.f_bavail} * status.f_frsize;
-  const std::uint64_t needed = sizeOfNextBackup();
-  const bool has_inodes = status.f_files > 0;  // some file systems make them as they go
-  const bool is_enough = room >= needed && (!has_inodes || status.f_favail >= kMostFiles);
-  const std::string text = sizeText(room) +
-                           (has_inodes ? " and " + output::counted(status.f_favail, "file") : "") +
-                           " free, the next backup takes at most " + sizeText(needed) + " and " +
-                           output::counted(kMostFiles, "file");
-  return {"room", is_enough ? State::ok : State::warning, text};
-}
 
 /// Returns the local time as a backup's name has it, "2024-03-05 07:04".
 std::string timeText(std::time_t time) {
@@ -118,12 +57,13 @@ std::optional<long> ageInDays(const std::string& name) {
   if (!said || !strptime(said->time.c_str(), "%Y-%m-%d %H:%M", &fields)) return {};
   fields.tm_isdst = -1;
   constexpr double kDay = 24 * 60 * 60;
-  return static_cast<long>(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay);
+  return std::lround(std::floor(std::difftime(std::time(nullptr), std::mktime(&fields)) / kDay));
 }
 
 std::string ageText(const std::string& name) {
   const auto days = ageInDays(name);
   if (!days) return "";
+  if (*days < 0) return ", from the future";
   if (*days == 0) return ", less than a day old";
   return ", " + std::to_string(*days) + (*days == 1 ? " day old" : " days old");
 }
@@ -139,46 +79,45 @@ std::string namesText(const std::vector<std::string>& names) {
   return text;
 }
 
-/// What is to be said of a backup.
-enum class Quality { unlisted, good, bad };
+/// Whether the restore list shows a file that can be a backup. One that cannot be looked at can.
+bool isListed(const scheduled::Start& start, const std::string& name, const backups::Kind& kind) {
+  std::error_code error;
+  const fs::file_type type = fs::status(start.directory + "/" + name, error).type();
+  return (type == fs::file_type::regular || type == fs::file_type::none) &&
+         backups::isShellWord(name) && scheduled::isListed(start.host, name, kind);
+}
 
-/// Judges a backup of a kind: whether it can be restored here, is sound, and is not empty unless it
-/// may be. Raises base::SystemError.
-Quality qualityOf(const scheduled::Start& start, const std::string& name, const backups::Kind& kind,
-                  bool may_be_empty, const tarball::BeginProgress& begin) {
-  const std::string path = start.directory + "/" + name;
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0 && errno != ENOENT) throw base::SystemError(errno, path);
-  const bool is_listed = S_ISREG(status.st_mode) && backups::isShellWord(name) &&
-                         scheduled::isRestorable(start.host, path, kind);
-  if (!is_listed) return Quality::unlisted;
-  const bool is_good =
-      (status.st_size > 0 || may_be_empty) && backups::isSoundWithCompanions(path, kind, begin);
-  return is_good ? Quality::good : Quality::bad;
+std::string whyNotGood(const std::string& path, const backups::Kind& kind, bool may_be_empty,
+                       const tarball::BeginProgress& begin) {
+  std::error_code unknown;
+  return !may_be_empty && fs::file_size(path, unknown) == 0
+             ? "empty"
+             : backups::whyNotGood(path, kind, begin);
 }
 
 /// Looks for the newest good backup of a kind. An empty list of plugins is one where none is
 /// installed. `names`: those in the directory, the newest first.
 Check checkLastGood(const scheduled::Start& start, const std::vector<std::string>& names,
                     const backups::Kind& kind, const tarball::BeginProgress& begin) {
+  constexpr std::size_t kMostBad = 100;  // reading all of a large medium takes hours
   const bool may_be_empty = kind.is_list && scheduled::hasNoPlugins(start.system);
   std::vector<std::string> bad;
-  std::string good = "there is none";
   for (const std::string& name : names) {
-    if (!backups::isOfKind(name, kind)) continue;
-    try {
-      const Quality quality = qualityOf(start, name, kind, may_be_empty, begin);
-      if (quality == Quality::bad) bad.push_back(name);
-      if (quality != Quality::good) continue;
-      good = base::escapeControls(name) + ageText(name);
-      if (bad.empty()) return {kind.last_good, State::ok, good};
-      break;
-    } catch (const base::SystemError& error) {
-      bad.push_back(name + " (" + error.code().message() + ")");
+    if (!isListed(start, name, kind)) continue;
+    if (bad.size() == kMostBad) {
+      return {kind.last_good, State::warning, "none of the newest 100 is good: " + namesText(bad)};
     }
+    const std::string reason = whyNotGood(start.directory + "/" + name, kind, may_be_empty, begin);
+    if (!reason.empty()) {
+      bad.push_back(name + " (" + reason + ")");
+      continue;
+    }
+    const std::string good = base::escapeControls(name) + ageText(name);
+    if (bad.empty()) return {kind.last_good, State::ok, good};
+    return {kind.last_good, State::warning, good + "; newer and not good: " + namesText(bad)};
   }
-  if (!bad.empty()) good += "; newer and not good: " + namesText(bad);
-  return {kind.last_good, State::warning, good};
+  return {kind.last_good, State::warning,
+          "there is none" + (bad.empty() ? "" : "; newer and not good: " + namesText(bad))};
 }
 
 Check checkRemains(const scheduled::Start& start) {

@@ -19,9 +19,10 @@ const char* wordOf(State state) {
       return "ok";
     case State::warning:
       return "warning";
-    default:
-      return "failed";
+    case State::failed:
+      break;
   }
+  return "failed";
 }
 
 namespace {
@@ -55,8 +56,8 @@ std::vector<Check> examine(const tarball::BeginProgress& begin) {
   for (const scheduled::Precondition& precondition : scheduled::kPreconditions) {
     checks.push_back(checkPrecondition(precondition, start));
     if (checks.back().detail.empty()) checks.pop_back();
-    start.lock.reset();  // a run may begin meanwhile
   }
+  start.lock.reset();  // a run may begin meanwhile
   checks.push_back(guarded("tools", [&] { return checkTools(os); }));
   checks.push_back(guarded("tar", [&] { return checkArchiving(os); }));
   checks.push_back(guarded("package manager", [&] { return checkPackageManager(os); }));

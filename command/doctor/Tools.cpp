@@ -41,7 +41,7 @@ Check checkTools(plain::System& os) {
   return {"tools", State::failed, "missing:" + missing};
 }
 
-Check checkPackageManager(plain::System& os) {
+Check checkPackageManager(scheduled::System& os) {
   const std::string reason = scheduled::whyNoPackages(os);
   if (reason.empty()) return {"package manager", State::ok, "answers"};
   return {"package manager", State::failed, reason};

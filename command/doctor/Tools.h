@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command/doctor/Doctor.h"
+#include "command/scheduled/System.h"
 #include "host/plain/System.h"
 
 namespace doctor {
@@ -9,6 +10,6 @@ namespace doctor {
 Check checkTools(plain::System& os);
 
 /// Whether the package manager answers.
-Check checkPackageManager(plain::System& os);
+Check checkPackageManager(scheduled::System& os);
 
 }  // namespace doctor

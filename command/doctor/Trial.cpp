@@ -9,7 +9,6 @@
 
 #include "base/Files.h"
 #include "base/SystemError.h"
-#include "command/scheduled/CapturedOutput.h"
 
 namespace doctor {
 namespace {
@@ -106,16 +105,15 @@ std::string differenceOf(const Tree& before, const Tree& after) {
 }
 
 /// Runs a command. Returns what it said last when it fails, in brackets.
-std::string run(plain::System& os, const std::string& command) {
-  const scheduled::CapturedOutput output;
+std::string run(scheduled::System& os, const std::string& command) {
   if (os.system(command) == 0) return "";
-  const std::string said = output.lastLine();
+  const std::string said = os.whyFailed("tar");
   return said.empty() ? "" : " (" + said + ")";
 }
 
 }  // namespace
 
-Check checkArchiving(plain::System& os) {
+Check checkArchiving(scheduled::System& os) {
   const Scratch scratch;
   const fs::path files = scratch.path() / "files";
   const fs::path unpacked = scratch.path() / "unpacked";
@@ -130,6 +128,7 @@ Check checkArchiving(plain::System& os) {
   const bool is_excluded = !after.contains(kLeftOut);
   if (is_excluded) before.erase(kLeftOut);
   const std::string difference = differenceOf(before, after);
+  if (after.empty()) return {kName, State::failed, "nothing comes back" + said};
   if (!difference.empty()) return {kName, State::failed, difference + said};
   if (is_excluded) return {kName, State::ok, "brings back what it archives"};
   return {

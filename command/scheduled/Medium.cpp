@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -17,18 +18,34 @@
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
 #include "host/plain/Error.h"
-#include "plugin/src/Media.h"
 
 namespace scheduled {
 namespace {
 
-/// What is written to see whether a medium takes anything: more than the blocks that a file system
-/// keeps back within a file's own record.
-constexpr std::size_t kProbe = 65536;
+constexpr std::string_view kMedia = "/media/";
+
+/// Where shares are mounted by themselves: no media.
+constexpr std::string_view kShareRoots[] = {"/media/net", "/media/net/autofs",
+                                            "/media/net/autonet"};
+
+/// Whether the directory is there and on a medium that is mounted. stowline::mountedMedia() would
+/// look into all the shares that there are, and wait for one that is silent.
+bool isOnMedium(const plain::Host& host, const std::string& directory) {
+  std::error_code error;
+  const std::string place = std::filesystem::canonical(directory, error).string() + "/";
+  const auto holds = [&](const std::string& line) {
+    std::string device;
+    std::string mounted;
+    std::istringstream(line) >> device >> mounted;
+    return mounted.starts_with(kMedia) && std::ranges::count(kShareRoots, mounted) == 0 &&
+           place.starts_with(mounted + "/");
+  };
+  return !error && std::ranges::any_of(host.system().open("/proc/mounts"), holds);
+}
 
 /// Writes and syncs the probe. Returns whether it has all been taken; errno says why not.
 bool writeProbe(int file) {
-  const std::string bytes(kProbe, 'x');
+  const std::string bytes(kProbeSize, kProbeByte);
   for (std::size_t done = 0; done < bytes.size();) {
     const ssize_t count = write(file, bytes.data() + done, bytes.size() - done);
     if (count < 0 && errno != EINTR) return false;
@@ -47,21 +64,24 @@ void requireMounted(const plain::Host& host) {
   if (stat(medium.c_str(), &status) != 0 && errno != ENOENT) {
     throw base::SystemError(errno, medium);
   }
-  std::error_code error;
-  const std::string directory = std::filesystem::canonical(medium, error).string() + "/";
-  const auto holds = [&](const host::Object& mounted) {
-    return directory.starts_with(plain::textOf(mounted) + "/");
-  };
-  if (!error && std::ranges::any_of(stowline::mountedMedia(host.module()), holds)) return;
-  throw std::runtime_error(medium.empty() ? "the settings name no medium"
-                                          : "the medium " + medium + " is not mounted");
+  if (!isOnMedium(host, medium)) {
+    throw std::runtime_error(medium.empty() ? "the settings name no medium"
+                                            : "the medium " + medium + " is not mounted");
+  }
+  base::requireAnswer(medium + "/qor-stowline");
+}
+
+void requireOnMedium(const plain::Host& host, const std::string& directory) {
+  if (isOnMedium(host, directory)) return;
+  throw std::runtime_error("the backup directory " + directory + " is on no mounted medium");
 }
 
 std::string whyNotWritable(const std::string& directory) {
   std::string path = directory + "/" + std::string(kProbeName) + "XXXXXX";
   base::Descriptor file(mkostemp(path.data(), O_CLOEXEC));
   if (!file) return std::strerror(errno);
-  // A run that is killed leaves no more than the name. Over some networks an open file stays.
+  // A run that is killed leaves no more than the name. Where a share refuses to unlink an open
+  // file, the name goes afterwards.
   const bool has_name = unlink(path.c_str()) != 0;
   std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
   file.reset();
@@ -84,6 +104,7 @@ HeldDirectory::HeldDirectory(const std::string& path)
 std::string HeldDirectory::whyGone(const plain::Host& host) const {
   try {
     requireMounted(host);
+    requireOnMedium(host, path_);
     struct stat held {};
     struct stat now {};
     if (fstat(directory_.number(), &held) != 0 || stat(path_.c_str(), &now) != 0) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -9,11 +10,21 @@
 namespace scheduled {
 
 /// Raises std::runtime_error, in one line, unless what the receiver's settings name as the medium
-/// is a medium that is mounted, a link to one, or a directory on one, and it answers in time.
+/// is a medium that is mounted, a link to one, or a directory on one, and it and the backup
+/// directory, where there is one, answer in time. Nothing is asked of other media.
 void requireMounted(const plain::Host& host);
+
+/// Raises std::runtime_error, in one line, unless the backup directory is on a medium that is
+/// mounted: it may be a link. To be asked after requireMounted().
+void requireOnMedium(const plain::Host& host, const std::string& directory);
 
 /// How the name of the file begins that whyNotWritable() writes; six letters and digits follow.
 inline constexpr std::string_view kProbeName = ".stowline-";
+
+/// What it holds, or the beginning of that: so many times this byte. That is more than the blocks
+/// that a file system keeps back within a file's own record.
+inline constexpr std::size_t kProbeSize = 65536;
+inline constexpr char kProbeByte = 'x';
 
 /// Writes a file of some size into `directory`; its name goes before that. Returns why it cannot be
 /// written, as strerror(3) has it, "" when it can.

@@ -28,6 +28,7 @@ std::string requireMedium(Start& start) {
   if (!directory) {
     throw std::runtime_error("there is no backup directory: " + start.system.whyNotMade());
   }
+  requireOnMedium(start.host, *directory);
   start.held.emplace(*directory);
   start.directory = *directory;
   const std::string reason = whyNotWritable(start.directory);

@@ -26,8 +26,9 @@ struct Precondition {
   const char* name;
   bool is_for_all;  ///< whether there can be no backup by hand without it, either
 
-  /// Adds to the start. Returns what was found, in words, "" where one that came before says
-  /// enough. Raises std::exception, in one line, when a backup cannot begin.
+  /// Adds to the start. Returns what was found, in words; "" for nothing, which is when an earlier
+  /// one has failed without which this one cannot be looked at. Raises std::exception, in one line,
+  /// when a backup cannot begin.
   std::string (*require)(Start& start);
 };
 

@@ -8,7 +8,6 @@
 
 #include "base/SystemError.h"
 #include "command/backups/VerifyFile.h"
-#include "command/scheduled/CapturedOutput.h"
 #include "command/scheduled/Medium.h"
 #include "command/scheduled/PackageManager.h"
 #include "command/scheduled/Preconditions.h"
@@ -84,42 +83,34 @@ class Run {
 
   void carryOut(const Kind& kind) {
     JobReport report{.job = kind.job, .written = {}};
-    const auto [printed, has_user_files] = runEngine(kind);
+    const bool has_user_files = runEngine(kind);
     const std::string file = plain::textOf(start_.engine.get(kind.file));
-    report.written.push_back(examine(file, kind, printed));
+    report.written.push_back(examine(file, kind));
     if (has_user_files) {
-      report.written.push_back(
-          examine(file + stowline::kUserFilesEnding, backups::kUserFiles, printed));
+      report.written.push_back(examine(file + stowline::kUserFilesEnding, backups::kUserFiles));
     }
     if (!std::ranges::all_of(report.written, &std::string::empty, &Written::error)) fail(report);
     report_.jobs.push_back(std::move(report));
   }
 
-  /// What the engine has done: the last line that its commands printed, and whether it was to
-  /// archive the user's files.
-  struct Done {
-    std::string printed;
+  /// Returns whether the engine was to archive the user's files, too.
+  bool runEngine(const Kind& kind) {
     bool has_user_files = false;
-  };
-
-  Done runEngine(const Kind& kind) {
-    const CapturedOutput output;
-    Done done;
     attempt(std::string(kind.job) + ": ", [&] {
       start_.engine.call(kind.operation, {});
-      done.has_user_files = !kind.companions.empty() && stowline::userFiles(start_.engine).isTrue();
-      done.printed = output.lastLine();
+      has_user_files = !kind.companions.empty() && stowline::userFiles(start_.engine).isTrue();
     });
-    return done;
+    return has_user_files;
   }
 
-  Written examine(const std::string& file, const Kind& kind, const std::string& printed) {
+  Written examine(const std::string& file, const Kind& kind) {
     Written written{.file = file, .size = 0, .verdict = {}, .error = whyGone()};
     if (!written.error.empty()) return written;
     std::error_code ignored;
     if (std::filesystem::symlink_status(file, ignored).type() ==
         std::filesystem::file_type::not_found) {
-      written.error = "was not written" + (printed.empty() ? "" : " (" + printed + ")");
+      const std::string said = system_.whyFailed(file);
+      written.error = "was not written" + (said.empty() ? "" : " (" + said + ")");
       return written;
     }
     system_.protect(file);
@@ -142,12 +133,12 @@ class Run {
   /// Says why what has been read is no backup, where it is none.
   void judge(Written& written, const Kind& kind) {
     const tarball::Verdict& verdict = written.verdict;
-    const bool is_taken = kind.restoretype.empty() || isRestorable(host_, written.file, kind);
+    const bool is_taken = kind.restoretype.empty() ||
+                          (isListed(host_, written.file, kind) &&
+                           backups::isLargeEnough(kind, static_cast<long long>(written.size)));
     if (!verdict.sound()) {
       written.is_odd = !kind.is_list && !verdict.is_damaged && is_taken;
-      written.error = "is not sound: " + verdict.findings.front().what;
-      const std::string& member = verdict.findings.front().member;
-      if (!member.empty()) written.error += ": " + member;
+      written.error = "is not sound: " + backups::firstFinding(verdict);
     } else if (!is_taken) {
       written.error = "is too small to be restored";
     } else if (kind.is_list) {
@@ -169,7 +160,8 @@ class Run {
       }
       if (!is_odd) takeBack(written.file);
     }
-    if (!medium.empty()) addFailure(start_.directory + ": " + medium);
+    const std::string full = medium.empty() ? "" : start_.directory + ": " + medium;
+    if (!full.empty() && report_.failure.find(full) == std::string::npos) addFailure(full);
     if (!gone.empty()) addFailure(report.job + ": " + gone);
   }
 
@@ -199,12 +191,19 @@ class Run {
       addFailure(std::to_string(unknown.size()) +
                  " of the scheduled backups cannot be looked at: " + unknown.front());
     }
-    attempt("an old backup cannot be deleted: ", [&] { start_.engine.call("houseKeeping"_t, {}); });
+    attempt("old backups cannot be deleted: ", [&] { start_.engine.call("houseKeeping"_t, {}); });
     attempt("what a killed run has left cannot be deleted: ", [&] {
       for (const std::string& name : remains(start_)) {
         system_.remove(start_.directory + "/" + name);
       }
     });
+    const std::vector<std::string>& reasons = system_.notRemoved();
+    if (!reasons.empty()) {
+      addFailure((reasons.size() == 1
+                      ? "an old file cannot be deleted: "
+                      : std::to_string(reasons.size()) + " old files cannot be deleted: ") +
+                 reasons.front());
+    }
     hasMedium();
   }
 

@@ -1,11 +1,34 @@
 #include "command/scheduled/System.h"
 
-#include <utility>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <ranges>
 
 #include "base/SystemError.h"
+#include "command/scheduled/CapturedOutput.h"
 #include "host/plain/Error.h"
 
 namespace scheduled {
+
+int System::system(const std::string& command) {
+  const CapturedOutput output;
+  const int status = NativeSystem::system(command);
+  if (status != 0) failed_.emplace_back(" " + command + " ", output.lastLine());
+  return status;
+}
+
+std::vector<std::string> System::popen(const std::string& command) {
+  const CapturedOutput errors;
+  return NativeSystem::popen(command);
+}
+
+std::string System::whyFailed(const std::string& word) const {
+  for (const auto& [command, last_line] : std::views::reverse(failed_)) {
+    if (command.find(" " + word + " ") != std::string::npos) return last_line;
+  }
+  return "";
+}
 
 void System::remove(const std::string& path) {
   if (rehearsed_) {
@@ -15,21 +38,34 @@ void System::remove(const std::string& path) {
   if (written_.contains(path)) {
     throw plain::Error("RuntimeError", "this run has written it: '" + path + "'");
   }
-  held_->remove(path);
-  removed_.push_back(path);
+  try {
+    held_->remove(path);
+    removed_.push_back(path);
+  } catch (const base::SystemError& error) {
+    not_removed_.emplace_back(error.what());
+  }
 }
 
 std::set<std::string> System::removedBy(const std::function<void()>& step) {
-  rehearsed_.emplace();
+  struct Rehearsal {
+    std::set<std::string>*& in_system;
+    std::set<std::string> removed = {};
+    ~Rehearsal() { in_system = nullptr; }
+  } rehearsal{rehearsed_};
+  rehearsed_ = &rehearsal.removed;
   step();
-  return *std::exchange(rehearsed_, std::nullopt);
+  return rehearsal.removed;
 }
 
 void System::makedirs(const std::string& path) {
   try {
     NativeSystem::makedirs(path);
   } catch (const base::SystemError& error) {
-    why_not_made_ = error.what();
+    // What is there and cannot be looked at says why itself.
+    struct stat status {};
+    const bool is_hidden =
+        error.code() == std::errc::file_exists && stat(path.c_str(), &status) != 0;
+    why_not_made_ = is_hidden ? base::SystemError(errno, path).what() : error.what();
     throw;
   }
 }

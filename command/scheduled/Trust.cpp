@@ -41,10 +41,9 @@ struct Scheduled {
 
 }  // namespace
 
-bool isRestorable(const plain::Host& host, const std::string& path, const Kind& kind) {
+bool isListed(const plain::Host& host, const std::string& path, const Kind& kind) {
   const std::string name = path.substr(path.rfind('/') + 1);
-  return backups::isOfKind(name, kind) && stowline::isForBox(name, host.model()) &&
-         backups::isLargeEnough(kind, host.system().fileSize(path));
+  return backups::isOfKind(name, kind) && stowline::isForBox(name, host.model());
 }
 
 std::vector<std::string> requireGoodSurvivors(const Start& start,
@@ -72,13 +71,18 @@ std::vector<std::string> requireGoodSurvivors(const Start& start,
     if (largest_going < 0) continue;
     if (largest_going == 0) staying.insert(staying.end(), empty.begin(), empty.end());
     std::ranges::sort(staying, std::greater());  // the newest first
+    std::string why_newest;
     const auto is_good = [&](const std::string& path) {
-      return isRestorable(start.host, path, kind) &&
-             backups::isSoundWithCompanions(path, kind, begin);
+      const std::string reason = isListed(start.host, path, kind)
+                                     ? backups::whyNotGood(path, kind, begin)
+                                     : "the receiver does not list it";
+      if (why_newest.empty() && !reason.empty()) why_newest = " (" + reason + ")";
+      return reason.empty();
     };
     if (std::ranges::any_of(staying, is_good)) continue;
     throw std::runtime_error(
-        std::string("none of the scheduled backups that would stay is good: ") + kind.word);
+        std::string("none of the scheduled backups that would stay is good: ") + kind.word +
+        why_newest);
   }
   return why;
 }

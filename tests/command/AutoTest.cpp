@@ -205,7 +205,8 @@ TEST_F(AutoTest, RunThatIsRefusedSaysWhyBeforeAnythingIsWritten) {
 struct Worthless {
   const char* ending;
   std::string content;
-  const char* reason;  ///< the kind that none is good of
+  std::string kind;    ///< that none is good of
+  const char* reason;  ///< why the newest is not
 };
 
 TEST_F(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
@@ -220,11 +221,12 @@ TEST_F(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
   ASSERT_EQ(run({"tar", "-czf", small, "-C", receiver().tree(), "etc/enigma2/whitelist"}).status,
             0);
   const Worthless cases[] = {
-      {"_solo2.auto.tar.gz", readFile(small), "settings"},
-      {".tar.gz_user_files", "damaged", "configuration"},
-      {".lst", "", "plugins"},
+      {"_solo2.auto.tar.gz", readFile(small), "settings", " (too small to be restored)"},
+      {".tar.gz_user_files", "damaged", "configuration",
+       " (_user_files: the file is not compressed by gzip"},
+      {".lst", "", "plugins", ""},
   };
-  for (const auto& [ending, content, reason] : cases) {
+  for (const auto& [ending, content, kind, reason] : cases) {
     for (const std::string& name : namesOnMedium()) fs::remove_all(receiver().at(kBackups) / name);
     for (const char* day : {"01", "02", "03", "04"}) {
       for (const auto& [name, bytes] : good) {
@@ -235,10 +237,9 @@ TEST_F(AutoTest, LastBackupThatCanBeRestoredOutlivesThreeThatCannot) {
       }
     }
     const Strings old = namesOnMedium();
-    expectKept(backup({"--jobs", reason == std::string("settings") ? "plugins" : "settings"}),
-               std::string("none of the scheduled backups that would stay is good: ") + reason,
-               old);
-    EXPECT_EQ(newNames(old).size(), 1U) << reason;
+    expectKept(backup({"--jobs", kind == "settings" ? "plugins" : "settings"}),
+               "none of the scheduled backups that would stay is good: " + kind + reason, old);
+    EXPECT_EQ(newNames(old).size(), 1U) << kind;
   }
 }
 
@@ -246,10 +247,11 @@ TEST_F(AutoTest, OneFailedJobKeepsEverythingOldAndTheOthersResults) {
   putOldBackups();
   const Strings before = namesOnMedium();
   receiver().replaceTool("/bin/tar",
-                         "case \"$2\" in *settings*) exit 1;; esac; exec /bin/tar.real \"$@\"");
-  const Outcome outcome = backup({"--json"});
-  expectKept(outcome, ".auto.tar.gz was not written", before);
-  EXPECT_EQ(newNames(before).size(), 3U);
+                         "case $2 in *_user_files) echo later >&2;; *.auto.tar.gz) echo no room "
+                         ">&2; exit 1;; esac; exec /bin/tar.real \"$@\"");
+  const Outcome outcome = backup({"--jobs", "config,plugins", "--json"});
+  expectKept(outcome, ".auto.tar.gz was not written (no room)", before);
+  EXPECT_EQ(newNames(before).size(), 1U);
   const Json json = Json::parse(outcome.output);
   EXPECT_EQ(json["ok"], false);
   EXPECT_EQ(json["deleted"], Json::array());
@@ -289,18 +291,23 @@ TEST_F(AutoTest, PluginListIsTrustedOnlyWhenItNamesWhatThePackageManagerDoes) {
   EXPECT_EQ(newNames(before).size(), 1U);
 }
 
-TEST_F(AutoTest, OldBackupThatCannotBeDeletedIsSaid) {
-  receiver().write(inBackups("settings_20240301_07-04_solo2.auto.tar.gz/in the way"), "");
-  for (const char* day : {"02", "03", "04"}) {
-    receiver().write(inBackups(std::string("settings_202403") + day + "_07-04_solo2.auto.tar.gz"),
-                     "old");
-  }
-  const Strings before = namesOnMedium();
-  const Outcome outcome = backup({"--jobs", "settings"});
+TEST_F(AutoTest, OldBackupThatCannotBeDeletedIsSaidAndTheOthersGo) {
+  putOldBackups();
+  const std::string odd = inBackups("settings_20240302_07-04_solo2.auto.tar.gz");
+  fs::remove(receiver().at(odd));
+  receiver().write(odd + "/in the way", "");
+  receiver().write(inBackups(".stowline-aB3xYz"), "");
+  const Outcome outcome = backup({"--json"});
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.errors, "stowline: an old backup cannot be deleted: Is a directory: '" +
-                                inBackups("settings_20240301_07-04_solo2.auto.tar.gz") + "'\n");
-  EXPECT_EQ(newNames(before).size(), 1U);
+  EXPECT_EQ(outcome.errors,
+            "stowline: an old file cannot be deleted: Is a directory: '" + odd + "'\n");
+  EXPECT_EQ(
+      Json::parse(outcome.output)["deleted"],
+      Json({inBackups("settings_20240301_07-04_solo2.auto.tar.gz"),
+            inBackups("configuration_ver_c_20240302_07-04_solo2.auto.tar.gz"),
+            inBackups("configuration_ver_c_20240301_07-04_solo2.auto.tar.gz"),
+            inBackups("pluginlist_20240302_07-04_solo2.auto.lst"),
+            inBackups("pluginlist_20240301_07-04_solo2.auto.lst"), inBackups(".stowline-aB3xYz")}));
 }
 
 TEST_F(AutoTest, BackupThatCannotBeLookedAtIsSaidAndTheOthersAreKeptInOrder) {
@@ -312,9 +319,7 @@ TEST_F(AutoTest, BackupThatCannotBeLookedAtIsSaidAndTheOthersAreKeptInOrder) {
   }
   fs::remove(backups / dead);
   fs::create_directory(backups / dead);
-  Strings probe = inMountNamespace(mountDead(backups / dead));
-  probe.push_back("true");
-  if (run(probe).status != 0) GTEST_SKIP() << "no file system in user space can be mounted here";
+  if (const auto reason = whyNot(mountDead(backups / dead))) GTEST_SKIP() << *reason;
   const Outcome outcome =
       backup({"--jobs", "settings", "--json"}, inMountNamespace(mountDead(backups / dead)));
   EXPECT_EQ(outcome.status, 1);
@@ -329,20 +334,55 @@ TEST_F(AutoTest, BackupThatCannotBeLookedAtIsSaidAndTheOthersAreKeptInOrder) {
 
 TEST_F(AutoTest, MediumThatNeverAnswersIsNotWaitedForAndOneThatIsDeadSaysWhy) {
   const fs::path usb = receiver().at("/media/usb");
-  Strings probe = inMountNamespace(mountSilent(usb));
-  probe.push_back("true");
-  if (run(probe).status != 0) GTEST_SKIP() << "no file system in user space can be mounted here";
+  if (const auto reason = whyNot(mountSilent(usb))) GTEST_SKIP() << *reason;
+  const fs::path backups = usb / "qor-stowline";
+  fs::create_directories(backups);
   receiver().write("/etc/enigma2/settings",
                    "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
   const std::pair<std::string, const char*> cases[] = {
       {mountSilent(usb), "stowline: Connection timed out: '/media/usb'\n"},
       {mountDead(usb), "stowline: Transport endpoint is not connected: '/media/usb'\n"},
+      {mountSilent(backups), "stowline: Connection timed out: '/media/usb/qor-stowline'\n"},
+      {mountDead(backups),
+       "stowline: there is no backup directory: Transport endpoint is not connected: "
+       "'/media/usb/qor-stowline'\n"},
   };
   for (const auto& [mount, errors] : cases) {
-    const Outcome outcome = backup({}, inMountNamespace(mount));
+    Strings wrapper = inMountNamespace(mount);
+    wrapper.insert(wrapper.end(), {"timeout", "60"});
+    const Outcome outcome = backup({}, wrapper);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors, errors);
   }
+}
+
+TEST_F(AutoTest, ShareThatNeverAnswersAndOddEntriesElsewhereHinderNothing) {
+  const fs::path share = receiver().at("/media/net/autonet/share");
+  fs::create_directories(share);
+  Strings wrapper;
+  if (const auto reason = whyNot(mountSilent(share)); !reason) {
+    wrapper = inMountNamespace(mountSilent(share));
+    wrapper.insert(wrapper.end(), {"timeout", "60"});
+  }
+  const Outcome silent = backup({"--jobs", "settings"}, wrapper);
+  EXPECT_EQ(silent.status, 0) << silent.errors;
+
+  fs::remove_all(receiver().at(kBackups));
+  fs::remove_all(receiver().at("/media/net/autofs"));
+  receiver().write("/media/net/autofs", "a file in the place of a directory");
+  const Outcome odd = backup({"--jobs", "plugins"});
+  EXPECT_EQ(odd.status, 0) << odd.errors;
+}
+
+TEST_F(AutoTest, BackupDirectoryThatIsALinkOutOfEveryMediumIsRefused) {
+  fs::create_directory(receiver().at("/home/root/flash"));
+  fs::remove_all(receiver().at(kBackups));
+  fs::create_symlink("/home/root/flash", receiver().at(kBackups));
+  const Outcome outcome = backup();
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            "stowline: the backup directory " + kBackups + " is on no mounted medium\n");
+  EXPECT_EQ(namesIn(receiver().at("/home/root/flash")), Strings{});
 }
 
 TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
@@ -371,11 +411,11 @@ TEST_F(AutoTest, WhatGoesWrongBesideTheJobsIsInTheReportAsTheSystemSaysIt) {
   const Strings before = namesOnMedium();
   receiver().replaceTool("/bin/tar", "/bin/tar.real \"$@\"; rm -r /tmp");
   const Outcome no_room = backup({"--jobs", "settings,plugins", "--json"});
-  expectKept(no_room, "plugins: No such file or directory: '/tmp'", before);
-  const Json json = Json::parse(no_room.output);
-  EXPECT_EQ(json["failure"], "plugins: No such file or directory: '/tmp'");
-  ASSERT_EQ(json["files"].size(), 1U);
-  EXPECT_EQ(json["files"][0]["sound"], true);
+  expectKept(no_room, "plugins: No such file or directory: '/tmp'; plugins: ", before);
+  const Json files = Json::parse(no_room.output)["files"];
+  ASSERT_EQ(files.size(), 2U);
+  EXPECT_EQ(files[0]["sound"], true);
+  EXPECT_EQ(files[1]["error"], "was not written");
   for (const std::string& name : newNames(before)) fs::remove(receiver().at(inBackups(name)));
 
   fs::create_directory(receiver().at("/tmp"));
@@ -462,7 +502,9 @@ TEST_F(AutoTest, PartOfABackupThatAKilledRunLeavesIsNamedAndHindersNoRun) {
 TEST_F(AutoTest, WhatNobodyCanUseOfAKilledRunIsNamedAndGoesWithTheNextThatIsWell) {
   const std::string own = "configuration_ver_c_20240301_07-04_solo2.auto.tar.gz";
   const Strings useless = {".stowline-aB3xYz", own + "_atile_hd", own + "_user_files"};
-  const Strings others = {".stowline-notes.txt",
+  const Strings others = {".stowline-myNote",
+                          ".stowline-tooBig",
+                          ".stowline-notes.txt",
                           ".stowline-aB3xY/directory",
                           ".stowline-dIr3ct/directory",
                           "configuration_ver_c_20240301_07-04_duo2.auto.tar.gz_user_files",
@@ -472,6 +514,9 @@ TEST_F(AutoTest, WhatNobodyCanUseOfAKilledRunIsNamedAndGoesWithTheNextThatIsWell
   for (const Strings& names : {useless, others}) {
     for (const std::string& name : names) receiver().write(inBackups(name), "");
   }
+  receiver().write(inBackups(useless[0]), std::string(65536, 'x'));
+  receiver().write(inBackups(others[0]), "the user's");
+  receiver().write(inBackups(others[1]), std::string(65537, 'x'));
   const Strings before = namesOnMedium();
   EXPECT_NE(receiver().runHere("doctor").output.find(
                 useless[0] + ", " + useless[1] + ", " + useless[2] +

@@ -89,23 +89,59 @@ TEST_F(DoctorTest, NewestSoundBackupOfEachKindIsNamedWithItsAge) {
   const auto found = findings();
   const std::string settings = found.at("last good settings");
   EXPECT_TRUE(settings.starts_with("warning: settings_20240305_07-04_solo2.tar.gz, ")) << settings;
-  EXPECT_TRUE(
-      settings.ends_with(" days old; newer and not good: settings_20240306_07-04_solo2.tar.gz"))
+  EXPECT_TRUE(settings.ends_with(
+      " days old; newer and not good: settings_20240306_07-04_solo2.tar.gz "
+      "(the file is not compressed by gzip (byte 0 of the file, byte 0 unpacked))"))
       << settings;
   EXPECT_EQ(found.at("last good plugins"),
             "ok: " + receiver().backup("pluginlist", ".lst") + ", less than a day old");
   const std::string configuration = receiver().backup("configuration", ".tar.gz");
   EXPECT_EQ(found.at("last good configuration"), "ok: " + configuration + ", less than a day old");
 
-  receiver().write(inBackups(configuration + "_user_files"), "damaged");
+  const std::string not_good = "warning: there is none; newer and not good: " + configuration;
+  const std::string user_files = configuration + "_user_files";
+  fs::copy_file(receiver().at(inBackups(user_files)),
+                receiver().at(inBackups(configuration + "_atile_hd")));
   EXPECT_EQ(findings().at("last good configuration"),
-            "warning: there is none; newer and not good: " + configuration);
+            not_good + " (two archives of user files: links of one could be in the other's way)");
+  fs::remove(receiver().at(inBackups(configuration + "_atile_hd")));
+  receiver().write(inBackups(user_files), "damaged");
+  EXPECT_EQ(findings().at("last good configuration"),
+            not_good +
+                " (_user_files: the file is not compressed by gzip (byte 0 of the file, byte 0 "
+                "unpacked))");
+  fs::remove(receiver().at(inBackups(user_files)));
+  fs::create_symlink(user_files, receiver().at(inBackups(user_files)));
+  EXPECT_EQ(findings().at("last good configuration"),
+            not_good + " (_user_files: Too many levels of symbolic links)");
+
+  fs::remove(receiver().at(inBackups(user_files)));
+  constexpr std::size_t kLongestName = 255;
+  std::string longest = "configuration_ver_c_20240305_07-04_solo2.tar.gz";
+  longest.insert(longest.find("_2024"), kLongestName - longest.size(), 'x');
+  receiver().renameBackup(configuration, longest);
+  const std::string long_one = findings().at("last good configuration");
+  EXPECT_TRUE(long_one.starts_with("ok: " + longest)) << long_one;
+}
+
+TEST_F(DoctorTest, ArchiveThatIsTooSmallIsNotGoodAndManyBadOnesEndTheSearch) {
+  const std::string small = "settings_20240306_07-04_solo2.tar.gz";
+  receiver().write(inBackups(small), "cut off");
+  for (int number = 1000; number < 1101; ++number) {
+    receiver().write(
+        inBackups("pluginlist_20240305_07-04_solo2_" + std::to_string(number) + "_solo2.lst"), "!");
+  }
+  const auto found = findings();
+  EXPECT_EQ(found.at("last good settings"),
+            "warning: there is none; newer and not good: " + small + " (too small to be restored)");
+  const std::string plugins = found.at("last good plugins");
+  EXPECT_TRUE(plugins.starts_with("warning: none of the newest 100 is good: ")) << plugins;
 }
 
 TEST_F(DoctorTest, EmptyListIsGoodOnlyWhereNoPluginIsInstalled) {
   const std::string list = "pluginlist_20240305_07-04_solo2.lst";
   receiver().write(inBackups(list), "");
-  const std::string not_good = "warning: there is none; newer and not good: " + list;
+  const std::string not_good = "warning: there is none; newer and not good: " + list + " (empty)";
   EXPECT_EQ(findings().at("last good plugins"), not_good);
   receiver().replaceTool("/usr/bin/opkg", "exit 255");
   EXPECT_EQ(findings().at("last good plugins"), not_good) << "it cannot be told";
@@ -154,8 +190,7 @@ TEST_F(DoctorTest, TarThatDoesNotBringBackWhatWasThereIsSaidWithTheDifference) {
     const char* tar;  ///< how its script goes on when it unpacks, in the directory
     const char* finding;
   } kCases[] = {
-      {"echo broken >&2; exit 1",
-       "below was directory of mode 755 and comes back as nothing (broken)"},
+      {"echo broken >&2; exit 1", "nothing comes back (broken)"},
       {"$real; chmod 700 below/script",
        "below/script was file of mode 755, link count 1, 'below/script' and comes back as file of "
        "mode 700, link count 1, 'below/script'"},

@@ -153,16 +153,15 @@ TEST_F(ListTest, JsonHasTheSame) {
 TEST_F(ListTest, EntryThatCannotBeReachedIsMarkedAndHidesNothing) {
   const std::string name = "settings_20240306_07-04_solo2.tar.gz";
   medium_.makeDirectory("qor-stowline/" + name);
-  const std::vector<std::string> inNamespace =
-      inMountNamespace(mountDead(medium_ / ("qor-stowline/" + name)));
+  const std::string mount = mountDead(medium_ / ("qor-stowline/" + name));
+  if (const auto reason = whyNot(mount)) GTEST_SKIP() << *reason;
   const auto listThere = [&](const std::vector<std::string>& options) {
-    std::vector<std::string> argv = inNamespace;
+    std::vector<std::string> argv = inMountNamespace(mount);
     argv.insert(argv.end(), {kStowline, "list", medium_.path()});
     argv.insert(argv.end(), options.begin(), options.end());
     return run(argv);
   };
   const Outcome outcome = listThere({});
-  if (outcome.status == 125) GTEST_SKIP() << "no such file system can be mounted here";
   EXPECT_EQ(outcome.status, 0);
   const std::vector<std::string> lines = linesOf(outcome.output);
   EXPECT_EQ(std::ranges::count(lines,
@@ -175,15 +174,21 @@ TEST_F(ListTest, EntryThatCannotBeReachedIsMarkedAndHidesNothing) {
   EXPECT_EQ(json["sets"][1]["restorable"], "unreadable");
 }
 
-TEST_F(ListTest, MediumThatCannotBeReachedIsSaidInOneLine) {
-  std::vector<std::string> argv = inMountNamespace(mountDead(medium_.path()));
-  argv.insert(argv.end(), {kStowline, "list", medium_.path()});
-  const Outcome outcome = run(argv);
-  if (outcome.status == 125) GTEST_SKIP() << "no such file system can be mounted here";
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.output, "");
-  EXPECT_EQ(outcome.errors, "stowline: Transport endpoint is not connected: '" + medium_.path() +
-                                "/qor-stowline'\n");
+TEST_F(ListTest, MediumOrDirectoryThatCannotBeReachedIsSaidInOneLine) {
+  const std::string directory = medium_ / "qor-stowline";
+  if (const auto reason = whyNot(mountDead(directory))) GTEST_SKIP() << *reason;
+  const std::pair<std::string, const char*> cases[] = {
+      {mountDead(medium_.path()), "Transport endpoint is not connected"},
+      {mountSilent(directory), "Connection timed out"},
+  };
+  for (const auto& [mount, reason] : cases) {
+    std::vector<std::string> argv = inMountNamespace(mount);
+    argv.insert(argv.end(), {"timeout", "60", kStowline, "list", medium_.path()});
+    const Outcome outcome = run(argv);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, std::string("stowline: ") + reason + ": '" + directory + "'\n");
+  }
 }
 
 TEST(ListRefusals, OneLineSaysWhatIsWrong) {

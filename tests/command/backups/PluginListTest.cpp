@@ -25,7 +25,15 @@ TEST_F(PluginListTest, NamesOfPackagesALineEachAreSound) {
       verify("enigma2-plugin-extensions-one\nenigma2-plugin-skin-2.0+r1\n");
   EXPECT_TRUE(verdict.sound());
   EXPECT_EQ(verdict.members, 2U);
-  EXPECT_TRUE(verify("").sound());
+  EXPECT_EQ(verdict.notes, std::vector<tarball::Finding>{});
+  EXPECT_EQ(verdict.noted, 0U);
+}
+
+TEST_F(PluginListTest, EmptyListIsSoundAndNoted) {
+  const tarball::Verdict verdict = verify("");
+  EXPECT_TRUE(verdict.sound());
+  EXPECT_EQ(verdict.notes, (std::vector<tarball::Finding>{{"no package", ""}}));
+  EXPECT_EQ(verdict.noted, 1U);
 }
 
 TEST_F(PluginListTest, AnythingElseIsNamed) {

@@ -26,12 +26,16 @@ std::vector<std::string> inMountNamespace(const std::string& mounts,
   return argv;
 }
 
-std::optional<std::string> whyNoMounts(const std::filesystem::path& dir) {
-  std::vector<std::string> probe = inMountNamespace(mountSmall(dir, "size=4k"));
+std::optional<std::string> whyNot(const std::string& mounts) {
+  std::vector<std::string> probe = inMountNamespace(mounts);
   probe.push_back("true");
   const Outcome outcome = run(probe);
   if (outcome.status == 0) return std::nullopt;
-  return "no file system can be mounted here: " + outcome.errors;
+  return "no such file system can be mounted here: " + outcome.errors;
+}
+
+std::optional<std::string> whyNoMounts(const std::filesystem::path& dir) {
+  return whyNot(mountSmall(dir, "size=4k"));
 }
 
 std::string mountSmall(const std::filesystem::path& dir, const std::string& options) {

@@ -13,7 +13,10 @@ namespace command_test {
 std::vector<std::string> inMountNamespace(const std::string& mounts,
                                           const std::string& afterwards = "true");
 
-/// Says why such a mount cannot be made here over `dir`; nothing when it can.
+/// Says why the shell commands `mounts` cannot be carried out so here; nothing when they can.
+std::optional<std::string> whyNot(const std::string& mounts);
+
+/// Says why no small file system can be mounted here over `dir`; nothing when one can.
 std::optional<std::string> whyNoMounts(const std::filesystem::path& dir);
 
 /// Mounts a file system of these options on `dir`.
