@@ -54,7 +54,8 @@ struct CodePoints {
 
 /// The characters that are not seen, or change how the rest is seen. In the Unicode Character
 /// Database (14.0) they have the General_Category Cc, Zl or Zp, or the property
-/// Default_Ignorable_Code_Point, which all of Bidi_Control have, too.
+/// Default_Ignorable_Code_Point, which all of Bidi_Control have, too; annotations and the Braille
+/// pattern of no dots have neither.
 constexpr CodePoints kHidden[] = {
     {0x0000, 0x001F},    // Cc
     {0x007F, 0x009F},    // Cc
@@ -67,11 +68,12 @@ constexpr CodePoints kHidden[] = {
     {0x200B, 0x200F},    // of no width; Bidi_Control
     {0x2028, 0x202E},    // Zl, Zp; Bidi_Control
     {0x2060, 0x206F},    // of no width; Bidi_Control
+    {0x2800, 0x2800},    // Braille pattern of no dots
     {0x3164, 0x3164},    // Hangul filler
     {0xFE00, 0xFE0F},    // variation selectors
     {0xFEFF, 0xFEFF},    // byte order mark
     {0xFFA0, 0xFFA0},    // Hangul filler
-    {0xFFF0, 0xFFF8},    // reserved
+    {0xFFF0, 0xFFFB},    // reserved; annotations
     {0x1BCA0, 0x1BCA3},  // shorthand format controls
     {0x1D173, 0x1D17A},  // musical format controls
     {0xE0000, 0xE0FFF},  // tags, variation selectors

@@ -21,14 +21,14 @@ using Json = nlohmann::ordered_json;
 using doctor::Check;
 using doctor::State;
 
-Json jsonOf(const std::vector<Check>& checks) {
+void printJson(const std::vector<Check>& checks) {
   Json json = Json::array();
   for (const Check& check : checks) {
     json.push_back({{"name", check.name},
                     {"state", wordOf(check.state)},
                     {"detail", base::escapeInvalidUtf8(check.detail)}});
   }
-  return json;
+  std::cout << Json{{"checks", json}}.dump(2) << "\n";
 }
 
 void printTable(const std::vector<Check>& checks, bool is_quiet) {
@@ -45,10 +45,15 @@ void printTable(const std::vector<Check>& checks, bool is_quiet) {
 }  // namespace
 
 void runDoctor(const DoctorOptions& options) {
-  moveOntoReceiver(options.receiver);
+  try {
+    moveOntoReceiver(options.receiver);
+  } catch (const std::exception& error) {
+    if (options.json) printJson({{"receiver", State::failed, error.what()}});
+    throw;
+  }
   const std::vector<Check> checks = doctor::examine(output::bars(!options.quiet));
   if (options.json) {
-    std::cout << Json{{"checks", jsonOf(checks)}}.dump(2) << "\n";
+    printJson(checks);
   } else {
     printTable(checks, options.quiet);
   }

@@ -36,9 +36,10 @@ const char* wordOf(Restore restore) {
       return "odd name";
     case Restore::unreadable:
       return "unreadable";
-    default:
-      return "other model";
+    case Restore::other_model:
+      break;
   }
+  return "other model";
 }
 
 template <class Items, class Text>
@@ -135,11 +136,10 @@ void printText(const Catalogue& catalogue, const std::string& model) {
     std::cout << "none of them is for a receiver of the model " << base::escapeControls(model)
               << "\n";
   }
-  if (!catalogue.others.empty()) std::cout << "other files:";
+  if (!catalogue.others.empty()) std::cout << "other files:\n";
   for (const File& other : catalogue.others) {
-    std::cout << " " << base::escapeControls(other.name);
+    std::cout << "  " << base::escapeControls(other.name) << "\n";
   }
-  if (!catalogue.others.empty()) std::cout << "\n";
   printUnreadable(catalogue);
   printOutdated(catalogue);
 }

@@ -129,7 +129,9 @@ constexpr Range kHidden[] = {
     {0x200B, 0x200D, 3},    // of no width
     {0x2060, 0x2064, 3},    // of no width
     {0x2028, 0x2029, 3},    // ends of lines and paragraphs
+    {0x2800, 0x2800, 3},    // a pattern of no dots
     {0xFE00, 0xFE0F, 3},    // variations
+    {0xFFF9, 0xFFFB, 3},    // annotations
     {0xFEFF, 0xFEFF, 3},    // the byte order mark
     {0xE0000, 0xE007F, 4},  // tags
 };
@@ -145,7 +147,8 @@ TEST(ShownLine, NothingHiddenIsInANameAndNothingTurnsItsOrderRound) {
 
 TEST(ShownLine, WhatCanBeSeenStaysAsItIs) {
   const std::string text =
-      "\u00a0\u00ac\u00ae\u061b\u0639\u05d0\u200a\u2010\u2027\u202f\u205f\u2070\ufdff\ufe10\ufffd"
+      "\u00a0\u00ac\u00ae\u061b\u0639\u05d0\u200a\u2010\u2027\u202f\u205f\u2070\u27ff\u2801\ufdff"
+      "\ufe10\ufffc\ufffd"
       "\U0001f600\U000dffff\U000e1000";
   EXPECT_EQ(escapeControls(text), text);
 }

@@ -596,6 +596,22 @@ TEST_F(AutoTest, FullOrReadOnlyMediumIsSaid) {
   }
 }
 
+TEST_F(AutoTest, MediumThatIsFullFromTheFirstJobOnIsSaidOnce) {
+  const fs::path usb = receiver().at("/media/usb");
+  if (const auto reason = whyNoMounts(usb)) GTEST_SKIP() << *reason;
+  receiver().write("/etc/enigma2/settings",
+                   "config.plugins.qorpanel.stowline.backuprestorepath=/media/usb\n");
+  receiver().replaceTool("/bin/tar", "cat /tmp/large > /media/usb/other; exit 1");
+  receiver().write("/tmp/large", std::string(300000, 'x'));
+  const Outcome outcome =
+      backup({"--jobs", "settings,config"}, inMountNamespace(mountSmall(usb, "size=200k")));
+  EXPECT_EQ(outcome.status, 1);
+  const std::string reason = "/media/usb/qor-stowline: No space left on device";
+  const std::size_t first = outcome.errors.find(reason);
+  EXPECT_NE(first, std::string::npos) << outcome.errors;
+  EXPECT_EQ(outcome.errors.rfind(reason), first) << outcome.errors;
+}
+
 TEST(AutoRefusals, WithoutAReceiverOneLineSaysHowToNameOne) {
   if (fs::exists("/proc/stb/info/model")) GTEST_SKIP() << "this machine is a receiver";
   const Outcome outcome = run({kStowline, "auto", "--json"});

@@ -158,6 +158,8 @@ TEST_F(DoctorTest, OddEntriesDoNotEndTheExaminationAndOneFromTheFutureMeansAWron
   const auto found = findings();
   EXPECT_EQ(found.at("last good settings"), "warning: there is none; newer and not good: " + loop +
                                                 " (Too many levels of symbolic links)");
+  EXPECT_EQ(found.at("last good plugins"),
+            "ok: pluginlist_29991231_23-59_solo2.lst, from the future");
   const std::string clock = found.at("clock");
   EXPECT_TRUE(clock.starts_with("warning: 2")) << clock;
   EXPECT_TRUE(clock.ends_with(" is before the newest backup, 2999-12-31 23:59")) << clock;
@@ -236,6 +238,17 @@ TEST_F(DoctorTest, MediumThatIsNotMountedTooSmallOrReadOnlyIsSaid) {
   const auto read_only = findings(inMountNamespace(mountReadOnly(usb)));
   EXPECT_EQ(read_only.at("medium"),
             "failed: cannot write to /media/usb/qor-stowline: Read-only file system");
+}
+
+TEST(DoctorRefusals, WithoutAReceiverJsonHasTheReasonAsAFailedCheck) {
+  if (fs::exists("/proc/stb/info/model")) GTEST_SKIP() << "this machine is a receiver";
+  const Outcome outcome = run({kStowline, "doctor", "--json"});
+  EXPECT_EQ(outcome.status, 1);
+  const Json checks = Json::parse(outcome.output)["checks"];
+  ASSERT_EQ(checks.size(), 1U);
+  EXPECT_EQ(checks[0]["name"], "receiver");
+  EXPECT_EQ(checks[0]["state"], "failed");
+  EXPECT_EQ("stowline: " + checks[0]["detail"].get<std::string>() + "\n", outcome.errors);
 }
 
 }  // namespace

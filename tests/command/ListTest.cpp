@@ -57,7 +57,8 @@ TEST_F(ListTest, TableSaysWhatEachBackupIsAndWhatBecomesOfIt) {
       "4 backups, 69.0 KiB in " +
           medium_.path() +
           "/qor-stowline\n"
-          "other files: restore_me.sh\n"
+          "other files:\n"
+          "  restore_me.sh\n"
           "the next scheduled backup deletes nothing\n");
 }
 
