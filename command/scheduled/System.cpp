@@ -2,8 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <ranges>
 
 #include "base/SystemError.h"
 #include "command/scheduled/CapturedOutput.h"
@@ -24,10 +24,11 @@ std::vector<std::string> System::popen(const std::string& command) {
 }
 
 std::string System::whyFailed(const std::string& word) const {
-  for (const auto& [command, last_line] : std::views::reverse(failed_)) {
-    if (command.find(" " + word + " ") != std::string::npos) return last_line;
-  }
-  return "";
+  const auto has_word = [&](const auto& failed) {
+    return failed.first.find(" " + word + " ") != std::string::npos;
+  };
+  const auto last = std::find_if(failed_.rbegin(), failed_.rend(), has_word);
+  return last == failed_.rend() ? "" : last->second;
 }
 
 void System::remove(const std::string& path) {

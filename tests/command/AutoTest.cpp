@@ -385,6 +385,17 @@ TEST_F(AutoTest, BackupDirectoryThatIsALinkOutOfEveryMediumIsRefused) {
   EXPECT_EQ(namesIn(receiver().at("/home/root/flash")), Strings{});
 }
 
+TEST_F(AutoTest, BackupDirectoryThatBecomesALinkOutOfEveryMediumEndsTheRun) {
+  putOldBackups();
+  const Strings before = namesOnMedium();
+  receiver().replaceTool("/bin/tar", "/bin/tar.real \"$@\"; mv " + kBackups +
+                                         " /home/root/flash; ln -s ../../home/root/flash " +
+                                         kBackups);
+  expectKept(backup(),
+             "the medium went away: the backup directory " + kBackups + " is on no mounted medium",
+             before);
+}
+
 TEST_F(AutoTest, MediumThatIsNotMountedOrNotNamedIsSaidAndNotMade) {
   fs::remove_all(receiver().at(kBackups));
   const std::string mounts = receiver().read("/proc/mounts");
