@@ -54,8 +54,8 @@ std::string companionText(const BackupSet& set, const File& companion) {
   return companion.name.substr(set.file.name.size() + 1);
 }
 
-std::string baseName(host::Text path) {
-  return std::string(path.characters().substr(path.characters().rfind('/') + 1));
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
 }
 
 std::string keptText(const BackupSet& set) {
@@ -157,8 +157,7 @@ Json jsonOf(const BackupSet& set) {
   json["scheduled"] = said ? Json(said->is_scheduled) : Json();
   json["version"] =
       said && !said->version.empty() ? Json(base::escapeInvalidUtf8(said->version)) : Json();
-  json["keeps"] = Json::array();
-  for (const host::Text file : set.keeps) json["keeps"].push_back(file.characters());
+  json["keeps"] = set.keeps;
   json["companions"] = Json::array();
   for (const File& companion : set.companions) {
     json["companions"].push_back(jsonOf(companion));

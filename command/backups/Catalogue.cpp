@@ -13,7 +13,6 @@
 #include "host/dryrun/Host.h"
 #include "plugin/src/Listing.h"
 #include "plugin/src/Setup.h"
-#include "plugin/src/StowlineHelpScreen.h"
 
 namespace backups {
 namespace {
@@ -72,7 +71,7 @@ class Reader {
                   .companions = {},
                   .restore = Restore::yes};
     if (kind.is_confirmed) {
-      set.keeps = stowline::keptFiles(host_.module(), directory_ + "/" + set.file.name);
+      set.keeps = keptFiles(host_, directory_ + "/" + set.file.name);
     }
     set.restore = restoreOf(kind, set.file);
     catalogue_.size += set.file.size;

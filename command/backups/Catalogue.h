@@ -34,9 +34,9 @@ enum class Restore {
 struct BackupSet {
   const Kind* kind;
   File file;
-  std::vector<host::Text> keeps;  ///< the files that a restore of it leaves as they are
-  std::vector<File> companions;   ///< the archives that are restored with it
-  Restore restore;                ///< other_model only where a model was asked for
+  std::vector<std::string> keeps;  ///< the files that a restore of it leaves as they are
+  std::vector<File> companions;    ///< the archives that are restored with it
+  Restore restore;                 ///< other_model only where a model was asked for
 
   /// Returns what its name says, where it says anything.
   std::optional<SetName> said() const { return parseSetName(file.name); }

@@ -51,7 +51,7 @@ struct CatalogueTest : testing::Test {
     Lines lines;
     for (const BackupSet& set : read(model).sets) {
       std::string line = std::string(set.kind->word) + " " + set.file.name + " keeps:";
-      for (const host::Text file : set.keeps) line += " " + std::string(file.characters());
+      for (const std::string& file : set.keeps) line += " " + file;
       line += " with:";
       for (const File& file : set.companions) line += " " + file.name;
       lines.push_back(line + " " + kWords[static_cast<int>(set.restore)]);
