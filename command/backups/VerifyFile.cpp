@@ -56,6 +56,7 @@ tarball::Verdict verifyList(const std::string& path) {
 
 std::vector<std::string> membersOf(const std::vector<host::Text>& files) {
   std::vector<std::string> members;
+  members.reserve(files.size());
   for (const host::Text file : files) members.emplace_back(file.characters().substr(1));
   return members;
 }

@@ -18,15 +18,19 @@
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
 #include "host/plain/Error.h"
+#include "plugin/src/Media.h"
+#include "plugin/src/Setup.h"
 
 namespace scheduled {
 namespace {
 
 constexpr std::string_view kMedia = "/media/";
 
-/// Where shares are mounted by themselves: no media.
-constexpr std::string_view kShareRoots[] = {"/media/net", "/media/net/autofs",
-                                            "/media/net/autonet"};
+/// Whether no medium is ever mounted there itself.
+bool isForShares(std::string_view mount_point) {
+  return mount_point == "/media/net" ||
+         std::ranges::count(stowline::kAutomountRoots, mount_point, &host::Text::characters) > 0;
+}
 
 /// Whether the directory is there and on a medium that is mounted. stowline::mountedMedia() would
 /// look into all the shares that there are, and wait for one that is silent.
@@ -37,8 +41,7 @@ bool isOnMedium(const plain::Host& host, const std::string& directory) {
     std::string device;
     std::string mounted;
     std::istringstream(line) >> device >> mounted;
-    return mounted.starts_with(kMedia) && std::ranges::count(kShareRoots, mounted) == 0 &&
-           place.starts_with(mounted + "/");
+    return mounted.starts_with(kMedia) && !isForShares(mounted) && place.starts_with(mounted + "/");
   };
   return !error && std::ranges::any_of(host.system().open("/proc/mounts"), holds);
 }
@@ -68,7 +71,7 @@ void requireMounted(const plain::Host& host) {
     throw std::runtime_error(medium.empty() ? "the settings name no medium"
                                             : "the medium " + medium + " is not mounted");
   }
-  base::requireAnswer(medium + "/qor-stowline");
+  base::requireAnswer(plain::textOf(stowline::backupPath(host.module())));
 }
 
 void requireOnMedium(const plain::Host& host, const std::string& directory) {

@@ -5,8 +5,6 @@
 namespace stowline {
 namespace {
 
-constexpr Text kAutomountRoots[] = {"/media/net/autofs"_t, "/media/net/autonet"_t};
-
 Object listed(const Module& module, const Object& directory) {
   return module["listdir"_t]({directory});
 }
@@ -34,6 +32,8 @@ Set excludedDirectories(const Module& module) {
 }
 
 }  // namespace
+
+constexpr Text kAutomountRoots[] = {"/media/net/autofs"_t, "/media/net/autonet"_t};
 
 std::vector<Object> mountedMedia(const Module& module) {
   const Set excluded = excludedDirectories(module);

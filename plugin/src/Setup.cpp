@@ -77,8 +77,7 @@ Object settings(const Module& module) {
 }
 
 Object getBackupRestorePath(const Call& call) {
-  Object path = mediumSetting(call.module)["value"_t];
-  path = path + (path.endsWith("/"_t) ? "qor-stowline"_t : "/qor-stowline"_t);
+  Object path = backupPath(call.module);
   try {
     if (!exists(call.module, path)) call.module["makedirs"_t]({path});
   } catch (const host::Error&) {
@@ -129,6 +128,11 @@ Object moduleSettings(const Module& module) {
 
 Object mediumSetting(const Module& module) {
   return settings(module)["stowline"_t]["backuprestorepath"_t];
+}
+
+Object backupPath(const Module& module) {
+  const Object medium = mediumSetting(module)["value"_t];
+  return medium + (medium.endsWith("/"_t) ? "qor-stowline"_t : "/qor-stowline"_t);
 }
 
 }  // namespace stowline

@@ -13,6 +13,9 @@ void load(const host::Module& module);
 /// "/media/hdd/".
 host::Object mediumSetting(const host::Module& module);
 
+/// Returns the path of the backup directory on that medium, whether it is there or not.
+host::Object backupPath(const host::Module& module);
+
 /// Returns the branch of the configuration tree that holds it.
 host::Object moduleSettings(const host::Module& module);
 
