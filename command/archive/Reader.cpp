@@ -100,7 +100,7 @@ void Reader::beginContent(std::uint64_t size) {
   padding_ = (kBlock - size % kBlock) % kBlock;
 }
 
-/// Goes on past what is left of the content, and what fills its last block.
+/// Skips the rest of the content and the padding of its last block.
 void Reader::skipContent() {
   while (!read().empty()) {
   }

@@ -15,6 +15,7 @@
 
 #include "base/Answer.h"
 #include "base/Descriptor.h"
+#include "base/Files.h"
 #include "base/SystemError.h"
 #include "command/backups/Engine.h"
 #include "host/plain/Error.h"
@@ -46,17 +47,6 @@ bool isOnMedium(const plain::Host& host, const std::string& directory) {
   return !error && std::ranges::any_of(host.system().open("/proc/mounts"), holds);
 }
 
-/// Writes and syncs the probe. Returns whether it has all been taken; errno says why not.
-bool writeProbe(int file) {
-  const std::string bytes(kProbeSize, kProbeByte);
-  for (std::size_t done = 0; done < bytes.size();) {
-    const ssize_t count = write(file, bytes.data() + done, bytes.size() - done);
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) done += static_cast<std::size_t>(count);
-  }
-  return fsync(file) == 0;
-}
-
 }  // namespace
 
 void requireMounted(const plain::Host& host) {
@@ -86,7 +76,13 @@ std::string whyNotWritable(const std::string& directory) {
   // A run that is killed leaves no more than the name. Where a share refuses to unlink an open
   // file, the name goes afterwards.
   const bool has_name = unlink(path.c_str()) != 0;
-  std::string reason = writeProbe(file.number()) ? "" : std::strerror(errno);
+  std::string reason;
+  try {
+    base::writeAll(file.number(), std::string(kProbeSize, kProbeByte), path);
+    if (fsync(file.number()) != 0) throw base::SystemError(errno, path);
+  } catch (const base::SystemError& error) {
+    reason = error.code().message();
+  }
   file.reset();
   if (has_name) unlink(path.c_str());
   return reason;

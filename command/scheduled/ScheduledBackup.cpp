@@ -48,7 +48,8 @@ class Run {
   }
 
  private:
-  /// Takes a step. Returns whether that has gone well; takes note of why not, after `what`.
+  /// Runs a step. Returns whether it succeeded; if not, its reason is added to the failure, after
+  /// `what`.
   template <class Step>
   bool attempt(const std::string& what, const Step& step) {
     try {

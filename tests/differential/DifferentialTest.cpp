@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +17,7 @@
 #include "command/preview/Forecast.h"
 #include "tests/differential/Generator.h"
 #include "tests/differential/Unpacker.h"
+#include "tests/support/Environment.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/archive/Archives.h"
 
@@ -26,12 +26,6 @@ namespace {
 
 using archive_test::Bytes;
 using tarball::Type;
-
-/// Returns a number that the environment may set.
-unsigned numberOf(const char* name, unsigned usual) {
-  const char* const asked = std::getenv(name);
-  return asked ? static_cast<unsigned>(std::atoi(asked)) : usual;
-}
 
 std::string relative(const std::string& path) {
   return tarball::joined(tarball::componentsOf(path));
@@ -47,8 +41,8 @@ class Prediction {
     while (const auto member = reader.next()) {
       preview::Content content(reader);
       forecast.take(*member, content);
+      contents_.push_back(*content.text());
     }
-    readContents(tar);
     for (const preview::Change& change : forecast.finish()) apply(change);
   }
 
@@ -56,14 +50,6 @@ class Prediction {
   const std::optional<Tree>& tree() const { return tree_; }
 
  private:
-  void readContents(const std::string& tar) {
-    tarball::Reader reader(std::make_unique<Bytes>(tar));
-    while (reader.next()) {
-      std::string& content = contents_.emplace_back();
-      for (auto bytes = reader.read(); !bytes.empty(); bytes = reader.read()) content += bytes;
-    }
-  }
-
   void apply(const preview::Change& change) {
     using preview::Action;
     if (change.action == Action::blocked || change.action == Action::unreadable) tree_.reset();
@@ -229,8 +215,8 @@ std::string listing(const std::string& tar) {
 }
 
 TEST_F(Differential, EveryTarUnpacksASoundArchiveAsItIsPredicted) {
-  const unsigned rounds = numberOf("STOWLINE_ARCHIVES", 1000);
-  const unsigned seed = numberOf("STOWLINE_SEED", 1);
+  const unsigned rounds = support::numberOf("STOWLINE_ARCHIVES", 1000);
+  const unsigned seed = support::numberOf("STOWLINE_SEED", 1);
   for (unsigned round = 0; round < rounds; ++round) {
     Generator generator(seed, round);
     const std::vector<Item> receiver = generator.receiver();

@@ -1,6 +1,3 @@
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -14,14 +11,6 @@
 #include "tests/support/archive/TarWriter.h"
 
 namespace {
-
-base::Descriptor fileOf(std::string_view bytes) {
-  base::Descriptor file(memfd_create("input", MFD_CLOEXEC));
-  if (pwrite(file.number(), bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-    std::abort();
-  }
-  return file;
-}
 
 void require(bool holds) {
   if (!holds) std::abort();
@@ -75,10 +64,11 @@ void readBothWays(const std::string& tar) {
 }  // namespace
 
 /// Reads the input as a compressed file, and as the tar archive itself, also with right checksums,
-/// so that nobody has to guess them to get that far.
+/// so that the fuzzer need not guess them.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  tarball::Reader compressed(fileOf(bytes), "input");
+  const archive_test::ArchiveFile file{std::string(bytes)};
+  tarball::Reader compressed(file.path());
   verdictOf(compressed);
   readBothWays(std::string(bytes));
   readBothWays(withChecksums(std::string(bytes)));

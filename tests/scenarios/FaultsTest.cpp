@@ -1,5 +1,4 @@
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 #include <future>
 #include <iterator>
@@ -8,16 +7,11 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/Environment.h"
 #include "tests/support/command/DeskTest.h"
 
 namespace command_test {
 namespace {
-
-/// Returns a number that the environment may set.
-int numberOf(const char* name, int usual) {
-  const char* const asked = std::getenv(name);
-  return asked ? std::atoi(asked) : usual;
-}
 
 /// Whether anything is mounted at or below a directory.
 bool isMountedBelow(const std::string& directory) {
@@ -45,15 +39,15 @@ TEST_F(FaultsTest, WhateverIsKilledWheneverNothingIsLeftAndTheNextDeskOpens) {
   receiver().write(older, std::string(20000, 'x'));
   receiver().play("backup", "select:installed ok ok select:configurations ok ok exit");
   // How many jobs are broken off, and which way.
-  const int rounds = numberOf("STOWLINE_FAULTS", 12);
-  const int seed = numberOf("STOWLINE_SEED", 1);
-  std::mt19937 random(static_cast<unsigned>(seed));
+  const unsigned rounds = support::numberOf("STOWLINE_FAULTS", 12);
+  const unsigned seed = support::numberOf("STOWLINE_SEED", 1);
+  std::mt19937 random(seed);
   const auto upTo = [&random](std::size_t last) {
     return std::uniform_int_distribution<std::size_t>(0, last)(random);
   };
-  for (int round = 0; round < rounds; ++round) {
+  for (unsigned round = 0; round < rounds; ++round) {
     SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
-    const Job& job = kJobs[static_cast<std::size_t>(round) % std::size(kJobs)];
+    const Job& job = kJobs[round % std::size(kJobs)];
     // What the leak check starts would be among the victims, and it would wait for that for ever.
     std::vector<std::string> command = withoutLeakCheck({});
     for (const std::string& word : receiver().playArguments(job.menu, job.words)) {
